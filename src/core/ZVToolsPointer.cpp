@@ -1,0 +1,3 @@
+#include "core/ZVToolsPointer.h"
+
+IZVTools* g_pZVTools = nullptr;

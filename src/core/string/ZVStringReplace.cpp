@@ -1,0 +1,179 @@
+// Replacing of texts and tokens in ZVString.
+
+#include "core/ZVToolsPointer.h"
+#include "core/containers/ZVArray.h"
+#include "core/string/ZVString.h"
+#include "core/string/ZVStringReplaceHit.h"
+#include "core/string/ZVWideText.h"
+
+#include <new>
+
+namespace
+{
+// One needle of a pass, with what it is replaced by and where it comes next.
+struct Needle
+{
+    const wchar_t* Text;
+    const wchar_t* Replacement;
+    int32_t Length;
+    int32_t ReplacementLength;
+    int32_t Next;  // the next match from the last look on, -1 when there is none
+};
+
+struct NeedleHit
+{
+    int32_t Needle;
+    int32_t Position;
+};
+
+using NeedleArray = ZVArray<Needle, const Needle&, false>;
+using NeedleHitArray = ZVArray<NeedleHit, const NeedleHit&, false>;
+using ReplaceHitArray = ZVArray<ZVStringReplaceHit, const ZVStringReplaceHit&, false>;
+
+// Without the tools library a search that ignores case finds what is written exactly so.
+int32_t FindNext(const ZVString& text, const wchar_t* needle, int32_t start, bool caseSensitive)
+{
+    return caseSensitive || g_pZVTools == nullptr ? text.Find(needle, start) : text.FindNoCase(needle, start);
+}
+
+// The needle whose next match from position on comes first, the earlier in the list of two at one place; -1 when there is no match left.
+int32_t FindNearestNeedle(const ZVString& text, NeedleArray& needles, int32_t position, bool caseSensitive)
+{
+    int32_t nearest = -1;
+    for (int32_t index = 0; index < needles.GetCount(); ++index)
+    {
+        Needle& needle = needles[index];
+        // A match that lies ahead still stands; only one that was passed is looked up again, which keeps the pass linear.
+        if (needle.Next != -1 && needle.Next < position)
+            needle.Next = FindNext(text, needle.Text, position, caseSensitive);
+        if (needle.Next != -1 && (nearest == -1 || needle.Next < needles[nearest].Next))
+            nearest = index;
+    }
+    return nearest;
+}
+
+// Writes a new text piece by piece into a buffer that was measured before.
+class PieceWriter
+{
+public:
+    explicit PieceWriter(wchar_t* target) : m_target(target) {}
+
+    void Write(const wchar_t* text, int32_t count)
+    {
+        if (count < 1)
+            return;
+        wmemcpy(m_target, text, static_cast<size_t>(count));
+        m_target += count;
+    }
+
+private:
+    wchar_t* m_target;
+};
+}
+
+int32_t ZVString::Replace(const wchar_t* find, const wchar_t* replacement, bool caseSensitive)
+{
+    return ReplaceMultiple(&find, &replacement, 1, caseSensitive);
+}
+
+int32_t ZVString::ReplaceMultiple(const wchar_t* const* needles, const wchar_t* const* replacements, int32_t needleCount, bool caseSensitive,
+                                  int32_t maxHits, bool keepMatchedText, const wchar_t* prefix, const wchar_t* suffix)
+{
+    if (needleCount < 1 || maxHits < 1)
+        return 0;
+    NeedleArray list;
+    for (int32_t index = 0; index < needleCount; ++index)
+    {
+        if (ZVWideText::LengthOf(needles[index]) == 0)
+            return 0;
+        const wchar_t* replacement = keepMatchedText || replacements == nullptr ? nullptr : replacements[index];
+        list.Add({needles[index], replacement, ZVWideText::LengthOf(needles[index]), ZVWideText::LengthOf(replacement),
+                  FindNext(*this, needles[index], 0, caseSensitive)});
+    }
+
+    const int32_t prefixLength = ZVWideText::LengthOf(prefix);
+    const int32_t suffixLength = ZVWideText::LengthOf(suffix);
+    NeedleHitArray hits;
+    int64_t newLength = GetLength();
+    int32_t position = 0;
+    while (hits.GetCount() < maxHits)
+    {
+        const int32_t nearest = FindNearestNeedle(*this, list, position, caseSensitive);
+        if (nearest == -1)
+            break;
+        const Needle& needle = list[nearest];
+        hits.Add({nearest, needle.Next});
+        position = needle.Next + needle.Length;
+        newLength += prefixLength + suffixLength + (keepMatchedText ? 0 : needle.ReplacementLength - needle.Length);
+    }
+    if (hits.GetCount() == 0)
+        return 0;
+    if (newLength >= INT32_MAX)
+        throw std::bad_alloc();
+
+    ZVString result;
+    PieceWriter writer(result.GetBuffer(static_cast<int32_t>(newLength), true, false));
+    position = 0;
+    for (int32_t index = 0; index < hits.GetCount(); ++index)
+    {
+        const NeedleHit& hit = hits[index];
+        const Needle& needle = list[hit.Needle];
+        writer.Write(m_text + position, hit.Position - position);
+        writer.Write(prefix, prefixLength);
+        if (keepMatchedText)
+            writer.Write(m_text + hit.Position, needle.Length);
+        else
+            writer.Write(needle.Replacement, needle.ReplacementLength);
+        writer.Write(suffix, suffixLength);
+        position = hit.Position + needle.Length;
+    }
+    writer.Write(m_text + position, GetLength() - position);
+    result.ReleaseBuffer(static_cast<int32_t>(newLength));
+    *this = result;
+    return hits.GetCount();
+}
+
+int32_t ZVString::RemoveText(const wchar_t* text, bool caseSensitive)
+{
+    const int32_t length = ZVWideText::LengthOf(text);
+    if (length == 0)
+        return 0;
+    ReplaceHitArray hits;
+    for (int32_t found = FindNext(*this, text, 0, caseSensitive); found != -1;
+         found = FindNext(*this, text, found + length, caseSensitive))
+        hits.Add({found, found + length});
+    if (hits.GetCount() > 0)
+        Cut(&hits[0], hits.GetCount());
+    return hits.GetCount();
+}
+
+int32_t ZVString::ReplaceTokens(const wchar_t* startMarker, const wchar_t* endMarker, IZVStringTokenReplaceCallback& callback, bool keepMarkers)
+{
+    const int32_t startLength = ZVWideText::LengthOf(startMarker);
+    const int32_t endLength = ZVWideText::LengthOf(endMarker);
+    if (startLength == 0 || endLength == 0)
+        return 0;
+    ZVString result;
+    int32_t count = 0;
+    int32_t position = 0;
+    while (true)
+    {
+        int32_t start = Find(startMarker, position);
+        const int32_t end = start == -1 ? -1 : Find(endMarker, start + startLength);
+        if (end == -1)
+            break;
+        for (int32_t later = start; later != -1 && later + startLength <= end; later = Find(startMarker, later + 1))
+            start = later;
+        const int32_t tokenStart = start + startLength;
+        const ZVString replacement = callback.ReplaceToken(Mid(tokenStart, end - tokenStart));
+        result.AppendPieces({m_text + position, (keepMarkers ? tokenStart : start) - position}, replacement,
+                            {m_text + end, keepMarkers ? endLength : 0});
+        position = end + endLength;
+        ++count;
+    }
+    if (count == 0)
+        return 0;
+    result.Append(m_text + position, GetLength() - position);
+    *this = result;
+    return count;
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <cstdint>
+
+// One match in a string: the position of its first character and the position behind its last.
+struct ZVStringReplaceHit
+{
+    int32_t Start;
+    int32_t End;
+};

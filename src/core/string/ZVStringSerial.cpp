@@ -1,0 +1,123 @@
+// Quoting, similarity and the length-prefixed form of ZVString.
+
+#include "core/containers/ZVNumberArray.h"
+#include "core/string/ZVCharacter.h"
+#include "core/string/ZVString.h"
+#include "core/string/ZVWideText.h"
+
+#include <algorithm>
+#include <climits>
+
+namespace
+{
+// The serial form is appended to many times over, so its buffer grows in steps of this many characters.
+constexpr int32_t SerialGrowBlock = 1024;
+
+// IsSimilar allows an edit for each so many characters, up to a limit.
+constexpr int32_t CharactersPerEdit = 4;
+constexpr int32_t MaximumSimilarEdits = 3;
+
+bool IsASCIIDigit(wchar_t character)
+{
+    return character >= L'0' && character <= L'9';
+}
+
+// The digits from position on and the ":" behind them. False when they are not there, or are more than a length can be.
+bool ReadPrefix(const ZVString& text, int32_t& position, int32_t& count)
+{
+    if (text.GetAt(position) != L'(' || !IsASCIIDigit(text.GetAt(position + 1)))
+        return false;
+    int64_t value = 0;
+    for (++position; IsASCIIDigit(text.GetAt(position)); ++position)
+        value = std::min<int64_t>(value * 10 + (text.GetAt(position) - L'0'), INT32_MAX);
+    count = static_cast<int32_t>(value);
+    return text.GetAt(position++) == L':';
+}
+}
+
+ZVString ZVString::QuoteForShell() const
+{
+    ZVString quoted = *this;
+    quoted.Replace(L"'", L"'\\''");
+    quoted.Insert(0, L'\'');
+    quoted.AppendCharacter(L'\'');
+    return quoted;
+}
+
+int32_t ZVString::GetEditDistance(const wchar_t* other, int32_t limit) const
+{
+    other = ZVWideText::OrEmpty(other);
+    const int32_t length = GetLength();
+    const int32_t otherLength = ZVWideText::LengthOf(other);
+    if (std::abs(length - otherLength) > limit)
+        return INT_MAX;
+
+    // Of the whole table only the row above is ever looked at again. The row holds the costs of the first so many characters of this string.
+    ZVString lowered = *this;
+    lowered.MakeLower();
+    ZVNumberArray<int32_t> row;
+    row.SetCount(length + 1);
+    for (int32_t column = 0; column <= length; ++column)
+        row[column] = column;
+    for (int32_t line = 1; line <= otherLength; ++line)
+    {
+        const wchar_t character = ZVCharacter::ToLower(other[line - 1]);
+        int32_t diagonal = row[0];
+        row[0] = line;
+        for (int32_t column = 1; column <= length; ++column)
+        {
+            const int32_t substituted = diagonal + (lowered[column - 1] == character ? 0 : 1);
+            diagonal = row[column];
+            row[column] = std::min({substituted, row[column] + 1, row[column - 1] + 1});
+        }
+        if (row[length] - (otherLength - line) > limit)
+            return INT_MAX;
+    }
+    return row[length];
+}
+
+bool ZVString::IsSimilar(const wchar_t* other) const
+{
+    const int32_t allowed = std::min(GetLength() / CharactersPerEdit, MaximumSimilarEdits);
+    return GetEditDistance(other, allowed) <= allowed;
+}
+
+void ZVString::AppendLengthPrefixed(const ZVString& text)
+{
+    const ZVString value = text;  // text may be this string
+    const ZVString prefix = ZVFormat(L"(%d:", value.GetLength());
+    Append(prefix, prefix.GetLength(), SerialGrowBlock);
+    Append(value, value.GetLength(), SerialGrowBlock);
+    Append(L")", 1, SerialGrowBlock);
+}
+
+void ZVString::AppendLengthPrefixed(int32_t value)
+{
+    AppendLengthPrefixed(FromInt(value));
+}
+
+bool ZVString::ReadLengthPrefixed(int32_t& position, ZVString& value) const
+{
+    int32_t start = position;
+    int32_t count = 0;
+    if (position < 0 || !ReadPrefix(*this, start, count))
+        return false;
+    if (count >= GetLength() - start || m_text[start + count] != L')')
+        return false;
+    value = Mid(start, count);
+    position = start + count + 1;
+    return true;
+}
+
+int32_t ZVString::ReadLengthPrefixedInt(int32_t& position, int32_t defaultValue) const
+{
+    ZVString value;
+    return ReadLengthPrefixed(position, value) ? value.ToInt() : defaultValue;
+}
+
+bool ZVString::IsLengthPrefixed() const
+{
+    int32_t position = 0;
+    int32_t count = 0;
+    return ReadPrefix(*this, position, count);
+}
