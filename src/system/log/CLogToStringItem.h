@@ -1,0 +1,25 @@
+#pragma once
+
+#include "contracts/ILogManager.h"
+#include "core/containers/ZVStringArray.h"
+
+// Takes a copy of the log lines of some categories, from its construction to its end: how a task puts log text into its result.
+class CLogToStringItem final : public ILogManagerCustomOutput
+{
+public:
+    // The mask of the categories that are kept.
+    explicit CLogToStringItem(uint32_t categoryMask);
+    ~CLogToStringItem() override;
+
+    CLogToStringItem(const CLogToStringItem&) = delete;
+    CLogToStringItem& operator=(const CLogToStringItem&) = delete;
+
+    void Output(uint32_t category, const wchar_t* text, int32_t length) override;
+
+    // The lines so far. Read them when no other thread logs into the scope of interest.
+    const ZVStringArray& GetLines() const { return m_lines; }
+
+private:
+    uint32_t m_categoryMask;
+    ZVStringArray m_lines;
+};

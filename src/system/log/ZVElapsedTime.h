@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+
+// Measures time on the monotonic clock, from its construction on.
+class ZVElapsedTime
+{
+public:
+    ZVElapsedTime();
+    virtual ~ZVElapsedTime() = default;
+
+    int64_t GetNanoseconds() const;
+    // Whole milliseconds, cut.
+    int32_t GetMilliseconds() const;
+
+private:
+    int64_t m_start;
+};

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "core/string/ZVString.h"
+#include "system/log/ZVElapsedTime.h"
+#include "system/log/ZVLog.h"
+
+// Names the log lines of a function and, when asked, writes "Start" at its beginning and at its end "Finish (%d ms)" or, once a result was
+// set, "Finish (result: %d) (%d ms)". Belongs to one thread.
+class ZVLogScope
+{
+public:
+    // The name is one byte a character, or wide.
+    ZVLogScope(uint32_t category, const char* name, bool logStartFinish);
+    ZVLogScope(uint32_t category, const wchar_t* name, bool logStartFinish);
+    ~ZVLogScope();
+
+    ZVLogScope(const ZVLogScope&) = delete;
+    ZVLogScope& operator=(const ZVLogScope&) = delete;
+
+    // The result that the finish line shows.
+    void SetResult(int32_t result) { m_result = result; }
+
+    // Time since the construction, in whole milliseconds, cut.
+    int32_t GetElapsedMilliseconds() const { return m_elapsed.GetMilliseconds(); }
+
+    // Logs a line with at most 20 arguments; the format is UTF-8.
+    template <class... Arguments>
+    void Log(const char* format, const Arguments&... arguments) const
+    {
+        const ZVFormatArguments<sizeof...(Arguments)> list(arguments...);
+        ZVLogManager::Write(m_category, m_name, format, list.Records(), list.Count());
+    }
+
+    // The same with a wide format.
+    template <class... Arguments>
+    void LogWide(const wchar_t* format, const Arguments&... arguments) const
+    {
+        const ZVFormatArguments<sizeof...(Arguments)> list(arguments...);
+        ZVLogManager::Write(m_category, m_name, format, list.Records(), list.Count());
+    }
+
+    // Logs the bytes of a buffer in one line, each as "0x%.2x ".
+    void LogHex(const void* buffer, int32_t length) const;
+
+private:
+    // Stands in the place of a result until one is set.
+    static constexpr int32_t NoResult = static_cast<int32_t>(0x8a33f231);
+
+    void LogStart() const;
+
+    uint32_t m_category;
+    ZVString m_name;
+    bool m_logStartFinish;
+    ZVElapsedTime m_elapsed;
+    int32_t m_result = NoResult;
+};

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "worker/ZVExecutableApp.h"
+
+// True once the process has begun a video task: a marker for whoever looks at it from outside.
+extern bool g_bVideoTask;
+
+// The worker: one command, one task, one report.
+class ZVWorkerApp final : public ZVExecutableApp
+{
+public:
+    bool Initialize() override;
+    bool Uninitialize() override;
+    // Runs the command of the command line and keeps its result as the exit value.
+    bool Process() override;
+    bool InstallSignalPolicy() override;
+
+    // Runs the task of the first command of the table that matches, and prints the report, which ends every run. Gives 0 for a task that
+    // succeeded and -1 for everything else.
+    int32_t ProcessCommand(const ZVCommandLine& commandLine);
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "worker/ZVCommandLine.h"
+
+#include <cstdint>
+#include <span>
+
+class ZVLogScope;
+
+// What a task gets: its parameters, the whole argument list for the one command that counts from its start, and the scope to log under.
+struct ZVWorkerRequest
+{
+    const ZVCommandMatch& Match;
+    const ZVCommandLine& CommandLine;
+    const ZVLogScope& Scope;
+};
+
+// One command of the worker.
+struct ZVWorkerCommand
+{
+    const wchar_t* Name;
+    int32_t MinimumParameters;  // arguments that must follow for the command to match at all
+    bool IsVideoTask;
+    bool AlwaysFails;           // the caller of such a command looks at the files it wrote, not at the status
+    const char* StartText;      // logged before the task, or null
+    const char* SuccessText;    // logged after a task that succeeded, or null
+    bool (*Task)(const ZVWorkerRequest& request);
+};
+
+// All commands in the order in which they are tried.
+std::span<const ZVWorkerCommand> GetWorkerCommands();
