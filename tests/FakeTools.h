@@ -41,14 +41,14 @@ public:
     std::vector<ILogManagerCustomOutput*> Outputs;
 };
 
-// A tools object with nothing but a log manager.
-class FakeTools final : public IZVTools
+// A tools object with nothing but a log manager. A test that needs another service derives from it.
+class FakeTools : public IZVTools
 {
 public:
-    bool Initialize(int32_t, void*) override { return true; }
-    void Uninitialize() override {}
-    void* GetApplicationInformation() override { return nullptr; }
-    void* GetSettings(bool) override { return nullptr; }
+    bool Initialize(int32_t, IZVApplicationInformation*) override { return true; }
+    const wchar_t* GetLoadError() override { return L""; }
+    IZVApplicationInformation* GetApplicationInformation() override { return nullptr; }
+    IZVSettings* GetSettings(bool) override { return nullptr; }
     void* GetFileTypes(bool) override { return nullptr; }
     IZVStringTools* GetTools(bool) override { return nullptr; }
     void* GetDateServices(bool) override { return nullptr; }
@@ -56,6 +56,8 @@ public:
     void* GetThreadServices(bool) override { return nullptr; }
     void* GetNamedLocks(bool) override { return nullptr; }
     ILogManager* GetLogManager(bool) override { return &Manager; }
+
+    virtual ~FakeTools() = default;
 
     FakeLogManager Manager;
 };

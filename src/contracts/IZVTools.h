@@ -3,6 +3,8 @@
 #include <cstdint>
 
 class ILogManager;
+class IZVApplicationInformation;
+class IZVSettings;
 class IZVStringTools;
 
 // The tools library as its callers see it: the services that every process and every library of the product shares. A getter that gives
@@ -13,13 +15,16 @@ public:
     // The version of this interface; the getter of the library gives null for another one.
     static constexpr int32_t InterfaceVersion = 200048;
 
-    // Called once after the load. flag and applicationInfo are passed on as the loading process got them.
-    virtual bool Initialize(int32_t flag, void* applicationInfo) = 0;
-    // Called once before the library is unloaded.
-    virtual void Uninitialize() = 0;
-    // Places of services that no caller reaches yet; each gives null.
-    virtual void* GetApplicationInformation() = 0;
-    virtual void* GetSettings(bool create) = 0;
+    // Called after the load, by the process with what it knows of itself, which must outlive the library's use. A second call changes
+    // nothing. flag is passed on as the process got it. False when the library cannot serve; GetLoadError then tells why.
+    virtual bool Initialize(int32_t flag, IZVApplicationInformation* applicationInformation) = 0;
+    // The reason of a failed Initialize, empty when it has none to tell.
+    virtual const wchar_t* GetLoadError() = 0;
+    // What Initialize was given, with the settings of the environment on top.
+    virtual IZVApplicationInformation* GetApplicationInformation() = 0;
+    // The settings store, opened by the first setting that is asked for.
+    virtual IZVSettings* GetSettings(bool create) = 0;
+    // Places of services that the library does not give; they give null.
     virtual void* GetFileTypes(bool create) = 0;
     // Search and comparison of texts.
     virtual IZVStringTools* GetTools(bool create) = 0;

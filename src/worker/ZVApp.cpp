@@ -43,7 +43,9 @@ int32_t ZVApp::RunHandlingHangup(void* handle, void*, int32_t data)
     ModuleData = data;
     if (Initialize())
     {
-        struct sigaction action {};
+        struct sigaction action
+        {
+        };
         action.sa_handler = OnHangup;
         if (sigaction(SIGHUP, &action, nullptr) == -1)
             WriteToStandardError("Linux sigaction failure. Hangup will NOT be caught!\n");

@@ -13,7 +13,7 @@ namespace
 constexpr int32_t Succeeded = 0;
 constexpr int32_t Failed = -1;
 
-// It names commands of another platform; scripts that callers have written compare it, so it stays as it is.
+// It names commands of another platform and leaves out most of this one's. Callers know it so, and it stays.
 constexpr const wchar_t* UsageText[] = {
     L"Example usage:\n",
     L"Example thumbnail: ZVWorker.exe /Thumbnail \"c:\\Video.mpg\" \"c:\\Video Thumb.png\" \"c:\\Metadata.xml\" 5000\n",

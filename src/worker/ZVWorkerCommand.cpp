@@ -17,23 +17,20 @@ bool Test(const ZVWorkerRequest&)
     return true;
 }
 
+// clang-format off
 constexpr ZVWorkerCommand Commands[] = {
-    // name                     parameters  video  always fails  start text and success text, task
-    {L"/Thumbnail",             2,          true,  false,
-     "Processing Thumbnail task...", "Thumbnailing succeeded", RefuseTask},
-    {L"/AnalyzeZVVid",          2,          true,  false,
-     "Processing AnalyzeZVVid task...", "AnalyzeZVVid succeeded...", RefuseTask},
-    {L"/AnalyzeVideoExtended",  2,          true,  false,
-     "Processing AnalyzeVideoExtended task...", "AnalyzeVideoExtended succeeded...", RefuseTask},
-    {L"/AnalyzeVideoBlackBars", 2,          true,  false,
-     "Processing AnalyzeVideoBlackBars task...", "AnalyzeVideoBlackBars succeeded...", RefuseTask},
-    {L"/AnalyzeDevices",        2,          false, false,
-     "Processing AnalyzeDevices task...", nullptr, RefuseTask},
-    {L"/CleanCode",             0,          false, true,  nullptr, nullptr, RefuseTask},
-    {L"/UpdateAppleProjects",   0,          false, true,  nullptr, nullptr, RefuseTask},
-    {L"/GetMonitorRect",        2,          false, true,  nullptr, nullptr, RefuseTask},
-    {L"/Test",                  0,          false, true,  nullptr, nullptr, Test},
+    // Name,                    parameters, video, always fails
+    {L"/Thumbnail",             2,          true,  false, "Processing Thumbnail task...",             "Thumbnailing succeeded",               RefuseTask},
+    {L"/AnalyzeZVVid",          2,          true,  false, "Processing AnalyzeZVVid task...",          "AnalyzeZVVid succeeded...",            RefuseTask},
+    {L"/AnalyzeVideoExtended",  2,          true,  false, "Processing AnalyzeVideoExtended task...",  "AnalyzeVideoExtended succeeded...",    RefuseTask},
+    {L"/AnalyzeVideoBlackBars", 2,          true,  false, "Processing AnalyzeVideoBlackBars task...", "AnalyzeVideoBlackBars succeeded...",   RefuseTask},
+    {L"/AnalyzeDevices",        2,          false, false, "Processing AnalyzeDevices task...",        nullptr,                                RefuseTask},
+    {L"/CleanCode",             0,          false, true,  nullptr,                                    nullptr,                                RefuseTask},
+    {L"/UpdateAppleProjects",   0,          false, true,  nullptr,                                    nullptr,                                RefuseTask},
+    {L"/GetMonitorRect",        2,          false, true,  nullptr,                                    nullptr,                                RefuseTask},
+    {L"/Test",                  0,          false, true,  nullptr,                                    nullptr,                                Test},
 };
+// clang-format on
 }
 
 std::span<const ZVWorkerCommand> GetWorkerCommands()

@@ -21,9 +21,9 @@ struct ZVWorkerCommand
     const wchar_t* Name;
     int32_t MinimumParameters;  // arguments that must follow for the command to match at all
     bool IsVideoTask;
-    bool AlwaysFails;           // the caller of such a command looks at the files it wrote, not at the status
-    const char* StartText;      // logged before the task, or null
-    const char* SuccessText;    // logged after a task that succeeded, or null
+    bool AlwaysFails;         // the caller of such a command looks at the files it wrote, not at the status
+    const char* StartText;    // logged before the task, or null
+    const char* SuccessText;  // logged after a task that succeeded, or null
     bool (*Task)(const ZVWorkerRequest& request);
 };
 

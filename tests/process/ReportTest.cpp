@@ -22,8 +22,12 @@ constexpr char Usage[] =
 
 TEST(Report, TestPrintsTheTwoLinesAndFails)
 {
-    for (const std::vector<std::string>& arguments :
-         {std::vector<std::string> {"/Test"}, {"/tEST"}, {" \"/Test\" "}, {"in front", "/Test", "behind"}})
+    for (const std::vector<std::string>& arguments : {
+             std::vector<std::string> {"/Test"      },
+              {     "/tEST"             },
+              { " \"/Test\" " },
+              {         "in front", "/Test", "behind"}
+    })
     {
         const WorkerRun run = RunWorker(arguments);
         EXPECT_EQ(run.Status, 255);
@@ -40,12 +44,12 @@ TEST(Report, AnUnknownCommandIsNamedAndExplained)
         std::vector<std::string> Arguments;
         const char* Joined;
     } rows[] = {
-        {"no arguments", {}, ""},
-        {"unknown", {"/AnalyzeDX", "a b"}, "/AnalyzeDX \"a b\""},
-        {"too few arguments", {"/Thumbnail", "a"}, "/Thumbnail a"},
-        {"too few behind it", {"x", "y", "/GetMonitorRect", "1"}, "x y /GetMonitorRect 1"},
-        {"longer name", {"/Testing"}, "/Testing"},
-        {"percent signs print as themselves", {"%s%n%d"}, "%s%n%d"},
+        {"no arguments",                      {},                                 ""                     },
+        {"unknown",                           {"/AnalyzeDX", "a b"},              "/AnalyzeDX \"a b\""   },
+        {"too few arguments",                 {"/Thumbnail", "a"},                "/Thumbnail a"         },
+        {"too few behind it",                 {"x", "y", "/GetMonitorRect", "1"}, "x y /GetMonitorRect 1"},
+        {"longer name",                       {"/Testing"},                       "/Testing"             },
+        {"percent signs print as themselves", {"%s%n%d"},                         "%s%n%d"               },
     };
     for (const auto& row : rows)
     {
@@ -66,13 +70,13 @@ TEST(Report, ACharacterOutsideTheLocaleCostsNoMoreThanItself)
         const char* Argument;
         const char* Printed;
     } rows[] = {
-        {"UTF-8 prints it", "LC_ALL=C.UTF-8", "/T\xc3\xa4st\xe6\x97\xa5", "'/T\xc3\xa4st\xe6\x97\xa5'"},
-        {"the C locale cannot", "LC_ALL=C", "/T\xc3\xa4st\xe6\x97\xa5", "'/T?st?'"},
-        {"an unknown locale is the C locale", "LC_ALL=xx_XX.UTF-8", "\xc3\xa4", "'?'"},
-        {"no locale at all", "ZV_UNUSED=1", "\xc3\xa4", "'?'"},
-        {"above the basic plane", "LC_ALL=C.UTF-8", "\xf0\x9f\x98\x80", "'?'"},
-        {"half of a surrogate pair", "LC_ALL=C.UTF-8", "\xed\xa0\x80", "'?'"},
-        {"invalid bytes read as Latin-1", "LC_ALL=C.UTF-8", "\xe9\xff", "'\xc3\xa9\xc3\xbf'"},
+        {"UTF-8 prints it",                   "LC_ALL=C.UTF-8",     "/T\xc3\xa4st\xe6\x97\xa5", "'/T\xc3\xa4st\xe6\x97\xa5'"},
+        {"the C locale cannot",               "LC_ALL=C",           "/T\xc3\xa4st\xe6\x97\xa5", "'/T?st?'"                  },
+        {"an unknown locale is the C locale", "LC_ALL=xx_XX.UTF-8", "\xc3\xa4",                 "'?'"                       },
+        {"no locale at all",                  "ZV_UNUSED=1",        "\xc3\xa4",                 "'?'"                       },
+        {"above the basic plane",             "LC_ALL=C.UTF-8",     "\xf0\x9f\x98\x80",         "'?'"                       },
+        {"half of a surrogate pair",          "LC_ALL=C.UTF-8",     "\xed\xa0\x80",             "'?'"                       },
+        {"invalid bytes read as Latin-1",     "LC_ALL=C.UTF-8",     "\xe9\xff",                 "'\xc3\xa9\xc3\xbf'"        },
     };
     for (const auto& row : rows)
     {

@@ -24,15 +24,15 @@ TEST(ZVCommandLine, StripsBlanksAndDoubleQuotesFromBothEnds)
         const char* Argument;
         const wchar_t* Expected;
     } rows[] = {
-        {"plain", L"plain"},
-        {" \" \"/Test", L"/Test"},
-        {"\"a b\" \"", L"a b"},
-        {"in\"side", L"in\"side"},
-        {"'kept'", L"'kept'"},
-        {"\t tab stays", L"\t tab stays"},
-        {"\" \"", L""},
+        {"plain",                L"plain"       },
+        {" \" \"/Test",          L"/Test"       },
+        {"\"a b\" \"",           L"a b"         },
+        {"in\"side",             L"in\"side"    },
+        {"'kept'",               L"'kept'"      },
+        {"\t tab stays",         L"\t tab stays"},
+        {"\" \"",                L""            },
         {"\xc3\xa4\xe6\x97\xa5", L"\u00e4\u65e5"},
-        {"\xf0\x9f\x98\x80", L"?"},
+        {"\xf0\x9f\x98\x80",     L"?"           },
     };
     for (const auto& row : rows)
         EXPECT_STREQ(Line({row.Argument}).GetArgument(0), row.Expected) << row.Argument;
@@ -57,14 +57,14 @@ TEST(ZVCommandLine, MatchesACommandThatLeavesEnoughArgumentsBehindIt)
         bool Matches;
         std::vector<std::wstring> Parameters;
     } rows[] = {
-        {"first place", {"/Thumbnail", "a", "b"}, 2, true, {L"a", L"b"}},
-        {"case is folded", {"/THUMBnail", "a", "b", "c"}, 2, true, {L"a", L"b", L"c"}},
-        {"earlier arguments are skipped", {"foo", "/Thumbnail", "a", "b"}, 2, true, {L"a", L"b"}},
-        {"one argument too few", {"/Thumbnail", "a"}, 2, false, {}},
-        {"arguments in front do not count", {"x", "y", "/Thumbnail", "a"}, 2, false, {}},
-        {"the first of two wins", {"/Thumbnail", "/Thumbnail", "b"}, 1, true, {L"/Thumbnail", L"b"}},
-        {"whole text only", {"/Thumbnails", "a", "b"}, 2, false, {}},
-        {"nothing needed behind it", {"/Thumbnail"}, 0, true, {}},
+        {"first place",                     {"/Thumbnail", "a", "b"},          2, true,  {L"a", L"b"}         },
+        {"case is folded",                  {"/THUMBnail", "a", "b", "c"},     2, true,  {L"a", L"b", L"c"}   },
+        {"earlier arguments are skipped",   {"foo", "/Thumbnail", "a", "b"},   2, true,  {L"a", L"b"}         },
+        {"one argument too few",            {"/Thumbnail", "a"},               2, false, {}                   },
+        {"arguments in front do not count", {"x", "y", "/Thumbnail", "a"},     2, false, {}                   },
+        {"the first of two wins",           {"/Thumbnail", "/Thumbnail", "b"}, 1, true,  {L"/Thumbnail", L"b"}},
+        {"whole text only",                 {"/Thumbnails", "a", "b"},         2, false, {}                   },
+        {"nothing needed behind it",        {"/Thumbnail"},                    0, true,  {}                   },
     };
     for (const auto& row : rows)
     {
@@ -95,15 +95,15 @@ TEST(ZVCommandLine, JoinsArgumentsAsTheyWouldBeTyped)
         int32_t From;
         const wchar_t* Expected;
     } rows[] = {
-        {{"a", "b"}, 0, L"a b"},
-        {{"a", "b c", "d"}, 1, L"\"b c\" d"},
-        {{"it's"}, 0, L"\"it's\""},
-        {{"f(1)", "f)"}, 0, L"\"f(1)\" \"f)\""},
-        {{"x\"y"}, 0, L"x\\\"y"},
-        {{"x \" y"}, 0, L"\"x \\\" y\""},
-        {{"a", "", "b"}, 0, L"a \"\" b"},
-        {{"a"}, 1, L""},
-        {{"a"}, 7, L""},
+        {{"a", "b"},        0, L"a b"            },
+        {{"a", "b c", "d"}, 1, L"\"b c\" d"      },
+        {{"it's"},          0, L"\"it's\""       },
+        {{"f(1)", "f)"},    0, L"\"f(1)\" \"f)\""},
+        {{"x\"y"},          0, L"x\\\"y"         },
+        {{"x \" y"},        0, L"\"x \\\" y\""   },
+        {{"a", "", "b"},    0, L"a \"\" b"       },
+        {{"a"},             1, L""               },
+        {{"a"},             7, L""               },
     };
     for (const auto& row : rows)
         EXPECT_STREQ(Line(row.Arguments).GetJoined(row.From), row.Expected);

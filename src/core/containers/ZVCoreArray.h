@@ -99,10 +99,10 @@ public:
         if (index < 0 || index > m_count)
             return;
         const int32_t last = Add(value);
-        std::byte bytes[sizeof(T)];
-        memcpy(bytes, Slot(last), sizeof(T));
+        std::byte bytes[ElementSize];
+        memcpy(bytes, Slot(last), ElementSize);
         memmove(Slot(index + 1), Slot(index), BytesOf(last - index));
-        memcpy(Slot(index), bytes, sizeof(T));
+        memcpy(Slot(index), bytes, ElementSize);
     }
 
     // Removes count elements, or as many as there are from index on.
@@ -155,12 +155,15 @@ protected:
     bool IsInside(int32_t index) const { return index >= 0 && index < m_count; }
 
 private:
-    static size_t BytesOf(int32_t count) { return static_cast<size_t>(count) * sizeof(T); }
+    // An element may well be a pointer.
+    static constexpr size_t ElementSize = sizeof(T);  // NOLINT(bugprone-sizeof-expression)
+
+    static size_t BytesOf(int32_t count) { return static_cast<size_t>(count) * ElementSize; }
     void* Slot(int32_t index) { return m_elements + index; }
 
     void Grow(int64_t count, bool exact)
     {
-        m_elements = static_cast<T*>(Reallocate(m_elements, sizeof(T), CapacityFor(count, exact), true, false));
+        m_elements = static_cast<T*>(Reallocate(m_elements, ElementSize, CapacityFor(count, exact), true, false));
     }
 
     [[gnu::noinline]] int32_t AddGrowing(TArg value)

@@ -99,7 +99,7 @@ public:
     }
 
     // Copies the value of a key; false when it is not there, and value is then left as it was.
-    bool Lookup(KArg key, V& value) const requires HasValue
+    bool Lookup(KArg key, V& value) const requires(HasValue)
     {
         const Node* const node = FindNode(key);
         if (node == nullptr)
@@ -109,23 +109,23 @@ public:
     }
 
     // The value of a key, or null.
-    V* FindValue(KArg key) requires HasValue
+    V* FindValue(KArg key) requires(HasValue)
     {
         Node* const node = const_cast<Node*>(FindNode(key));
         return node != nullptr ? &node->Value : nullptr;
     }
 
-    const V* FindValue(KArg key) const requires HasValue
+    const V* FindValue(KArg key) const requires(HasValue)
     {
         const Node* const node = FindNode(key);
         return node != nullptr ? &node->Value : nullptr;
     }
 
     // Sets the value of a key. A key that is there keeps its first spelling.
-    void SetAt(KArg key, VArg value) requires HasValue { FindOrInsert(key).Value = value; }
+    void SetAt(KArg key, VArg value) requires(HasValue) { FindOrInsert(key).Value = value; }
 
     // The value of a key, which is added with the default value if it is not there.
-    V& operator[](KArg key) requires HasValue { return FindOrInsert(key).Value; }
+    V& operator[](KArg key) requires(HasValue) { return FindOrInsert(key).Value; }
 
     // Adds a key to a set; false when it was there.
     bool Add(KArg key) requires(!HasValue)

@@ -18,11 +18,11 @@ public:
     ZVOwnedPtrArray(const ZVOwnedPtrArray&) = delete;
     ZVOwnedPtrArray& operator=(const ZVOwnedPtrArray&) = delete;
     // Moves the objects together with the duty to delete them.
-    ZVOwnedPtrArray(ZVOwnedPtrArray&& other) noexcept : Base(std::move(other)), m_owns(other.m_owns) {}
+    ZVOwnedPtrArray(ZVOwnedPtrArray&& other) noexcept : Base(static_cast<Base&&>(other)), m_owns(other.m_owns) {}
 
     ZVOwnedPtrArray& operator=(ZVOwnedPtrArray&& other) noexcept
     {
-        Base::operator=(std::move(other));
+        Base::operator=(static_cast<Base&&>(other));
         m_owns = other.m_owns;
         return *this;
     }

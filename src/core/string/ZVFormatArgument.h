@@ -26,13 +26,13 @@ struct ZVFormatArgument : ZVFormatRecord
 
     // The address itself, for %p.
     template <class Pointer>
-        requires std::same_as<std::remove_cv_t<Pointer>, void>
+        requires(std::same_as<std::remove_cv_t<Pointer>, void>)
     ZVFormatArgument(Pointer* pointer) : ZVFormatRecord {ZVFormatCode::Integer, std::bit_cast<int64_t>(pointer)}
     {
     }
 
     template <class Enumeration>
-        requires std::is_enum_v<Enumeration>
+        requires(std::is_enum_v<Enumeration>)
     ZVFormatArgument(Enumeration) = delete;
     ZVFormatArgument(std::nullptr_t) = delete;
 };

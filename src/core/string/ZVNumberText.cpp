@@ -19,6 +19,9 @@ constexpr double LargestWhole = 9223372036854774784.0;  // the largest double be
 constexpr wchar_t UpperDigits[] = L"0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 constexpr wchar_t LowerDigits[] = L"0123456789abcdefghijklmnopqrstuvwxyz";
 
+// By the last digit from 1 to 3; the first for all others.
+constexpr const wchar_t* OrdinalSuffixes[] = {L"th", L"st", L"nd", L"rd"};
+
 // Writes characters until the room is used up; then the last place is "?" and nothing more is written.
 class NumberWriter
 {
@@ -53,17 +56,9 @@ void WriteOrdinalSuffix(NumberWriter& writer)
 {
     if (writer.GetRoomLeft() < 2)
         return;
-    const wchar_t* suffix = L"th";
-    if (writer.GetFromEnd(2) != L'1')
-    {
-        switch (writer.GetFromEnd(1))
-        {
-        case L'1': suffix = L"st"; break;
-        case L'2': suffix = L"nd"; break;
-        case L'3': suffix = L"rd"; break;
-        default: break;
-        }
-    }
+    const wchar_t last = writer.GetFromEnd(1);
+    const bool isTeen = writer.GetFromEnd(2) == L'1';
+    const wchar_t* suffix = OrdinalSuffixes[!isTeen && last >= L'1' && last <= L'3' ? last - L'0' : 0];
     writer.Put(suffix[0]);
     writer.Put(suffix[1]);
 }

@@ -37,13 +37,15 @@ constexpr ClassTest ClassTests[] = {
 };
 }
 
-// Holds the pool's mutex for a scope and keeps the figures for diagnosis. Recursive locks are allowed.
+// Holds the pool's mutex for a scope and keeps the figures for diagnosis. Recursive locks are allowed. Nothing inside starts a thread, so a
+// process that has none takes no mutex: it would cost more than all the rest of a short string.
 class ZVStringGlobals::PoolLock
 {
 public:
-    explicit PoolLock(ZVStringGlobals& globals) : m_globals(globals)
+    explicit PoolLock(ZVStringGlobals& globals) : m_globals(globals), m_isNeeded(!__libc_single_threaded)
     {
-        pthread_mutex_lock(&m_globals.m_mutex);
+        if (m_isNeeded)
+            pthread_mutex_lock(&m_globals.m_mutex);
         ++m_globals.m_lockCount;
         m_globals.m_lastHolder = pthread_self();
     }
@@ -51,7 +53,8 @@ public:
     ~PoolLock()
     {
         --m_globals.m_lockCount;
-        pthread_mutex_unlock(&m_globals.m_mutex);
+        if (m_isNeeded)
+            pthread_mutex_unlock(&m_globals.m_mutex);
     }
 
     PoolLock(const PoolLock&) = delete;
@@ -59,6 +62,7 @@ public:
 
 private:
     ZVStringGlobals& m_globals;
+    const bool m_isNeeded;
 };
 
 ZVStringGlobals::ZVStringGlobals()

@@ -9,8 +9,8 @@ ILogManager* ZVLogManager::Find()
     return g_pZVTools == nullptr ? nullptr : g_pZVTools->GetLogManager(false);
 }
 
-void ZVLogManager::Write(uint32_t category, const wchar_t* scopeName, const wchar_t* format, const ZVFormatRecord* const* arguments,
-                         int32_t count)
+void ZVLogManager::Write(uint32_t category, const wchar_t* scopeName, const wchar_t* format,
+                         const ZVFormatRecord* const* arguments, int32_t count)
 {
     if (ILogManager* manager = Find())
         manager->LogWide(category, scopeName, format, arguments, count);

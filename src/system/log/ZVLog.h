@@ -12,8 +12,10 @@ namespace ZVLogManager
 ILogManager* Find();
 
 // Hands a line to the manager, with a wide or a UTF-8 format.
-void Write(uint32_t category, const wchar_t* scopeName, const wchar_t* format, const ZVFormatRecord* const* arguments, int32_t count);
-void Write(uint32_t category, const wchar_t* scopeName, const char* format, const ZVFormatRecord* const* arguments, int32_t count);
+void Write(uint32_t category, const wchar_t* scopeName, const wchar_t* format, const ZVFormatRecord* const* arguments,
+           int32_t count);
+void Write(uint32_t category, const wchar_t* scopeName, const char* format, const ZVFormatRecord* const* arguments,
+           int32_t count);
 }
 
 // Logs one line under a scope name without a scope object, with at most 20 arguments.

@@ -29,8 +29,9 @@ TEST_F(ZVLogScopeTest, FramesAFunctionWithStartAndFinish)
         scope.Log("%d of %s", 3, L"four");
         scope.LogWide(L"wide \u00e4 %s", "\xc3\xa4");
     }
-    EXPECT_THAT(m_tools.Manager.Lines, ElementsAre("256|Analyze|Start", "256|Analyze|3 of four", "256|Analyze|wide \xc3\xa4 \xc3\xa4",
-                                                   MatchesRegex("256\\|Analyze\\|Finish \\([0-9]+ ms\\)")));
+    EXPECT_THAT(m_tools.Manager.Lines,
+                ElementsAre("256|Analyze|Start", "256|Analyze|3 of four", "256|Analyze|wide \xc3\xa4 \xc3\xa4",
+                            MatchesRegex("256\\|Analyze\\|Finish \\([0-9]+ ms\\)")));
 }
 
 TEST_F(ZVLogScopeTest, ShowsAResultUnlessItIsTheMarkForNone)
@@ -40,10 +41,9 @@ TEST_F(ZVLogScopeTest, ShowsAResultUnlessItIsTheMarkForNone)
         ZVLogScope scope(1, L"S", true);
         scope.SetResult(result);
     }
-    EXPECT_THAT(m_tools.Manager.Lines,
-                ElementsAre("1|S|Start", MatchesRegex("1\\|S\\|Finish \\(result: 0\\) \\([0-9]+ ms\\)"), "1|S|Start",
-                            MatchesRegex("1\\|S\\|Finish \\(result: -1\\) \\([0-9]+ ms\\)"), "1|S|Start",
-                            MatchesRegex("1\\|S\\|Finish \\([0-9]+ ms\\)")));
+    EXPECT_THAT(m_tools.Manager.Lines, ElementsAre("1|S|Start", MatchesRegex("1\\|S\\|Finish \\(result: 0\\) \\([0-9]+ ms\\)"),
+                                                   "1|S|Start", MatchesRegex("1\\|S\\|Finish \\(result: -1\\) \\([0-9]+ ms\\)"),
+                                                   "1|S|Start", MatchesRegex("1\\|S\\|Finish \\([0-9]+ ms\\)")));
 }
 
 TEST_F(ZVLogScopeTest, WithoutTheFlagOnlyLogsWhatItIsTold)

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+
+// A string of one library as another may read and set it: the characters stay with the side that owns the string, so neither frees
+// what the other made.
+class IZVDllString
+{
+public:
+    // The characters, NUL-terminated; valid until the string changes.
+    virtual const wchar_t* GetString() = 0;
+    // Replaces the text by the first length characters; a negative length means up to the NUL.
+    virtual void SetString(const wchar_t* text, int32_t length) = 0;
+    virtual void Empty() = 0;
+    // The characters as a writable buffer for length of them and a terminator, until ReleaseBuffer.
+    virtual wchar_t* GetBuffer(int32_t length, bool keepContents) = 0;
+    // Ends the use of the buffer and sets the length; -1 measures it.
+    virtual void ReleaseBuffer(int32_t length) = 0;
+
+protected:
+    ~IZVDllString() = default;
+};

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "core/string/ZVCharacter.h"
+
+#include <cstdint>
+#include <cwchar>
+
+// What the characters of an XML text mean to the token reader and to those who look into a tag.
+namespace ZVXMLText
+{
+inline bool IsBlank(wchar_t character)
+{
+    return character == L' ' || character == L'\t' || character == L'\n' || character == L'\r';
+}
+
+// What ends the name of an element.
+inline bool IsNameEnd(wchar_t character)
+{
+    return character <= L'>' && (IsBlank(character) || character == L'/' || character == L'>');
+}
+
+// What begins the name of an element: the reader takes more than the standard's names, since nothing is lost by it.
+inline bool IsNameStart(wchar_t character)
+{
+    return (character >= L'A' && character <= L'Z') || character == L'_' || character == L':' || character > 96;
+}
+
+inline const wchar_t* SkipName(const wchar_t* text, const wchar_t* end)
+{
+    while (text != end && !IsNameEnd(*text))
+        ++text;
+    return text;
+}
+
+inline const wchar_t* SkipBlanks(const wchar_t* text, const wchar_t* end)
+{
+    while (text != end && IsBlank(*text))
+        ++text;
+    return text;
+}
+
+// The first occurrence of a character, or end.
+inline const wchar_t* FindCharacter(const wchar_t* text, const wchar_t* end, wchar_t character)
+{
+    const wchar_t* found = wmemchr(text, character, static_cast<size_t>(end - text));
+    return found != nullptr ? found : end;
+}
+
+inline bool AreEqual(const wchar_t* left, const wchar_t* right, int32_t length, bool fold)
+{
+    for (int32_t index = 0; index < length; ++index)
+        if (left[index] != right[index] && !(fold && ZVCharacter::ToLower(left[index]) == ZVCharacter::ToLower(right[index])))
+            return false;
+    return true;
+}
+}
