@@ -1,5 +1,5 @@
-// Reads any text as an XML document, walks through all of it and changes it. The input is UTF-8 up to a NUL, then one byte for the
-// flags of the document and one byte for each step among and each change of the elements.
+// Reads any text as an XML document, walks through all of it and changes it. The input is UTF-8 up to a NUL, then one byte for
+// the flags of the document and one byte for each step among and each change of the elements.
 
 #include "core/xml/ZVXMLDocument.h"
 
@@ -134,7 +134,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const uint8_t* steps = data + textSize + 1;
     const size_t stepCount = size > textSize ? size - textSize - 1 : 0;
 
-    // The documents are used for all inputs: to set up the index anew takes longer than most inputs do, and nothing of the one before may be left.
+    // The documents are used for all inputs: to set up the index anew takes longer than most inputs do, and nothing of the one
+    // before may be left.
     static ZVXMLDocument documents[] = {ZVXMLDocument(0), ZVXMLDocument(ZVXMLDocument::FoldNames)};
     static ZVXMLDocument readAgain[] = {ZVXMLDocument(0), ZVXMLDocument(ZVXMLDocument::FoldNames)};
     const size_t kind = stepCount > 0 && (steps[0] & ZVXMLDocument::FoldNames) != 0 ? 1 : 0;

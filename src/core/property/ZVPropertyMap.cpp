@@ -54,14 +54,20 @@ ZVPropertyMap& ZVPropertyMap::operator=(const ZVPropertyMap& other)
 
 ZVPropertyMap::~ZVPropertyMap() = default;
 
+const ZVPropertyMap::Entries& ZVPropertyMap::GetEntries() const
+{
+    static const Entries none;
+    return m_entries != nullptr ? *m_entries : none;
+}
+
 bool ZVPropertyMap::IsSet(const wchar_t* key) const
 {
-    return m_entries != nullptr && m_entries->Contains(key);
+    return GetEntries().Contains(key);
 }
 
 ZVString ZVPropertyMap::GetString(const wchar_t* key, const ZVString& defaultValue) const
 {
-    const ZVString* value = m_entries != nullptr ? m_entries->FindValue(key) : nullptr;
+    const ZVString* value = GetEntries().FindValue(key);
     return value != nullptr ? *value : defaultValue;
 }
 
@@ -151,8 +157,10 @@ bool ZVPropertyMap::CopyFrom(const ZVPropertyMap& other)
 
 bool ZVPropertyMap::MergeFrom(const ZVPropertyMap& other)
 {
-    if (this != &other)
-        other.ForEach([this](const ZVString& key, const ZVString& value) { SetString(key, value, false); });
+    if (this == &other)
+        return true;
+    for (const auto& entry : other.GetEntries())
+        SetString(entry.Key, entry.Value, false);
     return true;
 }
 
@@ -160,12 +168,13 @@ bool ZVPropertyMap::IsEqual(const ZVPropertyMap& other) const
 {
     if (GetCount() != other.GetCount())
         return false;
-    bool isEqual = true;
-    ForEach([&](const ZVString& key, const ZVString& value) {
-        const ZVString* otherValue = other.m_entries->FindValue(key);
-        isEqual = isEqual && otherValue != nullptr && *otherValue == value;
-    });
-    return isEqual;
+    for (const auto& entry : GetEntries())
+    {
+        const ZVString* otherValue = other.GetEntries().FindValue(entry.Key);
+        if (otherValue == nullptr || *otherValue != entry.Value)
+            return false;
+    }
+    return true;
 }
 
 void ZVPropertyMap::Save(ZVString& text, bool withItems) const
@@ -175,14 +184,14 @@ void ZVPropertyMap::Save(ZVString& text, bool withItems) const
         return;
     // The buffer of the length-prefixed form grows in small steps, so the room for a large map is made at once.
     int64_t room = 0;
-    ForEach([&room](const ZVString& key, const ZVString& value) {
-        room += int64_t {key.GetLength()} + value.GetLength() + 2 * LargestPrefix;
-    });
+    for (const auto& entry : GetEntries())
+        room += int64_t {entry.Key.GetLength()} + entry.Value.GetLength() + 2 * LargestPrefix;
     text.Append(nullptr, static_cast<int32_t>(std::min<int64_t>(room, INT32_MAX)), 1);
-    ForEach([&text](const ZVString& key, const ZVString& value) {
-        text.AppendLengthPrefixed(key);
-        text.AppendLengthPrefixed(value);
-    });
+    for (const auto& entry : GetEntries())
+    {
+        text.AppendLengthPrefixed(entry.Key);
+        text.AppendLengthPrefixed(entry.Value);
+    }
 }
 
 bool ZVPropertyMap::Load(const ZVString& text)
@@ -238,10 +247,11 @@ bool ZVPropertyMap::FromXML(const ZVString& text, const wchar_t* rootName, doubl
 
 void ZVPropertyMap::WriteItems(ZVXMLDocument& document) const
 {
-    ForEach([&document](const ZVString& key, const ZVString& value) {
-        document.AddElement(ItemElement, value, 0);
-        document.SetAttribute(NameAttribute, key);
-    });
+    for (const auto& entry : GetEntries())
+    {
+        document.AddElement(ItemElement, entry.Value, 0);
+        document.SetAttribute(NameAttribute, entry.Key);
+    }
 }
 
 void ZVPropertyMap::ReadItems(ZVXMLDocument& document)
@@ -256,5 +266,6 @@ void ZVPropertyMap::ToDisplayText(ZVString& result) const
     constexpr const wchar_t* Indentation = L"";
     constexpr const wchar_t* LineEnd = L"\r\n";
     result.Empty();
-    ForEach([&](const ZVString& key, const ZVString& value) { result.AppendFormat(L"%s%s: %s%s", Indentation, key, value, LineEnd); });
+    for (const auto& entry : GetEntries())
+        result.AppendFormat(L"%s%s: %s%s", Indentation, entry.Key, entry.Value, LineEnd);
 }

@@ -5,13 +5,13 @@
 
 #include <cstdint>
 #include <memory>
-#include <utility>
 
 class ZVXMLDocument;
 
-// The record of the system: names with text values. Tasks write their results into one, and its XMLPH form is what the main application reads.
-// Names are compared with case folded, and an entry keeps the spelling with which its name was first set. All values are text; numbers are
-// turned to text when they are set and parsed when they are got. A null name is the empty one. No operation throws but for a failure to allocate.
+// The record of the system: names with text values. Tasks write their results into one, and its XMLPH form is what the main
+// application reads. Names are compared with case folded, and an entry keeps the spelling with which its name was first set.
+// All values are text; numbers are turned to text when they are set and parsed when they are got. A null name is the empty one.
+// No operation throws but for a failure to allocate.
 //
 // The entries of every form stand in the order of the hash table: by bucket, not by the time of insertion.
 class ZVPropertyMap
@@ -27,8 +27,8 @@ public:
 
     virtual bool IsSet(const wchar_t* key) const;
 
-    // The value, or the default for a name that is not set. The typed forms give what the parse makes of a value that is no number, not the
-    // default. A double may have either decimal point and an exponent; a pointer is hexadecimal.
+    // The value, or the default for a name that is not set. The typed forms give what the parse makes of a value that is no
+    // number, not the default. A double may have either decimal point and an exponent; a pointer is hexadecimal.
     virtual ZVString GetString(const wchar_t* key, const ZVString& defaultValue = ZVString()) const;
     virtual int32_t GetInt(const wchar_t* key, int32_t defaultValue = 0) const;
     virtual int64_t GetInt64(const wchar_t* key, int64_t defaultValue = 0) const;
@@ -36,7 +36,8 @@ public:
     virtual double GetDouble(const wchar_t* key, double defaultValue = 0.0) const;
     virtual void* GetPointer(const wchar_t* key, void* defaultValue = nullptr) const;
 
-    // Sets or replaces a value. With removeIfEmpty an empty value removes the name, without it the name is set and has an empty value.
+    // Sets or replaces a value. With removeIfEmpty an empty value removes the name, without it the name is set and has an empty
+    // value.
     virtual void SetString(const wchar_t* key, const ZVString& value, bool removeIfEmpty = false);
     virtual void SetInt(const wchar_t* key, int32_t value);
     virtual void SetInt64(const wchar_t* key, int64_t value);
@@ -58,21 +59,22 @@ public:
 
     // Appends the length-prefixed form: the number of entries, then each name and value. Without withItems only the number 0.
     virtual void Save(ZVString& text, bool withItems = true) const;
-    // Replaces the entries by those of the length-prefixed form at the start of a text, or at a position, which moves behind what was
-    // read. A text that does not begin with a number has no entries. False when the text has fewer entries than its number tells; the
-    // whole ones are set, and the position is behind the last of them.
+    // Replaces the entries by those of the length-prefixed form at the start of a text, or at a position, which moves behind
+    // what was read. A text that does not begin with a number has no entries. False when the text has fewer entries than its
+    // number tells; the whole ones are set, and the position is behind the last of them.
     virtual bool Load(const ZVString& text);
     virtual bool Load(const ZVString& text, int32_t& position);
 
-    // The XMLPH form: an element rootName with the attribute version, to one decimal with the locale's point, around the items. With
-    // emptyIfNoItems the text for no entries is empty.
+    // The XMLPH form: an element rootName with the attribute version, to one decimal with the locale's point, around the items.
+    // With emptyIfNoItems the text for no entries is empty.
     virtual void ToXML(ZVString& result, const wchar_t* rootName, bool emptyIfNoItems, double version) const;
-    // Replaces the entries by those of the XMLPH form. Items in front of damage are read. False, with no entries, for another root or another
-    // version; an empty text is a map without entries and gives true.
+    // Replaces the entries by those of the XMLPH form. Items in front of damage are read. False, with no entries, for another
+    // root or another version; an empty text is a map without entries and gives true.
     virtual bool FromXML(const ZVString& text, const wchar_t* rootName, double version);
     // Adds an element Item for each entry at the position of the document, which is then at the last of them.
     virtual void WriteItems(ZVXMLDocument& document) const;
-    // Replaces the entries by the Item elements behind the position of the document. A later one of the same name replaces an earlier one.
+    // Replaces the entries by the Item elements behind the position of the document. A later one of the same name replaces an
+    // earlier one.
     virtual void ReadItems(ZVXMLDocument& document);
 
     // A line "name: value" for each entry, ended by a carriage return and a line feed.
@@ -83,14 +85,8 @@ public:
 private:
     using Entries = ZVStringMap<ZVString, false, ZVString, const ZVString&, true>;
 
-    // Runs a function with the name and the value of each entry, in the order of all forms.
-    template <class Function>
-    void ForEach(Function function) const
-    {
-        if (m_entries != nullptr)
-            for (const auto& entry : std::as_const(*m_entries))
-                function(entry.Key, entry.Value);
-    }
+    // The entries in the order of all forms.
+    const Entries& GetEntries() const;
 
     // Null while there are no entries.
     std::unique_ptr<Entries> m_entries;

@@ -299,6 +299,14 @@ public:
     void FormatList(const wchar_t* format, const ZVFormatRecord* const* arguments, int32_t count);
     void AppendFormatList(const wchar_t* format, const ZVFormatRecord* const* arguments, int32_t count);
 
+    // --- File -----------------------------------------------------------------------------------------------------------------------
+
+    // Writes the text to a file, which is made or replaced, after making its folder. Control characters of the path become "_".
+    // The modes are 1 one byte a character, 2 UTF-8, 3 UTF-16 in host order behind its mark, 4 the same without the mark, 5 UTF-8
+    // behind its mark; with any other nothing is touched. True when every byte was written; a file that could not be written
+    // whole is removed, and the cause is logged.
+    bool SaveToFile(const ZVString& path, int32_t mode) const;
+
     // --- Quote, similarity, serial form ---------------------------------------------------------------------------------------------
 
     // The text as one word of a shell command line.

@@ -49,14 +49,14 @@ bool NeedsEscape(wchar_t character, uint32_t flags)
     return FindEscape(character, flags) != nullptr || ((flags & ZVString::HandleControlCharacters) != 0 && IsControl(character));
 }
 
-void AppendEscaped(ZVString& out, wchar_t character, uint32_t flags)
+void AppendEscaped(ZVString& out, wchar_t character, uint32_t flags, int32_t growBlock)
 {
     if (const wchar_t* escape = FindEscape(character, flags))
-        out.Append(escape);
+        out.Append(escape, -1, growBlock);
     else if ((flags & ZVString::ReplaceControlCharacters) != 0)
-        out.AppendCharacter(L'?');
+        out.Append(L"?", 1, growBlock);
     else
-        out.AppendFormat(L"&#x%x;", character);
+        out.Append(ZVFormat(L"&#x%x;", character), -1, growBlock);
 }
 
 // The characters of a decoded entity and what it took from the text; a length of 0 when there is none.
@@ -151,16 +151,18 @@ void ZVString::EscapeXML(uint32_t flags)
     ZVString escaped;
     escaped.GetBuffer(static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(length) * 110 / 100, INT32_MAX - 1)));
     escaped.ReleaseBuffer(0);
+    // No escape is longer than a few characters, so blocks of the text's length keep the number of buffers small however long it is.
+    const int32_t growBlock = length;
     int32_t runStart = 0;
     for (; position < length; ++position)
     {
         if (!NeedsEscape(m_text[position], flags))
             continue;
-        escaped.Append(m_text + runStart, position - runStart);
-        AppendEscaped(escaped, m_text[position], flags);
+        escaped.Append(m_text + runStart, position - runStart, growBlock);
+        AppendEscaped(escaped, m_text[position], flags, growBlock);
         runStart = position + 1;
     }
-    escaped.Append(m_text + runStart, length - runStart);
+    escaped.Append(m_text + runStart, length - runStart, growBlock);
     *this = escaped;
 }
 

@@ -1,11 +1,13 @@
 // Replacing of texts and tokens in ZVString.
 
+#include "contracts/IZVTools.h"
 #include "core/ZVToolsPointer.h"
 #include "core/containers/ZVArray.h"
 #include "core/string/ZVString.h"
 #include "core/string/ZVStringReplaceHit.h"
 #include "core/string/ZVWideText.h"
 
+#include <algorithm>
 #include <new>
 
 namespace
@@ -30,10 +32,20 @@ using NeedleArray = ZVArray<Needle, const Needle&, false>;
 using NeedleHitArray = ZVArray<NeedleHit, const NeedleHit&, false>;
 using ReplaceHitArray = ZVArray<ZVStringReplaceHit, const ZVStringReplaceHit&, false>;
 
-// Without the tools library a search that ignores case finds what is written exactly so.
+// A search that ignores case is exact where the tools library or its search is missing.
 int32_t FindNext(const ZVString& text, const wchar_t* needle, int32_t start, bool caseSensitive)
 {
-    return caseSensitive || g_pZVTools == nullptr ? text.Find(needle, start) : text.FindNoCase(needle, start);
+    const bool ignoresCase = !caseSensitive && g_pZVTools != nullptr && g_pZVTools->GetTools(false) != nullptr;
+    return ignoresCase ? text.FindNoCase(needle, start) : text.Find(needle, start);
+}
+
+// Adds to an array that doubles: with the steps of a fixed size that large arrays grow by, a text full of hits would cost quadratic time.
+template <class Array, class Element>
+void AddDoubling(Array& array, const Element& element)
+{
+    if (array.GetCount() == array.GetCapacity())
+        array.Reserve(static_cast<int32_t>(std::min<int64_t>(2 * static_cast<int64_t>(array.GetCount()), INT32_MAX)));
+    array.Add(element);
 }
 
 // The needle whose next match from position on comes first, the earlier in the list of two at one place; -1 when there is no match left.
@@ -102,7 +114,7 @@ int32_t ZVString::ReplaceMultiple(const wchar_t* const* needles, const wchar_t* 
         if (nearest == -1)
             break;
         const Needle& needle = list[nearest];
-        hits.Add({nearest, needle.Next});
+        AddDoubling(hits, NeedleHit {nearest, needle.Next});
         position = needle.Next + needle.Length;
         newLength += prefixLength + suffixLength + (keepMatchedText ? 0 : needle.ReplacementLength - needle.Length);
     }
@@ -141,7 +153,7 @@ int32_t ZVString::RemoveText(const wchar_t* text, bool caseSensitive)
     ReplaceHitArray hits;
     for (int32_t found = FindNext(*this, text, 0, caseSensitive); found != -1;
          found = FindNext(*this, text, found + length, caseSensitive))
-        hits.Add({found, found + length});
+        AddDoubling(hits, ZVStringReplaceHit {found, found + length});
     if (hits.GetCount() > 0)
         Cut(&hits[0], hits.GetCount());
     return hits.GetCount();

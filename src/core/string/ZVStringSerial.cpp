@@ -47,13 +47,14 @@ ZVString ZVString::QuoteForShell() const
 int32_t ZVString::GetEditDistance(const wchar_t* other, int32_t limit) const
 {
     other = ZVWideText::OrEmpty(other);
-    const int32_t length = GetLength();
+    // The copy of a locked string ends at its first NUL, so the copy's length is the one that counts.
+    ZVString lowered = *this;
+    const int32_t length = lowered.GetLength();
     const int32_t otherLength = ZVWideText::LengthOf(other);
     if (std::abs(length - otherLength) > limit)
         return INT_MAX;
 
     // Of the whole table only the row above is ever looked at again. The row holds the costs of the first so many characters of this string.
-    ZVString lowered = *this;
     lowered.MakeLower();
     ZVNumberArray<int32_t> row;
     row.SetCount(length + 1);

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// Reads the attributes in a start tag or a declaration one after the other. It keeps to the same rule of quotes as the token reader, by which the
-// tag's end was found, so what it takes for a value never reaches beyond the tag.
+// Reads the attributes in a start tag or a declaration one after the other. It keeps to the same rule of quotes as the token
+// reader, by which the tag's end was found, so what it takes for a value never reaches beyond the tag.
 class ZVXMLAttributeReader
 {
 public:
@@ -15,8 +15,8 @@ public:
     // Goes to the attribute of that name, searched for from the start of the tag.
     bool Find(const wchar_t* name, int32_t nameLength, bool fold);
 
-    // The value is what stands between the quotes. Without quotes it goes up to the next blank or the end of the tag; an attribute without
-    // a value has an empty one behind its name.
+    // The value is what stands between the quotes. Without quotes it goes up to the next blank or the end of the tag; an
+    // attribute without a value has an empty one behind its name.
     const wchar_t* GetValue() const { return m_value; }
     int32_t GetValueLength() const { return static_cast<int32_t>(m_valueEnd - m_value); }
     bool HasEqualsSign() const { return m_hasEqualsSign; }

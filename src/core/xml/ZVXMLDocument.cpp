@@ -137,7 +137,8 @@ ZVXMLNodeType ZVXMLDocument::FindNode(int32_t types)
     if (isAtOtherNode)
         offset = m_node.Start + m_node.Length;
 
-    const int32_t end = GetContentEnd(m_position.Parent);
+    const uint32_t parent = m_position.Parent;
+    const int32_t end = parent != 0 ? m_index[parent].End() : m_document.GetLength();
     ZVXMLTokenReader reader(m_document, offset, std::max(offset, end));
     for (;;)
     {
@@ -145,10 +146,15 @@ ZVXMLNodeType ZVXMLDocument::FindNode(int32_t types)
         if (type == ZVXMLNodeType::EndOfText || type == ZVXMLNodeType::Error)
             return ZVXMLNodeType::EndOfText;
         if (type == ZVXMLNodeType::EndTag)
+        {
+            // Inside of an element no end tag is left over: the first one ends it.
+            if (parent != 0)
+                return ZVXMLNodeType::EndOfText;
             type = ZVXMLNodeType::UnpairedEndTag;
+        }
         if (type == ZVXMLNodeType::Element)
         {
-            main = NextElement(m_position.Parent, main);
+            main = NextElement(parent, main);
             if (main == 0)
                 return ZVXMLNodeType::EndOfText;
             reader.SeekTo(m_index[main].End());
@@ -156,7 +162,7 @@ ZVXMLNodeType ZVXMLDocument::FindNode(int32_t types)
         if ((types & static_cast<int32_t>(type)) == 0)
             continue;
         if (main != m_position.Main)
-            m_position = {m_position.Parent, main, 0};
+            m_position = {parent, main, 0};
         m_node = {type, reader.GetStart(), reader.GetLength()};
         return type;
     }

@@ -7,14 +7,17 @@
 
 #include <cstdint>
 
-// An XML text with an index of its elements and a position among them. The document is one string, shared with whoever gave it; reading cuts
-// parts out of it, writing changes it in place and moves the index along. There are no node objects: the caller walks with find, enter and leave.
+// An XML text with an index of its elements and a position among them. The document is one string, shared with whoever gave it;
+// reading cuts parts out of it, writing changes it in place and moves the index along. There are no node objects: the caller
+// walks with find, enter and leave.
 //
-// The position is a parent, a main element below it and a child element below that, each of which may be missing. Names are compared exactly, or
-// folded with the flag FoldNames. Offsets and lengths count characters. What is asked of an element that is missing is empty, and what is to be
-// changed there stays: operations that can fail give false and then have changed nothing. Only a failure to allocate throws.
+// The position is a parent, a main element below it and a child element below that, each of which may be missing. Names are
+// compared exactly, or folded with the flag FoldNames. Offsets and lengths count characters. What is asked of an element that
+// is missing is empty, and what is to be changed there stays: operations that can fail give false and then have changed
+// nothing. Only a failure to allocate throws.
 //
-// A damaged document can be walked and changed as far as its index goes. After a change its damage may read differently to a new parse.
+// A damaged document can be walked and changed as far as its index goes. After a change its damage may read differently to a
+// new parse.
 class ZVXMLDocument
 {
 public:
@@ -24,8 +27,8 @@ public:
     // Flags of AddElement.
     static constexpr uint32_t ValueAsCDATA = 1;
     static constexpr uint32_t NoLineBreak = 2;
-    static constexpr uint32_t BlankBeforeEnd = 4;         // an empty element ends with " />"
-    static constexpr uint32_t NoEndTag = 0x10;            // an empty element whatever the value
+    static constexpr uint32_t BlankBeforeEnd = 4;  // an empty element ends with " />"
+    static constexpr uint32_t NoEndTag = 0x10;     // an empty element whatever the value
     static constexpr uint32_t InFrontOfCurrent = 0x2000;
     static constexpr uint32_t ChildOfMain = 0x4000;
 
@@ -34,10 +37,10 @@ public:
     ZVXMLDocument(const ZVXMLDocument&) = delete;
     ZVXMLDocument& operator=(const ZVXMLDocument&) = delete;
 
-    // --- Document -------------------------------------------------------------------------------------------------------------------
+    // --- Document -------------------------------------------------------------------------------------------------------------
 
-    // Takes a share of the text and indexes it. True when it is well-formed; otherwise GetError says why not, and the elements that could be read
-    // are there all the same. The position and saved positions are reset.
+    // Takes a share of the text and indexes it. True when it is well-formed; otherwise GetError says why not, and the elements
+    // that could be read are there all the same. The position and saved positions are reset.
     bool SetDocument(const ZVString& text);
     const ZVString& GetDocument() const { return m_document; }
     // The messages of the last SetDocument, one a line.
@@ -47,11 +50,12 @@ public:
     // The value of the pseudo-attribute "encoding" of the XML declaration with which a text begins, or empty.
     static ZVString GetEncoding(const ZVString& text);
 
-    // --- Position: false when there is no such element, and the position is left as it was -------------------------------------------
+    // --- Position: false when there is no such element, and the position is left as it was -------------------------------------
 
-    // Moves the main or the child position to the next sibling with that name, from the first one when the position has none; null takes the next
-    // of any name. The name can be a path: steps separated by "/", a leading "/" for a path from the root, and "[n]" behind a step for the n-th
-    // sibling of that name, counted from 1. Each step takes the first element that fits. The whole position moves to where the path leads.
+    // Moves the main or the child position to the next sibling with that name, from the first one when the position has none;
+    // null takes the next of any name. The name can be a path: steps separated by "/", a leading "/" for a path from the root,
+    // and "[n]" behind a step for the n-th sibling of that name, counted from 1. Each step takes the first element that fits.
+    // The whole position moves to where the path leads.
     bool FindElement(const wchar_t* name = nullptr);
     bool FindChildElement(const wchar_t* name = nullptr);
     // Makes the main element the parent and the child the main element.
@@ -66,25 +70,28 @@ public:
     void SavePosition(const wchar_t* name);
     bool RestorePosition(const wchar_t* name);
 
-    // Moves to the next node of one of the types on the level of the main element, which becomes the last element in front of it; an element found
-    // becomes the main element itself. The types are those of ZVXMLNodeType above zero, joined. Gives the type found, or EndOfText for none.
+    // Moves to the next node of one of the types on the level of the main element, which becomes the last element in front of
+    // it; an element found becomes the main element itself. The types are those of ZVXMLNodeType above zero, joined. Gives the
+    // type found, or EndOfText for none.
     ZVXMLNodeType FindNode(int32_t types);
 
-    // --- Read -----------------------------------------------------------------------------------------------------------------------
+    // --- Read -----------------------------------------------------------------------------------------------------------------
 
     ZVString GetElementName() const { return GetName(m_position.Main); }
     ZVString GetChildElementName() const { return GetName(m_position.Child); }
-    // The names from the root to the main element, or else to the parent, each behind a "/" and with "[n]" where siblings have the name too.
+    // The names from the root to the main element, or else to the parent, each behind a "/" and with "[n]" where siblings have
+    // the name too.
     ZVString GetElementPath() const;
-    // The text in an element with entities decoded and CDATA sections joined in as they are; empty for an element that has child elements. After
-    // FindNode has found another node than an element, GetText gives that one's content without its markers.
+    // The text in an element with entities decoded and CDATA sections joined in as they are; empty for an element that has
+    // child elements. After FindNode has found another node than an element, GetText gives that one's content without its
+    // markers.
     ZVString GetText() const;
     ZVString GetChildText() const { return GetElementText(m_position.Child); }
     // The decoded value of an attribute, empty when it is missing.
     ZVString GetAttribute(const wchar_t* name) const { return GetAttributeOf(m_position.Main, name); }
     ZVString GetChildAttribute(const wchar_t* name) const { return GetAttributeOf(m_position.Child, name); }
 
-    // --- Write ----------------------------------------------------------------------------------------------------------------------
+    // --- Write ----------------------------------------------------------------------------------------------------------------
 
     // Replaces the value of an attribute or adds the attribute at the end of the tag. False for a name that no tag can hold.
     bool SetAttribute(const wchar_t* name, const ZVString& value) { return SetAttributeOf(m_position.Main, name, value); }
@@ -92,9 +99,9 @@ public:
     // Replaces the content of an element, child elements too.
     bool SetText(const ZVString& text, bool useCDATA = false) { return SetTextOf(m_position.Main, text, useCDATA); }
     bool SetChildText(const ZVString& text, bool useCDATA = false) { return SetTextOf(m_position.Child, text, useCDATA); }
-    // Adds an element behind the main element, or in front of it with InFrontOfCurrent, and makes it the main element. Without a main element it
-    // becomes the last one below the parent, or the first. An element with an empty value is written as one tag; a line break follows
-    // unless NoLineBreak is set. False for a name that no tag can hold.
+    // Adds an element behind the main element, or in front of it with InFrontOfCurrent, and makes it the main element. Without
+    // a main element it becomes the last one below the parent, or the first. An element with an empty value is written as one
+    // tag; a line break follows unless NoLineBreak is set. False for a name that no tag can hold.
     bool AddElement(const wchar_t* name, const ZVString& value, uint32_t flags = 0);
     // The same below the main element, at the child position.
     bool AddChildElement(const wchar_t* name, const ZVString& value, uint32_t flags = 0);

@@ -168,7 +168,8 @@ bool ZVXMLDocument::AddChildElement(const wchar_t* name, const ZVString& value, 
     return true;
 }
 
-uint32_t ZVXMLDocument::InsertElement(uint32_t parent, uint32_t current, const wchar_t* name, const ZVString& value, uint32_t flags)
+uint32_t ZVXMLDocument::InsertElement(uint32_t parent, uint32_t current, const wchar_t* name, const ZVString& value,
+                                      uint32_t flags)
 {
     if (!IsElementName(name))
         return 0;
@@ -247,8 +248,8 @@ void ZVXMLDocument::ForgetLostPositions()
         const auto* node = m_saved.GetNext(place);
         const Position& position = node->Value;
         // Record 0 is never freed, so a missing part does not count as lost.
-        if (m_index[position.Parent].Has(ZVXMLElement::Freed) || m_index[position.Main].Has(ZVXMLElement::Freed)
-            || m_index[position.Child].Has(ZVXMLElement::Freed))
+        if (m_index[position.Parent].Has(ZVXMLElement::Freed) || m_index[position.Main].Has(ZVXMLElement::Freed) ||
+            m_index[position.Child].Has(ZVXMLElement::Freed))
             m_saved.RemoveKey(node->Key);
     }
 }

@@ -76,14 +76,15 @@ uint32_t ZVXMLDocument::NextElement(uint32_t parent, uint32_t current) const
 bool ZVXMLDocument::HasName(uint32_t element, const wchar_t* name, int32_t length) const
 {
     const wchar_t* start = m_document.GetText() + m_index[element].Start + 1;
-    return m_index[element].Length > length + 1 && ZVXMLText::AreEqual(start, name, length, FoldsNames())
-        && ZVXMLText::IsNameEnd(start[length]);
+    return m_index[element].Length > length + 1 && ZVXMLText::AreEqual(start, name, length, FoldsNames()) &&
+           ZVXMLText::IsNameEnd(start[length]);
 }
 
 ZVString ZVXMLDocument::GetElementPath() const
 {
     ZVNumberArray<uint32_t> elements;
-    for (uint32_t element = m_position.Main != 0 ? m_position.Main : m_position.Parent; element != 0; element = m_index[element].Parent)
+    for (uint32_t element = m_position.Main != 0 ? m_position.Main : m_position.Parent; element != 0;
+         element = m_index[element].Parent)
         elements.Add(element);
     ZVString path;
     for (int32_t index = elements.GetCount(); index-- > 0;)

@@ -3,12 +3,13 @@
 #include <cstdint>
 #include <type_traits>
 
-// What the index of an XML document holds of one element: its place in the text, in wide characters, and its place in the tree. The element's name,
-// attributes and content are read from the text whenever they are asked for. Links are record indexes, and 0 means no element.
+// What the index of an XML document holds of one element: its place in the text, in wide characters, and its place in the tree.
+// The element's name, attributes and content are read from the text whenever they are asked for. Links are record indexes, and
+// 0 means no element.
 struct ZVXMLElement
 {
-    // The tag lengths share one word, 22 bits for the start tag and 10 for the end tag. A tag that is longer has all bits set, and whoever wants its
-    // length looks for the tag's end in the text.
+    // The tag lengths share one word, 22 bits for the start tag and 10 for the end tag. A tag that is longer has all bits set,
+    // and whoever wants its length looks for the tag's end in the text.
     static constexpr int32_t LongStartTag = 0x3fffff;
     static constexpr int32_t LongEndTag = 0x3ff;
     static constexpr uint32_t EndTagShift = 22;
@@ -22,14 +23,14 @@ struct ZVXMLElement
     // The record is on the free list.
     static constexpr uint32_t Freed = 0x80000000;
 
-    int32_t Start;              // of the "<"
-    int32_t Length;             // of the whole element with both tags
+    int32_t Start;   // of the "<"
+    int32_t Length;  // of the whole element with both tags
     uint32_t TagLengths;
     uint32_t FlagsAndLevel;
     uint32_t Parent;
     uint32_t FirstChild;
     uint32_t NextSibling;
-    uint32_t PreviousSibling;   // of a first sibling: the last one, so that appending needs no walk
+    uint32_t PreviousSibling;  // of a first sibling: the last one, so that appending needs no walk
 
     int32_t End() const { return Start + Length; }
     bool Has(uint32_t flag) const { return (FlagsAndLevel & flag) != 0; }

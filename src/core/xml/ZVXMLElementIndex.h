@@ -3,9 +3,9 @@
 #include "core/containers/ZVPointerArray.h"
 #include "core/xml/ZVXMLElement.h"
 
-// The element records of a document and the tree that they make. Record 0 stands for the document itself: it has no text, and its children are the
-// top elements. Records lie in segments that never move, so a reference to one holds until the record is freed; freed records are used again first.
-// A record index is not checked.
+// The element records of a document and the tree that they make. Record 0 stands for the document itself: it has no text, and
+// its children are the top elements. Records lie in segments that never move, so a reference to one holds until the record is
+// freed; freed records are used again first. A record index is not checked.
 class ZVXMLElementIndex
 {
 public:
@@ -19,7 +19,8 @@ public:
 
     // Forgets all elements. The segments are kept for the next document.
     void Clear();
-    // Makes a record behind the sibling previous, or as first child of the parent when previous is 0. Only its links, level and sibling flags are set.
+    // Makes a record behind the sibling previous, or as first child of the parent when previous is 0. Only its links, level and
+    // sibling flags are set.
     uint32_t Insert(uint32_t parent, uint32_t previous);
     // Takes an element out of the tree and frees its record and all records below it.
     void Remove(uint32_t index);
@@ -29,8 +30,9 @@ public:
     uint32_t LastChild(uint32_t parent) const;
     uint32_t PreviousSibling(uint32_t index) const;
 
-    // The text has grown by difference, or shrunk for a negative one, behind the start of an element: every element that begins behind it
-    // in document order moves, except those below it, and every element around it changes its length. The effort goes with the elements behind.
+    // The text has grown by difference, or shrunk for a negative one, behind the start of an element: every element that begins
+    // behind it in document order moves, except those below it, and every element around it changes its length. The effort goes
+    // with the elements behind.
     void MoveBehind(uint32_t index, int32_t difference);
     // Moves all elements below one.
     void MoveChildren(uint32_t parent, int32_t difference);
@@ -47,8 +49,8 @@ private:
     void FreeSubtree(uint32_t top);
     uint32_t NextInSubtree(uint32_t index, uint32_t top) const;
 
-    uint32_t m_top = 0;                      // the first record that was never used
-    uint32_t m_firstFree = 0;                // the free records are chained by their previous sibling
+    uint32_t m_top = 0;        // the first record that was never used
+    uint32_t m_firstFree = 0;  // the free records are chained by their previous sibling
     ZVPointerArray<ZVXMLElement> m_segments;
-    uint32_t m_allocated = 0;                // records in all segments
+    uint32_t m_allocated = 0;  // records in all segments
 };

@@ -3,7 +3,10 @@
 #include "core/xml/ZVXMLText.h"
 
 ZVXMLIndexBuilder::ZVXMLIndexBuilder(const ZVString& document, bool foldNames, ZVXMLElementIndex& index)
-    : m_text(document.GetText()), m_end(m_text + document.GetLength()), m_index(index), m_reader(m_text, 0, document.GetLength()),
+    : m_text(document.GetText()),
+      m_end(m_text + document.GetLength()),
+      m_index(index),
+      m_reader(m_text, 0, document.GetLength()),
       m_foldNames(foldNames)
 {
 }
@@ -67,10 +70,10 @@ void ZVXMLIndexBuilder::EndElement()
     if (!IsEndTagOf(m_open))
     {
         if (WantsTagError())
-            AddError(ZVFormat(L"End tag '%s' at offset %d does not match start tag '%s' at offset %d", TagName(), m_reader.GetStart(),
-                              ElementName(m_open), m_index[m_open].Start));
-        // The tag is most likely a misspelt one of this element, or it is the parent's and this element's own is missing. To look farther
-        // out would take as long as the tree is deep, for each such tag.
+            AddError(ZVFormat(L"End tag '%s' at offset %d does not match start tag '%s' at offset %d", TagName(),
+                              m_reader.GetStart(), ElementName(m_open), m_index[m_open].Start));
+        // The tag is most likely a misspelt one of this element, or it is the parent's and this element's own is missing. To
+        // look farther out would take as long as the tree is deep, for each such tag.
         const uint32_t parent = m_index[m_open].Parent;
         if (parent != 0 && IsEndTagOf(parent))
             FinishOpen(m_reader.GetStart(), 0);
@@ -97,7 +100,8 @@ bool ZVXMLIndexBuilder::IsEndTagOf(uint32_t element) const
 {
     const wchar_t* name = m_text + m_index[element].Start + 1;
     const int32_t length = m_reader.GetNameLength();
-    return m_end - name > length && ZVXMLText::AreEqual(name, m_reader.GetName(), length, m_foldNames) && ZVXMLText::IsNameEnd(name[length]);
+    return m_end - name > length && ZVXMLText::AreEqual(name, m_reader.GetName(), length, m_foldNames) &&
+           ZVXMLText::IsNameEnd(name[length]);
 }
 
 ZVString ZVXMLIndexBuilder::ElementName(uint32_t element) const

@@ -3,8 +3,9 @@
 #include "core/xml/ZVXMLElementIndex.h"
 #include "core/xml/ZVXMLTokenReader.h"
 
-// Makes the index of a document's elements in one pass over the text, and collects what is wrong with it. Damage does not end the index: an element whose end
-// tag is missing or belongs to another one ends where that is found out, and reading goes on. Only a tag that cannot be read ends it.
+// Makes the index of a document's elements in one pass over the text, and collects what is wrong with it. Damage does not end
+// the index: an element whose end tag is missing or belongs to another one ends where that is found out, and reading goes on.
+// Only a tag that cannot be read ends it.
 class ZVXMLIndexBuilder
 {
 public:

@@ -22,9 +22,9 @@ struct Markup
 
 // An opening is told from the others as soon as it can be: "<![C" is enough for a CDATA section.
 constexpr Markup Markups[] = {
-    {L"<?",   L"?>",  ZVXMLNodeType::ProcessingInstruction, L"Processing instruction", nullptr},
+    {L"<?",   L"?>",  ZVXMLNodeType::ProcessingInstruction, L"Processing instruction", nullptr       },
     {L"<!--", L"-->", ZVXMLNodeType::Comment,               L"Comment",                L"comment tag"},
-    {L"<![C", L"]]>", ZVXMLNodeType::CDATASection,          L"CDATA Section",          L"! tag"},
+    {L"<![C", L"]]>", ZVXMLNodeType::CDATASection,          L"CDATA Section",          L"! tag"      },
 };
 
 // The characters around the content of a node.

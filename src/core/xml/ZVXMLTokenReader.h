@@ -20,16 +20,20 @@ enum class ZVXMLNodeType : int32_t
     UnpairedEndTag = 128,
 };
 
-// Reads the nodes of an XML text one after the other, from any offset at which a node can begin. It knows nothing of the tree: an element node
-// is its start tag alone. The text belongs to the caller, may hold NUL characters and is read in one pass without a copy.
+// Reads the nodes of an XML text one after the other, from any offset at which a node can begin. It knows nothing of the tree:
+// an element node is its start tag alone. The text belongs to the caller, may hold NUL characters and is read in one pass
+// without a copy.
 class ZVXMLTokenReader
 {
 public:
     // Reads the characters of a text from offset up to, not including, end.
-    ZVXMLTokenReader(const wchar_t* text, int32_t offset, int32_t end) : m_text(text), m_end(text + end), m_position(text + offset) {}
+    ZVXMLTokenReader(const wchar_t* text, int32_t offset, int32_t end)
+        : m_text(text), m_end(text + end), m_position(text + offset)
+    {
+    }
 
-    // Reads the next node and gives its type. A text node ends before the next "<". It is white space when it holds nothing but blanks, tabs and line
-    // ends. After an error the reader stays where it is.
+    // Reads the next node and gives its type. A text node ends before the next "<". It is white space when it holds nothing but
+    // blanks, tabs and line ends. After an error the reader stays where it is.
     ZVXMLNodeType Read();
     // Goes on at another offset.
     void SeekTo(int32_t offset) { m_position = m_text + offset; }
@@ -46,8 +50,8 @@ public:
     // What is wrong with a node of type Error, with the offset at which the node begins.
     ZVString GetErrorText() const;
 
-    // Cuts the markers off a node that lies at text: the four and three characters of a comment, for example. The rest of a node that is shorter than
-    // its markers is empty. Nodes without markers are left as they are.
+    // Cuts the markers off a node that lies at text: the four and three characters of a comment, for example. The rest of a
+    // node that is shorter than its markers is empty. Nodes without markers are left as they are.
     static void CutMarkers(ZVXMLNodeType type, const wchar_t*& text, int32_t& length);
 
 private:

@@ -81,12 +81,12 @@ TEST(ZVPropertyMap, ParsesWhateverTextAKeyHolds)
         int32_t Int;
         double Double;
     } rows[] = {
-        {L"", 0, 0.0},
-        {L"no", 0, 0.0},
-        {L" -12abc", -12, -12.0},
-        {L"1,5", 1, 1.5},
-        {L"1.5", 1, 1.5},
-        {L"2e3", 2, 2000.0},
+        {L"",           0,         0.0         },
+        {L"no",         0,         0.0         },
+        {L" -12abc",    -12,       -12.0       },
+        {L"1,5",        1,         1.5         },
+        {L"1.5",        1,         1.5         },
+        {L"2e3",        2,         2000.0      },
         {L"9999999999", INT32_MAX, 9999999999.0},
     };
     for (const auto& row : rows)
@@ -171,16 +171,16 @@ TEST(ZVPropertyMap, LoadsTheWholeEntriesOfADamagedText)
         int32_t Count;
         int32_t Position;
     } rows[] = {
-        {L"", true, 0, 0},
-        {L"no number", true, 0, 0},
-        {L"(1:x)", true, 0, 5},
-        {L"(2:-1)(1:a)(1:b)", true, 0, 6},
-        {L"(1:0)(1:a)(1:b)", true, 0, 5},
-        {L"(1:1)(1:a)(1:b)rest", true, 1, 15},
-        {L"(1:2)(1:a)(1:b)(1:c)", false, 1, 15},
-        {L"(1:2)(1:a)(1:b)(1:c)(9:d)", false, 1, 15},
+        {L"",                                  true,  0, 0 },
+        {L"no number",                         true,  0, 0 },
+        {L"(1:x)",                             true,  0, 5 },
+        {L"(2:-1)(1:a)(1:b)",                  true,  0, 6 },
+        {L"(1:0)(1:a)(1:b)",                   true,  0, 5 },
+        {L"(1:1)(1:a)(1:b)rest",               true,  1, 15},
+        {L"(1:2)(1:a)(1:b)(1:c)",              false, 1, 15},
+        {L"(1:2)(1:a)(1:b)(1:c)(9:d)",         false, 1, 15},
         {L"(10:2147483647)(1:a)(0:)(1:A)(0:)", false, 1, 33},
-        {L"(1:1)(99999999999:a)(1:b)", false, 0, 5},
+        {L"(1:1)(99999999999:a)(1:b)",         false, 0, 5 },
     };
     for (const auto& row : rows)
     {
@@ -211,13 +211,32 @@ TEST(ZVPropertyMap, KeepsTheOrderOfItsVirtualFunctions)
 {
     using Map = ZVPropertyMap;
     const size_t slots[] = {
-        SlotOf(&Map::IsSet),      SlotOf(&Map::GetString),  SlotOf(&Map::GetInt),     SlotOf(&Map::GetInt64),    SlotOf(&Map::GetUInt64),
-        SlotOf(&Map::GetDouble),  SlotOf(&Map::GetPointer), SlotOf(&Map::SetString),  SlotOf(&Map::SetInt),      SlotOf(&Map::SetInt64),
-        SlotOf(&Map::SetUInt64),  SlotOf(&Map::SetPointer), SlotOf(&Map::SetDouble),  SlotOf(&Map::Clear),       SlotOf(&Map::Remove),
-        SlotOf(&Map::CopyFrom),   SlotOf(&Map::MergeFrom),  SlotOf(&Map::IsEqual),    SlotOf(&Map::Save),
+        SlotOf(&Map::IsSet),
+        SlotOf(&Map::GetString),
+        SlotOf(&Map::GetInt),
+        SlotOf(&Map::GetInt64),
+        SlotOf(&Map::GetUInt64),
+        SlotOf(&Map::GetDouble),
+        SlotOf(&Map::GetPointer),
+        SlotOf(&Map::SetString),
+        SlotOf(&Map::SetInt),
+        SlotOf(&Map::SetInt64),
+        SlotOf(&Map::SetUInt64),
+        SlotOf(&Map::SetPointer),
+        SlotOf(&Map::SetDouble),
+        SlotOf(&Map::Clear),
+        SlotOf(&Map::Remove),
+        SlotOf(&Map::CopyFrom),
+        SlotOf(&Map::MergeFrom),
+        SlotOf(&Map::IsEqual),
+        SlotOf(&Map::Save),
         SlotOf(static_cast<bool (Map::*)(const ZVString&)>(&Map::Load)),
         SlotOf(static_cast<bool (Map::*)(const ZVString&, int32_t&)>(&Map::Load)),
-        SlotOf(&Map::ToXML),      SlotOf(&Map::FromXML),    SlotOf(&Map::WriteItems), SlotOf(&Map::ReadItems),   SlotOf(&Map::ToDisplayText),
+        SlotOf(&Map::ToXML),
+        SlotOf(&Map::FromXML),
+        SlotOf(&Map::WriteItems),
+        SlotOf(&Map::ReadItems),
+        SlotOf(&Map::ToDisplayText),
     };
     // The two forms of the destructor are in front.
     for (size_t index = 0; index < std::size(slots); ++index)

@@ -4,8 +4,8 @@
 
 #include <string>
 
-// What a walk through a whole document sees: each element as its name, "[x]" with the value of the attribute x, "=text" and, in brackets, what is below it.
-// The walk does not recurse, so it is good for any depth. The position is at the start afterwards.
+// What a walk through a whole document sees: each element as its name, "[x]" with the value of the attribute x, "=text" and, in
+// brackets, what is below it. The walk does not recurse, so it is good for any depth. The position is at the start afterwards.
 inline std::wstring XMLOutline(ZVXMLDocument& document)
 {
     std::wstring outline;

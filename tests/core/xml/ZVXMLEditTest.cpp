@@ -15,6 +15,7 @@ void ExpectIndexFitsText(ZVXMLDocument& document)
 
 TEST(ZVXMLEdit, AddsAnElementInItsPlace)
 {
+    // clang-format off
     const struct
     {
         const char* Name;
@@ -44,6 +45,7 @@ TEST(ZVXMLEdit, AddsAnElementInItsPlace)
         {"below as the last", L"<r>\r\n<a/>\r\n</r>", L"/r", L"v", 0x4000, L"<r>\r\n<a/>\r\n<n>v</n>\r\n</r>"},
         {"below as the first", L"<r>\r\n<a/>\r\n</r>", L"/r", L"v", 0x6000, L"<r>\r\n<n>v</n>\r\n<a/>\r\n</r>"},
     };
+    // clang-format on
     for (const auto& row : rows)
     {
         SCOPED_TRACE(row.Name);
@@ -65,16 +67,16 @@ TEST(ZVXMLEdit, SetsAnAttribute)
         const wchar_t* Text;
         const wchar_t* Expected;
     } rows[] = {
-        {L"<a/>", L"<a x=\"1\"/>"},
-        {L"<a />", L"<a x=\"1\" />"},
-        {L"<a><b/></a>", L"<a x=\"1\"><b/></a>"},
-        {L"<a y='2'/>", L"<a y='2' x=\"1\"/>"},
-        {L"<a x='old'/>", L"<a x='1'/>"},
+        {L"<a/>",                  L"<a x=\"1\"/>"          },
+        {L"<a />",                 L"<a x=\"1\" />"         },
+        {L"<a><b/></a>",           L"<a x=\"1\"><b/></a>"   },
+        {L"<a y='2'/>",            L"<a y='2' x=\"1\"/>"    },
+        {L"<a x='old'/>",          L"<a x='1'/>"            },
         {L"<a x = \"\" y=\"2\"/>", L"<a x = \"1\" y=\"2\"/>"},
-        {L"<a x=old/>", L"<a x=\"1\"/>"},
-        {L"<a x y=\"2\"/>", L"<a x=\"1\" y=\"2\"/>"},
-        {L"<a y= />", L"<a y= \"\" x=\"1\"/>"},
-        {L"<a y=2/ ></a>", L"<a y=2/ x=\"1\" ></a>"},
+        {L"<a x=old/>",            L"<a x=\"1\"/>"          },
+        {L"<a x y=\"2\"/>",        L"<a x=\"1\" y=\"2\"/>"  },
+        {L"<a y= />",              L"<a y= \"\" x=\"1\"/>"  },
+        {L"<a y=2/ ></a>",         L"<a y=2/ x=\"1\" ></a>" },
     };
     for (const auto& row : rows)
     {
@@ -96,11 +98,11 @@ TEST(ZVXMLEdit, SetsTheContent)
         const wchar_t* Content;
         const wchar_t* Expected;
     } rows[] = {
-        {L"<r><a/><b/></r>", L"t", L"<r><a>t</a><b/></r>"},
-        {L"<r><a y='/' //><b/></r>", L"<", L"<r><a y='/'>&lt;</a><b/></r>"},
-        {L"<r><a/><b/></r>", L"", L"<r><a/><b/></r>"},
-        {L"<r><a>old</a ><b/></r>", L"", L"<r><a></a ><b/></r>"},
-        {L"<r><a>1<c><d/></c><e>2</e></a><b/></r>", L"t", L"<r><a>t</a><b/></r>"},
+        {L"<r><a/><b/></r>",                        L"t", L"<r><a>t</a><b/></r>"         },
+        {L"<r><a y='/' //><b/></r>",                L"<", L"<r><a y='/'>&lt;</a><b/></r>"},
+        {L"<r><a/><b/></r>",                        L"",  L"<r><a/><b/></r>"             },
+        {L"<r><a>old</a ><b/></r>",                 L"",  L"<r><a></a ><b/></r>"         },
+        {L"<r><a>1<c><d/></c><e>2</e></a><b/></r>", L"t", L"<r><a>t</a><b/></r>"         },
     };
     for (const auto& row : rows)
     {
@@ -125,11 +127,11 @@ TEST(ZVXMLEdit, RemovesAnElementWithItsLineBreak)
         const wchar_t* Expected;
         const wchar_t* Position;
     } rows[] = {
-        {L"<r>\r\n<a/>\r\n<b/>\n</r>", L"/r/a", L"<r>\r\n<b/>\n</r>", L"/r"},
-        {L"<r>\r\n<a/>\r\n<b/>\n</r>", L"/r/b", L"<r>\r\n<a/>\r\n</r>", L"/r/a"},
-        {L"<r><a/><b><c/></b>\n\n<d/></r>", L"/r/b", L"<r><a/>\n<d/></r>", L"/r/a"},
-        {L"<r><a/></r>", L"/r/a", L"<r></r>", L"/r"},
-        {L"<a/>\r\n", L"/a", L"", L""},
+        {L"<r>\r\n<a/>\r\n<b/>\n</r>",      L"/r/a", L"<r>\r\n<b/>\n</r>",   L"/r"  },
+        {L"<r>\r\n<a/>\r\n<b/>\n</r>",      L"/r/b", L"<r>\r\n<a/>\r\n</r>", L"/r/a"},
+        {L"<r><a/><b><c/></b>\n\n<d/></r>", L"/r/b", L"<r><a/>\n<d/></r>",   L"/r/a"},
+        {L"<r><a/></r>",                    L"/r/a", L"<r></r>",             L"/r"  },
+        {L"<a/>\r\n",                       L"/a",   L"",                    L""    },
     };
     for (const auto& row : rows)
     {
@@ -141,6 +143,27 @@ TEST(ZVXMLEdit, RemovesAnElementWithItsLineBreak)
         EXPECT_STREQ(document.GetElementPath(), row.Position);
         ExpectIndexFitsText(document);
     }
+}
+
+TEST(ZVXMLEdit, MendsADocumentOfTwoRoots)
+{
+    ZVXMLDocument document;
+    EXPECT_FALSE(document.SetDocument(L"<a><b/></a><c/>"));
+    document.FindElement(L"c");
+    EXPECT_TRUE(document.RemoveElement());
+    EXPECT_TRUE(document.IsWellFormed());
+    EXPECT_TRUE(document.RemoveElement());
+    EXPECT_FALSE(document.IsWellFormed());
+}
+
+TEST(ZVXMLEdit, HasNoChildPositionLeftInARemovedElement)
+{
+    ZVXMLDocument document;
+    document.SetDocument(L"<r><a/><b><c/></b><d/></r>");
+    EXPECT_TRUE(document.FindElement(L"/r/b") && document.FindChildElement());
+    EXPECT_TRUE(document.RemoveElement());
+    EXPECT_STREQ(document.GetElementPath(), L"/r/a");
+    EXPECT_FALSE(document.RemoveChildElement());
 }
 
 TEST(ZVXMLEdit, RefusesWhatCannotBeReadBack)
@@ -165,8 +188,8 @@ TEST(ZVXMLEdit, RefusesWhatCannotBeReadBack)
 
 TEST(ZVXMLEdit, KeepsEveryValue)
 {
-    for (const wchar_t* value : {L"plain", L"<a>&amp;</a>", L"&", L"&#65;", L"]]>", L"]]]]>>]]>", L"]", L"]]", L"\"'='>", L" ", L" \t\r\n ",
-                                 L"\xffff", L"\U0001F600", L"\x1", L"<![CDATA[x]]>", L"-->", L"?>", L""})
+    for (const wchar_t* value : {L"plain", L"<a>&amp;</a>", L"&", L"&#65;", L"]]>", L"]]]]>>]]>", L"]", L"]]", L"\"'='>", L" ",
+                                 L" \t\r\n ", L"\xffff", L"\U0001F600", L"\x1", L"<![CDATA[x]]>", L"-->", L"?>", L""})
     {
         ZVXMLDocument written;
         EXPECT_TRUE(written.AddElement(L"r", L"") && written.SetAttribute(L"x", value));
@@ -237,7 +260,8 @@ TEST(ZVXMLEdit, KeepsTheIndexThroughLongRowsOfChanges)
     constexpr const wchar_t* Values[] = {L"", L"1", L"<\">&'", L"]]>]]>", L"a longer value that moves the rest", L" "};
     std::mt19937 random(7);
     ZVXMLDocument document;
-    ASSERT_TRUE(document.SetDocument(L"<?xml?>\r\n<a x='1'>\r\n<a>t</a>\r\n<b x=\"2\" />text<a><b><!-- <c> --><c/></b></a></a>\n<!-- end -->"));
+    ASSERT_TRUE(document.SetDocument(
+        L"<?xml?>\r\n<a x='1'>\r\n<a>t</a>\r\n<b x=\"2\" />text<a><b><!-- <c> --><c/></b></a></a>\n<!-- end -->"));
     for (int change = 0; change < 600 && !HasFailure(); ++change)
     {
         GoSomewhere(document, random);

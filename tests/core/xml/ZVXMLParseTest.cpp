@@ -144,7 +144,8 @@ TEST(ZVXMLParse, MeasuresTagsThatAreTooLongForTheIndex)
     const std::wstring value(5000000, L'>');
     const std::wstring endTag = L"</a " + std::wstring(3000, L'<') + L"/a <b>";
     ZVXMLDocument document;
-    EXPECT_TRUE(document.SetDocument((L"<r><a x=\"" + value + L"\">t" + endTag + L"<c/><a><b>1</b>-" + endTag + L"</r>").c_str()));
+    EXPECT_TRUE(
+        document.SetDocument((L"<r><a x=\"" + value + L"\">t" + endTag + L"<c/><a><b>1</b>-" + endTag + L"</r>").c_str()));
     document.FindElement(L"/r/a");
     EXPECT_EQ(document.GetAttribute(L"x").GetLength(), 5000000);
     EXPECT_STREQ(document.GetText(), L"t");
@@ -168,14 +169,14 @@ TEST(ZVXMLParse, ReadsTheEncodingOfADeclaration)
         const wchar_t* Text;
         const wchar_t* Encoding;
     } rows[] = {
-        {L"<?xml version=\"1.0\" encoding=\"UTF-8\"?><a/>", L"UTF-8"},
-        {L"\xfeff\r\n<?xml encoding = 'latin1' ?>", L"latin1"},
-        {L"<?xml version=\"encoding='x'\"?>", L""},
-        {L"<?xml encoding=\"UTF-8\"", L""},
-        {L"<?xml", L""},
-        {L"<?xmlx encoding=\"UTF-8\"?>", L""},
-        {L"<a encoding=\"UTF-8\"/>", L""},
-        {L"", L""},
+        {L"<?xml version=\"1.0\" encoding=\"UTF-8\"?><a/>", L"UTF-8" },
+        {L"\xfeff\r\n<?xml encoding = 'latin1' ?>",         L"latin1"},
+        {L"<?xml version=\"encoding='x'\"?>",               L""      },
+        {L"<?xml encoding=\"UTF-8\"",                       L""      },
+        {L"<?xml",                                          L""      },
+        {L"<?xmlx encoding=\"UTF-8\"?>",                    L""      },
+        {L"<a encoding=\"UTF-8\"/>",                        L""      },
+        {L"",                                               L""      },
     };
     for (const auto& row : rows)
         EXPECT_STREQ(ZVXMLDocument::GetEncoding(row.Text), row.Encoding) << row.Text;
