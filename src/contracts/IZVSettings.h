@@ -2,8 +2,9 @@
 
 #include "contracts/IZVDllString.h"
 
-// The settings that all processes of the product share: texts by section and name. May be called from any thread. A store that cannot be
-// opened reads as empty and refuses what is written.
+// The settings that all processes of the product share: texts by section and name, which are compared exactly. No text given is
+// null. May be called from any thread; no exception comes out. A store that cannot be opened reads as empty and refuses what is
+// written.
 class IZVSettings
 {
 public:

@@ -1,28 +1,56 @@
 #include "worker/ZVExecutableApp.h"
 
 #include "core/string/ZVStringGlobals.h"
-#include "worker/ZVStandardOutput.h"
+#include "system/library/CProcessInfo.h"
+#include "system/library/ZVModuleMessage.h"
+#include "system/library/ZVSiblingLibraries.h"
+#include "system/library/ZVStandardOutput.h"
 
 #include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace
+{
+// A caller may start the program with a standard stream closed. The next file that is opened would then take its place, and the
+// report would be written into it.
+void OpenStandardDescriptors()
+{
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
+        if (fcntl(descriptor, F_GETFD) == -1)
+            open("/dev/null", O_RDWR);
+}
+}
 
 bool ZVExecutableApp::Initialize()
 {
     if (!ZVApp::Initialize())
         return false;
+    OpenStandardDescriptors();
     ZVStringGlobals::Get().RebuildCharacterTables(true);
     ZVStandardOutput::MakeWide();
     OnInitialize();
+    CProcessInfo::Get().MarkStarted();
     return InstallSignalPolicy() && LoadProductInfo();
 }
 
 bool ZVExecutableApp::Uninitialize()
 {
+    ZVSiblingLibraries::Get().UnloadAll();
     OnProcessEnd();
+    CProcessInfo::Get().Remove();
     return ZVApp::Uninitialize();
 }
 
 bool ZVExecutableApp::LoadProductInfo()
 {
+    ZVSiblingLibraries& libraries = ZVSiblingLibraries::Get();
+    if (!libraries.LoadTools())
+    {
+        ZVModuleMessage::Print(GetSiblingLibrary(ZVSibling::Tools).File, libraries.GetToolsError());
+        return false;
+    }
+    CProcessInfo::Get().LogStorage();
     return true;
 }
 

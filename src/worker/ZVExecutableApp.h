@@ -6,10 +6,13 @@
 class ZVExecutableApp : public ZVApp
 {
 public:
-    // Sets the locale from the environment, makes the standard output wide, installs the signal policy and loads the product's information.
+    // Gives closed standard streams to /dev/null, sets the locale from the environment, makes the standard output wide, makes the
+    // process information, installs the signal policy and loads the product's information.
     bool Initialize() override;
+    // Unloads the product's libraries and takes the process information away. May be called after a start that failed.
     bool Uninitialize() override;
-    // Binds what the product's libraries share. False ends the start.
+    // Binds the tools library. False, after a message on standard error, when it does not load or cannot serve; that ends the
+    // start.
     bool LoadProductInfo() override;
     // SIGABRT is ignored.
     bool InstallSignalPolicy() override;

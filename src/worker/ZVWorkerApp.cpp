@@ -1,9 +1,10 @@
 #include "worker/ZVWorkerApp.h"
 
+#include "system/library/ZVSiblingLibraries.h"
+#include "system/library/ZVStandardOutput.h"
 #include "system/log/ZVElapsedTime.h"
 #include "system/log/ZVLogCategory.h"
 #include "system/log/ZVLogScope.h"
-#include "worker/ZVStandardOutput.h"
 #include "worker/ZVWorkerCommand.h"
 
 bool g_bVideoTask = false;
@@ -75,6 +76,7 @@ bool ZVWorkerApp::Process()
 {
     const ZVCommandLine commandLine = CommandLine;
     ExitCode = ProcessCommand(commandLine);
+    ZVSiblingLibraries::Get().UnloadAll();
     OnProcessEnd();
     g_bExitRequested = 1;
     return true;

@@ -11,11 +11,11 @@ class ZVWorkerApp final : public ZVExecutableApp
 public:
     bool Initialize() override;
     bool Uninitialize() override;
-    // Runs the command of the command line and keeps its result as the exit value.
+    // Runs the command of the command line, keeps its result as the exit value and unloads the product's libraries.
     bool Process() override;
     bool InstallSignalPolicy() override;
 
-    // Runs the task of the first command of the table that matches, and prints the report, which ends every run. Gives 0 for a task that
-    // succeeded and -1 for everything else.
+    // Runs the task of the first command of the table that matches, and prints the report, which ends every run. Gives 0 for a
+    // task that succeeded and -1 for everything else.
     int32_t ProcessCommand(const ZVCommandLine& commandLine);
 };

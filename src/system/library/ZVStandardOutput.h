@@ -2,8 +2,8 @@
 
 #include "core/string/ZVString.h"
 
-// The process's standard output, which carries the report. It is wide from the first character on: after one narrow write the system library
-// would print no wide text any more, and the report would be lost.
+// The process's standard output, which carries the report. It is wide from the first character on: after one narrow write the
+// system library would print no wide text any more, and the report would be lost.
 namespace ZVStandardOutput
 {
 // Makes the stream wide. Called once, directly after the locale is set, which decides the bytes that characters become.

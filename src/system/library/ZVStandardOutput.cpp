@@ -1,4 +1,4 @@
-#include "worker/ZVStandardOutput.h"
+#include "system/library/ZVStandardOutput.h"
 
 #include <climits>
 #include <cstdio>

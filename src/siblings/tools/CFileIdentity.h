@@ -1,0 +1,25 @@
+#pragma once
+
+#include <sys/types.h>
+
+// Which file a path or a descriptor means, whatever the file is called by now. Files that do not exist are nobody's equal.
+class CFileIdentity
+{
+public:
+    CFileIdentity() = default;
+
+    static CFileIdentity OfPath(const char* path);
+    static CFileIdentity OfDescriptor(int descriptor);
+
+    bool Exists() const { return m_exists; }
+
+    friend bool operator==(const CFileIdentity& left, const CFileIdentity& right)
+    {
+        return left.m_exists && right.m_exists && left.m_device == right.m_device && left.m_inode == right.m_inode;
+    }
+
+private:
+    bool m_exists = false;
+    dev_t m_device = 0;
+    ino_t m_inode = 0;
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "contracts/ZVFormatRecord.h"
+#include "core/string/ZVString.h"
+
+#include <cstdint>
+#include <memory>
+
+// One line of the log: six fields with a tab between them.
+//
+//   2026-03-01T12:34:56.789Z  4711  4712  256  CZVThumbGrabber  Finish (result: 0) (1500 ms)
+//
+//   time       in UTC, to the millisecond, as ISO 8601 writes it
+//   process    the process id
+//   thread     the thread id, which for the main thread is the process id
+//   category   the number of the category bit
+//   scope      the name of the scope, which may be empty
+//   text       what was logged
+//
+// Tabs, line breaks and all other control characters within scope and text become blanks, so one call is one line of six
+// fields. Characters above U+FFFF and halves of surrogate pairs become "?".
+class CLogLine
+{
+public:
+    // Takes the time and formats. A null scope name or format counts as empty; a null array holds no arguments. Throws
+    // std::bad_alloc.
+    CLogLine(uint32_t category, const wchar_t* scopeName, const wchar_t* format, const ZVFormatRecord* const* arguments,
+             int32_t argumentCount);
+
+    // The last field alone; not NUL-terminated.
+    const wchar_t* GetText() const { return m_line.GetText() + m_textStart; }
+    int32_t GetTextLength() const;
+
+    // The line in UTF-8 with its line break, and its size in bytes.
+    std::unique_ptr<char[]> GetBytes(size_t& size) const;
+
+private:
+    void AppendTimeStamp();
+    void CleanFrom(int32_t start);
+
+    ZVString m_line;
+    int32_t m_textStart = 0;
+};

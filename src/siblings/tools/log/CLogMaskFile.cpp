@@ -1,0 +1,84 @@
+#include "siblings/tools/log/CLogMaskFile.h"
+
+#include "core/string/ZVStringUTF8.h"
+#include "siblings/tools/CDataFolder.h"
+
+#include <cctype>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <string_view>
+#include <unistd.h>
+
+namespace
+{
+// More than a number of 32 bits needs in any notation.
+constexpr size_t MaximumFileSize = 63;
+constexpr mode_t FileMode = 0666;
+
+bool WriteFile(const char* path, std::string_view text)
+{
+    const int descriptor = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, FileMode);
+    if (descriptor == -1)
+        return false;
+    const bool isWritten = write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    return (close(descriptor) == 0) && isWritten;
+}
+}
+
+CLogMaskFile::CLogMaskFile(const ZVString& dataFolder)
+{
+    if (!dataFolder.IsEmpty())
+        m_path = dataFolder + L"Logs/log-mask";
+}
+
+bool CLogMaskFile::Parse(const char* text, uint32_t& mask)
+{
+    static constexpr char Blanks[] = " \t\r\n";
+    text += strspn(text, Blanks);
+    const bool isHexadecimal = text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    const char* const digits = isHexadecimal ? text + 2 : text;
+    // The system's reader would take a sign and blanks too.
+    if (!isxdigit(static_cast<unsigned char>(*digits)))
+        return false;
+    char* end = nullptr;
+    const unsigned long long value = strtoull(digits, &end, isHexadecimal ? 16 : 10);
+    if (end == digits || value > UINT32_MAX || end[strspn(end, Blanks)] != '\0')
+        return false;
+    mask = static_cast<uint32_t>(value);
+    return true;
+}
+
+bool CLogMaskFile::Read(uint32_t& mask) const
+{
+    if (m_path.IsEmpty())
+        return false;
+    const int descriptor = open(ZVStringUTF8(m_path), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor == -1)
+        return false;
+    char text[MaximumFileSize + 1] = {};
+    const ssize_t size = read(descriptor, text, MaximumFileSize);
+    close(descriptor);
+    return size > 0 && Parse(text, mask);
+}
+
+bool CLogMaskFile::Write(uint32_t mask) const
+{
+    const ZVStringUTF8 path(m_path);
+    const ZVStringUTF8 temporaryPath(m_path + ZVFormat(L".%d.tmp", getpid()));
+    char text[16];
+    const int size = snprintf(text, sizeof text, "%u\n", mask);
+    const bool isDone = !m_path.IsEmpty() && CDataFolder::MakeFoldersOf(path) &&
+                        WriteFile(temporaryPath, std::string_view(text, static_cast<size_t>(size))) &&
+                        rename(temporaryPath, path) == 0;
+    if (!isDone)
+        unlink(temporaryPath);
+    return isDone;
+}
+
+bool CLogMaskFile::Remove() const
+{
+    return m_path.IsEmpty() || unlink(ZVStringUTF8(m_path)) == 0 || errno == ENOENT;
+}

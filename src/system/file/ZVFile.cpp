@@ -1,0 +1,304 @@
+#include "system/file/ZVFile.h"
+
+#include "core/containers/ZVBuffer.h"
+#include "core/string/ZVUTF8.h"
+#include "system/file/ZVFileError.h"
+#include "system/filename/ZVNativePath.h"
+#include "system/log/ZVLogCategory.h"
+#include "system/log/ZVLogScope.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <fcntl.h>
+#include <memory>
+#include <string>
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+namespace
+{
+constexpr mode_t NewFileMode = 0644;
+
+struct AccessFlags
+{
+    ZVFileAccess Access;
+    int Flags;
+};
+
+constexpr AccessFlags AccessFlagTable[] = {
+    {ZVFileAccess::Read,      O_RDONLY},
+    {ZVFileAccess::Write,     O_WRONLY},
+    {ZVFileAccess::ReadWrite, O_RDWR  },
+};
+
+struct CreationFlags
+{
+    ZVFileCreation Creation;
+    int Flags;
+};
+
+constexpr CreationFlags CreationFlagTable[] = {
+    {ZVFileCreation::CreateAndTruncate, O_CREAT | O_TRUNC},
+    {ZVFileCreation::CreateNew,         O_CREAT | O_EXCL },
+    {ZVFileCreation::OpenOrCreate,      O_CREAT          },
+    {ZVFileCreation::Append,            O_APPEND         },
+};
+
+int FlagsOf(ZVFileAccess access)
+{
+    for (const AccessFlags& entry : AccessFlagTable)
+        if (entry.Access == access)
+            return entry.Flags;
+    return O_RDONLY;
+}
+
+int FlagsOf(ZVFileCreation creation)
+{
+    for (const CreationFlags& entry : CreationFlagTable)
+        if (entry.Creation == creation)
+            return entry.Flags;
+    return 0;
+}
+
+int WhenceOf(ZVSeekOrigin origin)
+{
+    return origin == ZVSeekOrigin::Current ? SEEK_CUR : origin == ZVSeekOrigin::End ? SEEK_END : SEEK_SET;
+}
+
+// Repeats a call of the system that a signal has interrupted.
+template <class Function>
+auto Uninterrupted(Function function)
+{
+    auto result = function();
+    while (result == -1 && errno == EINTR)
+        result = function();
+    return result;
+}
+
+// Takes the lock of a writer on the whole file. The lock belongs to the open file and not to the process, so that it also tells
+// apart two writers in one process; it excludes the other kind of lock and is excluded by it. Kernels before 3.15 only have that
+// other kind.
+bool LockDescriptor(int descriptor)
+{
+    struct flock lock
+    {
+    };
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    if (fcntl(descriptor, F_OFD_SETLK, &lock) == 0 || (errno == EINVAL && fcntl(descriptor, F_SETLK, &lock) == 0))
+        return true;
+    return errno == ENOLCK || errno == ENOTSUP;
+}
+
+// What an open file still needs. False with the cause in errno.
+bool Prepare(int descriptor, bool locks, bool truncates)
+{
+    struct stat status;
+    if (fstat(descriptor, &status) != 0)
+        return false;
+    if (S_ISDIR(status.st_mode))
+    {
+        errno = EISDIR;
+        return false;
+    }
+    if (locks && !LockDescriptor(descriptor))
+        return false;
+    return !truncates || !S_ISREG(status.st_mode) || Uninterrupted([&] { return ftruncate64(descriptor, 0); }) == 0;
+}
+}
+
+bool ZVFile::Open(const ZVFilename& name, ZVFileAccess access, ZVFileShare share, ZVFileCreation creation)
+{
+    ZVFilename::operator=(name);
+    m_access = access;
+    m_share = share;
+    m_creation = creation;
+    return Reopen();
+}
+
+bool ZVFile::Reopen()
+{
+    Close();
+    m_descriptor = OpenDescriptor();
+    m_isOpen = m_descriptor != -1;
+    if (!m_isOpen)
+        ZVLogFileError("ZVFile::Reopen", "Error %d opening file: %s", GetFilename());
+    return m_isOpen;
+}
+
+int32_t ZVFile::OpenDescriptor() const
+{
+    // A file that another writer has locked must not lose its content, so an open that locks truncates when it has the lock.
+    const int creationFlags = FlagsOf(m_creation);
+    const int postponedFlags = LocksFile() ? creationFlags & O_TRUNC : 0;
+    const int flags = FlagsOf(m_access) | (creationFlags & ~postponedFlags) | O_CLOEXEC;
+    const ZVNativePath path(GetFilename());
+    const int descriptor = Uninterrupted([&] { return open64(path, flags, NewFileMode); });
+    if (descriptor == -1 || Prepare(descriptor, LocksFile(), postponedFlags != 0))
+        return descriptor;
+    const int error = errno;
+    close(descriptor);
+    errno = error;
+    return -1;
+}
+
+bool ZVFile::Close()
+{
+    if (m_isOpen)
+        close(m_descriptor);
+    m_isOpen = false;
+    m_descriptor = -1;
+    return true;
+}
+
+int64_t ZVFile::GetPosition() const
+{
+    return m_isOpen ? lseek64(m_descriptor, 0, SEEK_CUR) : -1;
+}
+
+int64_t ZVFile::Seek(int64_t offset, ZVSeekOrigin origin)
+{
+    return m_isOpen ? lseek64(m_descriptor, offset, WhenceOf(origin)) : -1;
+}
+
+bool ZVFile::SetEndOfFile()
+{
+    const int64_t position = GetPosition();
+    if (position == -1)
+        return false;
+    // This order keeps the fast path of growing recordings, and only ever shortens a file where space cannot be had in advance.
+    if (Uninterrupted([&] { return fallocate64(m_descriptor, 0, 0, position); }) == 0)
+        return true;
+    return Uninterrupted([&] { return ftruncate64(m_descriptor, position); }) == 0;
+}
+
+int64_t ZVFile::GetLength() const
+{
+    struct stat status;
+    const int result = m_isOpen ? fstat(m_descriptor, &status) : stat(ZVNativePath(GetFilename()), &status);
+    return result == 0 ? status.st_size : -1;
+}
+
+bool ZVFile::Write(const void* buffer, int64_t length, int64_t& written)
+{
+    const ssize_t result =
+        length < 0 ? -1 : Uninterrupted([&] { return write(m_descriptor, buffer, static_cast<size_t>(length)); });
+    written = result == -1 ? 0 : result;
+    if (result == -1)
+        ZVLogFileError("ZVFile::Write", "Error %d writing file: %s", GetFilename());
+    return result != -1;
+}
+
+bool ZVFile::Write(const void* buffer, int64_t length)
+{
+    // The system takes at most 2 GiB at once, and fewer bytes than asked for when the disk is nearly full: the next call then
+    // tells.
+    const uint8_t* bytes = static_cast<const uint8_t*>(buffer);
+    int64_t written = 0;
+    do
+    {
+        if (!Write(bytes, length, written) || (written == 0 && length > 0))
+            return false;
+        bytes += written;
+        length -= written;
+    } while (length > 0);
+    return true;
+}
+
+bool ZVFile::WriteWide(const ZVString& text)
+{
+    return Write(text.GetText(), static_cast<int64_t>(text.GetLength()) * static_cast<int64_t>(sizeof(wchar_t)));
+}
+
+bool ZVFile::WriteUTF8(const ZVString& text, ZVBuffer& scratch)
+{
+    if (text.IsEmpty())
+        return true;
+    const size_t length = static_cast<size_t>(text.GetLength());
+    const int64_t size = static_cast<int64_t>(ZVUTF8::EncodedSize(text, length));
+    scratch.Grow(size);
+    scratch.SetUsed(size);
+    ZVUTF8::Encode(text, length, reinterpret_cast<char*>(scratch.GetData()));
+    return Write(scratch.GetData(), size);
+}
+
+bool ZVFile::WriteUTF8(const ZVString& text)
+{
+    ZVBuffer scratch;
+    return WriteUTF8(text, scratch);
+}
+
+bool ZVFile::WriteNarrow(const ZVString& text)
+{
+    int32_t size = 0;
+    const std::unique_ptr<char[]> bytes(text.GetNarrow(&size));
+    Write(bytes.get(), size);
+    return true;
+}
+
+bool ZVFile::Read(void* buffer, int64_t length, int64_t& read)
+{
+    const ssize_t result =
+        length < 0 ? -1 : Uninterrupted([&] { return ::read(m_descriptor, buffer, static_cast<size_t>(length)); });
+    read = result == -1 ? 0 : result;
+    return result != -1;
+}
+
+bool ZVFile::ReadLineWide(ZVString& text)
+{
+    text.Empty();
+    bool isThere = false;
+    wchar_t value = L'\0';
+    int64_t read = 0;
+    while (Read(&value, sizeof value, read) && read == sizeof value)
+    {
+        isThere = true;
+        if (value == L'\n' || value == L'\0')
+            break;
+        text.AppendCharacter(value);
+    }
+    return isThere;
+}
+
+bool ZVFile::ReadLineUTF8(ZVString& text)
+{
+    std::string bytes;
+    bool isThere = false;
+    char byte = '\0';
+    int64_t read = 0;
+    while (Read(&byte, 1, read) && read == 1)
+    {
+        isThere = true;
+        if (byte == '\n')
+            break;
+        bytes.push_back(byte);
+    }
+    text.SetFromUTF8(bytes.data(), static_cast<int32_t>(std::min<size_t>(bytes.size(), INT32_MAX)));
+    return isThere;
+}
+
+bool ZVFile::ReadLine(ZVString& text)
+{
+    return ReadLineWide(text) || GetPosition() < GetLength();
+}
+
+bool ZVFile::Flush()
+{
+    return fdatasync(m_descriptor) == 0;
+}
+
+bool ZVFile::SetFileTime(const timeval& accessed, const timeval& modified)
+{
+    const timeval times[] = {accessed, modified};
+    return utimes(ZVNativePath(GetFilename()), times) == 0;
+}
+
+int32_t ZVFile::Control([[maybe_unused]] uint32_t request, [[maybe_unused]] const void* input,
+                        [[maybe_unused]] int64_t inputLength, [[maybe_unused]] void* output,
+                        [[maybe_unused]] int64_t outputLength)
+{
+    const ZVLogScope scope(ZVLogCategory::General, "ZVFile::Control", true);
+    return 0;
+}

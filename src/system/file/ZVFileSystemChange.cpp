@@ -1,0 +1,90 @@
+// Making and deleting single files and folders.
+
+#include "system/file/ZVFile.h"
+#include "system/file/ZVFileError.h"
+#include "system/file/ZVFileSystem.h"
+#include "system/filename/ZVNativePath.h"
+#include "system/filename/ZVPathLayout.h"
+#include "system/log/ZVLog.h"
+#include "system/log/ZVLogCategory.h"
+
+#include <cerrno>
+#include <ctime>
+#include <fcntl.h>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+constexpr mode_t NewFolderMode = 0777;
+constexpr mode_t NewFileMode = 0644;
+
+// A number that no other process gives its test file at the same time: nanoseconds within a hundred seconds, and the process id
+// behind them.
+int64_t GetWriteTestNumber()
+{
+    constexpr int64_t NanosecondsPerSecond = 1'000'000'000;
+    constexpr int64_t Seconds = 100;
+    constexpr int64_t ProcessIdRange = 10'000'000;  // above the largest id that Linux gives, 4194304
+    timespec now {};
+    clock_gettime(CLOCK_REALTIME, &now);
+    return (now.tv_sec % Seconds * NanosecondsPerSecond + now.tv_nsec) * ProcessIdRange + getpid();
+}
+
+// Makes each folder on the way that is not there, and stops at the first that cannot be made.
+void MakeFolders(const ZVString& path, bool silent)
+{
+    for (int32_t end = path.Find(L'/', ZVPathLayout::Of(path).DriveEnd + 1); end != -1; end = path.Find(L'/', end + 1))
+    {
+        const ZVString folder = path.Left(end);
+        if (ZVFileSystem::Exists(folder) || mkdir(ZVNativePath(folder), NewFolderMode) == 0 || errno == EEXIST)
+            continue;
+        if (!silent)
+            ZVLogFileError("ZVFileSystem::MakeDirectoryTree", "Error %d making folder: %s", folder);
+        return;
+    }
+}
+}
+
+bool ZVFileSystem::MakeDirectoryTree(const ZVString& path, bool silent)
+{
+    ZVString folder = path;
+    ZVFilename::MakeFileSystemPath(folder);
+    if (!folder.IsEmpty())
+    {
+        folder = ZVPathLayout::WithClosingSlash(folder);
+        if (IsDirectoryWritable(folder))
+            return true;
+        MakeFolders(folder, silent);
+        if (IsDirectoryWritable(folder))
+            return true;
+    }
+    if (!silent)
+        ZVLog(ZVLogCategory::General, L"ZVFileSystem::MakeDirectoryTree", "Failed! Path=%s", path);
+    return false;
+}
+
+bool ZVFileSystem::IsDirectoryWritable(const ZVString& path)
+{
+    if (path.IsEmpty())
+        return false;
+    const ZVNativePath file(
+        ZVFormat(L"%sDirectory Write Test (%d).tmp", ZVPathLayout::WithClosingSlash(path), GetWriteTestNumber()));
+    // Without a lock, so that two processes that come to the same number do not fail on each other.
+    const int descriptor = open(file, O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, NewFileMode);
+    if (descriptor == -1)
+        return false;
+    close(descriptor);
+    unlink(file);
+    return true;
+}
+
+bool ZVFileSystem::DeleteFile(const ZVString& path)
+{
+    if (unlink(ZVNativePath(path)) == 0)
+        return true;
+    if (errno != ENOENT)
+        ZVLogFileError("ZVFileSystem::DeleteFile", "Error %d deleting existing file: %s", path);
+    return false;
+}

@@ -1,0 +1,102 @@
+// The XMLFN form of ZVFilename, and what else is read from a text that enters.
+
+#include "core/xml/ZVXMLDocument.h"
+#include "system/filename/ZVFilename.h"
+#include "system/filename/ZVPathLayout.h"
+
+namespace
+{
+constexpr wchar_t FormStart[] = L"<XMLFN version=";
+constexpr wchar_t RootElement[] = L"XMLFN";
+constexpr wchar_t VersionAttribute[] = L"version";
+constexpr wchar_t Version[] = L"1.0";
+constexpr wchar_t ItemElement[] = L"Item";
+constexpr wchar_t NameAttribute[] = L"Name";
+constexpr wchar_t FilenameItem[] = L"Filename";
+
+// Quotation marks, and control characters as numeric references; the third bit asks for nothing.
+constexpr uint32_t EscapeFlags = 0x1a;
+
+// The longest extension that may stand in front of a ";".
+constexpr int32_t MaximumExtensionLength = 5;
+
+ZVString Escaped(const ZVString& text)
+{
+    ZVString escaped = text;
+    escaped.EscapeXML(EscapeFlags);
+    return escaped;
+}
+
+void AppendItem(ZVString& form, const ZVString& name, const ZVString& value)
+{
+    form.AppendPieces(L"<Item Name=\"", Escaped(name), L"\">", Escaped(value));
+    form.Append(L"</Item>");
+}
+}
+
+void ZVFilename::Parse(bool clearProperties)
+{
+    if (clearProperties)
+        m_properties.Clear();
+    if (m_path.StartsWith(FormStart, false))
+        ParseSerialized();
+    else
+        CutPostExtensionData();
+}
+
+void ZVFilename::ParseSerialized()
+{
+    // A damaged form still gives the items in front of the damage.
+    ZVXMLDocument document(ZVXMLDocument::FoldNames);
+    document.SetDocument(m_path);
+    m_path = ZVString();
+    if (!document.FindElement(RootElement) || document.GetAttribute(VersionAttribute) != Version)
+        return;
+    document.EnterElement();
+    while (document.FindElement(ItemElement))
+    {
+        const ZVString name = document.GetAttribute(NameAttribute);
+        if (name.IsEqual(FilenameItem, false))
+            m_path = document.GetText();
+        else
+            m_properties.SetString(name, document.GetText());
+    }
+    document.LeaveElement();
+}
+
+void ZVFilename::CutPostExtensionData()
+{
+    const int32_t dot = m_path.ReverseFind(L'.');
+    const int32_t semicolon = dot == -1 ? -1 : m_path.Find(L';', dot + 1);
+    const int32_t extensionLength = semicolon - dot - 1;
+    if (semicolon == -1 || extensionLength < 1 || extensionLength > MaximumExtensionLength)
+        return;
+    for (int32_t position = dot + 1; position < semicolon; ++position)
+        if (ZVPathLayout::IsSeparator(m_path[position]))
+            return;
+    if (IsRemote(m_path) || m_path.EndsWith(L"/", false))
+        return;
+    m_properties.SetString(PostExtensionDataProperty, m_path.Mid(semicolon + 1), true);
+    m_path = m_path.Left(semicolon);
+}
+
+ZVString ZVFilename::GetSerialized() const
+{
+    if (m_properties.GetCount() == 0)
+        return m_path;
+    ZVString form = L"<XMLFN version=\"1.0\">";
+    AppendItem(form, FilenameItem, m_path);
+
+    // The map tells its entries in their order through its length-prefixed form.
+    ZVString entries;
+    m_properties.Save(entries);
+    int32_t position = 0;
+    entries.ReadLengthPrefixedInt(position);
+    ZVString name;
+    ZVString value;
+    while (entries.ReadLengthPrefixed(position, name) && entries.ReadLengthPrefixed(position, value))
+        if (!name.IsEqual(FilenameItem, false))
+            AppendItem(form, name, value);
+    form.Append(L"</XMLFN>");
+    return form;
+}

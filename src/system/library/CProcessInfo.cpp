@@ -1,0 +1,173 @@
+#include "system/library/CProcessInfo.h"
+
+#include "system/library/CProcessBlockSweep.h"
+#include "system/library/ZVInstallFolder.h"
+#include "system/library/ZVProcessTime.h"
+#include "system/log/ZVLogCategory.h"
+#include "system/log/ZVLogScope.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <cwchar>
+#include <unistd.h>
+
+namespace
+{
+constexpr wchar_t ApplicationDataFolder[] = L"Application Data/";
+
+// A process that finds the block of a dead one under its own name removes it and tries once more.
+constexpr int32_t MaximumAttempts = 2;
+
+// Stands in for a block that cannot be shared. Its pages cost nothing until then.
+constinit CProcessBlock s_privateBlock {};
+
+bool HasTerminator(const wchar_t (&path)[CProcessBlock::PathCapacity])
+{
+    return wmemchr(path, L'\0', CProcessBlock::PathCapacity) != nullptr;
+}
+
+// Tells the block of this process from one that a dead process with the same id left: that one is older than this process.
+bool IsOfThisProcess(CProcessBlock& block, pid_t processId)
+{
+    return std::atomic_ref(block.State).load(std::memory_order_acquire) == CProcessBlock::Content::Filled &&
+           block.ProcessId == processId && block.CreationTime >= ZVProcessTime::GetProcessStart() &&
+           HasTerminator(block.InstallPath) && HasTerminator(block.ApplicationDataPath);
+}
+
+// Takes the block's name away at the end of a process that has not done so. The description itself is left to the end of the
+// process, which frees all memory at once.
+class BlockRemover
+{
+public:
+    ~BlockRemover() { CProcessInfo::Get().Remove(); }
+};
+}
+
+CProcessInfo& CProcessInfo::Get()
+{
+    static CProcessInfo& s_instance = *new CProcessInfo();
+    static const BlockRemover s_remover;
+    return s_instance;
+}
+
+CProcessInfo::CProcessInfo() : m_processId(getpid())
+{
+    if (OpenShared())
+        return;
+    m_memory.Close();
+    Fill(&s_privateBlock);
+}
+
+CProcessInfo::~CProcessInfo()
+{
+    Remove();
+}
+
+bool CProcessInfo::OpenShared()
+{
+    const ZVString name = CProcessBlock::GetName(m_processId);
+    for (int32_t attempt = 0; attempt < MaximumAttempts; ++attempt)
+    {
+        if (m_memory.Create(name, CProcessBlock::Size))
+        {
+            m_isCreator = true;
+            SweepProcessBlocks(m_processId);
+            if (Fill(static_cast<CProcessBlock*>(m_memory.GetData())))
+                return true;
+            Remove();
+            return false;
+        }
+        if (m_memory.GetError() != EEXIST)
+            return false;
+        if (AttachShared())
+            return true;
+        // Only a block of the user's own is removed. It is not filled anew in its place: whoever still has it mapped keeps what
+        // it has.
+        if (m_memory.GetData() == nullptr && m_memory.GetError() != EINVAL)
+            return false;
+        ZVSharedMemory::Remove(name);
+    }
+    return false;
+}
+
+// Opens the block that a copy of this code in the same process has made.
+bool CProcessInfo::AttachShared()
+{
+    if (!m_memory.Open(CProcessBlock::GetName(m_processId), CProcessBlock::Size))
+        return false;
+    CProcessBlock* const block = static_cast<CProcessBlock*>(m_memory.GetData());
+    if (!IsOfThisProcess(*block, m_processId))
+        return false;
+    m_block = block;
+    return true;
+}
+
+// Makes a block the description. False when the system has no room for its pages.
+bool CProcessInfo::Fill(CProcessBlock* block)
+{
+    m_block = block;
+    if (!Reserve(&block->AttachCounter, sizeof block->AttachCounter))
+        return false;
+    if (!SetInstallPathFromProductName({}) && !SetInstallPath(ZVInstallFolder::Fixed))
+        return false;
+    // The first page is there now, with the start of the install path.
+    block->ProcessId = m_processId;
+    block->CreationTime = ZVProcessTime::GetNow();
+    std::atomic_ref(block->State).store(CProcessBlock::Content::Filled, std::memory_order_release);
+    return true;
+}
+
+bool CProcessInfo::SetInstallPathFromProductName(const ZVString& productName)
+{
+    ZVLogScope scope(ZVLogCategory::General, "CProcessInfo::SetInstallPathFromProductName", true);
+    const ZVString folder = ZVInstallFolder::Find(productName);
+    const bool isSet = !folder.IsEmpty() && SetInstallPath(folder);
+    scope.SetResult(isSet);
+    return isSet;
+}
+
+// Sets the install path and what depends on it, or nothing.
+bool CProcessInfo::SetInstallPath(const ZVString& path)
+{
+    return WritePath(m_block->ApplicationDataPath, path + ApplicationDataFolder) && WritePath(m_block->InstallPath, path);
+}
+
+bool CProcessInfo::SetApplicationDataPath(const ZVString& path)
+{
+    return WritePath(m_block->ApplicationDataPath, path);
+}
+
+bool CProcessInfo::WritePath(wchar_t* place, const ZVString& path)
+{
+    const size_t capacity = static_cast<size_t>(path.GetLength()) + 1;
+    if (capacity > CProcessBlock::PathCapacity || !Reserve(place, capacity * sizeof(wchar_t)))
+        return false;
+    wmemcpy(place, path, capacity);
+    return true;
+}
+
+bool CProcessInfo::Reserve(const void* start, size_t size)
+{
+    const ptrdiff_t offset = static_cast<const std::byte*>(start) - reinterpret_cast<const std::byte*>(m_block);
+    return !IsShared() || m_memory.Reserve(static_cast<size_t>(offset), size);
+}
+
+int32_t CProcessInfo::TakeNextAttachValue()
+{
+    return std::atomic_ref(m_block->AttachCounter).fetch_add(1) + 1;
+}
+
+void CProcessInfo::LogStorage() const
+{
+    if (!IsShared())
+        ZVLog(ZVLogCategory::General, L"CProcessInfo", "The process information is not shared with the libraries: %s",
+              strerror(m_memory.GetError()));
+}
+
+void CProcessInfo::Remove()
+{
+    if (m_isCreator && m_processId == getpid())
+        ZVSharedMemory::Remove(CProcessBlock::GetName(m_processId));
+    m_isCreator = false;
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "core/string/ZVString.h"
+
+// A shared library that is opened at run time. A library may export "Attach", which is called with a number of its own after each
+// load, and "Detach", which is called before each unload. Not copied; the destructor unloads.
+class ZVLoadLibrary
+{
+public:
+    // A negative value of logFailure has the failure logged.
+    static constexpr int32_t LogFailure = -1;
+
+    ZVLoadLibrary() = default;
+    ~ZVLoadLibrary() { Unload(); }
+    ZVLoadLibrary(const ZVLoadLibrary&) = delete;
+    ZVLoadLibrary& operator=(const ZVLoadLibrary&) = delete;
+
+    // Unloads what is loaded and opens the library of a path; a name without a slash is looked for where the system keeps its
+    // libraries. Symbols are bound when they are first used, and the code stays mapped after the unload. A failure is printed to
+    // standard output. mode is for other platforms.
+    bool Load(const ZVString& path, int32_t logFailure = LogFailure, int32_t mode = 0);
+    // Closes the library; without one nothing happens.
+    void Unload();
+    bool IsLoaded() const { return m_handle != nullptr; }
+
+    // The address of an exported symbol, or null.
+    void* GetSymbol(const char* name) const;
+    // The same for a function of a known type.
+    template <class Function>
+    Function* GetFunction(const char* name) const
+    {
+        return reinterpret_cast<Function*>(GetSymbol(name));
+    }
+
+private:
+    void* m_handle = nullptr;
+};

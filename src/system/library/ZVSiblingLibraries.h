@@ -1,0 +1,72 @@
+#pragma once
+
+#include "core/string/ZVString.h"
+#include "system/library/ZVLoadLibrary.h"
+#include "system/library/ZVSiblingTable.h"
+
+#include <cstdint>
+
+// The binding of the product's libraries: what of them is loaded and which interface each gave. All of it runs under one
+// recursive mutex and may be called from any thread; only the tools library is bound and unbound while no other thread runs. A
+// library that is absent is an absent service: its load is false, its interface null.
+class ZVSiblingLibraries
+{
+public:
+    // The binding of this copy of the code. It is never destroyed; who has loaded something unloads it.
+    static ZVSiblingLibraries& Get();
+
+    ZVSiblingLibraries(const ZVSiblingLibraries&) = delete;
+    ZVSiblingLibraries& operator=(const ZVSiblingLibraries&) = delete;
+
+    // The value that every library gets when it is initialised; 0 if none was set.
+    void SetFlag(int32_t flag);
+
+    // Loads a library and starts it; true at once when it is loaded. It is looked for in the install folder, unless path begins
+    // with "\\" or has ":\" behind its first character: then path is the library's file or, with a separator at its end, its
+    // folder. LoadTools also sets the process-wide tools pointer and fails when the library cannot serve.
+    bool LoadTools(const ZVString& path = {}) { return Load(ZVSibling::Tools, path); }
+    bool LoadImage(const ZVString& path = {}) { return Load(ZVSibling::Image, path); }
+    bool LoadReader(const ZVString& path = {}) { return Load(ZVSibling::Reader, path); }
+    bool LoadDisc(const ZVString& path = {}) { return Load(ZVSibling::Disc, path); }
+    bool LoadPlayer(const ZVString& path = {}) { return Load(ZVSibling::Player, path); }
+    bool LoadWMFactory(const ZVString& path = {}) { return Load(ZVSibling::WMFactory, path); }
+    bool LoadTelevision(const ZVString& path = {}) { return Load(ZVSibling::Television, path); }
+
+    // Why the last LoadTools failed.
+    ZVString GetToolsError() const;
+
+    // The interface that a loaded library gave, or null. It belongs to the library and ends with the unload.
+    void* GetInterface(ZVSibling sibling) const;
+    // An exported symbol of a loaded library, or null.
+    void* GetSymbol(ZVSibling sibling, const char* name) const;
+    // What one of the reader library's factories makes, or null. The library is loaded and the name looked up by the first call.
+    // Who called owns the object and gives it back in the way that its interface has.
+    void* CreateReader(const char* factoryName);
+
+    // Unloads one library, or all from the last to the first. What is not loaded is passed over. The interfaces must not be in
+    // use any more.
+    void Unload(ZVSibling sibling);
+    void UnloadAll();
+
+private:
+    struct Slot
+    {
+        ZVLoadLibrary Library;
+        void* Interface = nullptr;
+    };
+
+    using ReaderFactory = void*();
+
+    ZVSiblingLibraries() = default;
+
+    Slot& GetSlot(ZVSibling sibling) { return m_slots[static_cast<int32_t>(sibling)]; }
+    const Slot& GetSlot(ZVSibling sibling) const { return m_slots[static_cast<int32_t>(sibling)]; }
+    bool Load(ZVSibling sibling, const ZVString& path);
+    void Start(const ZVSiblingLibrary& library, Slot& slot);
+    void StartTools(const ZVSiblingLibrary& library, Slot& slot);
+
+    Slot m_slots[ZVSiblingCount];
+    ReaderFactory* m_readerFactories[ZVReaderFactoryCount] = {};
+    ZVString m_toolsError;
+    int32_t m_flag = 0;
+};

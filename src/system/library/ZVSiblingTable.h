@@ -1,0 +1,98 @@
+#pragma once
+
+#include <cstdint>
+
+// The libraries of the product. They are unloaded from the last to the first.
+enum class ZVSibling : int32_t
+{
+    Tools,
+    Image,
+    Reader,
+    Disc,
+    Player,
+    WMFactory,
+    Television,
+};
+
+// How a library is started after its load.
+enum class ZVSiblingStart
+{
+    Tools,      // the entry point is asked for a version of the tools interface, which then gets the application's information
+    Interface,  // the entry point gives an IZVSiblingInterface, which is initialised
+    Function,   // the entry point itself initialises the library, if it is there
+};
+
+// One library of the product.
+struct ZVSiblingLibrary
+{
+    ZVSibling Index;
+    const wchar_t* File;
+    ZVSiblingStart Start;
+    const char* EntryPoint;
+    const char* Uninitialize;  // called before the unload, if it is there; null for none
+};
+
+// clang-format off
+inline constexpr ZVSiblingLibrary ZVSiblingLibraryTable[] = {
+    {ZVSibling::Tools,      L"libZVTools.so",      ZVSiblingStart::Tools,     "GetZVToolsDLL",      nullptr},
+    {ZVSibling::Image,      L"libZVImage.so",      ZVSiblingStart::Interface, "GetZVImageAppDLL",   nullptr},
+    {ZVSibling::Reader,     L"libZVReader.so",     ZVSiblingStart::Function,  "ZVReaderInitialize", "ZVReaderUninitialize"},
+    {ZVSibling::Disc,       L"libZVDisc.so",       ZVSiblingStart::Function,  "ZVDiscInitialize",   "ZVDiscUninitialize"},
+    {ZVSibling::Player,     L"libZVPlayer.so",     ZVSiblingStart::Interface, "GetZVPlayerDLL",     nullptr},
+    {ZVSibling::WMFactory,  L"libZVWMFactory.so",  ZVSiblingStart::Interface, "CreateZVWMFactory",  nullptr},
+    {ZVSibling::Television, L"libZVTelevision.so", ZVSiblingStart::Interface, "GetZVTelevisionDLL", nullptr},
+};
+// clang-format on
+
+inline constexpr int32_t ZVSiblingCount = static_cast<int32_t>(sizeof ZVSiblingLibraryTable / sizeof *ZVSiblingLibraryTable);
+
+constexpr const ZVSiblingLibrary& GetSiblingLibrary(ZVSibling sibling)
+{
+    return ZVSiblingLibraryTable[static_cast<int32_t>(sibling)];
+}
+
+constexpr bool IsSiblingTableInOrder()
+{
+    for (int32_t index = 0; index < ZVSiblingCount; ++index)
+        if (ZVSiblingLibraryTable[index].Index != static_cast<ZVSibling>(index))
+            return false;
+    return true;
+}
+static_assert(IsSiblingTableInOrder());
+
+// The functions of the reader library that make a reader or a service. Each gives an interface or null.
+inline constexpr char ZVReaderFactoryNames[][43] = {
+    "CreateLocalReaderDLL",
+    "CreateInternetReaderDLL",
+    "CreateGenericReaderDLL",
+    "CreateFromMemoryReaderDLL",
+    "CreateMemoryReaderDLL",
+    "CreateStringReaderDLL",
+    "CreateMergingReaderDLL",
+    "CreateTruncatingReaderDLL",
+    "CreateBufferedReaderDLL",
+    "CreateSharedBufferingReaderDLL",
+    "CreateCirclingReaderDLL",
+    "CreateSocketReaderDLL",
+    "CreateTLSSocketReaderDLL",
+    "CreateSplitterReaderDLL",
+    "CreateSplitterLocalBufferReaderDLL",
+    "CreateDVDReaderDLL",
+    "CreateBufferedInternetReaderDLL",
+    "CreateBufferedInternetReaderWithCachingDLL",
+    "CreateRTMPReaderDLL",
+    "CreateBufferedHLSReaderDLL",
+    "CreateLocalIndexedHLSReaderDLL",
+    "CreateLibServerIndexedHLSReaderDLL",
+    "CreateBufferedRTSPReaderDLL",
+    "CreateTranscodingReaderDLL",
+    "CreateWakeOnLanDLL",
+    "CreateFTPTransferDLL",
+    "CreateZTVDataFileReaderDLL",
+    "CreateTVFormatFileReaderDLL",
+    "CreateZVTransportStreamZTVReaderDLL",
+    "CreateNetworkStreamingReaderDLL",
+    "CreateSSLCertificateManagerDLL",
+};
+
+inline constexpr int32_t ZVReaderFactoryCount = static_cast<int32_t>(sizeof ZVReaderFactoryNames / sizeof *ZVReaderFactoryNames);

@@ -1,0 +1,209 @@
+#include "siblings/tools/settings/CSettingsStore.h"
+
+#include "FakeTools.h"
+#include "ToolsFolder.h"
+#include "siblings/tools/log/CLogManager.h"
+#include "system/library/ZVDllString.h"
+
+#include <gmock/gmock.h>
+
+namespace
+{
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr char FileName[] = "Settings.db";
+constexpr char MaskName[] = "Logs/log-mask";
+
+class CSettingsStoreTest : public testing::Test
+{
+protected:
+    CSettingsStoreTest()
+    {
+        CSQLiteLibrary library;
+        m_hasLibrary = library.Load("libsqlite3.so.0");
+    }
+    void SetUp() override
+    {
+        if (!m_hasLibrary)
+            GTEST_SKIP() << "libsqlite3.so.0 is not installed";
+    }
+
+    // What a store of its own reads, or "(none)".
+    std::wstring Read(CSettingsStore& store, const wchar_t* section, const wchar_t* name)
+    {
+        ZVString text = L"left over";
+        ZVDllString value(text);
+        const bool isThere = store.GetSetting(section, name, value);
+        EXPECT_TRUE(isThere || text.IsEmpty());
+        return isThere ? std::wstring(text.GetText()) : L"(none)";
+    }
+    std::wstring Read(const wchar_t* section, const wchar_t* name)
+    {
+        CSettingsStore store(m_folder.AsString(), m_log);
+        return Read(store, section, name);
+    }
+
+    // A database with enough in it for several pages.
+    void MakeDatabase()
+    {
+        CSettingsStore store(m_folder.AsString(), m_log);
+        for (int index = 0; index < 200; ++index)
+            ASSERT_TRUE(store.SetSetting(L"Section", ZVFormat(L"Name %d", index), ZVString(L"some value that fills the pages")));
+    }
+
+    ToolsFolder m_folder;
+    FakeLogManager m_log;
+    bool m_hasLibrary = false;
+};
+
+TEST_F(CSettingsStoreTest, KeepsSettings)
+{
+    {
+        CSettingsStore store(m_folder.AsString() + L"made/on the way/", m_log);
+        EXPECT_EQ(Read(store, L"A", L"x"), L"(none)");
+        EXPECT_TRUE(store.RemoveSetting(L"A", L"x"));
+        EXPECT_FALSE(m_folder.Has("made")) << "reading and removing have made files";
+        EXPECT_TRUE(store.SetSetting(L"A", L"x", L"one"));
+        EXPECT_TRUE(store.SetSetting(L"A", L"x", L"two; '\"\n\u00e4 \u0416"));
+        EXPECT_TRUE(store.SetSetting(L"A", L"X", L""));
+        EXPECT_TRUE(store.SetSetting(L"B", L"x", L"b"));
+        EXPECT_TRUE(store.SetSetting(L"B", L"gone", L"b"));
+        EXPECT_TRUE(store.RemoveSetting(L"B", L"gone"));
+    }
+    CSettingsStore store(m_folder.AsString() + L"made/on the way/", m_log);
+    EXPECT_EQ(Read(store, L"A", L"x"), L"two; '\"\n\u00e4 \u0416");
+    EXPECT_EQ(Read(store, L"A", L"X"), L"");
+    EXPECT_EQ(Read(store, L"B", L"x"), L"b");
+    EXPECT_EQ(Read(store, L"B", L"gone"), L"(none)");
+    EXPECT_THAT(m_log.Lines, IsEmpty());
+}
+
+TEST_F(CSettingsStoreTest, ProcessesWriteAtOnceFromTheFirstMomentOn)
+{
+    constexpr int ProcessCount = 8;
+    constexpr int SettingCount = 20;
+    for (int round = 0; round < 8; ++round)
+    {
+        const ZVString folder = m_folder.AsString() + ZVFormat(L"%d/", round);
+        ASSERT_TRUE(RunProcesses(ProcessCount,
+                                 [&](int process)
+                                 {
+                                     FakeLogManager log;
+                                     CSettingsStore store(folder, log);
+                                     bool isGood = true;
+                                     for (int index = 0; index < SettingCount; ++index)
+                                         isGood &= store.SetSetting(ZVFormat(L"%d", process), ZVFormat(L"%d", index), L"v");
+                                     for (const std::string& line : log.Lines)
+                                         fprintf(stderr, "%s\n", line.c_str());
+                                     return isGood;
+                                 }));
+        CSettingsStore store(folder, m_log);
+        for (int process = 0; process < ProcessCount; ++process)
+            for (int index = 0; index < SettingCount; ++index)
+                EXPECT_EQ(Read(store, ZVFormat(L"%d", process), ZVFormat(L"%d", index)), L"v");
+    }
+}
+
+TEST_F(CSettingsStoreTest, SetsADamagedFileAside)
+{
+    MakeDatabase();
+    const std::string sound = m_folder.Read(FileName);
+    ASSERT_GT(sound.size(), 3 * 4096u);
+    std::string emptyPage = sound;
+    emptyPage.replace(4096, 4096, 4096, '\0');
+    const std::pair<const char*, std::string> rows[] = {
+        {"no database", std::string(5000, 'x')},
+        {"a few bytes",             "settings"                },
+        {"cut behind its header",             sound.substr(0,4096)},
+        {"a page is empty",        emptyPage                                 },
+    };
+    for (const auto& [name, content] : rows)
+    {
+        SCOPED_TRACE(name);
+        m_log.Lines.clear();
+        m_folder.Write(FileName, content);
+        m_folder.Write("Settings.db.damaged-wal", "of an earlier one");
+        CSettingsStore store(m_folder.AsString(), m_log);
+        EXPECT_EQ(Read(store, L"Section", L"Name 1"), L"(none)");
+        EXPECT_TRUE(store.SetSetting(L"Section", L"Name 1", L"new"));
+        EXPECT_EQ(Read(store, L"Section", L"Name 1"), L"new");
+        EXPECT_EQ(m_folder.Read("Settings.db.damaged"), content);
+        EXPECT_NE(m_folder.Read("Settings.db.damaged-wal"), "of an earlier one");
+        EXPECT_THAT(m_log.Lines, ElementsAre(HasSubstr("damaged")));
+    }
+}
+
+TEST_F(CSettingsStoreTest, ManyProcessesSetADamagedFileAsideOnce)
+{
+    for (int round = 0; round < 5; ++round)
+    {
+        m_folder.Write(FileName, "no database");
+        ASSERT_TRUE(RunProcesses(4,
+                                 [&](int process)
+                                 {
+                                     FakeLogManager log;
+                                     CSettingsStore store(m_folder.AsString(), log);
+                                     return store.SetSetting(L"S", ZVFormat(L"%d", process), L"v");
+                                 }));
+        EXPECT_EQ(m_folder.Read("Settings.db.damaged"), "no database");
+        for (int process = 0; process < 4; ++process)
+            EXPECT_EQ(Read(L"S", ZVFormat(L"%d", process)), L"v");
+        std::filesystem::remove(m_folder.PathOf(FileName));
+    }
+}
+
+TEST_F(CSettingsStoreTest, FollowsAFileThatAnotherProcessReplaced)
+{
+    CSettingsStore store(m_folder.AsString(), m_log);
+    ASSERT_TRUE(store.SetSetting(L"S", L"n", L"old"));
+    for (const char* suffix : {"", "-wal", "-shm"})
+        std::filesystem::remove(m_folder.PathOf(FileName) + suffix);
+    CSettingsStore other(m_folder.AsString(), m_log);
+    ASSERT_TRUE(other.SetSetting(L"S", L"n", L"new"));
+    EXPECT_EQ(Read(store, L"S", L"n"), L"new");
+}
+
+TEST_F(CSettingsStoreTest, WithoutAFileOrALibraryReadsAsEmptyAndSaysSoOnce)
+{
+    m_folder.Write("file", "");
+    CSettingsStore unwritable(m_folder.AsString() + L"file/", m_log);
+    CSettingsStore nowhere(ZVString(), m_log);
+    m_folder.Write(FileName, "");
+    CSettingsStore withoutLibrary(m_folder.AsString(), m_log, "libzv-nobody-has-it.so");
+    for (CSettingsStore* store : {&unwritable, &nowhere, &withoutLibrary})
+    {
+        m_log.Lines.clear();
+        EXPECT_FALSE(store->SetSetting(L"S", L"n", L"v"));
+        EXPECT_FALSE(store->SetSetting(L"S", L"n", L"v"));
+        EXPECT_EQ(Read(*store, L"S", L"n"), L"(none)");
+        EXPECT_THAT(m_log.Lines, SizeIs(store == &nowhere ? 0 : 1));
+    }
+}
+
+TEST_F(CSettingsStoreTest, TheLogMaskIsAlsoInItsFile)
+{
+    CSettingsStore store(m_folder.AsString(), m_log);
+    EXPECT_TRUE(store.SetSetting(L"Logging", L"Other", L"1"));
+    EXPECT_TRUE(store.SetSetting(L"Other", L"Category Mask", L"1"));
+    EXPECT_FALSE(m_folder.Has(MaskName));
+    EXPECT_TRUE(store.SetSetting(L"Logging", L"Category Mask", L"0x101"));
+    EXPECT_EQ(m_folder.Read(MaskName), "257\n");
+    EXPECT_EQ(CLogManager(m_folder.AsString()).GetCategoryMask(), 257u);
+    EXPECT_TRUE(store.SetSetting(L"Logging", L"Category Mask", L"all"));
+    EXPECT_FALSE(m_folder.Has(MaskName)) << "a text that is no mask has left the old one";
+    EXPECT_TRUE(store.SetSetting(L"Logging", L"Category Mask", L"3"));
+    EXPECT_TRUE(store.RemoveSetting(L"Logging", L"Category Mask"));
+    EXPECT_FALSE(m_folder.Has(MaskName));
+    EXPECT_EQ(Read(store, L"Logging", L"Category Mask"), L"(none)");
+
+    // What cannot be in both is in neither.
+    std::filesystem::create_directories(m_folder.PathOf(MaskName) + "/in the way");
+    EXPECT_FALSE(store.SetSetting(L"Logging", L"Category Mask", L"5"));
+    EXPECT_EQ(Read(store, L"Logging", L"Category Mask"), L"(none)");
+    EXPECT_THAT(m_log.Lines, ElementsAre(HasSubstr("log mask")));
+    EXPECT_TRUE(store.SetSetting(L"Logging", L"Other", L"2"));
+}
+}

@@ -1,0 +1,112 @@
+// Tests of the shared library itself, as the worker loads it.
+
+#include "contracts/ILogManager.h"
+#include "contracts/IZVApplicationInformation.h"
+#include "contracts/IZVStringTools.h"
+#include "contracts/IZVTools.h"
+
+#include "ToolsFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <dlfcn.h>
+
+namespace
+{
+using testing::ElementsAre;
+
+struct Information final : IZVApplicationInformation
+{
+    const wchar_t* GetProductName() override { return L"Lantern Deck"; }
+    const wchar_t* GetInstallDirectory() override { return L"/opt/zv"; }
+    const wchar_t* GetDataDirectory() override { return L"/nowhere/at/all"; }
+};
+
+// The lines that a command prints.
+std::vector<std::string> OutputOf(const std::string& command)
+{
+    std::vector<std::string> lines;
+    FILE* const stream = popen(command.c_str(), "r");
+    if (stream == nullptr)
+        return lines;
+    char line[1024];
+    while (fgets(line, sizeof line, stream) != nullptr)
+        lines.push_back(std::string(line, strcspn(line, "\n")));
+    pclose(stream);
+    return lines;
+}
+
+// Skips a test that looks at the library as it is shipped.
+#if defined(ZV_IS_SANITIZED)
+#define ZV_SKIP_UNLESS_SHIPPED(program) GTEST_SKIP() << "a sanitized library exports and needs what the sanitizers want"
+#else
+#define ZV_SKIP_UNLESS_SHIPPED(program)                                                                                          \
+    if (OutputOf("command -v " program).empty())                                                                                 \
+    GTEST_SKIP() << program " is not installed"
+#endif
+
+TEST(CToolsLibrary, ExportsItsEntryPointAlone)
+{
+    ZV_SKIP_UNLESS_SHIPPED("nm");
+    std::vector<std::string> names;
+    for (const std::string& line : OutputOf("nm -D --defined-only '" ZV_TOOLS_LIBRARY "'"))
+        names.push_back(line.substr(line.rfind(' ') + 1));
+    EXPECT_THAT(names, ElementsAre("GetZVToolsDLL"));
+}
+
+TEST(CToolsLibrary, NeedsNothingButTheCLibrary)
+{
+    ZV_SKIP_UNLESS_SHIPPED("readelf");
+    const std::vector<std::string> lines = OutputOf("readelf -d '" ZV_TOOLS_LIBRARY "' | grep NEEDED");
+    EXPECT_THAT(lines, testing::Not(testing::IsEmpty()));
+    EXPECT_THAT(lines, testing::Each(testing::ContainsRegex("\\[(libc|libm|ld-linux[-_a-z0-9]*)\\.so\\.[0-9]+\\]")));
+}
+
+TEST(CToolsLibrary, GivesItsServices)
+{
+    const ToolsFolder folder;
+    void* const library = dlopen(ZV_TOOLS_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+    const auto getTools = reinterpret_cast<IZVTools* (*)(int32_t)>(dlsym(library, "GetZVToolsDLL"));
+    ASSERT_NE(getTools, nullptr);
+    EXPECT_EQ(getTools(200047), nullptr);
+    EXPECT_EQ(getTools(0), nullptr);
+    IZVTools* const tools = getTools(200048);
+    ASSERT_NE(tools, nullptr);
+    EXPECT_EQ(getTools(200048), tools);
+    EXPECT_EQ(tools->GetLogManager(true), nullptr) << "the data folder is not known yet";
+
+    Information information;
+    setenv("ZV_DATA_DIR", folder.PathOf("data").c_str(), 1);
+    ASSERT_TRUE(tools->Initialize(1, &information));
+    unsetenv("ZV_DATA_DIR");
+    ASSERT_TRUE(tools->Initialize(1, nullptr));
+    EXPECT_STREQ(tools->GetLoadError(), L"");
+
+    const ZVString dataDirectory = folder.AsString() + L"data/";
+    IZVApplicationInformation* const known = tools->GetApplicationInformation();
+    ASSERT_NE(known, nullptr);
+    EXPECT_STREQ(known->GetProductName(), L"Lantern Deck");
+    EXPECT_STREQ(known->GetInstallDirectory(), L"/opt/zv/");
+    EXPECT_STREQ(known->GetDataDirectory(), dataDirectory);
+
+    ILogManager* const manager = tools->GetLogManager(false);
+    ASSERT_NE(manager, nullptr);
+    EXPECT_STREQ(manager->GetFilePath(), dataDirectory + L"Logs/ZVWorker.log");
+    EXPECT_NE(tools->GetSettings(true), nullptr);
+    EXPECT_FALSE(folder.Has("data")) << "the library has touched the disk without being asked";
+
+    // A string of this side's copy of the core, read by the other side's.
+    const ZVString ours = L"ours \u00e4";
+    const ZVFormatArguments<1> list(ours);
+    manager->LogNarrow(1, L"S", "%s", list.Records(), list.Count());
+    EXPECT_THAT(folder.Read("data/Logs/ZVWorker.log"), testing::EndsWith("\tS\tours \xc3\xa4\n"));
+
+    EXPECT_EQ(tools->GetTools(false)->Find(L"abC", L"c", IZVStringTools::FindFolded), 2);
+    EXPECT_EQ(tools->GetFileTypes(true), nullptr);
+    EXPECT_EQ(tools->GetDateServices(true), nullptr);
+    EXPECT_EQ(tools->GetCompression(true), nullptr);
+    EXPECT_EQ(tools->GetThreadServices(true), nullptr);
+    EXPECT_EQ(tools->GetNamedLocks(true), nullptr);
+}
+}

@@ -1,0 +1,146 @@
+#pragma once
+
+#include "FakeTools.h"
+#include "core/ZVToolsPointer.h"
+#include "system/filename/ZVNativePath.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <numeric>
+#include <sched.h>
+#include <set>
+#include <string>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+// A test with a folder of its own, open to all users, and with a log.
+class FileFixture : public testing::Test
+{
+protected:
+    FileFixture()
+    {
+        std::string name = std::filesystem::temp_directory_path() / "zvfile-XXXXXX";
+        m_folder = std::string(mkdtemp(name.data())) + "/";
+        chmod(m_folder.c_str(), 0777);
+        g_pZVTools = &m_tools;
+    }
+
+    ~FileFixture() override
+    {
+        g_pZVTools = nullptr;
+        // Rights that a test took away are given back first.
+        EXPECT_EQ(system(("chmod -R u+rwx " + m_folder + " && rm -rf " + m_folder).c_str()), 0);
+    }
+
+    // The path of a name in the folder, as bytes and as text.
+    std::string At(const std::string& name) const { return m_folder + name; }
+    ZVString TextAt(const std::string& name) const { return ZVNativePath::ToText(At(name).c_str()); }
+    static std::string Bytes(const ZVString& text) { return ZVNativePath(text).GetBytes(); }
+    bool IsAt(const std::string& name) const { return exists(std::filesystem::symlink_status(At(name))); }
+    void MakeFolder(const std::string& name) const { std::filesystem::create_directories(At(name)); }
+    void Link(const std::string& target, const std::string& name) const { std::filesystem::create_symlink(target, At(name)); }
+
+    // Makes a file, and the folders that it is in.
+    std::string Put(const std::string& name, const std::string& content = "x") const
+    {
+        std::filesystem::create_directories(std::filesystem::path(At(name)).parent_path());
+        std::ofstream(At(name), std::ios::binary) << content;
+        return At(name);
+    }
+
+    static std::string Get(const std::string& path)
+    {
+        std::ifstream file(path, std::ios::binary);
+        return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(none)";
+    }
+
+    std::string GetAt(const std::string& name) const { return Get(At(name)); }
+
+    // The names in the folder, sorted and with a blank behind each.
+    std::string List(const std::string& name = "") const
+    {
+        if (!IsAt(name))
+            return "(none)";
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(At(name)))
+            names.insert(entry.path().filename().string() + " ");
+        return std::accumulate(names.begin(), names.end(), std::string());
+    }
+
+    void ExpectLogged(const std::string& part)
+    {
+        EXPECT_THAT(m_tools.Manager.Lines, testing::Contains(testing::HasSubstr(part)));
+    }
+
+    // Runs a function in a process of its own, in which its expectations count too. False when one failed or the process died.
+    template <class Function>
+    static bool InChild(Function function)
+    {
+        const pid_t child = fork();
+        if (child == 0)
+        {
+            function();
+            fflush(nullptr);
+            _exit(HasFailure() ? 1 : 0);
+        }
+        int status = -1;
+        waitpid(child, &status, 0);
+        return status == 0;
+    }
+
+    // Runs a function in several processes at the same time, each with its number. False when one of them gave false.
+    template <class Function>
+    static bool InChildren(Function function)
+    {
+        constexpr int Count = 4;
+        for (int index = 0; index < Count; ++index)
+            if (fork() == 0)
+                _exit(function(std::to_string(index)) ? 0 : 1);
+        bool isDone = true;
+        int status = -1;
+        for (int index = 0; index < Count; ++index)
+            isDone = wait(&status) > 0 && status == 0 && isDone;
+        return isDone;
+    }
+
+    // In a process that only has the rights that the modes give, be it the owner's. A test that root runs becomes another user.
+    template <class Function>
+    static bool AsNobody(Function function)
+    {
+        constexpr unsigned Nobody = 65534;
+        const auto giveUpRights = [] { return geteuid() != 0 || (setgid(Nobody) == 0 && setuid(Nobody) == 0); };
+        return InChild([&] { giveUpRights() ? function() : _exit(2); });
+    }
+
+    // In a process with a file system of 64 kilobytes in the memory, mounted on the folder "disk".
+    template <class Function>
+    bool WithSmallDisk(Function function) const
+    {
+        MakeFolder("disk");
+        return InChild([&] { MountSmallDisk() ? function() : _exit(2); });
+    }
+
+    // Why WithSmallDisk cannot be used, or empty.
+    std::string MissingSmallDisk() const
+    {
+        return WithSmallDisk([] {}) ? "" : "no file system can be mounted here";
+    }
+
+    FakeTools m_tools;
+    std::string m_folder;
+
+private:
+    bool MountSmallDisk() const
+    {
+        return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+               mount("tmpfs", At("disk").c_str(), "tmpfs", 0, "size=64k") == 0;
+    }
+};

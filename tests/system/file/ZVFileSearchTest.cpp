@@ -1,0 +1,182 @@
+#include "system/file/ZVFileSearch.h"
+
+#include "FileFixture.h"
+#include "system/file/ZVFile.h"
+#include "system/file/ZVFileFinder.h"
+#include "system/file/ZVFileSystem.h"
+
+namespace
+{
+// Says that every text with "*" or "?" has wild cards.
+class WildcardTools final : public FakeTools, public IZVStringTools
+{
+public:
+    IZVStringTools* GetTools(bool) override { return this; }
+    int32_t Find(const wchar_t*, const wchar_t*, int32_t) override { return -1; }
+    int32_t Compare(const wchar_t*, const wchar_t*, int32_t, bool, int32_t) override { return 0; }
+    bool MatchesWildcards(const wchar_t*, const wchar_t*) override { return false; }
+    bool HasWildcards(const wchar_t* text) override { return wcspbrk(text, L"*?") != nullptr; }
+};
+
+class ZVFileSearchTest : public FileFixture
+{
+protected:
+    // The paths without the folder in front, with a blank behind each.
+    std::string Shorten(const ZVStringArray& paths) const
+    {
+        std::string list;
+        for (const ZVString& path : paths)
+            list += Bytes(path).substr(m_folder.size()) + " ";
+        return list;
+    }
+
+    std::string Find(const std::string& pattern, bool listFolder = false) const
+    {
+        ZVFileFinder finder;
+        EXPECT_TRUE(finder.Find(TextAt(pattern), listFolder));
+        ZVStringArray paths;
+        for (ZVFileInfo info; finder.GetNext(info);)
+            paths.Add(info.GetPath());
+        return Shorten(paths);
+    }
+
+    std::string Search(ZVFileSearch& search) const { return Shorten(search.GetResults()); }
+};
+
+TEST_F(ZVFileSearchTest, AFolderIsListedWithoutHiddenNames)
+{
+    Put("a/b/file");
+    Put("a/.hidden");
+    Put("a/c");
+    EXPECT_EQ(Find("a/"), "a/b/ a/c ");
+    EXPECT_EQ(Find("a", true), "a/b/ a/c ");
+    EXPECT_EQ(Find("a"), "a/ ");
+    EXPECT_EQ(Find("missing/"), "");
+    EXPECT_EQ(Find("a/c/"), "");
+    ZVFileFinder finder;
+    EXPECT_FALSE(finder.Find(L"", true));
+    chmod(At("a").c_str(), 0);
+    const auto listClosed = [&]
+    {
+        EXPECT_EQ(Find("a/"), "");
+        ExpectLogged("1|ZVFileFinder::Find|Error 13 reading folder: ");
+    };
+    EXPECT_TRUE(AsNobody(listClosed));
+}
+
+TEST_F(ZVFileSearchTest, CharactersOfPatternsStandForThemselves)
+{
+    for (const char* folder : {"a", "[a]", "?", "*", "a\\b", "a;b"})
+        Put(std::string(folder) + "/file [1]");
+    for (const char* folder : {"[a]/", "?/", "*/", "a;b/"})
+        EXPECT_EQ(Find(folder), std::string(folder) + "file [1] ");
+    // Without the tools library nothing is a wild card.
+    EXPECT_EQ(Find("?/f*"), "");
+    EXPECT_EQ(Find("a/file [1]"), "a/file [1] ");
+    WildcardTools tools;
+    g_pZVTools = &tools;
+    EXPECT_EQ(Find("?/f*"), "?/file [1] ");
+    EXPECT_EQ(Find("[a]/*[1]"), "[a]/file [1] ");
+    EXPECT_EQ(Find("a/????\?[1]"), "a/file [1] ");
+    EXPECT_EQ(Find("a/[f]*"), "");
+}
+
+TEST_F(ZVFileSearchTest, EveryNameLeadsToItsOwnFile)
+{
+    // Each pair would be one name if bytes were dropped or characters replaced.
+    const std::string names[] = {"\xff", "\xc3\xbf", "\xf0\x9f\x8e\xac", "?", "x\\y", "x/y", "\xed\xb2\x80"};
+    for (const std::string& name : names)
+        Put(name, std::string(name.size() + static_cast<unsigned char>(name[0]), 'x'));
+    ZVStringArray paths;
+    EXPECT_EQ(ZVFileSystem::FindFiles(TextAt(""), paths, true, {}), 7);
+    for (const ZVString& path : paths)
+    {
+        const std::string name = Bytes(path).substr(m_folder.size());
+        EXPECT_EQ(ZVFileSystem::GetFileSize(path), static_cast<int64_t>(name.size() + static_cast<unsigned char>(name[0])));
+        EXPECT_TRUE(ZVFileSystem::DeleteFile(path));
+        EXPECT_FALSE(IsAt(name));
+    }
+    EXPECT_EQ(List(), "x ");
+}
+
+TEST_F(ZVFileSearchTest, EntriesAreDescribed)
+{
+    Put("a/b.d/film.x.mkv", "1234");
+    Link("nothing", "a/c");
+    ZVFileFinder finder;
+    ZVFileInfo info;
+    ASSERT_TRUE(finder.Find(TextAt("a/")) && finder.GetNext(info));
+    EXPECT_TRUE(info.IsDirectory());
+    EXPECT_EQ(info.GetName(), L"b.d");
+    ASSERT_TRUE(finder.GetNext(info));
+    EXPECT_TRUE(S_ISLNK(info.GetMode()));
+    EXPECT_FALSE(finder.GetNext(info));
+    EXPECT_TRUE(info.Load(TextAt("a/b.d/film.x.mkv")));
+    EXPECT_EQ(info.GetName(), L"film.x.mkv");
+    EXPECT_EQ(info.GetSize(), 4);
+    // What vanishes after the listing is left out.
+    ASSERT_TRUE(finder.Find(TextAt("a/")));
+    std::filesystem::remove_all(At("a"));
+    EXPECT_FALSE(finder.GetNext(info));
+    EXPECT_FALSE(info.Load(TextAt("a")) || info.IsFound() || info.IsDirectory());
+}
+
+TEST_F(ZVFileSearchTest, FiltersAndFlagsDecideWhatIsFound)
+{
+    Put("disc/VIDEO_TS.IFO", "12345");
+    Put("disc/a.vob", "12");
+    Put("disc/ifo", "1");
+    Put("disc/sub/b.Ifo", "123");
+    Put("disc/sub/c.x.ifox", "1");
+    chmod(At("disc/a.vob").c_str(), 0755);
+    const ZVString folder = TextAt("disc");
+
+    ZVFileSearch all(folder);
+    EXPECT_EQ(Search(all), "disc/VIDEO_TS.IFO disc/a.vob disc/ifo ");
+    EXPECT_EQ(all.GetTotalSize(), 8);
+    ZVFileSearch some(folder, L"ifo", true);
+    some.AddFilter(L"");
+    some.AddFilter(L"VOB");
+    EXPECT_EQ(Search(some), "disc/VIDEO_TS.IFO disc/a.vob disc/sub/b.Ifo ");
+    EXPECT_EQ(some.GetTotalSize(), 10);
+    ZVFileSearch folders(folder, L"none", true);
+    folders.SetIncludeFolders(true);
+    EXPECT_EQ(Search(folders), "disc/sub/ ");
+    ZVFileSearch skipping(folder, L"", true);
+    skipping.SetSkipMask(S_IXUSR);
+    EXPECT_EQ(Search(skipping), "disc/VIDEO_TS.IFO disc/ifo ");
+
+    ZVStringArray out;
+    out.Add(folder);
+    EXPECT_EQ(all.GetResults(out), 4);
+    ZVStringArray extensions;
+    extensions.Add(L"ifo");
+    EXPECT_EQ(ZVFileSystem::FindFiles(folder, out, false, extensions), 1);
+    EXPECT_EQ(ZVFileSystem::FindFiles(L"E:\\Source\\Media\\", out, true, {}), 0);
+    EXPECT_EQ(ZVFileSystem::FindFiles(L"", out, true, {}), 0);
+
+    const std::atomic<bool> isCancelled {true};
+    ZVFileSearch cancelled(folder);
+    cancelled.SetCancelFlag(&isCancelled);
+    ZVStringArray own;
+    cancelled.SetResultArray(&own);
+    EXPECT_EQ(cancelled.GetResults(own), 0);
+}
+
+TEST_F(ZVFileSearchTest, AWalkSurvivesLoopsAndDepth)
+{
+    Put("a/b/file");
+    Link("..", "a/b/loop");
+    Link(".", "a/self");
+    Link("b", "a/twice");
+    ZVFileSearch loops(TextAt("a"), L"", true);
+    EXPECT_EQ(Search(loops), "a/b/file ");
+
+    std::string deep;
+    for (int level = 0; level < 300; ++level)
+        deep += "d/";
+    Put(deep + "file");
+    ZVFileSearch depth(TextAt("d"), L"", true);
+    EXPECT_EQ(depth.GetResults().GetCount(), 1);
+}
+}

@@ -1,0 +1,184 @@
+#include "system/library/CProcessInfo.h"
+
+#include "FakeTools.h"
+#include "core/ZVToolsPointer.h"
+#include "system/library/ZVProcessTime.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace
+{
+std::string GetBlockPath(pid_t processId)
+{
+    return "/dev/shm/Zivora Process v33 (" + std::to_string(processId) + ")";
+}
+
+bool Exists(const std::string& path)
+{
+    struct stat status
+    {
+    };
+    return lstat(path.c_str(), &status) == 0;
+}
+
+void WriteFile(const std::string& path, const void* data, size_t size, mode_t mode = 0600)
+{
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, mode);
+    EXPECT_EQ(write(file, data, size), static_cast<ssize_t>(size));
+    fchmod(file, mode);
+    close(file);
+}
+
+// Runs a function in a child process and gives the child's id, negative when the function gave false.
+pid_t RunInChild(bool (*function)(CProcessInfo* parent), CProcessInfo* parent = nullptr)
+{
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(function(parent) ? 0 : 1);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status == 0 ? child : -child;
+}
+
+class CProcessInfoTest : public testing::Test
+{
+protected:
+    // Another test of this process may have opened the process's own description.
+    CProcessInfoTest() { unlink(m_path.c_str()); }
+    ~CProcessInfoTest() override { unlink(m_path.c_str()); }
+
+    const std::string m_path = GetBlockPath(getpid());
+};
+
+TEST_F(CProcessInfoTest, AllCopiesInAProcessSeeOneBlockUntilItsMakerRemovesIt)
+{
+    CProcessInfo program;
+    struct stat status
+    {
+    };
+    ASSERT_EQ(stat(m_path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_size, 83032);
+    EXPECT_EQ(status.st_mode & 07777, 0600u);
+    EXPECT_LE(status.st_blocks * 512, 5 * 4096) << "pages that hold nothing are not allocated";
+    {
+        CProcessInfo library;
+        EXPECT_TRUE(program.SetApplicationDataPath(L"/data/"));
+        EXPECT_FALSE(program.SetApplicationDataPath(ZVString(std::wstring(4096, L'x').c_str())))
+            << "the place holds 4095 characters";
+        EXPECT_STREQ(library.GetApplicationDataPath(), L"/data/");
+        program.MarkStarted();
+        EXPECT_TRUE(library.IsStarted());
+        EXPECT_EQ(program.TakeNextAttachValue(), 1);
+        EXPECT_EQ(library.TakeNextAttachValue(), 2);
+    }
+    RunInChild([](CProcessInfo* parent) { return parent->Remove(), true; }, &program);
+    EXPECT_TRUE(Exists(m_path)) << "neither another copy nor a child of the process removes it";
+    program.Remove();
+    EXPECT_FALSE(Exists(m_path));
+    WriteFile(m_path, "x", 1);
+    program.Remove();
+    EXPECT_TRUE(Exists(m_path)) << "a second removal touches nothing";
+    EXPECT_EQ(program.TakeNextAttachValue(), 3) << "what is mapped stays";
+}
+
+TEST_F(CProcessInfoTest, ABlockThatAnotherProcessLeftIsReplaced)
+{
+    CProcessBlock good {};
+    good.State = CProcessBlock::Content::Filled;
+    good.ProcessId = getpid();
+    good.CreationTime = ZVProcessTime::GetNow();
+    good.AttachCounter = 40;
+    const struct
+    {
+        const char* Name;
+        int32_t NextAttachValue;
+        mode_t Mode;
+        size_t Size;
+        void (*Change)(CProcessBlock& block);
+    } rows[] = {
+  // clang-format off
+        {"of this process", 41, 0600, sizeof good, [](CProcessBlock&) {}},
+        {"too old", 1, 0600, sizeof good, [](CProcessBlock& block) { block.CreationTime -= block.CreationTime / 2; }},
+        {"of another process", 1, 0600, sizeof good, [](CProcessBlock& block) { ++block.ProcessId; }},
+        {"not filled", 1, 0600, sizeof good, [](CProcessBlock& block) { block.State = CProcessBlock::Content::New; }},
+        {"path without an end", 1, 0600, sizeof good, [](CProcessBlock& block) { wmemset(block.InstallPath, L'x', 4096); }},
+        {"cut short", 1, 0600, 5000, [](CProcessBlock&) {}},
+        {"empty", 1, 0600, 0, [](CProcessBlock&) {}},
+        {"open to others", 1, 0666, sizeof good, [](CProcessBlock&) {}},
+  // clang-format on
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.Name);
+        CProcessBlock block = good;
+        row.Change(block);
+        WriteFile(m_path, &block, row.Size, row.Mode);
+        CProcessInfo info;
+        EXPECT_TRUE(info.IsShared());
+        EXPECT_EQ(info.TakeNextAttachValue(), row.NextAttachValue);
+        unlink(m_path.c_str());
+    }
+}
+
+TEST_F(CProcessInfoTest, BesideABlockOfAnotherUserTheDescriptionIsPrivate)
+{
+    WriteFile(m_path, std::string(83032, '\1').data(), 83032);
+    if (chown(m_path.c_str(), 65534, 65534) != 0)
+        GTEST_SKIP() << "only root can make a file of another user";
+    FakeTools tools;
+    CProcessInfo info;
+    EXPECT_FALSE(info.IsShared());
+    EXPECT_TRUE(ZVString(info.GetInstallPath()).EndsWith(L'/'));
+    const int32_t value = info.TakeNextAttachValue();
+    EXPECT_EQ(info.TakeNextAttachValue(), value + 1);
+    EXPECT_EQ(unlink(m_path.c_str()), 0) << "what is not ours stays";
+    g_pZVTools = &tools;
+    info.LogStorage();
+    g_pZVTools = nullptr;
+    ASSERT_EQ(tools.Manager.Lines.size(), 1u);
+    EXPECT_EQ(tools.Manager.Lines[0].find("1|CProcessInfo|The process information is not shared with the libraries: "), 0u);
+}
+
+TEST_F(CProcessInfoTest, NoRoomForTheBlockDoesNotEndTheProcess)
+{
+    const pid_t child = RunInChild(
+        [](CProcessInfo*)
+        {
+            // The limit on the size of files holds for shared memory too.
+            signal(SIGXFSZ, SIG_IGN);
+            const rlimit limit {4096, 4096};
+            setrlimit(RLIMIT_FSIZE, &limit);
+            CProcessInfo info;
+            return !info.IsShared() && info.TakeNextAttachValue() > 0;
+        });
+    EXPECT_GT(child, 0);
+    EXPECT_FALSE(Exists(GetBlockPath(child)));
+}
+
+TEST_F(CProcessInfoTest, AStartRemovesTheBlocksOfDeadProcessesAndNothingElse)
+{
+    const std::string dead = std::to_string(RunInChild([](CProcessInfo*) { return true; }));
+    const std::string left = "/dev/shm/Zivora Process v33 (" + dead + ")";
+    const std::string kept[] = {
+        GetBlockPath(getppid()),
+        left + " ",
+        "/dev/shm/Zivora Process v34 (" + dead + ")",
+        "/dev/shm/Zivora Process v33 (0" + dead + ")",
+        "/dev/shm/Zivora Process v33 (-" + dead + ")",
+    };
+    for (const std::string& path : kept)
+        WriteFile(path, "x", 1);
+    WriteFile(left, "x", 1);
+    const CProcessInfo info;
+    EXPECT_FALSE(Exists(left));
+    for (const std::string& path : kept)
+        EXPECT_EQ(unlink(path.c_str()), 0) << path;
+}
+}

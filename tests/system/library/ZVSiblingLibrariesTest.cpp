@@ -1,0 +1,128 @@
+#include "system/library/ZVSiblingLibraries.h"
+
+#include "FakeTools.h"
+#include "core/ZVToolsPointer.h"
+#include "core/string/ZVStringUTF8.h"
+#include "system/library/CProcessInfo.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+namespace
+{
+class ZVSiblingLibrariesTest : public testing::Test
+{
+protected:
+    ZVSiblingLibrariesTest()
+    {
+        EXPECT_TRUE(m_fake.Load(m_path));
+        TakeCalls();
+        m_libraries.SetFlag(7);
+    }
+    ~ZVSiblingLibrariesTest() override
+    {
+        m_libraries.UnloadAll();
+        g_pZVTools = nullptr;
+    }
+
+    ZVString TakeCalls() { return m_fake.GetFunction<const wchar_t*()>("TakeCalls")(); }
+    int32_t GetAttachValue() { return m_fake.GetFunction<int32_t()>("GetAttachValue")(); }
+
+    const ZVString m_path = ZVString::FromUTF8(ZV_FAKE_SIBLING);
+    const ZVString m_rooted = L"\\\\" + m_path;
+    ZVSiblingLibraries& m_libraries = ZVSiblingLibraries::Get();
+    ZVLoadLibrary m_fake;  // the test's own handle, to ask what happened
+};
+
+TEST_F(ZVSiblingLibrariesTest, StartsEachLibraryInItsOwnWayAndUnloadsInReverse)
+{
+    EXPECT_TRUE(m_libraries.LoadTools(m_rooted));
+    EXPECT_NE(g_pZVTools, nullptr);
+    EXPECT_TRUE(m_libraries.LoadReader(m_rooted));
+    EXPECT_TRUE(m_libraries.LoadDisc(m_rooted));
+    EXPECT_TRUE(m_libraries.LoadPlayer(m_rooted));
+    EXPECT_TRUE(m_libraries.LoadTelevision(m_rooted));
+    EXPECT_STREQ(TakeCalls(),
+                 L"Attach Tools.Initialize(7) Attach Reader.Initialize(7) Attach Attach Player.Initialize(7) Attach ");
+    EXPECT_NE(m_libraries.GetInterface(ZVSibling::Player), nullptr);
+    EXPECT_EQ(m_libraries.GetInterface(ZVSibling::Television), nullptr) << "it has no getter";
+
+    EXPECT_TRUE(m_libraries.LoadPlayer(L"\\\\nowhere\\else.so"));
+    EXPECT_STREQ(TakeCalls(), L"") << "a loaded library is not loaded again";
+
+    m_libraries.UnloadAll();
+    EXPECT_STREQ(TakeCalls(), L"Detach Detach Disc.Uninitialize Detach Reader.Uninitialize Detach Detach ");
+    EXPECT_EQ(g_pZVTools, nullptr);
+    EXPECT_EQ(m_libraries.GetInterface(ZVSibling::Player), nullptr);
+    m_libraries.UnloadAll();
+    EXPECT_STREQ(TakeCalls(), L"");
+}
+
+TEST_F(ZVSiblingLibrariesTest, AToolsLibraryThatCannotServeIsUnloaded)
+{
+    for (const char* variable : {"FAKE_TOOLS_ERROR", "FAKE_TOOLS_NULL"})
+    {
+        setenv(variable, "reason", 1);
+        EXPECT_FALSE(m_libraries.LoadTools(m_rooted));
+        unsetenv(variable);
+        EXPECT_TRUE(TakeCalls().EndsWith(L" Detach "));
+        EXPECT_EQ(g_pZVTools, nullptr);
+    }
+    EXPECT_TRUE(m_libraries.LoadTools(m_rooted));
+    EXPECT_STREQ(m_libraries.GetToolsError(), L"");
+}
+
+TEST_F(ZVSiblingLibrariesTest, ReaderFactoriesAreFoundByTheirNames)
+{
+    ASSERT_TRUE(m_libraries.LoadReader(m_rooted));
+    EXPECT_NE(m_libraries.CreateReader("CreateGenericReaderDLL"), nullptr);
+    EXPECT_NE(m_libraries.CreateReader("CreateGenericReaderDLL"), nullptr);
+    EXPECT_EQ(m_libraries.CreateReader("CreateLocalReaderDLL"), nullptr) << "a factory that this library has not";
+    EXPECT_EQ(m_libraries.CreateReader("GetAttachValue"), nullptr) << "a symbol that is no factory";
+    EXPECT_NE(m_libraries.GetSymbol(ZVSibling::Reader, "GetAttachValue"), nullptr);
+}
+
+TEST_F(ZVSiblingLibrariesTest, APathIsTakenAsItStandsOnlyWhenItIsRooted)
+{
+    FakeTools tools;
+    g_pZVTools = &tools;
+    const ZVString installed = CProcessInfo::Get().GetInstallPath() + ZVString(L"libZVDisc.so");
+    const struct
+    {
+        const wchar_t* Path;
+        const wchar_t* Opened;
+    } rows[] = {
+        {L"C:\\Zivora\\lib.so", L"C:/Zivora/lib.so"        },
+        {L"\\\\nowhere\\x\\",   L"//nowhere/x/libZVDisc.so"},
+        {L"C:lib.so",           installed                  },
+        {L"/c:\\lib.so",        installed                  },
+        {L"\\lib.so",           installed                  },
+        {L"/nowhere/lib.so",    installed                  },
+        {L"",                   installed                  },
+    };
+    for (const auto& row : rows)
+    {
+        EXPECT_FALSE(m_libraries.LoadDisc(row.Path));
+        const ZVString line = ZVString::FromUTF8(tools.Manager.Lines.back().c_str());
+        EXPECT_STREQ(line.GetBetween(L"1|ZVLoadLibrary|Loading ", L" failed, error: "), row.Opened)
+            << ZVStringUTF8(row.Path).Get();
+    }
+}
+
+TEST_F(ZVSiblingLibrariesTest, ALibraryIsAttachedWithNumbersThatRiseAndDetachedOnceForEach)
+{
+    const int32_t before = GetAttachValue();
+    {
+        ZVLoadLibrary library;
+        EXPECT_EQ(library.GetSymbol("TakeCalls"), nullptr);
+        EXPECT_TRUE(library.Load(m_path));
+        EXPECT_EQ(GetAttachValue(), before + 1);
+        EXPECT_TRUE(library.Load(m_path));
+        EXPECT_EQ(GetAttachValue(), before + 2);
+        EXPECT_FALSE(library.Load(L"")) << "the old one is gone all the same";
+        EXPECT_FALSE(library.IsLoaded());
+        EXPECT_TRUE(library.Load(m_path));
+    }
+    EXPECT_STREQ(TakeCalls(), L"Attach Detach Attach Detach Attach Detach ");
+}
+}

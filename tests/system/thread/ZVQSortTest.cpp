@@ -1,0 +1,179 @@
+#include "system/thread/ZVQSort.h"
+
+#include "core/containers/ZVStringArray.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <numeric>
+#include <random>
+#include <set>
+#include <vector>
+
+namespace
+{
+template <class T>
+class CompareBy final : public IZVQSortCompare<T>
+{
+public:
+    explicit CompareBy(std::function<int32_t(const T&, const T&)> function) : m_function(std::move(function)) {}
+    int32_t Compare(const T& first, const T& second) override { return m_function(first, second); }
+
+private:
+    std::function<int32_t(const T&, const T&)> m_function;
+};
+
+int32_t Difference(const int32_t& first, const int32_t& second)
+{
+    return first < second ? -1 : first > second;
+}
+
+std::vector<int32_t> NumbersTo(int32_t count)
+{
+    std::vector<int32_t> numbers(static_cast<size_t>(count));
+    std::iota(numbers.begin(), numbers.end(), 0);
+    return numbers;
+}
+
+TEST(ZVQSort, SortsWithAndWithoutAHelper)
+{
+    struct Row
+    {
+        const char* Name;
+        int32_t (*Value)(int32_t index, int32_t count, uint32_t random);
+    };
+    const Row rows[] = {
+        {"random",       [](int32_t,       int32_t,       uint32_t random) { return static_cast<int32_t>(random); }    },
+        {"few distinct", [](int32_t,       int32_t,       uint32_t random) { return static_cast<int32_t>(random % 3); }},
+        {"sorted",       [](int32_t index, int32_t,       uint32_t) { return index; }                                  },
+        {"reversed",     [](int32_t index, int32_t,       uint32_t) { return -index; }                                 },
+        {"equal",        [](int32_t,       int32_t,       uint32_t) { return 5; }                                      },
+        {"up and down",  [](int32_t index, int32_t count, uint32_t) { return std::min(index, count - index); }         },
+        {"last is low",  [](int32_t index, int32_t count, uint32_t) { return index == count - 1 ? -1 : index; }        },
+    };
+    CompareBy<int32_t> compare(Difference);
+    ZVQSort<int32_t> withHelper(compare);
+    ZVQSort<int32_t> alone(compare, false);
+    std::mt19937 random(7);
+    for (const Row& row : rows)
+        for (const int32_t count : {0, 1, 2, 3, 4, 15, 16, 17, 18, 33, 1000, 60'000})
+        {
+            SCOPED_TRACE(row.Name + std::string(", ") + std::to_string(count));
+            std::vector<int32_t> values = NumbersTo(count);
+            for (int32_t& value : values)
+                value = row.Value(value, count, static_cast<uint32_t>(random()));
+            std::vector<int32_t> expected = values;
+            std::ranges::sort(expected);
+            std::vector<int32_t> copy = values;
+            const int32_t startedBefore = withHelper.GetStartedCount();
+            withHelper.Sort(values.data(), count);
+            alone.Sort(copy.data(), count);
+            EXPECT_TRUE(values == expected);
+            EXPECT_TRUE(copy == expected);
+            EXPECT_EQ(withHelper.GetStartedCount() - startedBefore, count > 1000 ? 1 : 0);
+            EXPECT_FALSE(withHelper.IsRunning());
+        }
+    EXPECT_EQ(alone.GetStartedCount(), 0);
+    EXPECT_FALSE(withHelper.Start(0, false, 0)) << "a helper without a sort";
+}
+
+TEST(ZVQSort, MovesStringsWithTheirBlocks)
+{
+    ZVStringArray strings;
+    std::set<const wchar_t*> blocks;
+    std::mt19937 random(5);
+    for (int32_t index = 0; index < 50'000; ++index)
+        blocks.insert(strings[strings.Add(ZVFormat(L"%d", random() % 30'000))]);
+    ZVQSort<ZVString> sort(std::make_unique<CompareBy<ZVString>>(wcscmp));
+    sort.Sort(strings);
+    EXPECT_TRUE(
+        std::ranges::is_sorted(strings, [](const ZVString& first, const ZVString& second) { return wcscmp(first, second) < 0; }));
+    for (const ZVString& text : strings)
+        EXPECT_EQ(blocks.erase(text.GetText()), 1u);
+}
+
+// The places that a sort of sorted numbers asks about, in order.
+std::vector<std::pair<int32_t, int32_t>> QuestionsFor(int32_t count)
+{
+    std::vector<std::pair<int32_t, int32_t>> questions;
+    CompareBy<int32_t> compare(
+        [&questions](const int32_t& first, const int32_t& second)
+        {
+            questions.emplace_back(first, second);
+            return Difference(first, second);
+        });
+    ZVQSort<int32_t>(compare, false).Sort(NumbersTo(count).data(), count);
+    return questions;
+}
+
+TEST(ZVQSort, PartitionsAboveSixteenElements)
+{
+    const auto partition = QuestionsFor(17);
+    EXPECT_EQ(partition[0], std::pair(0, 9));
+    EXPECT_EQ(partition[1], std::pair(0, 16));
+    EXPECT_EQ(partition[2], std::pair(9, 16));
+    // A Shell sort with the gaps 8, 3 and 1.
+    const auto shell = QuestionsFor(16);
+    ASSERT_EQ(shell.size(), 8u + 13u + 15u);
+    for (size_t index = 0; index < shell.size(); ++index)
+        EXPECT_EQ(shell[index].second - shell[index].first, index < 8 ? 8 : index < 21 ? 3 : 1);
+}
+
+TEST(ZVQSort, KeepsAllElementsWhateverTheComparisonAnswers)
+{
+    std::atomic<uint32_t> state = 1;
+    const std::function<int32_t(const int32_t&, const int32_t&)> answers[] = {
+        [](const int32_t&, const int32_t&) { return -1; },
+        [](const int32_t&, const int32_t&) { return 1; },
+        [](const int32_t&, const int32_t&) { return 0; },
+        [&state](const int32_t&, const int32_t&)
+        { return static_cast<int32_t>((state = state * 1664525u + 1013904223u) >> 30) - 1; },
+    };
+    for (const auto& answer : answers)
+        for (const int32_t count : {2, 16, 17, 5000, 40'000})
+        {
+            std::vector<int32_t> values = NumbersTo(count);
+            const int32_t* const low = values.data();
+            std::atomic<bool> isInside = true;
+            CompareBy<int32_t> compare(
+                [&](const int32_t& first, const int32_t& second)
+                {
+                    if (&first < low || &first >= low + count || &second < low || &second >= low + count)
+                        isInside = false;
+                    return answer(first, second);
+                });
+            ZVQSort<int32_t>(compare).Sort(values.data(), count);
+            EXPECT_TRUE(isInside);
+            std::ranges::sort(values);
+            EXPECT_TRUE(values == NumbersTo(count));
+        }
+}
+
+// The worst opponent of a quick sort: it settles the order while it is asked, always so that the present pivot turns out to be
+// low.
+TEST(ZVQSort, ComparesNoMoreThanNLogNTimes)
+{
+    constexpr int32_t Count = 20'000;
+    constexpr int32_t Unsettled = Count;
+    std::vector<int32_t> settled(Count, Unsettled);
+    int32_t nextValue = 0;
+    int32_t candidate = 0;
+    int64_t questions = 0;
+    CompareBy<int32_t> opponent(
+        [&](const int32_t& first, const int32_t& second)
+        {
+            ++questions;
+            int32_t& left = settled[static_cast<size_t>(first)];
+            int32_t& right = settled[static_cast<size_t>(second)];
+            if (left == Unsettled && right == Unsettled)
+                (first == candidate ? left : right) = nextValue++;
+            if (left == Unsettled || right == Unsettled)
+                candidate = left == Unsettled ? first : second;
+            return Difference(left, right);
+        });
+    ZVQSort<int32_t>(opponent, false).Sort(NumbersTo(Count).data(), Count);
+    // 14.3 is the logarithm of the count. A quadratic sort asks tens of millions of times.
+    EXPECT_LT(questions, 5 * int64_t {Count} * 15);
+}
+}
