@@ -39,5 +39,5 @@ void StartTrue(benchmark::State& state)
     RunProgram(state, "/bin/true", nullptr);
 }
 
-ZV_COMPARE(WorkerTest, 2.0, StartWorker, StartTrue, "/bin/true");
+ZV_COMPARE(WorkerTest, 3.0, StartWorker, StartTrue, "/bin/true");
 }

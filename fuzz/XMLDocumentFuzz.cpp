@@ -1,69 +1,46 @@
 // Reads any text as an XML document, walks through all of it and changes it. The input is UTF-8 up to a NUL, then one byte for
 // the flags of the document and one byte for each step among and each change of the elements.
 
+#include "Require.h"
 #include "core/xml/ZVXMLDocument.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <iterator>
 
 namespace
 {
-void Require(bool condition)
-{
-    if (!condition)
-        abort();
-}
-
-// Every element with what can be read of it, in an order that tells the tree. Does not recurse.
+// Every element with what can be read of it, in an order that tells the tree. Does not recurse. Paths and node searches take time
+// for each sibling, so only the first elements are asked for them.
 ZVString Outline(ZVXMLDocument& document)
 {
+    constexpr int32_t MaximumElements = 64;
     ZVString outline;
     document.ResetPosition();
-    for (;;)
+    for (int32_t element = 0;;)
     {
-        if (document.FindElement())
+        if (!document.FindElement())
         {
-            outline.AppendFormat(L"<%s|%s|%s|%s", document.GetElementName(), document.GetText(), document.GetAttribute(L"x"),
-                                 document.GetAttribute(L"Name"));
-            Require(document.EnterElement());
+            outline.AppendCharacter(L'>');
+            if (!document.LeaveElement())
+                break;
             continue;
         }
-        outline.AppendCharacter(L'>');
-        if (!document.LeaveElement())
-            break;
+        outline.AppendFormat(L"<%s|%s|%s|%s", document.GetElementName(), document.GetText(), document.GetAttribute(L"x"),
+                             document.GetAttribute(L"Name"));
+        const bool isEarly = element++ < MaximumElements;
+        const ZVString path = isEarly ? document.GetElementPath() : ZVString();
+        if (isEarly && document.FindElement(path))
+            Require(document.GetElementPath() == path);
+        if (isEarly && document.FindChildElement(document.GetElementName()))
+            outline.AppendFormat(L"|%s|%s", document.GetChildText(), document.GetChildAttribute(L"x"));
+        Require(document.EnterElement());
+        while (isEarly && document.FindNode(254) != ZVXMLNodeType::EndOfText)
+            document.GetText();
+        document.ResetMainPosition();
     }
     document.ResetPosition();
     return outline;
-}
-
-// Paths and node searches take time for each sibling, so only the first elements of the document are asked for them.
-void ReadAroundElements(ZVXMLDocument& document)
-{
-    constexpr int32_t MaximumElements = 64;
-    document.ResetPosition();
-    for (int32_t element = 0; element < MaximumElements; ++element)
-    {
-        if (document.FindElement())
-        {
-            const ZVString path = document.GetElementPath();
-            if (document.FindElement(path))
-                Require(document.GetElementPath() == path);
-            document.FindChildElement(document.GetElementName());
-            document.GetChildText();
-            document.GetChildAttribute(L"x");
-            Require(document.EnterElement());
-            while (document.FindNode(2 | 4 | 8 | 16 | 32 | 64 | 128) != ZVXMLNodeType::EndOfText)
-                document.GetText();
-            document.ResetMainPosition();
-        }
-        else if (!document.LeaveElement())
-        {
-            break;
-        }
-    }
-    document.ResetPosition();
 }
 
 void Change(ZVXMLDocument& document, uint8_t step)
@@ -72,56 +49,26 @@ void Change(ZVXMLDocument& document, uint8_t step)
     constexpr const wchar_t* Values[] = {L"", L"<]]>\"'", L" ", L"text"};
     const uint32_t operand = step >> 4;
     const ZVString value = Values[operand % std::size(Values)];
+    // clang-format off
     switch (step & 15)
     {
-    case 0:
-        document.FindElement();
-        break;
-    case 1:
-        document.EnterElement();
-        break;
-    case 2:
-        document.LeaveElement();
-        break;
-    case 3:
-        document.FindChildElement();
-        break;
-    case 4:
-        document.ResetPosition();
-        break;
-    case 5:
-        if (document.SetAttribute(L"x", value))
-            Require(document.GetAttribute(L"x") == value);
-        break;
-    case 6:
-        document.SetChildAttribute(L"Name", value);
-        break;
-    case 7:
-        if (document.SetText(value, operand < 4))
-            Require(document.GetText() == value);
-        break;
-    case 8:
-        document.SetChildText(value, operand < 4);
-        break;
-    case 9:
-        document.RemoveElement();
-        break;
-    case 10:
-        document.RemoveChildElement();
-        break;
-    case 11:
-        document.FindNode(static_cast<int32_t>(operand) * 8 + 7);
-        break;
-    case 12:
-        document.SavePosition(value);
-        break;
-    case 13:
-        document.RestorePosition(value);
-        break;
-    default:
-        document.AddElement(L"x", value, AddFlags[operand % std::size(AddFlags)]);
-        break;
+    case 0: document.FindElement(); break;
+    case 1: document.EnterElement(); break;
+    case 2: document.LeaveElement(); break;
+    case 3: document.FindChildElement(); break;
+    case 4: document.ResetPosition(); break;
+    case 5: Require(!document.SetAttribute(L"x", value) || document.GetAttribute(L"x") == value); break;
+    case 6: document.SetChildAttribute(L"Name", value); break;
+    case 7: Require(!document.SetText(value, operand < 4) || document.GetText() == value); break;
+    case 8: document.SetChildText(value, operand < 4); break;
+    case 9: document.RemoveElement(); break;
+    case 10: document.RemoveChildElement(); break;
+    case 11: document.FindNode(static_cast<int32_t>(operand) * 8 + 7); break;
+    case 12: document.SavePosition(value); break;
+    case 13: document.RestorePosition(value); break;
+    default: document.AddElement(L"x", value, AddFlags[operand % std::size(AddFlags)]); break;
     }
+    // clang-format on
 }
 }
 
@@ -136,16 +83,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 
     // The documents are used for all inputs: to set up the index anew takes longer than most inputs do, and nothing of the one
     // before may be left.
-    static ZVXMLDocument documents[] = {ZVXMLDocument(0), ZVXMLDocument(ZVXMLDocument::FoldNames)};
-    static ZVXMLDocument readAgain[] = {ZVXMLDocument(0), ZVXMLDocument(ZVXMLDocument::FoldNames)};
-    const size_t kind = stepCount > 0 && (steps[0] & ZVXMLDocument::FoldNames) != 0 ? 1 : 0;
-    ZVXMLDocument& document = documents[kind];
-    ZVXMLDocument& again = readAgain[kind];
+    constexpr uint32_t Fold = ZVXMLDocument::FoldNames;
+    static ZVXMLDocument documents[][2] = {
+        {ZVXMLDocument(0),    ZVXMLDocument(0)   },
+        {ZVXMLDocument(Fold), ZVXMLDocument(Fold)}
+    };
+    auto& [document, again] = documents[stepCount > 0 && (steps[0] & Fold) != 0 ? 1 : 0];
 
     const bool isWellFormed = document.SetDocument(text);
     Require(isWellFormed == document.GetError().IsEmpty() && isWellFormed == document.IsWellFormed());
     ZVXMLDocument::GetEncoding(text);
-    ReadAroundElements(document);
     const ZVString before = Outline(document);
 
     for (size_t index = 1; index < stepCount && index <= MaximumSteps; ++index)

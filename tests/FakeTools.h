@@ -20,7 +20,10 @@ public:
                  int32_t argumentCount) override
     {
         ZVString line = ZVFormat(L"%d|%s|", category, scopeName);
-        line.AppendFormatList(format, arguments, argumentCount);
+        if (arguments == nullptr)
+            line += format;
+        else
+            line.AppendFormatList(format, arguments, argumentCount);
         char* bytes = line.GetUTF8();
         Lines.emplace_back(bytes);
         delete[] bytes;
@@ -49,12 +52,12 @@ public:
     const wchar_t* GetLoadError() override { return L""; }
     IZVApplicationInformation* GetApplicationInformation() override { return nullptr; }
     IZVSettings* GetSettings(bool) override { return nullptr; }
-    void* GetFileTypes(bool) override { return nullptr; }
+    IZVFileTypes* GetFileTypes(bool) override { return nullptr; }
     IZVStringTools* GetTools(bool) override { return nullptr; }
-    void* GetDateServices(bool) override { return nullptr; }
-    void* GetCompression(bool) override { return nullptr; }
+    IZVDateServices* GetDateServices(int32_t) override { return nullptr; }
+    IZVCompression* GetCompression(bool) override { return nullptr; }
     void* GetThreadServices(bool) override { return nullptr; }
-    void* GetNamedLocks(bool) override { return nullptr; }
+    IZVNamedLocks* GetNamedLocks(bool) override { return nullptr; }
     ILogManager* GetLogManager(bool) override { return &Manager; }
 
     virtual ~FakeTools() = default;

@@ -24,7 +24,8 @@ public:
     virtual void SetCategoryMask(uint32_t mask) = 0;
     // Tells the mask of the categories that are written.
     virtual uint32_t GetCategoryMask() = 0;
-    // Writes one line. arguments is an array of argumentCount pointers, or null and 0.
+    // Writes one line. arguments is an array of argumentCount pointers, or null and 0; then format is the text of the line as it
+    // stands.
     virtual void LogWide(uint32_t category, const wchar_t* scopeName, const wchar_t* format,
                          const ZVFormatRecord* const* arguments, int32_t argumentCount) = 0;
     // The same with a UTF-8 format.

@@ -1,7 +1,7 @@
 #pragma once
 
-// What the libraries of a process know of the application that loaded them. All texts are NUL-terminated, never null, and stay valid as
-// long as the object; a directory ends in "/".
+// What the libraries of a process know of the application that loaded them. All texts are NUL-terminated, never null, and stay
+// valid as long as the object; a directory ends in "/".
 class IZVApplicationInformation
 {
 public:

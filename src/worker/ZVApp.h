@@ -13,7 +13,8 @@ class ZVApp;
 // The one application object of the process; set by its constructor and never cleared.
 extern ZVApp* g_pApp;
 
-// Set when the process is to end. The worker's single thread does not poll it; it is there for the message loop of other applications.
+// Set when the process is to end. The worker's single thread does not poll it; it is there for the message loop of other
+// applications.
 extern volatile sig_atomic_t g_bExitRequested;
 
 // What OnModuleEvent tells.
@@ -31,7 +32,8 @@ public:
     // The order of the virtual functions is fixed.
     virtual ~ZVApp() = default;
 
-    // Counts the users of a module: the first attach keeps the handle and starts up, the last detach shuts down. Tells how that went.
+    // Counts the users of a module: the first attach keeps the handle and starts up, the last detach shuts down. Tells how that
+    // went.
     virtual bool OnModuleEvent(void* handle, ZVModuleEvent reason);
     // Run with a handler for SIGHUP, which asks the process to end. handle and data are kept as they are.
     virtual int32_t RunHandlingHangup(void* handle, void* reserved, int32_t data);

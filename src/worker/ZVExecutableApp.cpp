@@ -20,6 +20,12 @@ void OpenStandardDescriptors()
         if (fcntl(descriptor, F_GETFD) == -1)
             open("/dev/null", O_RDWR);
 }
+
+// A caller that ignores the ends of its children passes that on. The exit status of a program that a task runs would be lost.
+void ListenToChildren()
+{
+    signal(SIGCHLD, SIG_DFL);
+}
 }
 
 bool ZVExecutableApp::Initialize()
@@ -27,6 +33,7 @@ bool ZVExecutableApp::Initialize()
     if (!ZVApp::Initialize())
         return false;
     OpenStandardDescriptors();
+    ListenToChildren();
     ZVStringGlobals::Get().RebuildCharacterTables(true);
     ZVStandardOutput::MakeWide();
     OnInitialize();

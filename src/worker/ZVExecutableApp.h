@@ -6,8 +6,8 @@
 class ZVExecutableApp : public ZVApp
 {
 public:
-    // Gives closed standard streams to /dev/null, sets the locale from the environment, makes the standard output wide, makes the
-    // process information, installs the signal policy and loads the product's information.
+    // Mends what a caller may pass on, closed standard streams and ignored children, sets the locale from the environment, makes
+    // the standard output wide, makes the process information, installs the signal policy and loads the product's information.
     bool Initialize() override;
     // Unloads the product's libraries and takes the process information away. May be called after a start that failed.
     bool Uninitialize() override;

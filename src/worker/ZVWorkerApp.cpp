@@ -90,6 +90,8 @@ int32_t ZVWorkerApp::ProcessCommand(const ZVCommandLine& commandLine)
     const int32_t elapsed = elapsedTime.GetMilliseconds();
     ZVStandardOutput::PrintFormat(L"Total time: %d ms\n", elapsed);
     ZVStandardOutput::PrintFormat(L"Result: %d\n", result);
+    // A library that breaks while it is unloaded does not take the report with it.
+    ZVStandardOutput::Flush();
     scope.Log("Task completed in %d ms, result = %d", elapsed, result);
     return result;
 }

@@ -1,6 +1,7 @@
 #include "worker/ZVWorkerCommand.h"
 
 #include "system/log/ZVLogScope.h"
+#include "worker/ZVDevicesTask.h"
 
 namespace
 {
@@ -19,16 +20,21 @@ bool Test(const ZVWorkerRequest&)
 
 // clang-format off
 constexpr ZVWorkerCommand Commands[] = {
-    // Name,                    parameters, video, always fails
-    {L"/Thumbnail",             2,          true,  false, "Processing Thumbnail task...",             "Thumbnailing succeeded",               RefuseTask},
-    {L"/AnalyzeZVVid",          2,          true,  false, "Processing AnalyzeZVVid task...",          "AnalyzeZVVid succeeded...",            RefuseTask},
-    {L"/AnalyzeVideoExtended",  2,          true,  false, "Processing AnalyzeVideoExtended task...",  "AnalyzeVideoExtended succeeded...",    RefuseTask},
-    {L"/AnalyzeVideoBlackBars", 2,          true,  false, "Processing AnalyzeVideoBlackBars task...", "AnalyzeVideoBlackBars succeeded...",   RefuseTask},
-    {L"/AnalyzeDevices",        2,          false, false, "Processing AnalyzeDevices task...",        nullptr,                                RefuseTask},
-    {L"/CleanCode",             0,          false, true,  nullptr,                                    nullptr,                                RefuseTask},
-    {L"/UpdateAppleProjects",   0,          false, true,  nullptr,                                    nullptr,                                RefuseTask},
-    {L"/GetMonitorRect",        2,          false, true,  nullptr,                                    nullptr,                                RefuseTask},
-    {L"/Test",                  0,          false, true,  nullptr,                                    nullptr,                                Test},
+    // Name,                    parameters, video, always fails, task, texts of the log
+    {L"/Thumbnail",             2, true,  false, RefuseTask,
+     "Processing Thumbnail task...",             "Thumbnailing succeeded"},
+    {L"/AnalyzeZVVid",          2, true,  false, RefuseTask,
+     "Processing AnalyzeZVVid task...",          "AnalyzeZVVid succeeded..."},
+    {L"/AnalyzeVideoExtended",  2, true,  false, RefuseTask,
+     "Processing AnalyzeVideoExtended task...",  "AnalyzeVideoExtended succeeded..."},
+    {L"/AnalyzeVideoBlackBars", 2, true,  false, RefuseTask,
+     "Processing AnalyzeVideoBlackBars task...", "AnalyzeVideoBlackBars succeeded..."},
+    {L"/AnalyzeDevices",        2, false, false, RunDevicesTask,
+     "Processing AnalyzeDevices task..."},
+    {L"/CleanCode",             0, false, true,  RefuseTask},
+    {L"/UpdateAppleProjects",   0, false, true,  RefuseTask},
+    {L"/GetMonitorRect",        2, false, true,  RefuseTask},
+    {L"/Test",                  0, false, true,  Test},
 };
 // clang-format on
 }

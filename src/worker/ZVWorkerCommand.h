@@ -7,7 +7,8 @@
 
 class ZVLogScope;
 
-// What a task gets: its parameters, the whole argument list for the one command that counts from its start, and the scope to log under.
+// What a task gets: its parameters, the whole argument list for the one command that counts from its start, and the scope to log
+// under.
 struct ZVWorkerRequest
 {
     const ZVCommandMatch& Match;
@@ -21,10 +22,10 @@ struct ZVWorkerCommand
     const wchar_t* Name;
     int32_t MinimumParameters;  // arguments that must follow for the command to match at all
     bool IsVideoTask;
-    bool AlwaysFails;         // the caller of such a command looks at the files it wrote, not at the status
-    const char* StartText;    // logged before the task, or null
-    const char* SuccessText;  // logged after a task that succeeded, or null
+    bool AlwaysFails;  // the caller of such a command looks at the files it wrote, not at the status
     bool (*Task)(const ZVWorkerRequest& request);
+    const char* StartText = nullptr;    // logged before the task, or null
+    const char* SuccessText = nullptr;  // logged after a task that succeeded, or null
 };
 
 // All commands in the order in which they are tried.

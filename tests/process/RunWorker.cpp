@@ -1,6 +1,6 @@
 #include "RunWorker.h"
 
-#include <cstdio>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -77,6 +77,7 @@ WorkerRun RunWorker(const std::vector<std::string>& arguments, const std::vector
             close(STDOUT_FILENO);
         else
             dup2(output == OutputKind::Pipe ? pipeEnds[1] : outputFile.Get(), STDOUT_FILENO);
+        signal(SIGCHLD, SIG_IGN);
         execve(program.c_str(), argv.data(), envp.data());
         _exit(127);
     }

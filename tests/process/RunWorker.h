@@ -19,8 +19,9 @@ enum class OutputKind
     Closed,
 };
 
-// Runs the worker with arguments and environment settings ("NAME=value", on top of a bare environment) and waits for its end. The program
-// is ZV_WORKER_PROGRAM of the environment, or the one of this build.
+// Runs the worker with arguments and environment settings ("NAME=value", on top of a bare environment) and waits for its end. It
+// starts with SIGCHLD ignored, as a careless caller leaves it. The program is ZV_WORKER_PROGRAM of the environment, or the one of
+// this build.
 WorkerRun RunWorker(const std::vector<std::string>& arguments, const std::vector<std::string>& environment = {},
                     OutputKind output = OutputKind::Pipe);
 

@@ -1,5 +1,6 @@
 #include "RunWorker.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -83,10 +84,20 @@ TEST(Start, TheLibrariesLearnOfTheProcess)
     const LoneWorker worker;
     worker.AddFakeTools();
     const WorkerRun run = RunWorker({"/Test"}, {"FAKE_TOOLS_ERROR=describe"}, OutputKind::Closed);
-    EXPECT_THAT(run.Error, HasSubstr("product='' install='" + worker.GetFolder() + "' data='' attach=1 size=83032 "));
+    EXPECT_THAT(run.Error, HasSubstr("product='' install='" + worker.GetFolder() + "' data='' attach=1 shared=1 "));
+    EXPECT_THAT(run.Error, HasSubstr("ignoresChildren=0")) << "though the caller does";
     EXPECT_THAT(run.Error, HasSubstr("output='/dev/null'")) << "no file takes the place of the closed standard output";
     const std::string block = run.Error.substr(run.Error.find("/dev/shm/"));
     EXPECT_FALSE(std::filesystem::exists(block.substr(0, block.find('\'')))) << "it is removed at the end";
+}
+
+TEST(Start, ALibraryThatBreaksAtItsEndDoesNotTakeTheReportWithIt)
+{
+    const LoneWorker worker;
+    worker.AddFakeTools();
+    const WorkerRun run = RunWorker({"/Test"}, {"FAKE_DETACH_KILLS=1"});
+    EXPECT_EQ(run.Status, 128 + SIGKILL);
+    EXPECT_THAT(run.Output, HasSubstr("Result: -1\n"));
 }
 
 TEST(Start, ALinkToTheProgramTakesTheLibrariesBesideTheProgramItself)

@@ -39,24 +39,15 @@ private:
     bool m_starts;
 };
 
-TEST(ZVApp, RegistersTheNewestObject)
+TEST(ZVApp, RunsInOrderAndProcessesNothingWhenTheStartFails)
 {
     RecordingApp app(true);
     EXPECT_EQ(g_pApp, &app);
-}
-
-TEST(ZVApp, RunsInOrder)
-{
-    RecordingApp app(true);
     EXPECT_EQ(app.Run(), 7);
     EXPECT_EQ(app.Calls, "IPU");
-}
-
-TEST(ZVApp, AFailedStartProcessesNothingAndExitsWithZero)
-{
-    RecordingApp app(false);
-    EXPECT_EQ(app.Run(), 0);
-    EXPECT_EQ(app.Calls, "IU");
+    RecordingApp failing(false);
+    EXPECT_EQ(failing.Run(), 0);
+    EXPECT_EQ(failing.Calls, "IU");
 }
 
 TEST(ZVApp, ModuleEventsAreCounted)

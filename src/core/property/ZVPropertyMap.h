@@ -82,6 +82,15 @@ public:
 
     int32_t GetCount() const { return m_entries != nullptr ? m_entries->GetCount() : 0; }
 
+    // Calls visit(key, value) for each entry, in the order of all forms and with the key as it was first spelled. The map must
+    // not change meanwhile.
+    template <class Visitor>
+    void ForEach(Visitor&& visit) const
+    {
+        for (const auto& entry : GetEntries())
+            visit(entry.Key, entry.Value);
+    }
+
 private:
     using Entries = ZVStringMap<ZVString, false, ZVString, const ZVString&, true>;
 

@@ -24,11 +24,32 @@ inline bool HasClass(wchar_t character, uint8_t classBit, int (*test)(wint_t))
                                 : test(static_cast<wint_t>(character)) != 0;
 }
 
-inline bool IsDigit(wchar_t character) { return HasClass(character, ZVStringGlobals::Digit, iswdigit); }
-inline bool IsAlphabetic(wchar_t character) { return HasClass(character, ZVStringGlobals::Alphabetic, iswalpha); }
-inline bool IsSpace(wchar_t character) { return HasClass(character, ZVStringGlobals::Space, iswspace); }
-inline bool IsUpper(wchar_t character) { return HasClass(character, ZVStringGlobals::Upper, iswupper); }
-inline bool IsLower(wchar_t character) { return HasClass(character, ZVStringGlobals::Lower, iswlower); }
-inline bool IsPunctuation(wchar_t character) { return HasClass(character, ZVStringGlobals::Punctuation, iswpunct); }
-inline bool IsPrintable(wchar_t character) { return HasClass(character, ZVStringGlobals::Printable, iswprint); }
+inline bool IsDigit(wchar_t character)
+{
+    return HasClass(character, ZVStringGlobals::Digit, iswdigit);
+}
+inline bool IsAlphabetic(wchar_t character)
+{
+    return HasClass(character, ZVStringGlobals::Alphabetic, iswalpha);
+}
+inline bool IsSpace(wchar_t character)
+{
+    return HasClass(character, ZVStringGlobals::Space, iswspace);
+}
+inline bool IsUpper(wchar_t character)
+{
+    return HasClass(character, ZVStringGlobals::Upper, iswupper);
+}
+inline bool IsLower(wchar_t character)
+{
+    return HasClass(character, ZVStringGlobals::Lower, iswlower);
+}
+inline bool IsPunctuation(wchar_t character)
+{
+    return HasClass(character, ZVStringGlobals::Punctuation, iswpunct);
+}
+inline bool IsPrintable(wchar_t character)
+{
+    return HasClass(character, ZVStringGlobals::Printable, iswprint);
+}
 }

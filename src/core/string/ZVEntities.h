@@ -14,6 +14,7 @@ struct Entity
 // The longest name of the tables; a longer run behind "&" is no entity.
 inline constexpr int MaximumNameLength = 6;
 
+// clang-format off
 // The five entities of XML 1.0.
 inline constexpr Entity XML[] = {
     {"amp", L'&'}, {"lt", L'<'}, {"gt", L'>'}, {"quot", L'"'}, {"apos", L'\''},
@@ -36,4 +37,5 @@ inline constexpr Entity HTML[] = {
     {"ograve", 242}, {"Oslash", 216},  {"oslash", 248}, {"Otilde", 213}, {"otilde", 245}, {"Uacute", 218}, {"uacute", 250},
     {"Ugrave", 217}, {"ugrave", 249},  {"Yacute", 221}, {"yacute", 253},
 };
+// clang-format on
 }

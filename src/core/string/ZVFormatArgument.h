@@ -10,8 +10,8 @@
 
 class ZVString;
 
-// One argument of a format text. The constructors are the whole list of what may be formatted; integers are extended to 64 bits by the sign of
-// their own type. The argument refers to the text it is made from and does not copy it.
+// One argument of a format text. The constructors are the whole list of what may be formatted; integers are extended to 64 bits
+// by the sign of their own type. The argument refers to the text it is made from and does not copy it.
 struct ZVFormatArgument : ZVFormatRecord
 {
     ZVFormatArgument(const char* text) : ZVFormatRecord {ZVFormatCode::UTF8Text, std::bit_cast<int64_t>(text)} {}
@@ -24,6 +24,7 @@ struct ZVFormatArgument : ZVFormatRecord
     {
     }
 
+    // clang-format off
     // The address itself, for %p.
     template <class Pointer>
         requires(std::same_as<std::remove_cv_t<Pointer>, void>)
@@ -34,6 +35,7 @@ struct ZVFormatArgument : ZVFormatRecord
     template <class Enumeration>
         requires(std::is_enum_v<Enumeration>)
     ZVFormatArgument(Enumeration) = delete;
+    // clang-format on
     ZVFormatArgument(std::nullptr_t) = delete;
 };
 

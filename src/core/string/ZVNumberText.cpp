@@ -63,7 +63,8 @@ void WriteOrdinalSuffix(NumberWriter& writer)
     writer.Put(suffix[1]);
 }
 
-int32_t WriteMagnitude(wchar_t* target, int32_t room, uint64_t magnitude, bool isNegative, int32_t minimumDigits, int32_t base, uint32_t flags)
+int32_t WriteMagnitude(wchar_t* target, int32_t room, uint64_t magnitude, bool isNegative, int32_t minimumDigits, int32_t base,
+                       uint32_t flags)
 {
     if (room < MinimumRoom)
         return 0;
@@ -142,7 +143,8 @@ Decimals RoundFraction(double fraction, int32_t precision)
 }
 }
 
-int32_t ZVNumberText::WriteSigned(wchar_t* target, int32_t room, int64_t value, int32_t minimumDigits, int32_t base, uint32_t flags)
+int32_t ZVNumberText::WriteSigned(wchar_t* target, int32_t room, int64_t value, int32_t minimumDigits, int32_t base,
+                                  uint32_t flags)
 {
     if (base < 2 || base > MaximumSignedBase)
         return 0;
@@ -150,15 +152,16 @@ int32_t ZVNumberText::WriteSigned(wchar_t* target, int32_t room, int64_t value, 
     return WriteMagnitude(target, room, value < 0 ? 0 - bits : bits, value < 0, minimumDigits, base, flags);
 }
 
-int32_t ZVNumberText::WriteUnsigned(wchar_t* target, int32_t room, uint64_t value, int32_t minimumDigits, int32_t base, uint32_t flags)
+int32_t ZVNumberText::WriteUnsigned(wchar_t* target, int32_t room, uint64_t value, int32_t minimumDigits, int32_t base,
+                                    uint32_t flags)
 {
     if (base < 2 || base > MaximumUnsignedBase)
         return 0;
     return WriteMagnitude(target, room, value, false, minimumDigits, base, flags);
 }
 
-int32_t ZVNumberText::WriteDouble(wchar_t* target, int32_t room, double value, int32_t precision, bool fixedPrecision, int32_t minimumDigits,
-                                  uint32_t flags)
+int32_t ZVNumberText::WriteDouble(wchar_t* target, int32_t room, double value, int32_t precision, bool fixedPrecision,
+                                  int32_t minimumDigits, uint32_t flags)
 {
     NumberWriter writer(target, room);
     if (!std::isfinite(value))

@@ -19,7 +19,7 @@ int32_t GrownBufferSize(int32_t length)
     if (length > LargeBufferStep)
     {
         const int64_t rounded = (static_cast<int64_t>(length) + LargeBufferStep - 1) / LargeBufferStep * LargeBufferStep;
-        return static_cast<int32_t>(std::min<int64_t>(rounded, INT32_MAX - 1));
+        return static_cast<int32_t>(std::min<int64_t>(rounded, INT32_MAX - 1));  // a terminator must fit behind it
     }
     int32_t size = 2;
     while (size <= length)
@@ -138,6 +138,9 @@ void ZVString::TakeLocked(wchar_t* characters)
 
 wchar_t* ZVString::GetBuffer(int32_t length, bool exact, bool keepContents)
 {
+    if (length == INT32_MAX)
+        throw std::bad_alloc();  // a terminator would not fit
+    length = std::max(length, -1);
     ZVStringData* block = Data();
     const wchar_t* contents = keepContents ? m_text : nullptr;
     if (IsShared(block))
@@ -147,8 +150,12 @@ wchar_t* ZVString::GetBuffer(int32_t length, bool exact, bool keepContents)
     else if (length != -1 && block->Capacity <= length)
     {
         const int32_t size = exact ? length : GrownBufferSize(length);
+        const int32_t oldLength = keepContents ? block->Length : 0;
         // The length of a locked block is not kept up by the one who writes into it, so it is not trusted.
         TakeLocked(block->Manager->CreateFromWide(contents, block->Length, size, false, !IsLocked(block), true));
+        // Whoever still counts on the old length finds zeros behind a text that a NUL has cut, not what was in the memory.
+        for (int32_t index = GetLength() + 1; index < oldLength; ++index)
+            m_text[index] = L'\0';
     }
     else
     {
@@ -194,7 +201,16 @@ void ZVString::Append(const wchar_t* source, int32_t count, int32_t growBlock)
     }
     if (count == 0)
         return;
-    const ptrdiff_t ownPosition = IsOwnText(source) ? source - m_text : -1;
+    const bool isOwnText = IsOwnText(source);
+    if (isOwnText && IsLocked(Data()))
+    {
+        // A locked block that moves leaves behind what follows a NUL, so the position in it may mean nothing afterwards.
+        ZVString copy;
+        copy.Append(source, count);
+        Append(copy.m_text, count, growBlock);
+        return;
+    }
+    const ptrdiff_t ownPosition = isOwnText ? source - m_text : -1;
     wchar_t* buffer = GetBuffer(CheckedLength(static_cast<size_t>(blockSize)), growsByBlock, true);
     CopyCharacters(buffer + length, ownPosition < 0 ? source : buffer + ownPosition, count);
     ReleaseBuffer(newLength);
@@ -237,8 +253,16 @@ void ZVString::AppendPieces(ZVStringPiece first, ZVStringPiece second, ZVStringP
     }
     if (newLength == length)
         return;
-    // A share of the present block keeps pieces of it alive when the buffer moves.
-    const ZVString present = hasOwnText ? *this : ZVString();
+    if (hasOwnText)
+    {
+        // Pieces of this string move with its block, so they are put together in another one first.
+        ZVString joined;
+        joined.GetBuffer(newLength - length);
+        joined.ReleaseBuffer(0);
+        joined.AppendPieces(first, second, third, fourth);
+        Append(joined.m_text, joined.GetLength());
+        return;
+    }
     wchar_t* target = GetBuffer(newLength) + length;
     for (const ZVStringPiece& piece : pieces)
     {

@@ -7,8 +7,10 @@
 #include <cstdint>
 #include <cwchar>
 
+class IZVFileLoaderProgress;
 class ZVBuffer;
 class ZVString;
+class ZVStringArray;
 struct ZVStringReplaceHit;
 
 // Characters with their count, as the bulk append takes them. A negative count means up to the NUL; a null pointer is no text.
@@ -26,7 +28,7 @@ struct ZVStringPiece
 enum class ZVEncoding : int32_t
 {
     Detect = 0,
-    Narrow = 1,        // one byte a character, Latin-1
+    Narrow = 1,  // one byte a character, Latin-1
     UTF8 = 2,
     UTF16 = 3,
     UTF8WithMark = 5,  // UTF-8 behind a byte-order mark, which is skipped
@@ -43,22 +45,25 @@ protected:
     ~IZVStringTokenReplaceCallback() = default;
 };
 
-// The string of the whole system: one pointer to NUL-terminated wide characters, with a reference-counted header in front of them. Copies
-// share the characters; the first write to a shared block clones it. The pointer is never null. Two strings that share a block may be used from
-// two threads, one string may not. Lengths and positions count characters; a position out of range finds and changes nothing. Failure
-// to allocate throws std::bad_alloc, nothing else throws.
+// The string of the whole system: one pointer to NUL-terminated wide characters, with a reference-counted header in front of
+// them. Copies share the characters; the first write to a shared block clones it. The pointer is never null. Two strings that
+// share a block may be used from two threads, one string may not. Lengths and positions count characters; a position out of range
+// finds and changes nothing. Failure to allocate throws std::bad_alloc, nothing else throws.
 //
 // Where a caseSensitive argument is false both sides are lowered character by character before they are compared.
 class ZVString
 {
 public:
-    // --- Life -----------------------------------------------------------------------------------------------------------------------
+    // --- Life ------------------------------------------------------------------------------------------------------------------
 
     ZVString() noexcept : m_text(ZVStringGlobals::Get().GetEmpty()) {}
     // A copy of a NUL-terminated text; null gives the empty string.
     ZVString(const wchar_t* text) : m_text(ZVStringGlobals::Get().CreateFromWide(text, -1, -1, false, false, true)) {}
     // A copy of the first length characters of a text, which ends early at a NUL.
-    ZVString(const wchar_t* text, int32_t length) : m_text(ZVStringGlobals::Get().CreateFromWide(text, length, -1, false, false, true)) {}
+    ZVString(const wchar_t* text, int32_t length)
+        : m_text(ZVStringGlobals::Get().CreateFromWide(text, length, -1, false, false, true))
+    {
+    }
     ZVString(const ZVString& other) : m_text(Share(other)) {}
     ZVString(ZVString&& other);
     ~ZVString() { Release(Data()); }
@@ -72,7 +77,7 @@ public:
     // A new string from UTF-8, as SetFromUTF8 reads it; null gives the empty string.
     static ZVString FromUTF8(const char* text);
 
-    // --- Access ---------------------------------------------------------------------------------------------------------------------
+    // --- Access ----------------------------------------------------------------------------------------------------------------
 
     operator const wchar_t*() const { return m_text; }
     const wchar_t* GetText() const { return m_text; }
@@ -85,20 +90,21 @@ public:
     // Sets the length to 0. A block that is not shared stays as the string's buffer.
     void Empty();
 
-    // --- Buffer ---------------------------------------------------------------------------------------------------------------------
+    // --- Buffer ----------------------------------------------------------------------------------------------------------------
 
-    // The characters as a writable buffer for at least length of them and a terminator, -1 for the present size. The block becomes the
-    // string's own and is locked until ReleaseBuffer; a second call gives the same buffer. The length does not change, but a new block
-    // without keepContents begins at 0. With exact a new block is as large as asked for, otherwise the next power of two above it, or a
-    // multiple of 0x100000 beyond that.
+    // The characters as a writable buffer for at least length of them and a terminator; below 0 for the present size. The block
+    // becomes the string's own and is locked until ReleaseBuffer; a second call gives the same buffer. The length does not
+    // change, but a new block without keepContents begins at 0. With exact a new block is as large as asked for, otherwise the
+    // next power of two above it, or a multiple of 0x100000 beyond that.
     wchar_t* GetBuffer(int32_t length, bool exact = false, bool keepContents = true);
     // Ends the lock and sets the length, -1 to measure it up to the NUL.
     void ReleaseBuffer(int32_t length = -1);
 
-    // --- Append ---------------------------------------------------------------------------------------------------------------------
+    // --- Append ----------------------------------------------------------------------------------------------------------------
 
-    // Appends count characters, a negative count meaning up to the NUL. A growBlock of 1 or more lets a block without room grow to a multiple
-    // of it in place of the power-of-two rule. A null source only makes that room and leaves the string unshared at its old length.
+    // Appends count characters, a negative count meaning up to the NUL. A growBlock of 1 or more lets a block without room grow
+    // to a multiple of it in place of the power-of-two rule. A null source only makes that room and leaves the string unshared at
+    // its old length.
     void Append(const wchar_t* source, int32_t count, int32_t growBlock = 0);
     // Appends another string, itself included; an empty string takes a share of the other's block.
     void Append(const ZVString& other);
@@ -116,9 +122,10 @@ public:
     friend ZVString operator+(const ZVString& left, const wchar_t* right) { return Joined(left, right); }
     friend ZVString operator+(const wchar_t* left, const ZVString& right) { return Joined(left, right); }
 
-    // --- Conversion -----------------------------------------------------------------------------------------------------------------
+    // --- Conversion ------------------------------------------------------------------------------------------------------------
 
-    // From one byte a character. A count of -1 measures up to the NUL, any other also ends there; null or below 1 empties the string.
+    // From one byte a character. A count of -1 measures up to the NUL, any other also ends there. Null or a count below 1 empties
+    // the string.
     void SetFromNarrow(const char* text, int32_t count = -1);
     // From NUL-terminated UTF-8. A sequence of four bytes gives "?", an invalid byte the character of its value.
     void SetFromUTF8(const char* text);
@@ -126,23 +133,24 @@ public:
     void SetFromUTF8(const char* text, int32_t count);
     // Reads a string whose characters are all bytes as the UTF-8 that they make.
     void ReinterpretAsUTF8();
-    // From UTF-16 units, each of which gives one character. A count of -1 measures up to a zero unit, any other also ends there. With
-    // honourMark a byte-order mark decides about swapping and is skipped, without it swapped does.
+    // From UTF-16 units, each of which gives one character. A count of -1 measures up to a zero unit, any other also ends there.
+    // With honourMark a byte-order mark decides about swapping and is skipped, without it swapped does.
     void SetFromUTF16(const void* units, int32_t count, bool honourMark, bool swapped = false);
     // The same from 32-bit units.
     void SetFromUTF32(const void* units, int32_t count, bool honourMark, bool swapped = false);
-    // From the bytes of a text file. The buffer gets eight zero bytes behind its used length, which does not change, and loses its zero
-    // units with dropNulBytes; otherwise the text ends at the first of them.
+    // From the bytes of a text file. The buffer gets eight zero bytes behind its used length, which does not change, and loses
+    // its zero units with dropNulBytes; otherwise the text ends at the first of them.
     void SetFromBytes(ZVBuffer& buffer, ZVEncoding encoding, bool dropNulBytes);
     // What SetFromBytes takes bytes for when it is asked to detect.
     static ZVEncoding DetectEncoding(const uint8_t* bytes, int32_t count);
 
-    // A new NUL-terminated array in UTF-8, which the caller frees with delete[]. size, if given, receives its bytes without the NUL.
+    // A new NUL-terminated array in UTF-8, which the caller frees with delete[]. size, if given, receives the count of its bytes
+    // without the NUL.
     char* GetUTF8(int32_t* size = nullptr) const;
     // A new NUL-terminated array of one byte a character, "?" for a character that has none. The caller frees it with delete[].
     char* GetNarrow(int32_t* size = nullptr) const;
 
-    // --- Compare --------------------------------------------------------------------------------------------------------------------
+    // --- Compare ---------------------------------------------------------------------------------------------------------------
 
     bool IsEqual(const wchar_t* text, bool caseSensitive = true) const;
     // Compares the first characters, as many as text has; the result is that of wcsncmp.
@@ -161,12 +169,13 @@ public:
     }
     friend bool operator==(const ZVString& left, const wchar_t* right) { return left.IsEqual(right); }
 
-    // --- Find: positions, or -1 -----------------------------------------------------------------------------------------------------
+    // --- Find: positions, or -1 ------------------------------------------------------------------------------------------------
 
     int32_t Find(wchar_t character, int32_t start = 0) const;
     // A null text counts as empty, and an empty one is found at start.
     int32_t Find(const wchar_t* text, int32_t start = 0) const;
-    // Ignores case by the rules of the tools library, without which nothing is found. With skipMatch the position behind the match.
+    // Ignores case by the rules of the tools library, without which nothing is found. With skipMatch the position is that behind
+    // the match.
     int32_t FindNoCase(const wchar_t* text, int32_t start = 0, bool skipMatch = false) const;
     int32_t FindLastOf(const wchar_t* text, bool caseSensitive = true) const;
     // The last occurrence at or before start; a negative or too large start means the end.
@@ -181,12 +190,12 @@ public:
     // True for a text of 1 to maximumLength characters that are digits, commas, full stops, or a minus sign in the first place.
     bool IsNumber(int32_t maximumLength = 32) const;
 
-    // --- Cut ------------------------------------------------------------------------------------------------------------------------
+    // --- Cut -------------------------------------------------------------------------------------------------------------------
 
     // Removes counts of characters from both ends.
     void Trim(int32_t front, int32_t back);
-    // The next eight cut the string at the first or last occurrence of a text or character, which stays with keepFound. They return 1, or
-    // 0 when there is none and the string is left as it was.
+    // The next eight cut the string at the first or last occurrence of a text or character, which stays with keepFound. They
+    // return 1, or 0 when there is none and the string is left as it was.
     int32_t TrimFrontTo(const wchar_t* text, bool keepFound);
     int32_t TrimFrontTo(wchar_t character, bool keepFound);
     int32_t TrimFrontToLast(const wchar_t* text, bool keepFound);
@@ -205,7 +214,7 @@ public:
     void TrimRight(const wchar_t* set);
     void Trim(const wchar_t* set);
 
-    // --- Copy parts -----------------------------------------------------------------------------------------------------------------
+    // --- Copy parts ------------------------------------------------------------------------------------------------------------
 
     ZVString Mid(int32_t start, int32_t count = INT32_MAX) const;
     ZVString Left(int32_t count) const;
@@ -217,7 +226,7 @@ public:
     // The text between the first occurrence of one text and the next of another behind it; empty when either is missing.
     ZVString GetBetween(const wchar_t* before, const wchar_t* after) const;
 
-    // --- Edit -----------------------------------------------------------------------------------------------------------------------
+    // --- Edit ------------------------------------------------------------------------------------------------------------------
 
     // Inserts before a position from 0 to the length.
     void Insert(int32_t position, const wchar_t* text);
@@ -227,49 +236,51 @@ public:
     void SetAt(int32_t index, wchar_t character);
     // Removes all occurrences of a character and tells their count.
     int32_t Remove(wchar_t character);
-    // Replaces the characters from start up to, not including, end.
+    // Replaces the characters from start up to, not including, end. The text may be a part of this string.
     void Replace(int32_t start, int32_t end, ZVStringPiece text);
     // Removes ranges that are sorted by their start and may overlap.
     void Cut(const ZVStringReplaceHit* ranges, int32_t count);
     void MakeUpper();
     void MakeLower();
 
-    // --- Replace: the count of hits --------------------------------------------------------------------------------------------------
+    // --- Replace: the count of hits --------------------------------------------------------------------------------------------
 
     int32_t Replace(const wchar_t* find, const wchar_t* replacement, bool caseSensitive = true);
-    // Replaces several needles in one pass and one allocation: the leftmost hit wins, and of two at one place the needle that comes first in the
-    // list. What was put in is not searched again. With keepMatchedText the match itself stays between prefix and suffix. A null or empty needle
-    // ends the call with nothing done.
-    int32_t ReplaceMultiple(const wchar_t* const* needles, const wchar_t* const* replacements, int32_t needleCount, bool caseSensitive = true,
-                            int32_t maxHits = INT32_MAX, bool keepMatchedText = false, const wchar_t* prefix = nullptr,
-                            const wchar_t* suffix = nullptr);
+    // Replaces several needles in one pass and one allocation: the leftmost hit wins, and of two at one place the needle that
+    // comes first in the list. What was put in is not searched again. With keepMatchedText the match itself stays between prefix
+    // and suffix. A null or empty needle ends the call with nothing done.
+    int32_t ReplaceMultiple(const wchar_t* const* needles, const wchar_t* const* replacements, int32_t needleCount,
+                            bool caseSensitive = true, int32_t maxHits = INT32_MAX, bool keepMatchedText = false,
+                            const wchar_t* prefix = nullptr, const wchar_t* suffix = nullptr);
     // Removes all occurrences of a text.
     int32_t RemoveText(const wchar_t* text, bool caseSensitive = true);
-    // Replaces each text between two markers by what the callback gives for it, the markers too unless keepMarkers is set. A token begins at
-    // the last start marker before its end marker.
+    // Replaces each text between two markers by what the callback gives for it, the markers too unless keepMarkers is set. A
+    // token begins at the last start marker before its end marker.
     int32_t ReplaceTokens(const wchar_t* startMarker, const wchar_t* endMarker, IZVStringTokenReplaceCallback& callback,
                           bool keepMarkers = false);
 
-    // --- Numbers --------------------------------------------------------------------------------------------------------------------
+    // --- Numbers ---------------------------------------------------------------------------------------------------------------
 
-    // The number at the start of the text, 0 without one. White space, one sign, then decimal digits of any of the scripts in the digit
-    // table. A number that is too large gives the type's largest value, negated behind a minus sign.
+    // The number at the start of the text, 0 without one. White space, one sign, then decimal digits of any of the scripts in the
+    // digit table. A number that is too large gives the type's largest value, negated behind a minus sign.
     int32_t ToInt() const;
     uint32_t ToUInt() const;
     int64_t ToInt64() const;
     uint64_t ToUInt64() const;
     // The same of hexadecimal digits, with or without "0x" in front.
     uint64_t ToUInt64FromHex() const;
-    // A decimal number within the first maxLength characters. The locale's decimal point counts, and with anyDecimalPoint both "." and ",";
-    // the other one separates groups. consumed, if given, receives the count of characters read.
-    double ToDouble(int32_t* consumed = nullptr, bool anyDecimalPoint = false, int32_t maxLength = INT32_MAX, bool allowExponent = false) const;
+    // A decimal number within the first maxLength characters. The locale's decimal point counts, and with anyDecimalPoint both
+    // "." and ","; the other one separates groups. consumed, if given, receives the count of characters read.
+    double ToDouble(int32_t* consumed = nullptr, bool anyDecimalPoint = false, int32_t maxLength = INT32_MAX,
+                    bool allowExponent = false) const;
     // True for "true", "yes" and numbers other than zero.
     bool ToBool() const;
 
     // Numbers as text; the flags are those of ZVNumberText.
     static ZVString FromInt(int64_t value, int32_t minimumDigits = 0, int32_t base = 10, uint32_t flags = 0);
     static ZVString FromUInt(uint64_t value, int32_t minimumDigits = 0, int32_t base = 10, uint32_t flags = 0);
-    static ZVString FromDouble(double value, int32_t precision = -1, bool fixedPrecision = false, int32_t minimumDigits = 0, uint32_t flags = 0);
+    static ZVString FromDouble(double value, int32_t precision = -1, bool fixedPrecision = false, int32_t minimumDigits = 0,
+                               uint32_t flags = 0);
     // "0x" and upper-case hexadecimal digits.
     static ZVString ToHexString(uint64_t value);
     // At least sixteen upper-case hexadecimal digits.
@@ -277,10 +288,10 @@ public:
     // An IPv4 address with its first byte in the highest eight bits, as "127.0.0.1".
     static ZVString FromIPAddress(uint32_t address);
 
-    // --- Format ---------------------------------------------------------------------------------------------------------------------
+    // --- Format ----------------------------------------------------------------------------------------------------------------
 
-    // Replaces the text by, or appends, a format filled with at most 20 typed arguments; see ZVStringFormat for the conversions. The
-    // arguments may be the string itself.
+    // Replaces the text by, or appends, a format filled with at most 20 typed arguments; see ZVStringFormat for the conversions.
+    // The arguments may be the string itself.
     template <class... Arguments>
     void Format(const wchar_t* format, const Arguments&... arguments)
     {
@@ -299,7 +310,13 @@ public:
     void FormatList(const wchar_t* format, const ZVFormatRecord* const* arguments, int32_t count);
     void AppendFormatList(const wchar_t* format, const ZVFormatRecord* const* arguments, int32_t count);
 
-    // --- File -----------------------------------------------------------------------------------------------------------------------
+    // --- File ------------------------------------------------------------------------------------------------------------------
+
+    // Reads the text of a file or of an internet resource. Its bytes are decoded as SetFromBytes does it. A null or empty path
+    // gives the empty string and is true; a failure gives the empty string too, and the cause is logged. progress may follow the
+    // load, and the headers go out with an internet request; both may be null.
+    bool LoadFromFile(const wchar_t* path, ZVEncoding encoding = ZVEncoding::Detect, bool dropNulBytes = false,
+                      IZVFileLoaderProgress* progress = nullptr, const ZVStringArray* requestHeaders = nullptr);
 
     // Writes the text to a file, which is made or replaced, after making its folder. Control characters of the path become "_".
     // The modes are 1 one byte a character, 2 UTF-8, 3 UTF-16 in host order behind its mark, 4 the same without the mark, 5 UTF-8
@@ -307,7 +324,7 @@ public:
     // whole is removed, and the cause is logged.
     bool SaveToFile(const ZVString& path, int32_t mode) const;
 
-    // --- Quote, similarity, serial form ---------------------------------------------------------------------------------------------
+    // --- Quote, similarity, serial form ----------------------------------------------------------------------------------------
 
     // The text as one word of a shell command line.
     ZVString QuoteForShell() const;
@@ -326,7 +343,7 @@ public:
     int32_t ReadLengthPrefixedInt(int32_t& position, int32_t defaultValue = 0) const;
     bool IsLengthPrefixed() const;
 
-    // --- XML and HTML text ----------------------------------------------------------------------------------------------------------
+    // --- XML and HTML text -----------------------------------------------------------------------------------------------------
 
     // Flags of EscapeXML. The ampersand and both angle brackets are always escaped, and character 1 is always written "&#x1;".
     static constexpr uint32_t EscapeApostrophes = 4;
@@ -342,7 +359,8 @@ public:
     void EscapeXML(uint32_t flags = EscapeElementText);
     // An escaped copy, with the flags for element text or, with ForAttribute, for attribute text.
     ZVString GetEscapedXML(uint32_t options = 0) const;
-    // Decodes the five named entities of XML and the numeric ones; everything else that begins with "&" stays. No numeric entity gives a NUL.
+    // Decodes the five named entities of XML and the numeric ones; everything else that begins with "&" stays. No numeric entity
+    // gives a NUL.
     void DecodeXMLEntities();
     // Decodes the named entities of HTML too.
     void DecodeHTMLEntities();
@@ -353,12 +371,15 @@ private:
     ZVStringData* Data() const { return ZVStringData::FromCharacters(m_text); }
     static wchar_t* Share(const ZVString& other);
     static void Release(ZVStringData* block) noexcept;
-    static bool IsLocked(const ZVStringData* block) { return block->RefCount.load(std::memory_order_relaxed) == ZVStringData::LockedCount; }
+    static bool IsLocked(const ZVStringData* block)
+    {
+        return block->RefCount.load(std::memory_order_relaxed) == ZVStringData::LockedCount;
+    }
     static bool IsShared(const ZVStringData* block) { return block->RefCount.load(std::memory_order_relaxed) > 1; }
     static ZVString Joined(ZVStringPiece left, ZVStringPiece right);
 
     void TakeLocked(wchar_t* characters);
-    bool IsOwnText(const wchar_t* text) const { return text >= m_text && text <= m_text + GetLength(); }
+    bool IsOwnText(const wchar_t* text) const { return text >= m_text && text < m_text + GetCapacity(); }
     void KeepRange(int32_t start, int32_t end);
     bool RefersTo(const ZVFormatRecord& argument) const;
     void DecodeUTF8Rest(const char* rest, int32_t written);

@@ -73,7 +73,8 @@ ZVEncoding EncodingFromSequences(const uint8_t* bytes, int32_t count)
     for (int32_t position = 0; position < count;)
     {
         if (bytes[position] == 0)
-            return position + 2 < count && bytes[position + 1] == 0 && bytes[position + 2] == 0 ? ZVEncoding::UTF32 : ZVEncoding::UTF16;
+            return position + 2 < count && bytes[position + 1] == 0 && bytes[position + 2] == 0 ? ZVEncoding::UTF32
+                                                                                                : ZVEncoding::UTF16;
         const int32_t length = ZVUTF8::SequenceLength(bytes + position, static_cast<size_t>(count - position));
         hasValid |= length > 1;
         hasInvalid |= length == 1 && bytes[position] >= 0x80;

@@ -274,16 +274,20 @@ int32_t ZVString::Remove(wchar_t character)
 void ZVString::Replace(int32_t start, int32_t end, ZVStringPiece text)
 {
     const int32_t length = GetLength();
-    if (start < 0 || start > length || end < start)
+    if (start < 0 || end < start || end > length)
         return;
-    end = std::min(end, length);
     if (text.Characters == nullptr || text.Count < 0)
         text.Count = ZVWideText::LengthOf(text.Characters);
     const int64_t newLength = static_cast<int64_t>(length) - (end - start) + text.Count;
     if (newLength >= INT32_MAX)
         throw std::bad_alloc();
-    // A share of the present block keeps the text alive when it is a part of this string.
-    const ZVString present = text.Count > 0 && IsOwnText(text.Characters) ? *this : ZVString();
+    ZVString copy;
+    if (text.Count > 0 && IsOwnText(text.Characters))
+    {
+        // A part of this string is moved and overwritten with it.
+        copy.Append(text.Characters, text.Count);
+        text.Characters = copy.m_text;
+    }
     wchar_t* buffer = GetBuffer(std::max(static_cast<int32_t>(newLength), length));
     MoveCharacters(buffer + start + text.Count, buffer + end, length - end);
     if (text.Count > 0)

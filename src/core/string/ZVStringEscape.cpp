@@ -18,12 +18,12 @@ struct Escape
 };
 
 constexpr Escape Escapes[] = {
-    {L'&', 0, L"&amp;"},
-    {L'<', 0, L"&lt;"},
-    {L'>', 0, L"&gt;"},
-    {L'\'', ZVString::EscapeApostrophes, L"&apos;"},
-    {L'"', ZVString::EscapeQuotationMarks, L"&quot;"},
-    {L'\x1', 0, L"&#x1;"},
+    {L'&',   0,                              L"&amp;" },
+    {L'<',   0,                              L"&lt;"  },
+    {L'>',   0,                              L"&gt;"  },
+    {L'\'',  ZVString::EscapeApostrophes,    L"&apos;"},
+    {L'"',   ZVString::EscapeQuotationMarks, L"&quot;"},
+    {L'\x1', 0,                              L"&#x1;" },
 };
 
 // Above this code no character is ever escaped, which is nearly all of a text.
@@ -66,7 +66,7 @@ struct Decoded
     int32_t Length = 0;
 };
 
-// Decodes "&#…;" with a decimal number, or a hexadecimal one behind "x". A number that is no character leaves the text as it is.
+// Decodes "&#…;" with a decimal number, or a hexadecimal one behind "x". A number that is no character leaves the text alone.
 Decoded DecodeNumeric(const wchar_t* text)
 {
     const wchar_t* position = text + 2;
@@ -151,7 +151,7 @@ void ZVString::EscapeXML(uint32_t flags)
     ZVString escaped;
     escaped.GetBuffer(static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(length) * 110 / 100, INT32_MAX - 1)));
     escaped.ReleaseBuffer(0);
-    // No escape is longer than a few characters, so blocks of the text's length keep the number of buffers small however long it is.
+    // An escape is a few characters long, so blocks of the text's length keep the number of buffers small.
     const int32_t growBlock = length;
     int32_t runStart = 0;
     for (; position < length; ++position)

@@ -33,13 +33,13 @@ struct NumberConversion
 };
 
 constexpr NumberConversion NumberConversions[] = {
-    {L'd', true, 10, 0, 0},
-    {L'i', true, 10, 0, 0},
-    {L'u', false, 10, 0, 0},
-    {L'x', false, 16, 0, ZVNumberText::LowerCaseDigits},
-    {L'X', false, 16, 0, 0},
-    {L'h', false, 16, 8, ZVNumberText::HexadecimalPrefix},
-    {L'p', false, 16, 16, 0},
+    {L'd', true,  10, 0,  0                              },
+    {L'i', true,  10, 0,  0                              },
+    {L'u', false, 10, 0,  0                              },
+    {L'x', false, 16, 0,  ZVNumberText::LowerCaseDigits  },
+    {L'X', false, 16, 0,  0                              },
+    {L'h', false, 16, 8,  ZVNumberText::HexadecimalPrefix},
+    {L'p', false, 16, 16, 0                              },
 };
 
 // A hexadecimal number of fewer digits than this was a 32-bit value before it was extended by its sign.
@@ -57,7 +57,10 @@ const NumberConversion* FindNumberConversion(wchar_t letter)
 class FormatEngine
 {
 public:
-    FormatEngine(ZVString& out, const ZVFormatRecord* const* arguments, int32_t count) : m_out(out), m_arguments(arguments), m_count(count) {}
+    FormatEngine(ZVString& out, const ZVFormatRecord* const* arguments, int32_t count)
+        : m_out(out), m_arguments(arguments), m_count(count)
+    {
+    }
 
     void Run(const wchar_t* format)
     {
@@ -132,10 +135,7 @@ private:
             m_out.AppendCharacter(letter);
     }
 
-    const ZVFormatRecord* Next()
-    {
-        return m_index < m_count ? m_arguments[m_index++] : nullptr;
-    }
+    const ZVFormatRecord* Next() { return m_index < m_count ? m_arguments[m_index++] : nullptr; }
 
     int64_t NextInteger()
     {

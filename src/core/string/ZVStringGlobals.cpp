@@ -27,18 +27,18 @@ struct ClassTest
 };
 
 constexpr ClassTest ClassTests[] = {
-    {iswdigit, ZVStringGlobals::Digit},
-    {iswalpha, ZVStringGlobals::Alphabetic},
-    {iswspace, ZVStringGlobals::Space},
-    {iswupper, ZVStringGlobals::Upper},
-    {iswlower, ZVStringGlobals::Lower},
+    {iswdigit, ZVStringGlobals::Digit      },
+    {iswalpha, ZVStringGlobals::Alphabetic },
+    {iswspace, ZVStringGlobals::Space      },
+    {iswupper, ZVStringGlobals::Upper      },
+    {iswlower, ZVStringGlobals::Lower      },
     {iswpunct, ZVStringGlobals::Punctuation},
-    {iswprint, ZVStringGlobals::Printable},
+    {iswprint, ZVStringGlobals::Printable  },
 };
 }
 
-// Holds the pool's mutex for a scope and keeps the figures for diagnosis. Recursive locks are allowed. Nothing inside starts a thread, so a
-// process that has none takes no mutex: it would cost more than all the rest of a short string.
+// Holds the pool's mutex for a scope and keeps the figures for diagnosis. Recursive locks are allowed. Nothing inside starts a
+// thread, so a process that has none takes no mutex: it would cost more than all the rest of a short string.
 class ZVStringGlobals::PoolLock
 {
 public:

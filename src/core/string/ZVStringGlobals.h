@@ -4,9 +4,9 @@
 
 #include <pthread.h>
 
-// The string manager of this copy of the core library: the immortal empty string, a small pool of blocks that are used again, and the
-// tables by which characters up to 255 are lowered and classified. There is one; it is made by the first string and never destroyed,
-// so that strings in static objects are valid from the first constructor to the last destructor.
+// The string manager of this copy of the core library: the immortal empty string, a small pool of blocks that are used again, and
+// the tables by which characters up to 255 are lowered and classified. There is one; it is made by the first string and never
+// destroyed, so that strings in static objects are valid from the first constructor to the last destructor.
 class ZVStringGlobals final : public IZVStringManager
 {
 public:
@@ -27,15 +27,15 @@ public:
 
     ZVStringData* AllocateData(int32_t length, bool usePool) override;
     void FreeData(ZVStringData* block) override;
-    wchar_t* CreateFromWide(const wchar_t* source, int32_t sourceLength, int32_t allocLength, bool forceAllocate, bool trustLength,
-                            bool usePool) override;
+    wchar_t* CreateFromWide(const wchar_t* source, int32_t sourceLength, int32_t allocLength, bool forceAllocate,
+                            bool trustLength, bool usePool) override;
     wchar_t* CreateFromNarrow(const char* source) override;
     wchar_t* CreateFilled(int32_t length) override;
     wchar_t* CreateEmptyBlock() override;
     wchar_t* GetEmpty() override { return m_empty; }
 
-    // Fills the character tables anew from the process's locale. With setLocaleFromEnvironment the locale is first set from the environment.
-    // Main thread only.
+    // Fills the character tables anew from the process's locale. With setLocaleFromEnvironment the locale is first set from the
+    // environment. Main thread only.
     void RebuildCharacterTables(bool setLocaleFromEnvironment);
 
     // The lowered form and the class bits of a code from 0 to 255.
@@ -58,8 +58,8 @@ private:
     ZVStringData* TakeFromPool(int32_t need);
     bool GiveToPool(ZVStringData* block);
 
-    pthread_mutex_t m_mutex;                // recursive, guards the pool
-    int32_t m_lockCount = 0;                // these two are for whoever looks at a stuck process
+    pthread_mutex_t m_mutex;  // recursive, guards the pool
+    int32_t m_lockCount = 0;  // these two are for whoever looks at a stuck process
     pthread_t m_lastHolder {};
     wchar_t* m_empty = nullptr;
     ZVStringData* m_pool[PoolSize] = {};

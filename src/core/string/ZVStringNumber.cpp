@@ -47,6 +47,21 @@ Integer ParseInteger(const wchar_t* text)
     return isNegative ? static_cast<Integer>(Unsigned {0} - static_cast<Unsigned>(value)) : value;
 }
 
+// A number times a power of ten. The power alone may be out of a double's range where the result is not.
+double ScaledByTen(double number, double exponent)
+{
+    constexpr double LargestPower = 1e308;
+    constexpr double LargestExponent = 308.0;
+    if (number == 0.0 || exponent >= 0.0)
+        return number == 0.0 ? 0.0 : number * std::pow(10.0, exponent);
+    if (exponent < -LargestExponent)
+    {
+        number /= LargestPower;
+        exponent += LargestExponent;
+    }
+    return number / std::pow(10.0, -exponent);
+}
+
 // The digits of one side of a decimal point, as far as 64 bits hold them.
 class DigitRun
 {
@@ -62,8 +77,9 @@ public:
         ++m_kept;
     }
 
-    double AsWhole() const { return static_cast<double>(m_value) * std::pow(10.0, m_dropped); }
-    double AsFraction() const { return static_cast<double>(m_value) / std::pow(10.0, m_kept); }
+    // The value of the digits in front of the point, or behind it, times a power of ten.
+    double AsWhole(double exponent) const { return ScaledByTen(static_cast<double>(m_value), m_dropped + exponent); }
+    double AsFraction(double exponent) const { return ScaledByTen(static_cast<double>(m_value), exponent - m_kept); }
 
 private:
     uint64_t m_value = 0;
@@ -109,9 +125,7 @@ double ParseDouble(const wchar_t* text, int32_t length, int32_t& consumed, bool 
         }
     }
     consumed = position;
-    double value = whole.AsWhole() + fraction.AsFraction();
-    if (exponent != 0.0 && value != 0.0)
-        value *= std::pow(10.0, exponent);
+    const double value = whole.AsWhole(exponent) + fraction.AsFraction(exponent);
     return isNegative ? -value : value;
 }
 }
@@ -186,7 +200,8 @@ ZVString ZVString::FromUInt(uint64_t value, int32_t minimumDigits, int32_t base,
 ZVString ZVString::FromDouble(double value, int32_t precision, bool fixedPrecision, int32_t minimumDigits, uint32_t flags)
 {
     wchar_t buffer[NumberBufferSize];
-    return ZVString(buffer, ZVNumberText::WriteDouble(buffer, DoubleRoom, value, precision, fixedPrecision, minimumDigits, flags));
+    return ZVString(buffer,
+                    ZVNumberText::WriteDouble(buffer, DoubleRoom, value, precision, fixedPrecision, minimumDigits, flags));
 }
 
 ZVString ZVString::ToHexString(uint64_t value)

@@ -39,7 +39,8 @@ int32_t FindNext(const ZVString& text, const wchar_t* needle, int32_t start, boo
     return ignoresCase ? text.FindNoCase(needle, start) : text.Find(needle, start);
 }
 
-// Adds to an array that doubles: with the steps of a fixed size that large arrays grow by, a text full of hits would cost quadratic time.
+// Adds to an array that doubles: with the steps of a fixed size that large arrays grow by, a text full of hits would cost
+// quadratic time.
 template <class Array, class Element>
 void AddDoubling(Array& array, const Element& element)
 {
@@ -48,7 +49,8 @@ void AddDoubling(Array& array, const Element& element)
     array.Add(element);
 }
 
-// The needle whose next match from position on comes first, the earlier in the list of two at one place; -1 when there is no match left.
+// The needle whose next match from position on comes first, the earlier in the list of two at one place; -1 when there is no
+// match left.
 int32_t FindNearestNeedle(const ZVString& text, NeedleArray& needles, int32_t position, bool caseSensitive)
 {
     int32_t nearest = -1;
@@ -88,8 +90,9 @@ int32_t ZVString::Replace(const wchar_t* find, const wchar_t* replacement, bool 
     return ReplaceMultiple(&find, &replacement, 1, caseSensitive);
 }
 
-int32_t ZVString::ReplaceMultiple(const wchar_t* const* needles, const wchar_t* const* replacements, int32_t needleCount, bool caseSensitive,
-                                  int32_t maxHits, bool keepMatchedText, const wchar_t* prefix, const wchar_t* suffix)
+int32_t ZVString::ReplaceMultiple(const wchar_t* const* needles, const wchar_t* const* replacements, int32_t needleCount,
+                                  bool caseSensitive, int32_t maxHits, bool keepMatchedText, const wchar_t* prefix,
+                                  const wchar_t* suffix)
 {
     if (needleCount < 1 || maxHits < 1)
         return 0;
@@ -159,7 +162,8 @@ int32_t ZVString::RemoveText(const wchar_t* text, bool caseSensitive)
     return hits.GetCount();
 }
 
-int32_t ZVString::ReplaceTokens(const wchar_t* startMarker, const wchar_t* endMarker, IZVStringTokenReplaceCallback& callback, bool keepMarkers)
+int32_t ZVString::ReplaceTokens(const wchar_t* startMarker, const wchar_t* endMarker, IZVStringTokenReplaceCallback& callback,
+                                bool keepMarkers)
 {
     const int32_t startLength = ZVWideText::LengthOf(startMarker);
     const int32_t endLength = ZVWideText::LengthOf(endMarker);

@@ -10,8 +10,10 @@
 
 namespace
 {
-// The serial form is appended to many times over, so its buffer grows in steps of this many characters.
+// The serial form is appended to many times over, so its buffer grows in steps of this many characters, and a large one by about
+// a sixteenth of its length in whole steps: with the one step alone a huge text would be copied over and over.
 constexpr int32_t SerialGrowBlock = 1024;
+constexpr int32_t SerialStepShare = 16;
 
 // IsSimilar allows an edit for each so many characters, up to a limit.
 constexpr int32_t CharactersPerEdit = 4;
@@ -54,7 +56,8 @@ int32_t ZVString::GetEditDistance(const wchar_t* other, int32_t limit) const
     if (std::abs(length - otherLength) > limit)
         return INT_MAX;
 
-    // Of the whole table only the row above is ever looked at again. The row holds the costs of the first so many characters of this string.
+    // Of the whole table only the row above is ever looked at again. The row holds the costs of the first so many characters of
+    // this string.
     lowered.MakeLower();
     ZVNumberArray<int32_t> row;
     row.SetCount(length + 1);
@@ -87,9 +90,10 @@ void ZVString::AppendLengthPrefixed(const ZVString& text)
 {
     const ZVString value = text;  // text may be this string
     const ZVString prefix = ZVFormat(L"(%d:", value.GetLength());
-    Append(prefix, prefix.GetLength(), SerialGrowBlock);
-    Append(value, value.GetLength(), SerialGrowBlock);
-    Append(L")", 1, SerialGrowBlock);
+    const int32_t growBlock = std::max(GetLength() / SerialStepShare / SerialGrowBlock, 1) * SerialGrowBlock;
+    Append(prefix, prefix.GetLength(), growBlock);
+    Append(value, value.GetLength(), growBlock);
+    Append(L")", 1, growBlock);
 }
 
 void ZVString::AppendLengthPrefixed(int32_t value)

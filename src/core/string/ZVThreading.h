@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <sys/single_threaded.h>
 
-// Shared counters and fences of the core library. A process that never started a thread, which is most workers, has nobody to order its
-// stores for; there the plain instruction does the same at a fraction of the price.
+// Shared counters and fences of the core library. A process that never started a thread, which is most workers, has nobody to
+// order its stores for; there the plain instruction does the same at a fraction of the price.
 
 // Raises the counter by one with full ordering.
 inline void ZVAtomicIncrement(std::atomic<int32_t>& counter)

@@ -112,7 +112,8 @@ size_t ZVUTF8::EncodedSize(const wchar_t* text, size_t length)
     for (size_t index = 0; index < length; ++index)
     {
         const wchar_t character = text[index];
-        size += static_cast<size_t>(character > 0x7f) + static_cast<size_t>(character > 0x7ff) + static_cast<size_t>(character > 0xffff);
+        size += static_cast<size_t>(character > 0x7f) + static_cast<size_t>(character > 0x7ff) +
+                static_cast<size_t>(character > 0xffff);
     }
     return size;
 }

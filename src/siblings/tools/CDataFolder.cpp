@@ -32,7 +32,8 @@ bool CDataFolder::MakeFoldersOf(const char* filePath)
     const size_t size = strlen(filePath) + 1;
     const std::unique_ptr<char[]> path(new char[size]);
     memcpy(path.get(), filePath, size);
-    for (char* slash = strchr(path.get() + 1, '/'); slash != nullptr; slash = strchr(slash + 1, '/'))
+    char* const firstName = path.get() + strspn(path.get(), "/");
+    for (char* slash = strchr(firstName, '/'); slash != nullptr; slash = strchr(slash + 1, '/'))
     {
         *slash = '\0';
         if (mkdir(path.get(), FolderMode) != 0 && errno != EEXIST)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <sys/types.h>
+#include <sys/stat.h>
 
 // Which file a path or a descriptor means, whatever the file is called by now. Files that do not exist are nobody's equal.
 class CFileIdentity
@@ -19,6 +19,8 @@ public:
     }
 
 private:
+    explicit CFileIdentity(const struct stat& state) : m_exists(true), m_device(state.st_dev), m_inode(state.st_ino) {}
+
     bool m_exists = false;
     dev_t m_device = 0;
     ino_t m_inode = 0;

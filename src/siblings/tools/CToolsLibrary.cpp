@@ -21,6 +21,7 @@ bool CToolsLibrary::Initialize(int32_t, IZVApplicationInformation* applicationIn
         const ZVString dataFolder = CDataFolder::Find(m_applicationInformation->GetDataDirectory());
         m_logManager.emplace(dataFolder);
         m_settings.emplace(dataFolder, *m_logManager);
+        m_namedLocks.emplace(dataFolder, *m_logManager);
     }
     catch (const std::bad_alloc&)
     {

@@ -2,6 +2,10 @@
 
 #include "contracts/IZVTools.h"
 #include "siblings/tools/CApplicationInformation.h"
+#include "siblings/tools/compression/CCompression.h"
+#include "siblings/tools/date/CDateServices.h"
+#include "siblings/tools/filetypes/CFileTypes.h"
+#include "siblings/tools/locks/CNamedLocks.h"
 #include "siblings/tools/log/CLogManager.h"
 #include "siblings/tools/settings/CSettingsStore.h"
 #include "siblings/tools/text/CStringTools.h"
@@ -9,8 +13,10 @@
 #include <optional>
 
 // The tools library: one object for the process, which owns the services and is never destroyed, so that a library which goes
-// after it may still log. Before Initialize there are only the string tools, as the other services need to know the data
-// folder. No file is touched before a service is really used.
+// after it may still log. No file is touched before a service is really used.
+//
+// A service that needs nothing from the process is a plain member and there from the start. One that needs the data folder or
+// another service is optional: Initialize makes it, and until then its getter gives null.
 class CToolsLibrary final : public IZVTools
 {
 public:
@@ -22,12 +28,12 @@ public:
     const wchar_t* GetLoadError() override { return m_loadError; }
     IZVApplicationInformation* GetApplicationInformation() override { return Pointer(m_applicationInformation); }
     IZVSettings* GetSettings(bool create) override;
-    void* GetFileTypes(bool) override { return nullptr; }
+    IZVFileTypes* GetFileTypes(bool) override { return &m_fileTypes; }
     IZVStringTools* GetTools(bool) override { return &m_stringTools; }
-    void* GetDateServices(bool) override { return nullptr; }
-    void* GetCompression(bool) override { return nullptr; }
+    IZVDateServices* GetDateServices(int32_t number) override { return number == 1 ? &m_dateServices : nullptr; }
+    IZVCompression* GetCompression(bool) override { return &m_compression; }
     void* GetThreadServices(bool) override { return nullptr; }
-    void* GetNamedLocks(bool) override { return nullptr; }
+    IZVNamedLocks* GetNamedLocks(bool) override { return Pointer(m_namedLocks); }
     ILogManager* GetLogManager(bool create) override;
 
 private:
@@ -41,7 +47,11 @@ private:
 
     const wchar_t* m_loadError = L"";
     CStringTools m_stringTools;
+    CFileTypes m_fileTypes;
+    CCompression m_compression;
+    CDateServices m_dateServices;
     std::optional<CApplicationInformation> m_applicationInformation;
     std::optional<CLogManager> m_logManager;
     std::optional<CSettingsStore> m_settings;
+    std::optional<CNamedLocks> m_namedLocks;
 };

@@ -77,6 +77,16 @@ auto Uninterrupted(Function function)
     return result;
 }
 
+// One call that reads or writes. A negative length fails as an argument of the system does.
+template <class Function>
+ssize_t Transfer(int64_t length, Function function)
+{
+    if (length >= 0)
+        return Uninterrupted([&] { return function(static_cast<size_t>(length)); });
+    errno = EINVAL;
+    return -1;
+}
+
 // Takes the lock of a writer on the whole file. The lock belongs to the open file and not to the process, so that it also tells
 // apart two writers in one process; it excludes the other kind of lock and is excluded by it. Kernels before 3.15 only have that
 // other kind.
@@ -183,8 +193,7 @@ int64_t ZVFile::GetLength() const
 
 bool ZVFile::Write(const void* buffer, int64_t length, int64_t& written)
 {
-    const ssize_t result =
-        length < 0 ? -1 : Uninterrupted([&] { return write(m_descriptor, buffer, static_cast<size_t>(length)); });
+    const ssize_t result = Transfer(length, [&](size_t size) { return write(m_descriptor, buffer, size); });
     written = result == -1 ? 0 : result;
     if (result == -1)
         ZVLogFileError("ZVFile::Write", "Error %d writing file: %s", GetFilename());
@@ -240,8 +249,7 @@ bool ZVFile::WriteNarrow(const ZVString& text)
 
 bool ZVFile::Read(void* buffer, int64_t length, int64_t& read)
 {
-    const ssize_t result =
-        length < 0 ? -1 : Uninterrupted([&] { return ::read(m_descriptor, buffer, static_cast<size_t>(length)); });
+    const ssize_t result = Transfer(length, [&](size_t size) { return ::read(m_descriptor, buffer, size); });
     read = result == -1 ? 0 : result;
     return result != -1;
 }

@@ -2,6 +2,8 @@
 
 #include "system/filename/ZVNativePath.h"
 
+#include <cerrno>
+
 namespace
 {
 constexpr double NanosecondsPerSecond = 1e9;
@@ -17,8 +19,10 @@ bool ZVFileInfo::LoadNative(const char* path)
     m_isFound = stat(path, &m_status) == 0 || lstat(path, &m_status) == 0;
     if (!m_isFound)
     {
+        const int error = errno;
         m_status = {};
         m_filename = ZVFilename();
+        errno = error;
         return false;
     }
     ZVString text = ZVNativePath::ToText(path);

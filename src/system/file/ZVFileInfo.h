@@ -13,8 +13,8 @@ public:
     // Asks for the status of a path.
     explicit ZVFileInfo(const ZVString& path) { Load(path); }
 
-    // False when there is no such file; the rest is then empty. A symbolic link stands for what it leads to, and for itself when
-    // that is nothing.
+    // False when there is no such file; the rest is then empty, and errno tells why. A symbolic link stands for what it leads to,
+    // and for itself when that is nothing.
     bool Load(const ZVString& path);
     // The same for a path as the system gave it.
     bool LoadNative(const char* path);

@@ -1,8 +1,8 @@
 // Making and deleting single files and folders.
 
-#include "system/file/ZVFile.h"
 #include "system/file/ZVFileError.h"
 #include "system/file/ZVFileSystem.h"
+#include "system/filename/ZVFilename.h"
 #include "system/filename/ZVNativePath.h"
 #include "system/filename/ZVPathLayout.h"
 #include "system/log/ZVLog.h"
@@ -11,7 +11,6 @@
 #include <cerrno>
 #include <ctime>
 #include <fcntl.h>
-#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 

@@ -8,7 +8,7 @@
 #include "system/file/ZVShellWord.h"
 #include "system/filename/ZVNativePath.h"
 #include "system/filename/ZVPathLayout.h"
-#include "system/library/ZVRunProgram.h"
+#include "system/library/RunProgram.h"
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
@@ -31,9 +31,8 @@ constexpr wchar_t ParentStep[] = L"..";
 bool NamesRoot(const ZVString& path)
 {
     ZVString rest = path;
-    rest.Replace(L"/./", L"/");
     rest.TrimRight(L"/.");
-    return rest.IsEmpty() && (path.IsEmpty() || path.StartsWith(L'/'));
+    return rest.IsEmpty() && !path.StartsWith(L'.');
 }
 
 bool IsRootFolder(const ZVString& path)
@@ -52,10 +51,11 @@ bool IsRefused(const ZVString& path)
 }
 
 // Opens the file for appending, or makes it so that every user can append to it. Some systems refuse to "create" the existing
-// file of another user in a folder that all can write to, so an existing one is opened first.
+// file of another user in a folder that all can write to, so an existing one is opened first. A pipe of that name, which everyone
+// can make there, is not waited for.
 int OpenRefusalFile()
 {
-    constexpr int Flags = O_WRONLY | O_APPEND | O_NOFOLLOW | O_CLOEXEC;
+    constexpr int Flags = O_WRONLY | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     int descriptor = open(RefusalFile, Flags);
     if (descriptor == -1 && errno == ENOENT)
     {
@@ -117,7 +117,7 @@ bool RemoveByCommand(const ZVString& folder)
     parameters.Add(L"-rf");
     parameters.Add(ZVShellWord(folder));
     int32_t exitCode = -1;
-    ZVRunProgram(L"rm", parameters, nullptr, ZVRunMode::Blocking, &exitCode);
+    RunProgram(L"rm", parameters, nullptr, ZVRunMode::Blocking, &exitCode);
     if (!IsThere(folder))
         return true;
     ZVLog(ZVLogCategory::General, ScopeName, "Command failed with %d: %s", exitCode, folder);

@@ -31,7 +31,7 @@ constexpr wchar_t TempSetting[] = L"File Location - Temp Location";
 
 constexpr wchar_t DesktopFoldersFile[] = L"user-dirs.dirs";
 constexpr wchar_t ConfigurationFolder[] = L".config";
-constexpr std::string_view HomeVariable = "$HOME/";
+constexpr std::string_view HomeVariable = "$HOME";
 
 // The user's folders by their names in the desktop's file, and where they are without it.
 struct UserFolderName
@@ -100,8 +100,8 @@ ZVString GetDesktopFolder(const char* variable)
     if (configuration.IsEmpty())
         configuration = ZVFileSystem::GetDirectoryHome() + ConfigurationFolder;
     std::string folder = ReadDesktopVariable(ZVPathLayout::WithClosingSlash(configuration) + DesktopFoldersFile, variable);
-    if (folder.starts_with(HomeVariable))
-        folder.replace(0, HomeVariable.size(), ZVNativePath(ZVFileSystem::GetDirectoryHome()));
+    if (folder.starts_with(HomeVariable) && (folder.size() == HomeVariable.size() || folder[HomeVariable.size()] == '/'))
+        folder.replace(0, HomeVariable.size() + 1, ZVNativePath(ZVFileSystem::GetDirectoryHome()));
     return folder.starts_with('/') ? ZVPathLayout::WithClosingSlash(ZVNativePath::ToText(folder.c_str())) : ZVString();
 }
 
@@ -117,6 +117,7 @@ public:
         ZVDllString value(folder);
         if (m_settings == nullptr || !m_settings->GetSetting(SettingsSection, TempSetting, value))
             return {};
+        ZVFilename::MakeFileSystemPath(folder);
         return ZVFileSystem::IsDirectory(folder) ? folder : ZVString();
     }
 

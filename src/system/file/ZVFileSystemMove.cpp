@@ -7,7 +7,7 @@
 #include "system/file/ZVShellWord.h"
 #include "system/filename/ZVNativePath.h"
 #include "system/filename/ZVPathLayout.h"
-#include "system/library/ZVRunProgram.h"
+#include "system/library/RunProgram.h"
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
@@ -27,10 +27,11 @@ struct Transfer
     const char* Scope;
     const wchar_t* Program;
     const char* FailureFormat;
+    bool KeepsSource;
 };
 
-constexpr Transfer Moving = {"ZVFileSystem::MoveFile", L"mv", "Error %d moving file: %s"};
-constexpr Transfer Copying = {"ZVFileSystem::CopyFile", L"cp", "Error %d copying file: %s"};
+constexpr Transfer Moving = {"ZVFileSystem::MoveFile", L"mv", "Error %d moving file: %s", false};
+constexpr Transfer Copying = {"ZVFileSystem::CopyFile", L"cp", "Error %d copying file: %s", true};
 
 bool Fail(const Transfer& transfer, int error, const ZVString& path)
 {
@@ -46,7 +47,7 @@ bool RunCommand(const Transfer& transfer, const ZVString& from, const ZVString& 
     parameters.Add(ZVShellWord(from));
     parameters.Add(ZVShellWord(to));
     int32_t exitCode = -1;
-    if (ZVRunProgram(transfer.Program, parameters, nullptr, ZVRunMode::Blocking, &exitCode) && exitCode == 0)
+    if (RunProgram(transfer.Program, parameters, nullptr, ZVRunMode::Blocking, &exitCode) && exitCode == 0)
         return true;
     ZVLog(ZVLogCategory::General, ZVString::FromUTF8(transfer.Scope), "Command failed with %d: %s to %s", exitCode, from, to);
     return false;
@@ -76,11 +77,16 @@ ZVFileInfo GetTargetStatus(const ZVString& path)
     return ZVFileInfo(nameStart == 0 ? ZVString(L".") : path.Left(nameStart));
 }
 
-// A name beside a path that no other process and no other call uses. It is short whatever the path's own name is.
+// A name beside a path that no other process and no other call uses, and no file has: an earlier process of the same id may have
+// left one. It is short whatever the path's own name is.
 ZVString GetNameBeside(const ZVString& path)
 {
     static std::atomic<int32_t> s_counter {0};
-    return ZVFormat(L"%s.zvtransfer-%d-%d.tmp", path.Left(path.ReverseFind(L'/') + 1), getpid(), ++s_counter);
+    ZVString name;
+    do
+        name = ZVFormat(L"%s.zvtransfer-%d-%d.tmp", path.Left(path.ReverseFind(L'/') + 1), getpid(), ++s_counter);
+    while (ZVFileInfo(name).IsFound());
+    return name;
 }
 
 void LogLeftBehind(const Transfer& transfer, const ZVString& path)
@@ -103,7 +109,7 @@ bool TransferThrough(const Transfer& transfer, const ZVString& from, const ZVStr
     if (Rename(beside, to))
         return true;
     Fail(transfer, errno, to);
-    if (&transfer == &Copying)
+    if (transfer.KeepsSource)
         unlink(ZVNativePath(beside));
     else if (!RunCommand(transfer, beside, from))
         LogLeftBehind(transfer, beside);
@@ -124,10 +130,10 @@ bool ZVFileSystem::MoveFile(const ZVString& from, const ZVString& to)
     const ZVString target = WithoutClosingSlash(to);
     const ZVFileInfo sourceStatus(source);
     if (!sourceStatus.IsFound())
-        return Fail(Moving, ENOENT, from);
+        return Fail(Moving, errno, from);
     const ZVFileInfo targetStatus = GetTargetStatus(target);
     if (!targetStatus.IsFound())
-        return Fail(Moving, ENOENT, to);
+        return Fail(Moving, errno, to);
     if (targetStatus.IsDirectory() && !sourceStatus.IsDirectory() && IsDirectory(target))
         return Fail(Moving, EISDIR, to);
     if (sourceStatus.GetStatus().st_dev == targetStatus.GetStatus().st_dev)
@@ -145,7 +151,7 @@ bool ZVFileSystem::CopyFile(const ZVString& from, const ZVString& to)
 {
     const ZVFileInfo sourceStatus(from);
     if (!sourceStatus.IsFound() || sourceStatus.IsDirectory())
-        return Fail(Copying, sourceStatus.IsFound() ? EISDIR : ENOENT, from);
+        return Fail(Copying, sourceStatus.IsFound() ? EISDIR : errno, from);
     const ZVString target = ResolveLink(WithoutClosingSlash(to));
     const ZVFileInfo targetStatus(target);
     if (targetStatus.IsDirectory())

@@ -4,6 +4,8 @@
 #include "system/file/ZVFileSearch.h"
 #include "system/file/ZVFileSystem.h"
 #include "system/filename/ZVNativePath.h"
+#include "system/log/ZVLogCategory.h"
+#include "system/log/ZVLogScope.h"
 
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -27,6 +29,7 @@ void Give(int64_t* output, uint64_t blocks, uint64_t blockSize)
 
 bool ZVFileSystem::ZVStatFS(const ZVString& path, int64_t* totalSize, int64_t* freeSize, int64_t* availableSize)
 {
+    const ZVLogScope scope(ZVLogCategory::General, "ZVFileSystem::ZVStatFS", true);
     struct statvfs status
     {
     };

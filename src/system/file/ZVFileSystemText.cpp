@@ -134,7 +134,8 @@ ZVString ZVFileSystem::GetProgramFilename()
 ZVString ZVFileSystem::GetComputerName()
 {
     char name[HOST_NAME_MAX + 1] = {};
-    if (gethostname(name, HOST_NAME_MAX) != 0)
-        return {};
-    return ZVString::FromUTF8(name);
+    if (gethostname(name, HOST_NAME_MAX) == 0)
+        return ZVString::FromUTF8(name);
+    ZVLogFileError("ZVFileSystem::GetComputerName", "Error %d asking for the name of: %s", L"this machine");
+    return {};
 }

@@ -8,7 +8,7 @@
 #include "system/file/ZVVolumeLabels.h"
 #include "system/filename/ZVNativePath.h"
 #include "system/filename/ZVPathLayout.h"
-#include "system/library/ZVRunProgram.h"
+#include "system/library/RunProgram.h"
 #include "system/log/ZVLogCategory.h"
 #include "system/log/ZVLogScope.h"
 
@@ -58,7 +58,7 @@ ZVString Ask(const ZVString& program, const ZVString& options, const ZVString& p
     parameters.Add(ZVShellWord(path));
     ZVString output;
     int32_t exitCode = -1;
-    return ZVRunProgram(program, parameters, &output, ZVRunMode::Blocking, &exitCode) && exitCode == 0 ? output : ZVString();
+    return RunProgram(program, parameters, &output, ZVRunMode::Blocking, &exitCode) && exitCode == 0 ? output : ZVString();
 }
 
 // The device that a path is on, or that it is, without symbolic links; empty when there is none.

@@ -1,12 +1,13 @@
 #include "system/file/ZVSafeReplace.h"
 
-#include "system/file/ZVFile.h"
+#include "system/file/ZVFileError.h"
 #include "system/file/ZVFileInfo.h"
 #include "system/file/ZVFileSystem.h"
 #include "system/filename/ZVNativePath.h"
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
@@ -46,7 +47,8 @@ ZVString DeriveName(const ZVString& path, const wchar_t* end)
     const ZVString folder = path.Left(path.ReverseFind(L'/') + 1);
     const ZVString name = path.Mid(folder.GetLength());
     ZVString derived = name + end;
-    for (int32_t kept = name.GetLength(); kept > 0 && ZVNativePath(derived).GetBytes().size() > NAME_MAX; --kept)
+    const int32_t longest = std::min<int32_t>(name.GetLength(), NAME_MAX);
+    for (int32_t kept = longest; kept > 0 && ZVNativePath(derived).GetBytes().size() > NAME_MAX; --kept)
         derived = ZVFormat(L"%s~%s%s", name.Left(kept), ZVString::FromUInt(HashOf(name), 16, 16), end);
     return folder + derived;
 }
@@ -82,14 +84,18 @@ private:
     int m_descriptor;
 };
 
-// Has the file on the disk before what it replaces goes. A file system that cannot tell does not keep it from being used.
-void WriteThrough(const ZVString& path)
+// Has the file on the disk before what it replaces goes. False when the disk has not taken it; a file that cannot be opened, or a
+// file system that cannot tell, does not keep it from being used.
+bool WriteThrough(const ZVString& path)
 {
     const int descriptor = open(ZVNativePath(path), O_RDONLY | O_CLOEXEC);
     if (descriptor == -1)
-        return;
-    fdatasync(descriptor);
+        return true;
+    const bool isLost = fdatasync(descriptor) != 0 && (errno == EIO || errno == ENOSPC || errno == EDQUOT);
+    if (isLost)
+        ZVLogFileError(Scope, "Error %d writing file to the disk: %s", path);
     close(descriptor);
+    return !isLost;
 }
 }
 
@@ -171,10 +177,11 @@ bool ZVSafeReplace::BringBeside()
 
 bool ZVSafeReplace::Exchange()
 {
-    WriteThrough(m_present);
+    if (!WriteThrough(m_present))
+        return false;
     if (!Move(m_path, m_original))
     {
-        Log("Error renaming original file: %s", m_path);
+        Log("Error renaming original file");
         return false;
     }
     if (Move(m_present, m_path))
@@ -182,7 +189,7 @@ bool ZVSafeReplace::Exchange()
         Delete(m_original);
         return true;
     }
-    Log("Error moving new file into place of original name: %s", m_path);
+    Log("Error moving new file into place of original name");
     if (!Move(m_original, m_path))
         Log("The original file is left as: %s", m_original);
     return false;

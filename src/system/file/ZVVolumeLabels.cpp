@@ -39,7 +39,7 @@ ZVString ZVVolumeLabels::Find(const ZVString& device, const ZVString& labelFolde
     const std::unique_ptr<DIR, CloseFolder> folder(opendir(folderPath));
     while (const dirent* entry = folder == nullptr ? nullptr : readdir(folder.get()))
     {
-        if (entry->d_name[0] == '.')
+        if (strcmp(entry->d_name, ".") == 0 || strcmp(entry->d_name, "..") == 0)
             continue;
         char target[PATH_MAX];
         const std::string link = folderPath.GetBytes() + entry->d_name;

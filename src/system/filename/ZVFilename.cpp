@@ -166,13 +166,13 @@ ZVString ZVFilename::GetHLSIndexName(bool checkExists) const
 
 void ZVFilename::AddPathPart(const ZVString& text)
 {
-    ZVString part = text;
-    part.TrimLeft(Separators);
     if (m_path.IsEmpty())
     {
-        m_path = part;
+        m_path = text;
         return;
     }
+    ZVString part = text;
+    part.TrimLeft(Separators);
     m_path.TrimRight(Separators);
     m_path.AppendPieces(L"/", part);
 }

@@ -91,9 +91,16 @@ public:
     // The path of its HLS index. With checkExists empty when there is no such local file.
     ZVString GetHLSIndexName(bool checkExists) const;
 
+    // --- The file behind the name ----------------------------------------------------------------------------------------------
+
+    // Its size in bytes, -1 for a folder and for what is not there. A server is asked about a remote name, and may not know.
+    int64_t GetFileSize() const;
+    // Whether there is such a file or folder, or a server has such a resource.
+    bool Exists() const;
+
     // --- Change ----------------------------------------------------------------------------------------------------------------
 
-    // Appends a step with exactly one "/" between; an empty path becomes the step.
+    // Appends a step with exactly one "/" between; an empty path becomes the text as it stands.
     void AddPathPart(const ZVString& text);
     // Raises the number in parentheses at the end of the name, or gives it the number 1: "film.mkv", "film (1).mkv", "film
     // (2).mkv". The number has 1 to 4 digits and no leading zero. For a folder the whole last step is the name, and a number of 2
@@ -131,7 +138,7 @@ public:
     bool IsSpecial() const { return IsSpecial(m_path); }
     static bool IsSpecial(const ZVString& text);
     // Whether a text may stand for a file name. An empty text, a URL and a special entry each need their flag; a handle, "(0x",
-    // eight digits and "):" with something behind, passes with allowHandleForm and is otherwise judged like any text.
+    // eight characters and "):" with something behind, passes with allowHandleForm and is otherwise judged like any text.
     static bool IsSpecialFileName(const ZVString& text, bool allowEmpty, bool allowHandleForm, bool allowURL, bool allowSpecial);
 
 private:

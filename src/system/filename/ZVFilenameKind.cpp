@@ -26,7 +26,7 @@ constexpr const wchar_t* RTMPStarts[] = {L"rtmp://", L"rtmps://", L"rtmpe://", L
 constexpr const wchar_t* SpecialParts[] = {L".tvlb", L".zvtv", L".tvgd"};
 constexpr const wchar_t* SpecialStarts[] = {L"<XMLPH version=", L"Radio Paradise: "};
 
-// A handle in the place of a file: "(0x", eight digits, "):" and what it stands for.
+// A handle in the place of a file: "(0x", eight characters, "):" and what it stands for.
 constexpr wchar_t HandleStart[] = L"(0x";
 constexpr int32_t HandleMinimumLength = 14;
 constexpr int32_t HandleEndPosition = 11;
@@ -59,6 +59,7 @@ bool ZVFilename::IsRTMP() const
 
 bool ZVFilename::IsWebServiceURL() const
 {
+    // FindNoCase would find nothing without the tools library.
     return GetIsFileRemote() && m_path.FindLastOf(WebServiceMark, false) != -1;
 }
 

@@ -14,7 +14,7 @@ constexpr wchar_t ItemElement[] = L"Item";
 constexpr wchar_t NameAttribute[] = L"Name";
 constexpr wchar_t FilenameItem[] = L"Filename";
 
-// Quotation marks, and control characters as numeric references; the third bit asks for nothing.
+// EscapeQuotationMarks and HandleControlCharacters, and a bit that asks for nothing.
 constexpr uint32_t EscapeFlags = 0x1a;
 
 // The longest extension that may stand in front of a ";".
@@ -76,7 +76,7 @@ void ZVFilename::CutPostExtensionData()
             return;
     if (IsRemote(m_path) || m_path.EndsWith(L"/", false))
         return;
-    m_properties.SetString(PostExtensionDataProperty, m_path.Mid(semicolon + 1), true);
+    m_properties.SetString(PostExtensionDataProperty, m_path.Mid(semicolon + 1));
     m_path = m_path.Left(semicolon);
 }
 
@@ -86,17 +86,12 @@ ZVString ZVFilename::GetSerialized() const
         return m_path;
     ZVString form = L"<XMLFN version=\"1.0\">";
     AppendItem(form, FilenameItem, m_path);
-
-    // The map tells its entries in their order through its length-prefixed form.
-    ZVString entries;
-    m_properties.Save(entries);
-    int32_t position = 0;
-    entries.ReadLengthPrefixedInt(position);
-    ZVString name;
-    ZVString value;
-    while (entries.ReadLengthPrefixed(position, name) && entries.ReadLengthPrefixed(position, value))
-        if (!name.IsEqual(FilenameItem, false))
-            AppendItem(form, name, value);
+    m_properties.ForEach(
+        [&form](const ZVString& name, const ZVString& value)
+        {
+            if (!name.IsEqual(FilenameItem, false))
+                AppendItem(form, name, value);
+        });
     form.Append(L"</XMLFN>");
     return form;
 }

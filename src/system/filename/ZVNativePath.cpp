@@ -71,8 +71,9 @@ ZVNativePath::ZVNativePath(const ZVString& path)
 
 unsigned char ZVNativePath::GetCarriedByte(wchar_t character)
 {
-    const wchar_t byte = character - CarriedByteBase;
-    return (byte >= 0x80 && byte <= 0xff) || byte == L'\\' ? static_cast<unsigned char>(byte) : 0;
+    // Without a sign, since a character can have any value of 32 bits.
+    const uint32_t byte = static_cast<uint32_t>(character) - CarriedByteBase;
+    return (byte >= 0x80 && byte <= 0xff) || byte == '\\' ? static_cast<unsigned char>(byte) : 0;
 }
 
 ZVString ZVNativePath::ToText(const char* path)

@@ -130,7 +130,8 @@ bool CProcessInfo::SetInstallPathFromProductName(const ZVString& productName)
 // Sets the install path and what depends on it, or nothing.
 bool CProcessInfo::SetInstallPath(const ZVString& path)
 {
-    return WritePath(m_block->ApplicationDataPath, path + ApplicationDataFolder) && WritePath(m_block->InstallPath, path);
+    return MakeRoom(m_block->InstallPath, path) && WritePath(m_block->ApplicationDataPath, path + ApplicationDataFolder) &&
+           WritePath(m_block->InstallPath, path);
 }
 
 bool CProcessInfo::SetApplicationDataPath(const ZVString& path)
@@ -138,12 +139,17 @@ bool CProcessInfo::SetApplicationDataPath(const ZVString& path)
     return WritePath(m_block->ApplicationDataPath, path);
 }
 
-bool CProcessInfo::WritePath(wchar_t* place, const ZVString& path)
+bool CProcessInfo::MakeRoom(const wchar_t* place, const ZVString& path)
 {
     const size_t capacity = static_cast<size_t>(path.GetLength()) + 1;
-    if (capacity > CProcessBlock::PathCapacity || !Reserve(place, capacity * sizeof(wchar_t)))
+    return capacity <= CProcessBlock::PathCapacity && Reserve(place, capacity * sizeof(wchar_t));
+}
+
+bool CProcessInfo::WritePath(wchar_t* place, const ZVString& path)
+{
+    if (!MakeRoom(place, path))
         return false;
-    wmemcpy(place, path, capacity);
+    wmemcpy(place, path, static_cast<size_t>(path.GetLength()) + 1);
     return true;
 }
 

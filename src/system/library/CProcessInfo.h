@@ -28,7 +28,7 @@ public:
 
     // The folder "Application Data" of the install path, or what was set.
     const wchar_t* GetApplicationDataPath() const { return m_block->ApplicationDataPath; }
-    // False when the path is too long.
+    // The path ends in "/". False when it is too long.
     bool SetApplicationDataPath(const ZVString& path);
 
     // The program has begun to start up; until then the process only has some of its libraries loaded.
@@ -52,6 +52,7 @@ private:
     bool AttachShared();
     bool Fill(CProcessBlock* block);
     bool SetInstallPath(const ZVString& path);
+    bool MakeRoom(const wchar_t* place, const ZVString& path);
     bool WritePath(wchar_t* place, const ZVString& path);
     bool Reserve(const void* start, size_t size);
 

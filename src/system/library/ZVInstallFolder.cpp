@@ -48,7 +48,6 @@ bool HoldsToolsLibrary(const ZVString& folder)
 {
     return !folder.IsEmpty() && access(ZVStringUTF8(folder + GetSiblingLibrary(ZVSibling::Tools).File), F_OK) == 0;
 }
-
 }
 
 ZVString ZVInstallFolder::Find(const ZVString& productName)

@@ -6,6 +6,7 @@
 #include "core/ZVToolsPointer.h"
 #include "system/library/CProcessInfo.h"
 
+#include <algorithm>
 #include <cstring>
 #include <mutex>
 
@@ -121,25 +122,19 @@ void* ZVSiblingLibraries::GetInterface(ZVSibling sibling) const
     return GetSlot(sibling).Interface;
 }
 
-void* ZVSiblingLibraries::GetSymbol(ZVSibling sibling, const char* name) const
-{
-    const Lock lock(s_mutex);
-    return GetSlot(sibling).Library.GetSymbol(name);
-}
-
-void* ZVSiblingLibraries::CreateReader(const char* factoryName)
+void* ZVSiblingLibraries::GetReaderFactory(const char* name)
 {
     const Lock lock(s_mutex);
     if (!LoadReader())
         return nullptr;
     for (int32_t index = 0; index < ZVReaderFactoryCount; ++index)
     {
-        if (strcmp(ZVReaderFactoryNames[index], factoryName) != 0)
+        if (strcmp(ZVReaderFactoryNames[index], name) != 0)
             continue;
-        ReaderFactory*& factory = m_readerFactories[index];
+        void*& factory = m_readerFactories[index];
         if (factory == nullptr)
-            factory = GetSlot(ZVSibling::Reader).Library.GetFunction<ReaderFactory>(factoryName);
-        return factory == nullptr ? nullptr : factory();
+            factory = GetSlot(ZVSibling::Reader).Library.GetSymbol(name);
+        return factory;
     }
     return nullptr;
 }
@@ -157,7 +152,7 @@ void ZVSiblingLibraries::Unload(ZVSibling sibling)
     if (sibling == ZVSibling::Tools)
         g_pZVTools = nullptr;
     if (sibling == ZVSibling::Reader)
-        memset(m_readerFactories, 0, sizeof m_readerFactories);
+        std::fill_n(m_readerFactories, ZVReaderFactoryCount, nullptr);
     slot.Interface = nullptr;
     slot.Library.Unload();
 }

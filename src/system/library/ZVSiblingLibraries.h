@@ -2,6 +2,7 @@
 
 #include "core/string/ZVString.h"
 #include "system/library/ZVLoadLibrary.h"
+#include "system/library/ZVReaderFactoryNames.h"
 #include "system/library/ZVSiblingTable.h"
 
 #include <cstdint>
@@ -37,11 +38,9 @@ public:
 
     // The interface that a loaded library gave, or null. It belongs to the library and ends with the unload.
     void* GetInterface(ZVSibling sibling) const;
-    // An exported symbol of a loaded library, or null.
-    void* GetSymbol(ZVSibling sibling, const char* name) const;
-    // What one of the reader library's factories makes, or null. The library is loaded and the name looked up by the first call.
-    // Who called owns the object and gives it back in the way that its interface has.
-    void* CreateReader(const char* factoryName);
+    // One of the reader library's factories, each a function with parameters of its own, or null. The library is loaded and the
+    // name looked up by the first call. It ends with the unload.
+    void* GetReaderFactory(const char* name);
 
     // Unloads one library, or all from the last to the first. What is not loaded is passed over. The interfaces must not be in
     // use any more.
@@ -55,8 +54,6 @@ private:
         void* Interface = nullptr;
     };
 
-    using ReaderFactory = void*();
-
     ZVSiblingLibraries() = default;
 
     Slot& GetSlot(ZVSibling sibling) { return m_slots[static_cast<int32_t>(sibling)]; }
@@ -66,7 +63,7 @@ private:
     void StartTools(const ZVSiblingLibrary& library, Slot& slot);
 
     Slot m_slots[ZVSiblingCount];
-    ReaderFactory* m_readerFactories[ZVReaderFactoryCount] = {};
+    void* m_readerFactories[ZVReaderFactoryCount] = {};
     ZVString m_toolsError;
     int32_t m_flag = 0;
 };

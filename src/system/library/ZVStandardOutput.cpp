@@ -27,3 +27,8 @@ void ZVStandardOutput::Print(const ZVString& text)
     for (int32_t index = 0; index < length; ++index)
         putwc(CanBeWritten(text[index]) ? text[index] : Unprintable, stdout);
 }
+
+void ZVStandardOutput::Flush()
+{
+    fflush(stdout);
+}

@@ -12,6 +12,9 @@ void MakeWide();
 // Prints a text as it stands. A character that the locale cannot write becomes "?", so that it costs no more than itself.
 void Print(const ZVString& text);
 
+// Hands what was printed to the system.
+void Flush();
+
 // Prints a format with at most 20 arguments.
 template <class... Arguments>
 void PrintFormat(const wchar_t* format, const Arguments&... arguments)

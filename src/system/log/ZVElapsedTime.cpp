@@ -24,5 +24,6 @@ int64_t ZVElapsedTime::GetNanoseconds() const
 
 int32_t ZVElapsedTime::GetMilliseconds() const
 {
-    return static_cast<int32_t>(static_cast<double>(GetNanoseconds()) / NanosecondsPerMillisecond);
+    // By way of 64 bits, as a process may live for more milliseconds than 32 bits count.
+    return static_cast<int32_t>(static_cast<int64_t>(static_cast<double>(GetNanoseconds()) / NanosecondsPerMillisecond));
 }

@@ -4,14 +4,14 @@
 
 class ILogManager;
 
-// The ways to the log manager of the tools library. Without the library, or when it has no manager, nothing is logged and nothing fails. The
-// manager formats, so a line of a category that is off costs only its arguments.
+// The ways to the log manager of the tools library. Without the library, or when it has no manager, nothing is logged and nothing
+// fails. The manager formats, so a line of a category that is off costs only its arguments.
 namespace ZVLogManager
 {
 // The manager, or null.
 ILogManager* Find();
 
-// Hands a line to the manager, with a wide or a UTF-8 format.
+// Hands a line to the manager, with a wide or a UTF-8 format. A null array stands for a text that is fixed.
 void Write(uint32_t category, const wchar_t* scopeName, const wchar_t* format, const ZVFormatRecord* const* arguments,
            int32_t count);
 void Write(uint32_t category, const wchar_t* scopeName, const char* format, const ZVFormatRecord* const* arguments,

@@ -41,7 +41,9 @@ void ZVLogScope::LogStart() const
 
 void ZVLogScope::LogHex(const void* buffer, int32_t length) const
 {
-    const uint8_t* bytes = static_cast<const uint8_t*>(buffer);
+    if (ZVLogManager::Find() == nullptr)
+        return;
+    const uint8_t* const bytes = static_cast<const uint8_t*>(buffer);
     ZVString dump;
     for (int32_t index = 0; bytes != nullptr && index < length; ++index)
         dump.AppendFormat(L"0x%.2x ", bytes[index]);

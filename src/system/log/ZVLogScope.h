@@ -4,8 +4,8 @@
 #include "system/log/ZVElapsedTime.h"
 #include "system/log/ZVLog.h"
 
-// Names the log lines of a function and, when asked, writes "Start" at its beginning and at its end "Finish (%d ms)" or, once a result was
-// set, "Finish (result: %d) (%d ms)". Belongs to one thread.
+// Names the log lines of a function and, when asked, writes "Start" at its beginning and at its end "Finish (%d ms)" or, once a
+// result was set, "Finish (result: %d) (%d ms)". Belongs to one thread.
 class ZVLogScope
 {
 public:
@@ -23,7 +23,8 @@ public:
     // Time since the construction, in whole milliseconds, cut.
     int32_t GetElapsedMilliseconds() const { return m_elapsed.GetMilliseconds(); }
 
-    // Logs a line with at most 20 arguments; the format is UTF-8.
+    // Logs a line with at most 20 arguments; the format is UTF-8. Without arguments it is a fixed text, which may hold percent
+    // signs.
     template <class... Arguments>
     void Log(const char* format, const Arguments&... arguments) const
     {
@@ -39,7 +40,8 @@ public:
         ZVLogManager::Write(m_category, m_name, format, list.Records(), list.Count());
     }
 
-    // Logs the bytes of a buffer in one line, each as "0x%.2x ".
+    // Logs the bytes of a buffer in one line, each as "0x%.2x ". Unlike the other calls it formats here, even for a category that
+    // is off.
     void LogHex(const void* buffer, int32_t length) const;
 
 private:

@@ -118,7 +118,8 @@ void ZVQSortBase::EndHelper()
 {
     {
         const ZVCriticalSectionLock lock(GetCriticalSection());
-        const bool wasStarted = m_helper == Helper::Running;
+        // A helper that has left still counts: its thread is not gone, and the next sort could take it for one of its own.
+        const bool wasStarted = m_helper == Helper::Running || m_helper == Helper::Left;
         m_rangeCount = 0;
         m_idleCount = 2;
         pthread_cond_broadcast(&m_changed);

@@ -1,9 +1,9 @@
 #include "system/thread/ZVThread.h"
 
-#include "system/log/ZVElapsedTime.h"
 #include "system/log/ZVLogCategory.h"
 #include "system/log/ZVLogScope.h"
 #include "system/thread/ZVThreadPriority.h"
+#include "system/thread/ZVTimer.h"
 
 #include <algorithm>
 #include <chrono>
@@ -27,6 +27,12 @@ uint64_t CallersHandle()
 void Sleep(int32_t milliseconds)
 {
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+// A negative limit, in milliseconds, never runs out.
+bool HasRunOut(ZVTimer& timer, int32_t limit)
+{
+    return limit >= 0 && timer.GetElapsed(false) * 1000.0 >= limit;
 }
 
 // The attributes of a detached thread.
@@ -171,35 +177,45 @@ bool ZVThread::IsCallersRun() const
 
 bool ZVThread::Stop(int32_t timeout)
 {
-    if (m_startedCount < 1)
-        return true;
-    if (!m_stopFlag || GetEvent() == nullptr)
-        SetStopFlag(true);
+    int32_t startedCount = 0;
+    {
+        const ZVCriticalSectionLock lock(m_criticalSection);
+        startedCount = m_startedCount;
+        if (startedCount < 1)
+            return true;
+        if (!m_stopFlag || m_event == nullptr)
+            SetStopFlag(true);
+    }
     if (t_object == this)
         return false;
-    WaitOrAbandon(timeout == NoTimeout ? m_timeout.load() : timeout);
-    return CloseRun();
+    WaitOrAbandon(startedCount, timeout == NoTimeout ? m_timeout.load() : timeout);
+    return CloseRun(startedCount);
 }
 
-void ZVThread::WaitOrAbandon(int32_t timeout)
+// A thread is told by its number, the started count: a handle may be that of an earlier one again. The thread that somebody else
+// starts meanwhile was not asked to stop, so nobody waits for it here.
+void ZVThread::WaitOrAbandon(int32_t startedCount, int32_t timeout)
 {
-    const ZVElapsedTime elapsed;
-    while (const uint64_t handle = m_handle)
+    ZVTimer timer;
+    while (m_handle != 0 && m_startedCount == startedCount)
     {
-        if (timeout >= 0 && elapsed.GetMilliseconds() >= timeout && OnStopTimeout())
+        if (HasRunOut(timer, timeout) && OnStopTimeout())
         {
-            Abandon(handle, timeout);
+            Abandon(startedCount, timeout);
             return;
         }
         Sleep(std::max(m_pollInterval.load(), 1));
     }
 }
 
-void ZVThread::Abandon(uint64_t handle, int32_t timeout)
+void ZVThread::Abandon(int32_t startedCount, int32_t timeout)
 {
+    uint64_t handle = 0;
     {
         const ZVCriticalSectionLock lock(m_criticalSection);
-        if (!m_handle.compare_exchange_strong(handle, 0))
+        if (m_startedCount == startedCount)
+            handle = m_handle.exchange(0);
+        if (handle == 0)
             return;
         m_isInRun = false;
     }
@@ -208,18 +224,15 @@ void ZVThread::Abandon(uint64_t handle, int32_t timeout)
     fprintf(stderr, "Hard killing thread (handle=%lx), it exceeded timeout=%d MS\n", static_cast<unsigned long>(handle), timeout);
 }
 
-bool ZVThread::CloseRun()
+bool ZVThread::CloseRun(int32_t startedCount)
 {
     OnCleanUp(m_cleanUpFlag);
     const ZVCriticalSectionLock lock(m_criticalSection);
-    const bool result = m_result;
     // The event and the result are those of a new thread when somebody has started one meanwhile.
-    if (m_handle == 0)
-    {
-        m_event.reset();
-        m_result = false;
-    }
-    return result;
+    if (m_startedCount != startedCount)
+        return false;
+    m_event.reset();
+    return m_result.exchange(false);
 }
 
 void ZVThread::SetStopFlag(bool value)
@@ -265,7 +278,7 @@ bool ZVThread::Wait()
 
 bool ZVThread::WaitByPolling(int32_t milliseconds, const ZVThread* otherThread)
 {
-    const ZVElapsedTime elapsed;
+    ZVTimer timer;
     for (;;)
     {
         if (GetStopFlag())
@@ -273,7 +286,7 @@ bool ZVThread::WaitByPolling(int32_t milliseconds, const ZVThread* otherThread)
         const std::shared_ptr<ZVEvent> otherEvent = otherThread == nullptr ? nullptr : otherThread->GetEvent();
         if (otherEvent != nullptr && otherEvent->IsSignalled())
             return true;
-        if (!IsRunning() || (milliseconds >= 0 && elapsed.GetMilliseconds() >= milliseconds))
+        if (!IsRunning() || HasRunOut(timer, milliseconds))
             return false;
         Sleep(WaitPollInterval);
     }

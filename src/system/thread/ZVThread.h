@@ -43,9 +43,10 @@ public:
     // true when a thread runs now.
     virtual bool Start(uint32_t argument, bool restart, int32_t priority);
     // Asks the thread to stop and waits for its end, with a limit in milliseconds: NoTimeout takes the stored limit, another
-    // negative one waits for as long as it takes. After the limit the thread is abandoned if OnStopTimeout agrees. Gives the
-    // body's result; true when no thread was ever started, false for one that was abandoned or whose result an earlier call has
-    // fetched. Called by the body itself it only sets the stop flag and gives false.
+    // negative one waits for as long as it takes. After the limit the thread is abandoned if OnStopTimeout agrees. A thread that
+    // somebody else starts meanwhile is not waited for. Gives the body's result; true when no thread was ever started, false for
+    // one that was abandoned or whose result an earlier call has fetched. Called by the body itself it only sets the stop flag
+    // and gives false.
     virtual bool Stop(int32_t timeout);
     // Sets or clears the stop flag, and with it the event.
     virtual void SetStopFlag(bool value);
@@ -58,7 +59,8 @@ public:
     // Waits without a limit until no thread runs. Not for the body.
     virtual void WaitForExit() const;
     // Waits until the stop flag is set or, if one is given, until the other thread's event is signalled: true. False after that
-    // many milliseconds, for which a negative value means no limit, or when no thread runs.
+    // many milliseconds, for which a negative value means no limit. False also once no thread runs, if another thread is
+    // given or the wait began without a started thread.
     virtual bool Wait(int32_t milliseconds, const ZVThread* otherThread);
     virtual bool Wait(int32_t milliseconds);
     virtual bool Wait();
@@ -81,7 +83,8 @@ public:
     virtual int32_t GetStartedCount() const;
 
 protected:
-    // Stop has ended, with the thread gone or abandoned. flag is what SetCleanUpFlag set.
+    // Stop has ended, with the thread gone or abandoned; somebody else may have started a new one already. flag is what
+    // SetCleanUpFlag set.
     virtual void OnCleanUp(bool flag);
 
 public:
@@ -125,9 +128,9 @@ private:
 
     ExitFunction RunThread();
     void KeepResult(bool result);
-    void WaitOrAbandon(int32_t timeout);
-    void Abandon(uint64_t handle, int32_t timeout);
-    bool CloseRun();
+    void WaitOrAbandon(int32_t startedCount, int32_t timeout);
+    void Abandon(int32_t startedCount, int32_t timeout);
+    bool CloseRun(int32_t startedCount);
     bool WaitByPolling(int32_t milliseconds, const ZVThread* otherThread);
     std::shared_ptr<ZVEvent> GetEvent() const;
     std::shared_ptr<ZVEvent> GetEventUnlessStopped() const;

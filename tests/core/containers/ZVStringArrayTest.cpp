@@ -1,10 +1,13 @@
 #include "core/containers/ZVStringArray.h"
-#include "core/containers/ZVUniqueStringArray.h"
 
-#include <gtest/gtest.h>
+#include "core/Rows.h"
+#include "core/containers/ZVUniqueStringArray.h"
 
 #include <string>
 #include <vector>
+
+// The cases stand in columns.
+// clang-format off
 
 namespace
 {
@@ -12,53 +15,28 @@ using Texts = std::vector<std::wstring>;
 
 Texts TextsOf(const ZVStringArray& array)
 {
-    Texts texts;
-    for (const ZVString& text : array)
-        texts.emplace_back(text.GetText());
-    return texts;
+    return Texts(array.begin(), array.end());
 }
 
 TEST(ZVStringArray, Split)
 {
-    struct Row
-    {
-        const char* Name;
-        const wchar_t* Text;
-        const wchar_t* Delimiter;
-        Texts Expected;
-    };
-    const Row rows[] = {
-        {"last empty part is dropped",                  L"a;b;",     L";",    {L"a", L"b"}     },
-        {"empty part in between stays",                 L"a;;b",     L";",    {L"a", L"", L"b"}},
-        {"empty first part stays",                      L";a",       L";",    {L"", L"a"}      },
-        {"only one of two last empty parts is dropped", L"a;;",      L";",    {L"a", L""}      },
-        {"delimiter alone",                             L";",        L";",    {L""}            },
-        {"empty text",                                  L"",         L";",    {}               },
-        {"null text",                                   nullptr,     L";",    {}               },
-        {"delimiter absent",                            L"a,b",      L";",    {L"a,b"}         },
-        {"longer delimiter",                            L"a, b,c, ", L", ",   {L"a", L"b,c"}   },
-        {"longer delimiter does not overlap",           L"a---b",    L"--",   {L"a", L"-b"}    },
-        {"part of a delimiter at the end",              L"a--b-",    L"--",   {L"a", L"b-"}    },
-        {"empty delimiter",                             L"a;b",      L"",     {L"a;b"}         },
-        {"null delimiter",                              L"a;b",      nullptr, {L"a;b"}         },
-    };
-    for (const Row& row : rows)
-    {
-        SCOPED_TRACE(row.Name);
-        ZVStringArray array;
-        array.Add(L"old");
-        array.SetSplit(row.Text, row.Delimiter);
-        EXPECT_EQ(TextsOf(array), row.Expected);
-        if (row.Delimiter == nullptr || wcslen(row.Delimiter) > 1)
-            continue;
-        array.SetSplit(row.Text, row.Delimiter[0]);
-        EXPECT_EQ(TextsOf(array), row.Expected);
-    }
-}
-
-TEST(ZVStringArray, SplitOfAnOwnElement)
-{
     ZVStringArray array;
+    array.Add(L"old");
+    ExpectRows<std::pair<const wchar_t*, const wchar_t*>, Texts>({
+        {{L"a;b;", L";"}, {L"a", L"b"}}, {{L"a;;b", L";"}, {L"a", L"", L"b"}}, {{L";a", L";"}, {L"", L"a"}},
+        {{L"a;;", L";"}, {L"a", L""}}, {{L";", L";"}, {L""}}, {{L"", L";"}, {}}, {{nullptr, L";"}, {}},
+        {{L"a,b", L";"}, {L"a,b"}}, {{L"a, b,c, ", L", "}, {L"a", L"b,c"}}, {{L"a---b", L"--"}, {L"a", L"-b"}},
+        {{L"a--b-", L"--"}, {L"a", L"b-"}}, {{L"a;b", L""}, {L"a;b"}}, {{L"a;b", nullptr}, {L"a;b"}},
+    }, [&array](const auto& textAndDelimiter)
+    {
+        const auto [text, delimiter] = textAndDelimiter;
+        array.SetSplit(text, delimiter);
+        const Texts texts = TextsOf(array);
+        if (delimiter != nullptr && wcslen(delimiter) < 2)
+            array.SetSplit(text, delimiter[0]);
+        EXPECT_EQ(TextsOf(array), texts);
+        return texts;
+    });
     array.SetSplit(L"1|2 3|4", L' ');
     array.SetSplit(array[1], L'|');
     EXPECT_EQ(TextsOf(array), (Texts {L"3", L"4"}));
@@ -69,41 +47,21 @@ TEST(ZVStringArray, JoinAndFind)
     ZVStringArray array;
     EXPECT_STREQ(array.GetJoined(L", "), L"");
     array.SetSplit(L"one,,Two", L',');
-    EXPECT_STREQ(array.GetJoined(L"--"), L"one----Two");
-    EXPECT_STREQ(array.GetJoined(L" ", 1), L" Two");
-    EXPECT_STREQ(array.GetJoined(nullptr), L"oneTwo");
-    EXPECT_STREQ(array.GetJoined(L",", 3), L"");
-    EXPECT_STREQ(array.GetJoined(L",", -1), L"");
-    EXPECT_EQ(array.FindText(L"Two"), 2);
-    EXPECT_EQ(array.FindText(L"TWO"), -1);
-    EXPECT_EQ(array.FindText(L"TWO", false), 2);
-    EXPECT_EQ(array.FindText(L""), 1);
-    EXPECT_EQ(array.Find(L"one"), 0);
+    EXPECT_STREQ(array.GetJoined(L"--") + array.GetJoined(L" ", 1) + array.GetJoined(nullptr), L"one----Two TwooneTwo");
+    EXPECT_STREQ(array.GetJoined(L",", 3) + array.GetJoined(L",", -1), L"");
+    EXPECT_TRUE(array.FindText(L"TWO", false) == 2 && array.FindText(L"TWO") == -1 && array.FindText(L"") == 1);
 }
 
-TEST(ZVUniqueStringArray, KeepsTheFirstOfEach)
+TEST(ZVUniqueStringArray, KeepsTheFirstOfEachHash)
 {
-    ZVUniqueStringArray insensitive(false);
-    EXPECT_EQ(insensitive.Add(L"b"), 0);
-    EXPECT_EQ(insensitive.Add(L"a"), 1);
-    EXPECT_EQ(insensitive.Add(L"B"), -1);
+    ZVUniqueStringArray insensitive(false), sensitive(true);
+    EXPECT_TRUE(insensitive.Add(L"b") == 0 && insensitive.Add(L"a") == 1 && insensitive.Add(L"B") == -1);
     EXPECT_EQ(TextsOf(insensitive.GetStrings()), (Texts {L"b", L"a"}));
     EXPECT_TRUE(insensitive.Contains(L"A"));
     insensitive.RemoveAll();
     EXPECT_EQ(insensitive.Add(L"A"), 0);
-
-    ZVUniqueStringArray sensitive(true);
-    EXPECT_EQ(sensitive.Add(L"b"), 0);
-    EXPECT_EQ(sensitive.Add(L"B"), 1);
-    EXPECT_EQ(sensitive.Add(L"b"), -1);
-}
-
-// The factor is 65599, so a first character one higher weighs as much as a second one that is 65599 higher.
-TEST(ZVUniqueStringArray, EqualHashesAreEqualStrings)
-{
+    // The factor is 65599, so a first character one higher weighs as much as a second one that is 65599 higher.
     const wchar_t collision[] = {L'a', L'b' + 65599, L'\0'};
-    ZVUniqueStringArray array(true);
-    EXPECT_EQ(array.Add(L"bb"), 0);
-    EXPECT_EQ(array.Add(collision), -1);
+    EXPECT_TRUE(sensitive.Add(L"bb") == 0 && sensitive.Add(L"BB") == 1 && sensitive.Add(collision) == -1);
 }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Rows.h"
 #include "core/xml/ZVXMLDocument.h"
 
 #include <string>
@@ -14,12 +15,10 @@ inline std::wstring XMLOutline(ZVXMLDocument& document)
     {
         if (document.FindElement())
         {
+            const ZVString attribute = document.GetAttribute(L"x"), text = document.GetText();
             outline += isFirst ? L"" : L",";
-            outline += document.GetElementName();
-            if (const ZVString attribute = document.GetAttribute(L"x"); !attribute.IsEmpty())
-                outline += L"[" + std::wstring(attribute) + L"]";
-            if (const ZVString text = document.GetText(); !text.IsEmpty())
-                outline += L"=" + std::wstring(text);
+            outline += document.GetElementName() + (attribute.IsEmpty() ? ZVString() : L"[" + attribute + L"]");
+            outline += text.IsEmpty() ? ZVString() : L"=" + text;
             isFirst = document.FindChildElement();
             document.ResetChildPosition();
             document.EnterElement();

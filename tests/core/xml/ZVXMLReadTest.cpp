@@ -1,211 +1,115 @@
+#include "core/Rows.h"
 #include "core/xml/ZVXMLDocument.h"
 
-#include <gtest/gtest.h>
 #include <string>
+
+// The cases stand in columns.
+// clang-format off
 
 namespace
 {
 TEST(ZVXMLRead, TextOfAnElement)
 {
-    const struct
-    {
-        const wchar_t* Text;
-        const wchar_t* Expected;
-    } rows[] = {
-        {L"<a>x &amp; y</a>",                    L"x & y"              },
-        {L"<a>&</a>",                            L"&"                  },
-        {L"<a>&none; &#65;&#x42;&#x1F600;</a>",  L"&none; AB\U0001F600"},
-        {L"<a> \t\r\n</a>",                      L" \t\r\n"            },
-        {L"<a>1&lt;<![CDATA[<b>&amp;]]>2</a>",   L"1<<b>&amp;2"        },
-        {L"<a> <![CDATA[1]]> <![CDATA[2]]></a>", L" 1 2"               },
-        {L"<a><![CDATA[x]]]]></a>",              L"x]]"                },
-        {L"<a><![CDATA[]]></a>",                 L""                   },
-        {L"<a>1<![C]]>2</a>",                    L"12"                 },
-        {L"<a>1<!--x--><?y?>2</a>",              L"12"                 },
-        {L"<a>1<b/></a>",                        L""                   },
-        {L"<a/>",                                L""                   },
-        {L"<a>1",                                L"1"                  },
-    };
-    for (const auto& row : rows)
+    ExpectRows<const wchar_t*, std::wstring>({
+        {L"<a>x &amp; y</a>", L"x & y"}, {L"<a>&</a>", L"&"}, {L"<a>&none; &#65;&#x42;&#x1F600;</a>", L"&none; AB\U0001F600"},
+        {L"<a> \t\r\n</a>", L" \t\r\n"}, {L"<a>1&lt;<![CDATA[<b>&amp;]]>2</a>", L"1<<b>&amp;2"},
+        {L"<a> <![CDATA[1]]> <![CDATA[2]]></a>", L" 1 2"}, {L"<a><![CDATA[x]]]]></a>", L"x]]"}, {L"<a><![CDATA[]]></a>", L""},
+        {L"<a>1<![C]]>2</a>", L"12"}, {L"<a>1<!--x--><?y?>2</a>", L"12"}, {L"<a>1<b/></a>", L""}, {L"<a/>", L""}, {L"<a>1", L"1"},
+    }, [](const wchar_t* text)
     {
         ZVXMLDocument document;
-        document.SetDocument(row.Text);
+        document.SetDocument(text);
         document.FindElement();
-        EXPECT_STREQ(document.GetText(), row.Expected) << row.Text;
-    }
-}
-
-TEST(ZVXMLRead, KeepsANulInAText)
-{
+        return std::wstring(document.GetText());
+    });
     ZVString text;
     text.Append(L"<a b=\"x\0y\">1\0<!---->2</a>", 25);
     ZVXMLDocument document;
-    EXPECT_TRUE(document.SetDocument(text));
-    document.FindElement(L"a");
-    EXPECT_EQ(document.GetText().GetLength(), 3);
-    EXPECT_EQ(document.GetAttribute(L"b").GetLength(), 3);
+    EXPECT_TRUE(document.SetDocument(text) && document.FindElement(L"a"));
+    EXPECT_TRUE(document.GetText().GetLength() == 3 && document.GetAttribute(L"b").GetLength() == 3);
 }
 
 TEST(ZVXMLRead, ValueOfAnAttribute)
 {
-    const struct
+    const auto valueOfX = [](const wchar_t* text, uint32_t flags = 0)
     {
-        uint32_t Flags;
-        const wchar_t* Text;
-        const wchar_t* Expected;  // of x
-    } rows[] = {
-        {0,                        L"<a y='1' x=\"2\"/>",            L"2"     },
-        {0,                        L"<a y=\"x='0'\" x='2'/>",        L"2"     },
-        {0,                        L"<a xx=\"1\" x=\"2\" x=\"3\"/>", L"2"     },
-        {0,                        L"<a\r\n\tx\t=\n\"1\"\r\n/>",     L"1"     },
-        {0,                        L"<a x=1/2 y=3/>",                L"1/2"   },
-        {0,                        L"<a y=3 x=1/>",                  L"1"     },
-        {0,                        L"<a x=1>t</a>",                  L"1"     },
-        {0,                        L"<a y x=\"1\"/>",                L"1"     },
-        {0,                        L"<a x y=\"1\"/>",                L""      },
-        {0,                        L"<a x=\"\" y=\"1\"/>",           L""      },
-        {0,                        L"<a \"x\" = x=\"1\"/>",          L""      },
-        {0,                        L"<a \"junk\" x=\"1\"/>",         L"1"     },
-        {0,                        L"<a y=\"1\"x=\"2\"/>",           L"2"     },
-        {0,                        L"<a y=1' x='2 x=\"3\"/>",        L"3"     },
-        {0,                        L"<a x=\"1>2/>\">t</a>",          L"1>2/>" },
-        {0,                        L"<a x=\"&lt;&quot;'&#65;&\"/>",  L"<\"'A&"},
-        {0,                        L"<a X=\"1\"/>",                  L""      },
-        {ZVXMLDocument::FoldNames, L"<a X=\"1\"/>",                  L"1"     },
-        {0,                        L"<ax=\"1\"/>",                   L""      },
-        {0,                        L"<a/>x=\"1\"",                   L""      },
-    };
-    for (const auto& row : rows)
-    {
-        ZVXMLDocument document(row.Flags);
-        document.SetDocument(row.Text);
+        ZVXMLDocument document(flags);
+        document.SetDocument(text);
         document.FindElement();
-        EXPECT_STREQ(document.GetAttribute(L"x"), row.Expected) << row.Text;
-    }
+        return std::wstring(document.GetAttribute(L"x"));
+    };
+    ExpectRows<const wchar_t*, std::wstring>({
+        {L"<a y='1' x=\"2\"/>", L"2"}, {L"<a y=\"x='0'\" x='2'/>", L"2"}, {L"<a xx=\"1\" x=\"2\" x=\"3\"/>", L"2"},
+        {L"<a\r\n\tx\t=\n\"1\"\r\n/>", L"1"}, {L"<a x=1/2 y=3/>", L"1/2"}, {L"<a y=3 x=1/>", L"1"}, {L"<a x=1>t</a>", L"1"},
+        {L"<a y x=\"1\"/>", L"1"}, {L"<a x y=\"1\"/>", L""}, {L"<a x=\"\" y=\"1\"/>", L""}, {L"<a \"x\" = x=\"1\"/>", L""},
+        {L"<a \"junk\" x=\"1\"/>", L"1"}, {L"<a y=\"1\"x=\"2\"/>", L"2"}, {L"<a y=1' x='2 x=\"3\"/>", L"3"},
+        {L"<a x=\"1>2/>\">t</a>", L"1>2/>"}, {L"<a x=\"&lt;&quot;'&#65;&\"/>", L"<\"'A&"}, {L"<a X=\"1\"/>", L""},
+        {L"<ax=\"1\"/>", L""}, {L"<a/>x=\"1\"", L""},
+    }, valueOfX);
+    EXPECT_EQ(valueOfX(L"<a X=\"1\"/>", ZVXMLDocument::FoldNames), L"1");
 }
 
 TEST(ZVXMLRead, FindsByPath)
 {
-    const struct
-    {
-        const wchar_t* Path;
-        const wchar_t* Found;  // null when there is no such element
-    } rows[] = {
-        {L"/r",               L"/r"          },
-        {L"/r/i",             L"/r/i[1]"     },
-        {L"/r/i[2]/n",        L"/r/i[2]/n"   },
-        {L"/R/I[3]/N[2]",     L"/r/i[3]/n[2]"},
-        {L"i",                L"/r/i[3]"     },
-        {L"i/n",              L"/r/i[3]/n[1]"},
-        {L"i[2]/n",           L"/r/i[2]/n"   },
-        {L"/r/i[1]/n",        nullptr        },
-        {L"/r/i/n",           nullptr        },
-        {L"/r/i[4]",          nullptr        },
-        {L"/r/i[0]",          nullptr        },
-        {L"/r/i[]",           nullptr        },
-        {L"/r/i[1",           nullptr        },
-        {L"/r/i[1]n",         nullptr        },
-        {L"/r/i[4294967297]", nullptr        },
-        {L"/r/",              nullptr        },
-        {L"//r",              nullptr        },
-        {L"/",                nullptr        },
-        {L"",                 nullptr        },
-        {L"j",                nullptr        },
-        {L"i=",               nullptr        },
-    };
     ZVXMLDocument document(ZVXMLDocument::FoldNames);
     ASSERT_TRUE(document.SetDocument(L"<r><i/><i><n>1</n></i><j/><i><n>2</n><n>3</n></i></r>"));
-    for (const auto& row : rows)
+    const auto found = [&document](const wchar_t* path)
     {
-        ASSERT_TRUE(document.FindElement(L"/r/j"));
-        EXPECT_EQ(document.FindElement(row.Path), row.Found != nullptr) << row.Path;
-        EXPECT_STREQ(document.GetElementPath(), row.Found != nullptr ? row.Found : L"/r/j") << row.Path;
-    }
+        EXPECT_TRUE(document.FindElement(L"/r/j"));
+        const bool isFound = document.FindElement(path);
+        EXPECT_EQ(document.GetElementPath() == L"/r/j", !isFound);
+        return std::wstring(document.GetElementPath());
+    };
+    ExpectRows<const wchar_t*, std::wstring>({
+        {L"/r", L"/r"}, {L"/r/i", L"/r/i[1]"}, {L"/r/i[2]/n", L"/r/i[2]/n"}, {L"/R/I[3]/N[2]", L"/r/i[3]/n[2]"},
+        {L"i", L"/r/i[3]"}, {L"i/n", L"/r/i[3]/n[1]"}, {L"i[2]/n", L"/r/i[2]/n"},
+    }, found);
+    for (const wchar_t* path : {L"/r/i[1]/n", L"/r/i/n", L"/r/i[4]", L"/r/i[0]", L"/r/i[]", L"/r/i[1", L"/r/i[1]n",
+                                L"/r/i[4294967297]", L"/r/", L"//r", L"/", L"", L"j", L"i="})
+        EXPECT_EQ(found(path), L"/r/j") << path;
 }
 
 TEST(ZVXMLRead, WalksIntoAndOutOfElements)
 {
     ZVXMLDocument document;
     ASSERT_TRUE(document.SetDocument(L"<r><a><x/><y><z/></y></a><b/><a/></r>"));
-    EXPECT_FALSE(document.EnterElement());
-    EXPECT_FALSE(document.FindChildElement());
-    EXPECT_TRUE(document.FindElement() && document.EnterElement() && document.FindElement(L"a"));
-    EXPECT_TRUE(document.FindChildElement(L"y"));
-    EXPECT_STREQ(document.GetChildElementName(), L"y");
-    EXPECT_FALSE(document.FindChildElement(L"x"));
-    EXPECT_TRUE(document.EnterElement());
-    EXPECT_STREQ(document.GetElementPath(), L"/r/a[1]/y");
-    EXPECT_TRUE(document.FindChildElement());
-
-    EXPECT_TRUE(document.LeaveElement());
-    EXPECT_STREQ(document.GetElementName(), L"a");
-    EXPECT_STREQ(document.GetChildElementName(), L"y");
-    EXPECT_TRUE(document.FindElement(L"a"));
-    EXPECT_STREQ(document.GetElementPath(), L"/r/a[2]");
-    EXPECT_STREQ(document.GetChildElementName(), L"");
-    EXPECT_FALSE(document.FindElement(L"a"));
-    EXPECT_FALSE(document.FindElement());
-    EXPECT_STREQ(document.GetElementPath(), L"/r/a[2]");
+    const auto isAt = [&document](const wchar_t* path, const wchar_t* child)
+    { return document.GetElementPath() == path && document.GetChildElementName() == child; };
+    EXPECT_TRUE(!document.EnterElement() && !document.FindChildElement() && isAt(L"", L""));
+    EXPECT_STREQ(document.GetElementName() + document.GetText() + document.GetChildText() + document.GetAttribute(L"b"), L"");
+    EXPECT_TRUE(document.FindElement());
+    EXPECT_STREQ(document.GetAttribute(nullptr) + document.GetChildAttribute(L"b"), L"");
+    EXPECT_TRUE(document.EnterElement() && document.FindElement(L"a"));
+    EXPECT_TRUE(document.FindChildElement(L"y") && isAt(L"/r/a[1]", L"y") && !document.FindChildElement(L"x"));
+    EXPECT_TRUE(document.EnterElement() && isAt(L"/r/a[1]/y", L"") && document.FindChildElement() && isAt(L"/r/a[1]/y", L"z"));
+    EXPECT_TRUE(document.LeaveElement() && isAt(L"/r/a[1]", L"y") && document.GetElementName() == L"a");
+    EXPECT_TRUE(document.FindElement(L"a") && isAt(L"/r/a[2]", L""));
+    EXPECT_TRUE(!document.FindElement(L"a") && !document.FindElement() && isAt(L"/r/a[2]", L""));
     document.ResetMainPosition();
-    EXPECT_STREQ(document.GetElementPath(), L"/r");
-    EXPECT_TRUE(document.FindElement(L"b"));
-    EXPECT_TRUE(document.LeaveElement());
-    EXPECT_STREQ(document.GetChildElementName(), L"b");
+    EXPECT_TRUE(isAt(L"/r", L"") && document.FindElement(L"b") && document.LeaveElement() && isAt(L"/r", L"b"));
     EXPECT_FALSE(document.LeaveElement());
-
-    EXPECT_TRUE(document.FindChildElement(L"/r/a/y/z"));
-    EXPECT_STREQ(document.GetElementPath(), L"/r/a[1]/y");
-    EXPECT_STREQ(document.GetChildElementName(), L"z");
-    EXPECT_FALSE(document.FindChildElement(L"/r"));
-    EXPECT_STREQ(document.GetChildElementName(), L"z");
-}
-
-TEST(ZVXMLRead, HasNothingToTellWithoutAnElement)
-{
-    ZVXMLDocument document;
-    document.SetDocument(L"<a b='1'>2</a>");
-    EXPECT_STREQ(document.GetElementName(), L"");
-    EXPECT_STREQ(document.GetElementPath(), L"");
-    EXPECT_STREQ(document.GetText(), L"");
-    EXPECT_STREQ(document.GetChildText(), L"");
-    EXPECT_STREQ(document.GetAttribute(L"b"), L"");
-    document.FindElement();
-    EXPECT_STREQ(document.GetAttribute(nullptr), L"");
-    EXPECT_STREQ(document.GetChildAttribute(L"b"), L"");
+    EXPECT_TRUE(document.FindChildElement(L"/r/a/y/z") && isAt(L"/r/a[1]/y", L"z"));
+    EXPECT_FALSE(document.FindChildElement(L"/r") || !isAt(L"/r/a[1]/y", L"z"));
 }
 
 TEST(ZVXMLRead, FindsNodesWithTheirContent)
 {
     using enum ZVXMLNodeType;
-    const struct
-    {
-        ZVXMLNodeType Type;
-        const wchar_t* Content;
-    } rows[] = {
-        {DocumentType,          L"<!DOCTYPE a>"},
-        {Text,                  L"1&2"         },
-        {Comment,               L"c"           },
-        {ProcessingInstruction, L"d e"         },
-        {CDATASection,          L"<f>&amp;"    },
-        {WhiteSpace,            L" "           },
-        {Element,               L"g"           },
-        {UnpairedEndTag,        L"h"           },
-    };
     ZVXMLDocument document;
     document.SetDocument(L"<!DOCTYPE a>1&amp;2<!--c--><?d e?><![CDATA[<f>&amp;]]> <a>g<!--no--></a></h>");
-    for (const auto& row : rows)
+    const std::pair<ZVXMLNodeType, const wchar_t*> nodes[] = {
+        {DocumentType, L"<!DOCTYPE a>"}, {Text, L"1&2"}, {Comment, L"c"}, {ProcessingInstruction, L"d e"},
+        {CDATASection, L"<f>&amp;"}, {WhiteSpace, L" "}, {Element, L"g"}, {UnpairedEndTag, L"h"}, {EndOfText, L"h"},
+    };
+    for (const auto& [type, content] : nodes)
     {
-        EXPECT_EQ(document.FindNode(255), row.Type);
-        EXPECT_STREQ(document.GetText(), row.Content);
+        EXPECT_EQ(document.FindNode(255), type);
+        EXPECT_STREQ(document.GetText(), content);
     }
-    EXPECT_EQ(document.FindNode(255), EndOfText);
-    EXPECT_STREQ(document.GetText(), L"h");
     document.ResetPosition();
     EXPECT_EQ(document.FindNode(static_cast<int32_t>(UnpairedEndTag)), UnpairedEndTag);
-    EXPECT_STREQ(document.GetElementName(), L"a");
-    document.EnterElement();
-    EXPECT_EQ(document.FindNode(static_cast<int32_t>(Comment)), Comment);
-    EXPECT_STREQ(document.GetText(), L"no");
+    EXPECT_TRUE(document.GetElementName() == L"a" && document.EnterElement());
+    EXPECT_TRUE(document.FindNode(static_cast<int32_t>(Comment)) == Comment && document.GetText() == L"no");
     EXPECT_EQ(document.FindNode(255), EndOfText);
 }
 }

@@ -20,18 +20,13 @@ constexpr char MaskName[] = "Logs/log-mask";
 class CSettingsStoreTest : public testing::Test
 {
 protected:
-    CSettingsStoreTest()
-    {
-        CSQLiteLibrary library;
-        m_hasLibrary = library.Load("libsqlite3.so.0");
-    }
     void SetUp() override
     {
-        if (!m_hasLibrary)
+        if (!CSQLiteLibrary().Load("libsqlite3.so.0"))
             GTEST_SKIP() << "libsqlite3.so.0 is not installed";
     }
 
-    // What a store of its own reads, or "(none)".
+    // What the store reads, or "(none)".
     std::wstring Read(CSettingsStore& store, const wchar_t* section, const wchar_t* name)
     {
         ZVString text = L"left over";
@@ -40,23 +35,9 @@ protected:
         EXPECT_TRUE(isThere || text.IsEmpty());
         return isThere ? std::wstring(text.GetText()) : L"(none)";
     }
-    std::wstring Read(const wchar_t* section, const wchar_t* name)
-    {
-        CSettingsStore store(m_folder.AsString(), m_log);
-        return Read(store, section, name);
-    }
-
-    // A database with enough in it for several pages.
-    void MakeDatabase()
-    {
-        CSettingsStore store(m_folder.AsString(), m_log);
-        for (int index = 0; index < 200; ++index)
-            ASSERT_TRUE(store.SetSetting(L"Section", ZVFormat(L"Name %d", index), ZVString(L"some value that fills the pages")));
-    }
 
     ToolsFolder m_folder;
     FakeLogManager m_log;
-    bool m_hasLibrary = false;
 };
 
 TEST_F(CSettingsStoreTest, KeepsSettings)
@@ -81,48 +62,48 @@ TEST_F(CSettingsStoreTest, KeepsSettings)
     EXPECT_THAT(m_log.Lines, IsEmpty());
 }
 
-TEST_F(CSettingsStoreTest, ProcessesWriteAtOnceFromTheFirstMomentOn)
+TEST_F(CSettingsStoreTest, ProcessesBeginAtOnceWithNoFileOrADamagedOne)
 {
-    constexpr int ProcessCount = 8;
-    constexpr int SettingCount = 20;
-    for (int round = 0; round < 8; ++round)
+    constexpr int ProcessCount = 6;
+    constexpr int SettingCount = 10;
+    for (int round = 0; round < 10; ++round)
     {
-        const ZVString folder = m_folder.AsString() + ZVFormat(L"%d/", round);
+        const bool isDamaged = round % 2 == 1;
+        const std::string folder = std::to_string(round) + "/";
+        const ZVString path = m_folder.AsString() + ZVFormat(L"%s", folder.c_str());
+        if (isDamaged)
+            m_folder.Write(folder + FileName, "no database");
         ASSERT_TRUE(RunProcesses(ProcessCount,
                                  [&](int process)
                                  {
-                                     FakeLogManager log;
-                                     CSettingsStore store(folder, log);
+                                     CSettingsStore store(path, m_log);
                                      bool isGood = true;
                                      for (int index = 0; index < SettingCount; ++index)
                                          isGood &= store.SetSetting(ZVFormat(L"%d", process), ZVFormat(L"%d", index), L"v");
-                                     for (const std::string& line : log.Lines)
-                                         fprintf(stderr, "%s\n", line.c_str());
                                      return isGood;
                                  }));
-        CSettingsStore store(folder, m_log);
-        for (int process = 0; process < ProcessCount; ++process)
-            for (int index = 0; index < SettingCount; ++index)
-                EXPECT_EQ(Read(store, ZVFormat(L"%d", process), ZVFormat(L"%d", index)), L"v");
+        EXPECT_EQ(m_folder.Read(folder + "Settings.db.damaged"), isDamaged ? "no database" : "");
+        CSettingsStore store(path, m_log);
+        for (int setting = 0; setting < ProcessCount * SettingCount; ++setting)
+            EXPECT_EQ(Read(store, ZVFormat(L"%d", setting / SettingCount), ZVFormat(L"%d", setting % SettingCount)), L"v");
     }
 }
 
 TEST_F(CSettingsStoreTest, SetsADamagedFileAside)
 {
-    MakeDatabase();
+    {
+        // Enough for several pages.
+        CSettingsStore store(m_folder.AsString(), m_log);
+        for (int index = 0; index < 200; ++index)
+            ASSERT_TRUE(store.SetSetting(L"Section", ZVFormat(L"Name %d", index), L"some value that fills the pages"));
+    }
     const std::string sound = m_folder.Read(FileName);
     ASSERT_GT(sound.size(), 3 * 4096u);
     std::string emptyPage = sound;
     emptyPage.replace(4096, 4096, 4096, '\0');
-    const std::pair<const char*, std::string> rows[] = {
-        {"no database", std::string(5000, 'x')},
-        {"a few bytes",             "settings"                },
-        {"cut behind its header",             sound.substr(0,4096)},
-        {"a page is empty",        emptyPage                                 },
-    };
-    for (const auto& [name, content] : rows)
+    for (const std::string& content : {std::string("no database"), sound.substr(0, 4096), emptyPage})
     {
-        SCOPED_TRACE(name);
+        SCOPED_TRACE(content.size());
         m_log.Lines.clear();
         m_folder.Write(FileName, content);
         m_folder.Write("Settings.db.damaged-wal", "of an earlier one");
@@ -133,25 +114,6 @@ TEST_F(CSettingsStoreTest, SetsADamagedFileAside)
         EXPECT_EQ(m_folder.Read("Settings.db.damaged"), content);
         EXPECT_NE(m_folder.Read("Settings.db.damaged-wal"), "of an earlier one");
         EXPECT_THAT(m_log.Lines, ElementsAre(HasSubstr("damaged")));
-    }
-}
-
-TEST_F(CSettingsStoreTest, ManyProcessesSetADamagedFileAsideOnce)
-{
-    for (int round = 0; round < 5; ++round)
-    {
-        m_folder.Write(FileName, "no database");
-        ASSERT_TRUE(RunProcesses(4,
-                                 [&](int process)
-                                 {
-                                     FakeLogManager log;
-                                     CSettingsStore store(m_folder.AsString(), log);
-                                     return store.SetSetting(L"S", ZVFormat(L"%d", process), L"v");
-                                 }));
-        EXPECT_EQ(m_folder.Read("Settings.db.damaged"), "no database");
-        for (int process = 0; process < 4; ++process)
-            EXPECT_EQ(Read(L"S", ZVFormat(L"%d", process)), L"v");
-        std::filesystem::remove(m_folder.PathOf(FileName));
     }
 }
 
@@ -203,7 +165,6 @@ TEST_F(CSettingsStoreTest, TheLogMaskIsAlsoInItsFile)
     std::filesystem::create_directories(m_folder.PathOf(MaskName) + "/in the way");
     EXPECT_FALSE(store.SetSetting(L"Logging", L"Category Mask", L"5"));
     EXPECT_EQ(Read(store, L"Logging", L"Category Mask"), L"(none)");
-    EXPECT_THAT(m_log.Lines, ElementsAre(HasSubstr("log mask")));
-    EXPECT_TRUE(store.SetSetting(L"Logging", L"Other", L"2"));
+    EXPECT_THAT(m_log.Lines, ElementsAre(testing::EndsWith("log mask could not be changed, error: 21")));
 }
 }

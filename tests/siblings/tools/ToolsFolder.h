@@ -9,6 +9,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -54,14 +55,11 @@ public:
     std::vector<std::string> ReadLines(const std::string& name) const
     {
         const std::string content = Read(name);
+        EXPECT_TRUE(content.empty() || content.back() == '\n') << "the last line of " << name << " has no end";
+        std::istringstream stream(content);
         std::vector<std::string> lines;
-        for (size_t start = 0; start < content.size();)
-        {
-            const size_t end = content.find('\n', start);
-            EXPECT_NE(end, std::string::npos) << "the last line of " << name << " has no end";
-            lines.push_back(content.substr(start, end - start));
-            start = end == std::string::npos ? content.size() : end + 1;
-        }
+        for (std::string line; std::getline(stream, line);)
+            lines.push_back(line);
         return lines;
     }
 
@@ -69,9 +67,8 @@ private:
     std::string m_path;
 };
 
-// Runs work(0) to work(count - 1) at once, each in a process of its own, and meanwhile() again and again until all have ended.
-// True when every work returned true.
-inline bool RunProcesses(int count, const std::function<bool(int)>& work, const std::function<void()>& meanwhile = {})
+// Runs work(0) to work(count - 1) at once, each in a process of its own. True when every one returned true.
+inline bool RunProcesses(int count, const std::function<bool(int)>& work)
 {
     // Nobody starts before the pipe is closed on this side.
     int gate[2];
@@ -89,20 +86,7 @@ inline bool RunProcesses(int count, const std::function<bool(int)>& work, const 
     close(gate[0]);
     close(gate[1]);
     bool isGood = true;
-    for (int left = count; left > 0;)
-    {
-        int status = 0;
-        const pid_t child = waitpid(-1, &status, meanwhile ? WNOHANG : 0);
-        if (child > 0)
-        {
-            isGood = isGood && status == 0;
-            --left;
-        }
-        else if (meanwhile)
-        {
-            meanwhile();
-            usleep(200);
-        }
-    }
+    for (int status = 0; count > 0; --count)
+        isGood = wait(&status) > 0 && status == 0 && isGood;
     return isGood;
 }

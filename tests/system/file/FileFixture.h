@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <numeric>
@@ -80,67 +81,70 @@ protected:
         EXPECT_THAT(m_tools.Manager.Lines, testing::Contains(testing::HasSubstr(part)));
     }
 
-    // Runs a function in a process of its own, in which its expectations count too. False when one failed or the process died.
+    // Runs a function in a process of its own, in which its expectations count too. What is skipped there is skipped here.
     template <class Function>
-    static bool InChild(Function function)
+    static void InChild(Function function)
     {
+        constexpr int SkippedStatus = 77;
         const pid_t child = fork();
         if (child == 0)
         {
             function();
             fflush(nullptr);
-            _exit(HasFailure() ? 1 : 0);
+            _exit(HasFailure() ? 1 : IsSkipped() ? SkippedStatus : 0);
         }
         int status = -1;
         waitpid(child, &status, 0);
-        return status == 0;
+        if (WIFEXITED(status) && WEXITSTATUS(status) == SkippedStatus)
+            GTEST_SKIP() << "a process of the test told why";
+        EXPECT_EQ(status, 0);
     }
 
-    // Runs a function in several processes at the same time, each with its number. False when one of them gave false.
+    // Runs a function again and again in four processes at the same time, each with its number. It must always give true.
     template <class Function>
-    static bool InChildren(Function function)
+    static void InChildren(Function function)
     {
-        constexpr int Count = 4;
-        for (int index = 0; index < Count; ++index)
+        for (const char* number : {"0", "1", "2", "3"})
             if (fork() == 0)
-                _exit(function(std::to_string(index)) ? 0 : 1);
-        bool isDone = true;
-        int status = -1;
-        for (int index = 0; index < Count; ++index)
-            isDone = wait(&status) > 0 && status == 0 && isDone;
-        return isDone;
+            {
+                bool isDone = true;
+                for (int round = 0; round < 100; ++round)
+                    isDone = function(number) && isDone;
+                _exit(isDone ? 0 : 1);
+            }
+        for (int status = -1; wait(&status) > 0;)
+            EXPECT_EQ(status, 0);
     }
 
     // In a process that only has the rights that the modes give, be it the owner's. A test that root runs becomes another user.
     template <class Function>
-    static bool AsNobody(Function function)
+    static void AsNobody(Function function)
     {
         constexpr unsigned Nobody = 65534;
-        const auto giveUpRights = [] { return geteuid() != 0 || (setgid(Nobody) == 0 && setuid(Nobody) == 0); };
-        return InChild([&] { giveUpRights() ? function() : _exit(2); });
+        const auto run = [&]
+        {
+            if (geteuid() == 0 && (setgroups(0, nullptr) != 0 || setgid(Nobody) != 0 || setuid(Nobody) != 0))
+                GTEST_SKIP() << "root cannot become another user here";
+            function();
+        };
+        InChild(run);
     }
 
     // In a process with a file system of 64 kilobytes in the memory, mounted on the folder "disk".
     template <class Function>
-    bool WithSmallDisk(Function function) const
+    void WithSmallDisk(Function function) const
     {
         MakeFolder("disk");
-        return InChild([&] { MountSmallDisk() ? function() : _exit(2); });
-    }
-
-    // Why WithSmallDisk cannot be used, or empty.
-    std::string MissingSmallDisk() const
-    {
-        return WithSmallDisk([] {}) ? "" : "no file system can be mounted here";
+        const auto run = [&]
+        {
+            if (unshare(CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+                mount("tmpfs", At("disk").c_str(), "tmpfs", 0, "size=64k") != 0)
+                GTEST_SKIP() << "no file system can be mounted here";
+            function();
+        };
+        InChild(run);
     }
 
     FakeTools m_tools;
     std::string m_folder;
-
-private:
-    bool MountSmallDisk() const
-    {
-        return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-               mount("tmpfs", At("disk").c_str(), "tmpfs", 0, "size=64k") == 0;
-    }
 };

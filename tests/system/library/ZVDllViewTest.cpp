@@ -16,8 +16,6 @@ TEST(ZVDllString, ReadsAndWritesTheStringBehindIt)
     EXPECT_STREQ(string, L"new");
     view.SetString(view.GetString() + 1, -1);
     EXPECT_STREQ(string, L"ew");
-    view.SetString(nullptr, -1);
-    EXPECT_STREQ(string, L"");
 
     string = share;
     wchar_t* const buffer = view.GetBuffer(100, true);
@@ -25,10 +23,6 @@ TEST(ZVDllString, ReadsAndWritesTheStringBehindIt)
     wmemset(buffer + 3, L'x', 97);
     view.ReleaseBuffer(100);
     EXPECT_EQ(string.GetLength(), 100);
-    const ZVString sharer = string;
-    EXPECT_EQ(view.GetBuffer(-5, true), nullptr) << "no size for a new block";
-    view.Empty();
-    EXPECT_STREQ(string, L"");
     EXPECT_STREQ(share, L"old");
 }
 
@@ -42,7 +36,6 @@ TEST(ZVDllBuffer, GrowsTheBufferBehindItFromTheSlotBehindTheDestructors)
     auto* const grow = reinterpret_cast<uint8_t* (*)(IZVDllBuffer*, int64_t)>(table[2]);
     uint8_t* const data = grow(&view, 1000);
     ASSERT_EQ(data, view.GetData());
-    EXPECT_EQ(memcmp(data, "abc", 3), 0);
     view.SetUsed(5000);
     EXPECT_EQ(buffer.GetUsed(), 1000) << "no more than is there";
 #ifndef __SANITIZE_ADDRESS__  // whose allocator ends the process in place of refusing

@@ -75,11 +75,11 @@ TEST_F(ZVSiblingLibrariesTest, AToolsLibraryThatCannotServeIsUnloaded)
 TEST_F(ZVSiblingLibrariesTest, ReaderFactoriesAreFoundByTheirNames)
 {
     ASSERT_TRUE(m_libraries.LoadReader(m_rooted));
-    EXPECT_NE(m_libraries.CreateReader("CreateGenericReaderDLL"), nullptr);
-    EXPECT_NE(m_libraries.CreateReader("CreateGenericReaderDLL"), nullptr);
-    EXPECT_EQ(m_libraries.CreateReader("CreateLocalReaderDLL"), nullptr) << "a factory that this library has not";
-    EXPECT_EQ(m_libraries.CreateReader("GetAttachValue"), nullptr) << "a symbol that is no factory";
-    EXPECT_NE(m_libraries.GetSymbol(ZVSibling::Reader, "GetAttachValue"), nullptr);
+    void* const factory = m_libraries.GetReaderFactory("CreateGenericReaderDLL");
+    EXPECT_NE(factory, nullptr);
+    EXPECT_EQ(m_libraries.GetReaderFactory("CreateGenericReaderDLL"), factory);
+    EXPECT_EQ(m_libraries.GetReaderFactory("CreateLocalReaderDLL"), nullptr) << "a factory that this library has not";
+    EXPECT_EQ(m_libraries.GetReaderFactory("GetAttachValue"), nullptr) << "a symbol that is no factory";
 }
 
 TEST_F(ZVSiblingLibrariesTest, APathIsTakenAsItStandsOnlyWhenItIsRooted)

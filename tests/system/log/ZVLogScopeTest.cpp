@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 namespace
 {
 using testing::ElementsAre;
@@ -22,57 +24,56 @@ protected:
     FakeTools m_tools;
 };
 
-TEST_F(ZVLogScopeTest, FramesAFunctionWithStartAndFinish)
+TEST_F(ZVLogScopeTest, FramesAFunctionAndShowsAResultUnlessItIsTheMarkForNone)
 {
     {
-        ZVLogScope scope(ZVLogCategory::Media, "Analyze", true);
+        ZVLogScope scope(ZVLogCategory::Media, "S\xe4", true);
         scope.Log("%d of %s", 3, L"four");
         scope.LogWide(L"wide \u00e4 %s", "\xc3\xa4");
     }
-    EXPECT_THAT(m_tools.Manager.Lines,
-                ElementsAre("256|Analyze|Start", "256|Analyze|3 of four", "256|Analyze|wide \xc3\xa4 \xc3\xa4",
-                            MatchesRegex("256\\|Analyze\\|Finish \\([0-9]+ ms\\)")));
-}
-
-TEST_F(ZVLogScopeTest, ShowsAResultUnlessItIsTheMarkForNone)
-{
     for (const int32_t result : {0, -1, static_cast<int32_t>(0x8a33f231)})
-    {
-        ZVLogScope scope(1, L"S", true);
-        scope.SetResult(result);
-    }
-    EXPECT_THAT(m_tools.Manager.Lines, ElementsAre("1|S|Start", MatchesRegex("1\\|S\\|Finish \\(result: 0\\) \\([0-9]+ ms\\)"),
-                                                   "1|S|Start", MatchesRegex("1\\|S\\|Finish \\(result: -1\\) \\([0-9]+ ms\\)"),
-                                                   "1|S|Start", MatchesRegex("1\\|S\\|Finish \\([0-9]+ ms\\)")));
+        ZVLogScope(1, L"S", true).SetResult(result);
+    EXPECT_THAT(m_tools.Manager.Lines,
+                ElementsAre("256|S\xc3\xa4|Start", "256|S\xc3\xa4|3 of four", "256|S\xc3\xa4|wide \xc3\xa4 \xc3\xa4",
+                            MatchesRegex("256\\|S..\\|Finish \\([0-9]+ ms\\)"), "1|S|Start",
+                            MatchesRegex("1\\|S\\|Finish \\(result: 0\\) \\([0-9]+ ms\\)"), "1|S|Start",
+                            MatchesRegex("1\\|S\\|Finish \\(result: -1\\) \\([0-9]+ ms\\)"), "1|S|Start",
+                            MatchesRegex("1\\|S\\|Finish \\([0-9]+ ms\\)")));
 }
 
 TEST_F(ZVLogScopeTest, WithoutTheFlagOnlyLogsWhatItIsTold)
 {
     {
-        ZVLogScope scope(1, "S\xe4", false);
+        const ZVLogScope scope(1, "S", false);
         const unsigned char bytes[] = {0x00, 0x0f, 0xff};
         scope.LogHex(bytes, sizeof bytes);
         ZVLog(64, L"Free", "%s", ZVString(L"call"));
     }
-    EXPECT_THAT(m_tools.Manager.Lines, ElementsAre("1|S\xc3\xa4|0x00 0x0f 0xff ", "64|Free|call"));
+    EXPECT_THAT(m_tools.Manager.Lines, ElementsAre("1|S|0x00 0x0f 0xff ", "64|Free|call"));
 }
 
 TEST_F(ZVLogScopeTest, AStringItemKeepsTheCategoriesOfItsMask)
 {
-    CLogToStringItem item(ZVLogCategory::Media | ZVLogCategory::Bluray);
-    ASSERT_EQ(m_tools.Manager.Outputs.size(), 1u);
-    item.Output(ZVLogCategory::Media, L"media line, cut", 10);
-    item.Output(ZVLogCategory::General, L"general", 7);
-    item.Output(ZVLogCategory::Bluray, L"disc", 4);
-    EXPECT_STREQ(item.GetLines().GetJoined(L"|"), L"media line|disc");
+    {
+        CLogToStringItem item(ZVLogCategory::Media | ZVLogCategory::Bluray);
+        EXPECT_THAT(m_tools.Manager.Outputs, ElementsAre(&item));
+        item.Output(ZVLogCategory::Media, L"media line, cut", 10);
+        item.Output(ZVLogCategory::General, L"general", 7);
+        item.Output(ZVLogCategory::Bluray, L"disc", 4);
+        EXPECT_STREQ(item.GetLines().GetJoined(L"|"), L"media line|disc");
+    }
+    EXPECT_THAT(m_tools.Manager.Outputs, testing::IsEmpty());
 }
 
 TEST(ZVLogScopeWithoutTools, StillCountsTime)
 {
     ZVLogScope scope(1, "S", true);
-    CLogToStringItem item(1);
+    const CLogToStringItem item(1);
     scope.Log("nobody hears it");
-    EXPECT_GE(scope.GetElapsedMilliseconds(), 0);
+    scope.LogHex("", 1);
+    usleep(20'000);
+    EXPECT_GE(scope.GetElapsedMilliseconds(), 20);
+    EXPECT_LT(scope.GetElapsedMilliseconds(), 20'000);
     EXPECT_EQ(item.GetLines().GetCount(), 0);
 }
 }

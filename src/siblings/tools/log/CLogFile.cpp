@@ -36,7 +36,7 @@ CLogFile::~CLogFile()
 
 void CLogFile::Append(const char* line, size_t size)
 {
-    const CMutexLock lock(m_mutex);
+    const ZVCriticalSectionLock lock(m_mutex);
     if (m_look.IsOver() && !HasName())
         Replace(NoDescriptor);
     for (int32_t tries = 0; tries < MaximumTries; ++tries)
@@ -72,13 +72,14 @@ bool CLogFile::Write(const char* line, size_t size)
         {&lineBreak,              1   },
         {const_cast<char*>(line), size},
     };
+    const size_t expected = m_isLineOpen ? size + 1 : size;
     ssize_t written;
     do
         written = m_isLineOpen ? writev(m_descriptor, parts, 2) : write(m_descriptor, line, size);
     while (written == -1 && errno == EINTR);
     if (written == -1)
         return false;
-    m_isLineOpen = static_cast<size_t>(written) < size;
+    m_isLineOpen = static_cast<size_t>(written) < expected;
     return true;
 }
 

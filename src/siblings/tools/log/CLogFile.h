@@ -2,8 +2,8 @@
 
 #include "core/string/ZVString.h"
 #include "core/string/ZVStringUTF8.h"
-#include "siblings/tools/CMutex.h"
 #include "siblings/tools/CPause.h"
+#include "system/thread/ZVCriticalSection.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -51,7 +51,7 @@ private:
     const ZVStringUTF8 m_oldSystemPath;
     const int64_t m_rotationSize;
 
-    CMutex m_mutex;  // guards what follows
+    ZVCriticalSection m_mutex;  // guards what follows
     int m_descriptor = NoDescriptor;
     bool m_canLoseName = false;  // false for a device and the like
     bool m_isLineOpen = false;   // the last line could be written in part only

@@ -55,7 +55,10 @@ CLogLine::CLogLine(uint32_t category, const wchar_t* scopeName, const wchar_t* f
     m_line.AppendCharacter(L'\t');
 
     m_textStart = m_line.GetLength();
-    m_line.AppendFormatList(format, arguments, arguments == nullptr ? 0 : argumentCount);
+    if (arguments == nullptr)
+        m_line.Append(format);
+    else
+        m_line.AppendFormatList(format, arguments, argumentCount);
     CleanFrom(m_textStart);
     m_line.AppendCharacter(LineBreak);
 }

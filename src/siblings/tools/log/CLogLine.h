@@ -22,7 +22,7 @@
 class CLogLine
 {
 public:
-    // Takes the time and formats. A null scope name or format counts as empty; a null array holds no arguments. Throws
+    // Takes the time and formats. A null scope name or format counts as empty; with a null array the format is the text. Throws
     // std::bad_alloc.
     CLogLine(uint32_t category, const wchar_t* scopeName, const wchar_t* format, const ZVFormatRecord* const* arguments,
              int32_t argumentCount);

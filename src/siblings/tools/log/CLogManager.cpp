@@ -26,6 +26,22 @@ ZVString AsWide(const char* format)
     return ZVString::FromUTF8(format);
 }
 
+// Does the work of one call of which its caller is to notice nothing. An exception means that there was no memory, or that an
+// output of another library failed; what was asked for is dropped then.
+template <class Work>
+void Guarded(Work work)
+{
+    const int callersError = errno;
+    try
+    {
+        work();
+    }
+    catch (...)
+    {
+    }
+    errno = callersError;
+}
+
 // Sets a flag for a scope.
 class FlagScope
 {
@@ -70,18 +86,13 @@ template <class Format>
 void CLogManager::Log(uint32_t category, const wchar_t* scopeName, Format format, const ZVFormatRecord* const* arguments,
                       int32_t argumentCount)
 {
-    const int callersError = errno;
-    try
-    {
-        LearnMask();
-        if (!IsOff(category))
-            Write(category, CLogLine(category, scopeName, AsWide(format), arguments, argumentCount));
-    }
-    catch (...)
-    {
-        // The line is dropped, or an output of another library failed at it. Its caller goes on.
-    }
-    errno = callersError;
+    Guarded(
+        [&]
+        {
+            LearnMask();
+            if (!IsOff(category))
+                Write(category, CLogLine(category, scopeName, AsWide(format), arguments, argumentCount));
+        });
 }
 
 void CLogManager::Write(uint32_t category, const CLogLine& line)
@@ -98,7 +109,7 @@ void CLogManager::Write(uint32_t category, const CLogLine& line)
 
 void CLogManager::HandToOutputs(uint32_t category, const CLogLine& line)
 {
-    const CMutexLock lock(m_mutex);
+    const ZVCriticalSectionLock lock(m_mutex);
     if (m_isHandingOut)
         return;
     const FlagScope handingOut(m_isHandingOut);
@@ -110,7 +121,7 @@ void CLogManager::LearnMask()
 {
     if (m_isMaskKnown.load(std::memory_order_acquire)) [[likely]]
         return;
-    const CMutexLock lock(m_mutex);
+    const ZVCriticalSectionLock lock(m_mutex);
     if (m_isMaskKnown.load(std::memory_order_relaxed))
         return;
     uint32_t mask = AllCategories;
@@ -138,28 +149,28 @@ void CLogManager::UpdateWanted()
 
 void CLogManager::SetCategoryMask(uint32_t mask)
 {
-    const CMutexLock lock(m_mutex);
+    const ZVCriticalSectionLock lock(m_mutex);
     UseMask(mask);
 }
 
 uint32_t CLogManager::GetCategoryMask()
 {
-    LearnMask();
+    Guarded([this] { LearnMask(); });
     return m_mask.load(std::memory_order_relaxed);
 }
 
 void CLogManager::AddCustomOutput(ILogManagerCustomOutput* item)
 {
-    const CMutexLock lock(m_mutex);
+    const ZVCriticalSectionLock lock(m_mutex);
     if (item == nullptr || m_outputs.Find(item) != -1)
         return;
-    m_outputs.Add(item);
+    Guarded([&] { m_outputs.Add(item); });
     UpdateWanted();
 }
 
 void CLogManager::RemoveCustomOutput(ILogManagerCustomOutput* item)
 {
-    const CMutexLock lock(m_mutex);
+    const ZVCriticalSectionLock lock(m_mutex);
     const int32_t place = m_outputs.Find(item);
     if (place == -1)
         return;

@@ -3,9 +3,9 @@
 #include "contracts/ILogManager.h"
 #include "core/containers/ZVPointerArray.h"
 #include "core/string/ZVString.h"
-#include "siblings/tools/CMutex.h"
 #include "siblings/tools/log/CLogFile.h"
 #include "siblings/tools/log/CLogMaskFile.h"
+#include "system/thread/ZVCriticalSection.h"
 
 #include <atomic>
 #include <cstdint>
@@ -67,7 +67,7 @@ private:
     std::atomic<bool> m_isMaskKnown {false};
     std::atomic<bool> m_hasOutputs {false};
 
-    CMutex m_mutex;  // guards what follows
+    ZVCriticalSection m_mutex;  // guards what follows
     ZVPointerArray<ILogManagerCustomOutput> m_outputs;
     bool m_isHandingOut = false;
     int32_t m_nextOutput = 0;  // while a line is handed out: the place of the output after the one that is called

@@ -3,13 +3,13 @@
 #include "core/string/ZVStringUTF8.h"
 #include "siblings/tools/CDataFolder.h"
 
-#include <cctype>
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <string_view>
+#include <system_error>
 #include <unistd.h>
 
 namespace
@@ -40,14 +40,11 @@ bool CLogMaskFile::Parse(const char* text, uint32_t& mask)
     text += strspn(text, Blanks);
     const bool isHexadecimal = text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
     const char* const digits = isHexadecimal ? text + 2 : text;
-    // The system's reader would take a sign and blanks too.
-    if (!isxdigit(static_cast<unsigned char>(*digits)))
+    uint32_t value = 0;
+    const auto [end, error] = std::from_chars(digits, digits + strlen(digits), value, isHexadecimal ? 16 : 10);
+    if (error != std::errc() || end[strspn(end, Blanks)] != '\0')
         return false;
-    char* end = nullptr;
-    const unsigned long long value = strtoull(digits, &end, isHexadecimal ? 16 : 10);
-    if (end == digits || value > UINT32_MAX || end[strspn(end, Blanks)] != '\0')
-        return false;
-    mask = static_cast<uint32_t>(value);
+    mask = value;
     return true;
 }
 
@@ -66,16 +63,20 @@ bool CLogMaskFile::Read(uint32_t& mask) const
 
 bool CLogMaskFile::Write(uint32_t mask) const
 {
+    if (m_path.IsEmpty())
+        return false;
     const ZVStringUTF8 path(m_path);
     const ZVStringUTF8 temporaryPath(m_path + ZVFormat(L".%d.tmp", getpid()));
     char text[16];
     const int size = snprintf(text, sizeof text, "%u\n", mask);
-    const bool isDone = !m_path.IsEmpty() && CDataFolder::MakeFoldersOf(path) &&
-                        WriteFile(temporaryPath, std::string_view(text, static_cast<size_t>(size))) &&
-                        rename(temporaryPath, path) == 0;
-    if (!isDone)
-        unlink(temporaryPath);
-    return isDone;
+    if (!CDataFolder::MakeFoldersOf(path))
+        return false;
+    if (WriteFile(temporaryPath, std::string_view(text, static_cast<size_t>(size))) && rename(temporaryPath, path) == 0)
+        return true;
+    const int error = errno;
+    unlink(temporaryPath);
+    errno = error;
+    return false;
 }
 
 bool CLogMaskFile::Remove() const

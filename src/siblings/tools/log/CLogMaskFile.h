@@ -15,9 +15,10 @@ public:
 
     // Reads the mask; false when there is no file, or no mask in it.
     bool Read(uint32_t& mask) const;
-    // Puts a mask in the place of the old one, in one step for whoever reads at the time.
+    // Puts a mask in the place of the old one, in one step for whoever reads at the time. False, and errno, when that fails; the
+    // old one stands then.
     bool Write(uint32_t mask) const;
-    // Removes the file; true also when it was not there.
+    // Removes the file; true also when it was not there. False, and errno, when it is still there.
     bool Remove() const;
 
     // Reads a mask from a text; blanks and line ends around it do not count. False, with mask as it was, for anything else than

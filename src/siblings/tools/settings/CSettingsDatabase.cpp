@@ -3,6 +3,7 @@
 #include "core/string/ZVStringUTF8.h"
 
 #include <ctime>
+#include <memory>
 
 namespace
 {
@@ -86,23 +87,24 @@ CSettingsResult CSettingsDatabase::ResultOf(int code)
 // its rows do not count.
 CSettingsResult CSettingsDatabase::Execute(const char* text, std::initializer_list<const wchar_t*> values, ZVString* result)
 {
-    sqlite3_stmt* statement = nullptr;
-    int code = m_library.Prepare(m_connection, text, -1, &statement, nullptr);
+    sqlite3_stmt* prepared = nullptr;
+    int code = m_library.Prepare(m_connection, text, -1, &prepared, nullptr);
+    // A statement that were left behind would keep the connection from being closed.
+    const std::unique_ptr<sqlite3_stmt, decltype(m_library.Finalize)> statement(prepared, m_library.Finalize);
     int place = 0;
     for (const wchar_t* const value : values)
         if (KindOf(code) == SQLITE_OK)
-            code = m_library.BindText(statement, ++place, ZVStringUTF8(value), -1, SQLITE_TRANSIENT);
+            code = m_library.BindText(prepared, ++place, ZVStringUTF8(value), -1, SQLITE_TRANSIENT);
     if (KindOf(code) == SQLITE_OK)
-        code = m_library.Step(statement);
+        code = m_library.Step(prepared);
     CSettingsResult outcome = ResultOf(code);
     if (outcome == CSettingsResult::Done && result != nullptr)
     {
         if (code == SQLITE_ROW)
-            result->SetFromUTF8(reinterpret_cast<const char*>(m_library.GetColumnText(statement, 0)));
+            result->SetFromUTF8(reinterpret_cast<const char*>(m_library.GetColumnText(prepared, 0)));
         else
             outcome = CSettingsResult::NotFound;
     }
-    m_library.Finalize(statement);
     return outcome;
 }
 

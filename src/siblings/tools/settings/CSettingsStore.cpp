@@ -55,7 +55,7 @@ CSettingsResult CSettingsStore::Checked(CSettingsResult result) const
 template <class Work>
 bool CSettingsStore::Guarded(Work work)
 {
-    const CMutexLock lock(m_mutex);
+    const ZVCriticalSectionLock lock(m_mutex);
     try
     {
         return work();
@@ -96,7 +96,7 @@ bool CSettingsStore::RemoveSetting(const wchar_t* section, const wchar_t* name)
 
 void CSettingsStore::Close()
 {
-    const CMutexLock lock(m_mutex);
+    const ZVCriticalSectionLock lock(m_mutex);
     m_database.Close();
 }
 

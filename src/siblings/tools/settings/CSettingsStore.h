@@ -4,10 +4,10 @@
 #include "core/string/ZVString.h"
 #include "core/string/ZVStringUTF8.h"
 #include "siblings/tools/CFileIdentity.h"
-#include "siblings/tools/CMutex.h"
 #include "siblings/tools/CPause.h"
 #include "siblings/tools/log/CLogMaskFile.h"
 #include "siblings/tools/settings/CSettingsDatabase.h"
+#include "system/thread/ZVCriticalSection.h"
 
 class ILogManager;
 
@@ -59,7 +59,7 @@ private:
     const ZVStringUTF8 m_systemPath;
     const CLogMaskFile m_logMaskFile;
 
-    CMutex m_mutex;  // guards what follows
+    ZVCriticalSection m_mutex;  // guards what follows
     CSQLiteLibrary m_sqlite;
     CSettingsDatabase m_database {m_sqlite};
     CFileIdentity m_file;  // the file that is open

@@ -1,0 +1,50 @@
+// Reads any text as a date, writes what came of it and reads that again, and takes the text as the pattern of a date. The input
+// is UTF-8.
+
+#include "Require.h"
+#include "core/date/ZVDate.h"
+#include "core/date/ZVDatePrecision.h"
+#include "core/date/ZVDateText.h"
+#include "siblings/tools/date/CDateServices.h"
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+
+namespace
+{
+void WriteAndReadBack(double value)
+{
+    CDateServices services;
+    const ZVDatePrecision precision = ZVDate::GetPrecision(value);
+    const ZVDateFields fields = ZVDate::ToFields(value);
+    Require(fields.Valid && precision != ZVDatePrecision::None);
+    Require(fields.GetCalendarYear() >= 1 && fields.GetCalendarYear() <= 9999);
+
+    const double read = services.Parse(ZVDate::ToISO(value, false, true), 0);
+    Require(ZVDate::GetPrecision(read) == precision);
+    // Seconds are cut, and the first second of a day is its midnight.
+    Require(std::fabs(read - value) < 1.0 / 86400.0 + ZVDate::Tolerance);
+    if (precision == ZVDatePrecision::Time)
+        Require(IsSame(ZVDate::ToRFC1123(services.Parse(ZVDate::ToISO(value), 0)), ZVDate::ToRFC1123(value)));
+}
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    ZVString text;
+    text.SetFromUTF8(reinterpret_cast<const char*>(data), static_cast<int32_t>(size));
+    CDateServices services;
+    const double value = services.Parse(text, 0);
+    const double local = services.Parse(text, IZVDateServices::LocalTime);
+    Require(std::isfinite(value) && std::isfinite(local));
+    for (const double date : {value, local})
+        if (date != 0.0)
+            WriteAndReadBack(date);
+
+    // No word or code writes more than this.
+    constexpr int64_t LongestForm = 64;
+    for (int32_t flags = 0; flags <= (ZVDate::CodesOnly | ZVDate::EnglishNames); flags += ZVDate::CodesOnly)
+        Require(ZVDate::Format(value != 0.0 ? value : 45418.25, text, flags).GetLength() <= text.GetLength() * LongestForm);
+    return 0;
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "core/date/ZVDatePrecision.h"
+
+#include <cstdint>
+
+// What a text tells of a date.
+struct CParsedDate
+{
+    int64_t DayNumber = 0;     // see ZVCalendar
+    double SecondOfDay = 0.0;  // 86400.0 for 24:00
+    int32_t ZoneSeconds = 0;   // how far the zone of the text is ahead of UTC
+    bool HasZone = false;
+    ZVDatePrecision Precision = ZVDatePrecision::None;
+};
+
+// Reads the dates that tags, containers and servers hold:
+//
+//   2024   2024-05   2024-05-06   20240506   2024-127   2024127   2024-W19-1   2024W191   2024-W19     ISO 8601
+//   2024-5-6   2024/05/06   2024:05:06   2024.05.06   6.5.2024                                          tags, EXIF
+//   6 May 2024   6-May-2024   6-May-24   6 May 24   May 6, 2024   May 2024   2024 May 6                 RFC 1123, RFC 850, RIFF
+//   May  6 07:08:09 2024   May  6 07:08:09 UTC 2024                                                     asctime, RIFF IDIT
+//   202405060708   20240506070809                                                                       digits alone
+//   133594530000000000                                                                                  FILETIME, in UTC
+//
+// A day of the week may stand in front and is not compared with the date. A time follows behind "T" or blanks: 07, 07:08,
+// 07:08:09, 0708 or 070809, the last part with decimals behind "." or ",", up to 24:00. A zone follows that: Z, UTC, GMT, UT,
+// +02, +02:00, +0200 or one of the names in RFC 822. Names are English, in any case, and may be cut down to three letters.
+// Blanks around the date do not count. Digits may be of any script in ZVDigits.
+//
+// Anything else is no date, and neither is a day that the calendar has not got. Two digits of a year are those of
+// ZVDate::FromFields.
+namespace CDateReader
+{
+// The steps grow with the length of the text alone.
+bool Read(const wchar_t* text, CParsedDate& date);
+}

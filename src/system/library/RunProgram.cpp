@@ -1,0 +1,127 @@
+#include "system/library/RunProgram.h"
+
+#include "core/containers/ZVBuffer.h"
+#include "core/string/ZVStringUTF8.h"
+#include "system/log/ZVLogCategory.h"
+#include "system/log/ZVLogScope.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace
+{
+constexpr int32_t UnknownExitCode = -1;
+
+// What a shell adds to the number of the signal that ended a program.
+constexpr int32_t SignalExitCode = 128;
+
+constexpr int PieceSize = 1024;
+
+// A command line as the system takes it, which must be complete before the process forks.
+class ArgumentVector
+{
+public:
+    ArgumentVector(const ZVString& program, const ZVStringArray& parameters)
+    {
+        Add(program);
+        for (int32_t index = 0; index < parameters.GetCount(); ++index)
+            Add(parameters[index]);
+        m_pointers.push_back(nullptr);
+    }
+
+    char* const* Get() const { return m_pointers.data(); }
+
+private:
+    void Add(const ZVString& argument)
+    {
+        m_texts.emplace_back(argument.GetUTF8());
+        m_pointers.push_back(m_texts.back().get());
+    }
+
+    std::vector<std::unique_ptr<char[]>> m_texts;
+    std::vector<char*> m_pointers;
+};
+
+int32_t ToExitCode(int status)
+{
+    if (status == -1)
+        return UnknownExitCode;
+    return WIFSIGNALED(status) ? SignalExitCode + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+// Reads a program's output to its end, so that the program never waits for a reader. Only the whole is decoded: a piece may end
+// within a character.
+void ReadOutput(FILE* stream, ZVString* output)
+{
+    ZVBuffer bytes;
+    char piece[PieceSize];
+    for (;;)
+    {
+        if (fgets(piece, PieceSize, stream) != nullptr)
+        {
+            if (output != nullptr)
+                bytes.Append(piece, static_cast<int64_t>(strlen(piece)));
+        }
+        else if (ferror(stream) != 0 && errno == EINTR)
+            clearerr(stream);
+        else
+            break;
+    }
+    if (output != nullptr)
+        output->SetFromUTF8(reinterpret_cast<const char*>(bytes.GetData()),
+                            static_cast<int32_t>(std::min<int64_t>(bytes.GetUsed(), INT32_MAX)));
+}
+
+// The child is not waited for. Its entry stays in the system's process table until this process ends, which a worker does soon.
+bool RunNonBlocking(const ZVString& program, const ZVStringArray& parameters, const ZVLogScope& scope)
+{
+    scope.Log("Running non-blocking command: %s / Parameters: %s", program, parameters.GetJoined(L" "));
+    const ArgumentVector arguments(program, parameters);
+    const pid_t child = fork();
+    if (child == 0)
+    {
+        // Between fork and exec other threads' locks may be held for ever, so nothing else is called here.
+        execvp(arguments.Get()[0], arguments.Get());
+        _exit(1);
+    }
+    if (child == -1)
+        scope.Log("Failed to fork!");
+    return child != -1;
+}
+
+bool RunBlocking(const ZVString& program, const ZVStringArray& parameters, ZVString* output, int32_t* exitCode,
+                 const ZVLogScope& scope)
+{
+    const ZVString commandLine = ZVFormat(L"%s %s", program, parameters.GetJoined(L" "));
+    scope.Log("Running blocking command via popen: %s", commandLine);
+    FILE* const stream = popen(ZVStringUTF8(commandLine), "r");
+    if (stream == nullptr)
+    {
+        scope.Log("Failed to start the shell: %s", strerror(errno));
+        return false;
+    }
+    ReadOutput(stream, output);
+    const int32_t code = ToExitCode(pclose(stream));
+    if (exitCode != nullptr)
+        *exitCode = code;
+    return true;
+}
+}
+
+bool RunProgram(const ZVString& program, const ZVStringArray& parameters, ZVString* output, ZVRunMode mode, int32_t* exitCode)
+{
+    ZVLogScope scope(ZVLogCategory::General, "RunProgram", true);
+    if (exitCode != nullptr)
+        *exitCode = UnknownExitCode;
+    if (program.IsEmpty())
+        return false;
+    if (mode == ZVRunMode::NonBlocking)
+        return RunNonBlocking(program, parameters, scope);
+    return RunBlocking(program, parameters, output, exitCode, scope);
+}

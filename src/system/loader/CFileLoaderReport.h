@@ -1,0 +1,43 @@
+#pragma once
+
+#include "core/string/ZVString.h"
+#include "system/loader/IZVWaitMessage.h"
+#include "system/log/ZVElapsedTime.h"
+
+#include <cstdint>
+#include <memory>
+
+struct CFileLoaderOptions;
+
+struct ZVWaitMessageRelease
+{
+    void operator()(IZVWaitMessage* message) const { message->Release(); }
+};
+
+using ZVWaitMessagePointer = std::unique_ptr<IZVWaitMessage, ZVWaitMessageRelease>;
+
+// Tells those who follow a load how far it is: the wait message, and the progress callback as often as it makes sense.
+class CFileLoaderReport
+{
+public:
+    // The options must outlive the report; the message may be null. The name is a path or an address.
+    CFileLoaderReport(const CFileLoaderOptions& options, ZVWaitMessagePointer message, const ZVString& name, bool isInternet);
+
+    // How many bytes will come, -1 when that is not known.
+    void SetTotal(int64_t total) { m_total = total; }
+    // Tells that so many bytes are there. False when the callback wants to stop.
+    bool Update(int64_t loaded);
+
+private:
+    double GetFraction(int64_t loaded) const;
+    ZVString GetText(int64_t loaded) const;
+    void NotifyWhenDue(double fraction);
+
+    const CFileLoaderOptions& m_options;
+    ZVWaitMessagePointer m_message;
+    ZVString m_name;
+    bool m_isInternet;
+    int64_t m_total = -1;
+    double m_lastFraction = -1;
+    ZVElapsedTime m_sinceLast;
+};

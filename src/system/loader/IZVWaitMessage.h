@@ -1,0 +1,51 @@
+#pragma once
+
+#include "core/string/ZVString.h"
+
+#include <cstdint>
+
+// What the window of a wait message tells the work that it stands for.
+class IZVWaitMessageCallback
+{
+public:
+    // The user does not want to wait any longer.
+    virtual void OnWaitMessageCancelled() = 0;
+    virtual ~IZVWaitMessageCallback() = default;
+};
+
+// How a wait message looks.
+struct ZVWaitMessageOptions
+{
+    ZVString Caption;
+    ZVString Text;
+    int32_t DelayMs = 0;  // before it shows
+    bool Flag = true;
+    bool Option = false;
+};
+
+// A message that something is being waited for.
+class IZVWaitMessage
+{
+public:
+    // What it says from now on, with the percentage that is done, or -1 when that is not known.
+    virtual void SetText(const ZVString& text, int32_t percent) = 0;
+    // Takes the message away and frees it. The callback is not called any more.
+    virtual void Release() = 0;
+
+protected:
+    ~IZVWaitMessage() = default;
+};
+
+// Makes wait messages.
+class IZVWaitMessageFactory
+{
+public:
+    // A message, or null when none can be shown. The callback must outlive it.
+    virtual IZVWaitMessage* Create(const ZVWaitMessageOptions& options, IZVWaitMessageCallback& callback) = 0;
+
+protected:
+    ~IZVWaitMessageFactory() = default;
+};
+
+// The factory of the process, null where there are no windows. Set on the main thread before it is used.
+extern IZVWaitMessageFactory* g_pZVWaitMessageFactory;

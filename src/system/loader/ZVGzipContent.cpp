@@ -1,0 +1,112 @@
+#include "system/loader/ZVGzipContent.h"
+
+#include "contracts/IZVCompression.h"
+#include "contracts/IZVTools.h"
+#include "core/ZVToolsPointer.h"
+#include "core/containers/ZVBuffer.h"
+#include "system/file/ZVFile.h"
+#include "system/file/ZVFileSystem.h"
+#include "system/loader/CFileLoader.h"
+#include "system/log/ZVLog.h"
+#include "system/log/ZVLogCategory.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace
+{
+constexpr wchar_t ScopeName[] = L"CFileLoader";
+
+// The output of a decoder is taken in blocks of three times the input, and grows in steps of this many bytes.
+constexpr int64_t OutputStep = 0x4000;
+constexpr int64_t LargestBlock = 0x4000000;
+
+struct DecoderRelease
+{
+    void operator()(IZVDecoder* decoder) const { decoder->Release(); }
+};
+
+using DecoderPointer = std::unique_ptr<IZVDecoder, DecoderRelease>;
+
+DecoderPointer CreateDecoder(const ZVBuffer& input)
+{
+    IZVCompression* const compression = g_pZVTools == nullptr ? nullptr : g_pZVTools->GetCompression(true);
+    return DecoderPointer(compression == nullptr ? nullptr : compression->CreateGzipDecoder(input.GetData(), input.GetUsed()));
+}
+
+int64_t RoundUp(int64_t size)
+{
+    return (size + OutputStep - 1) / OutputStep * OutputStep;
+}
+
+// Gives the inflated content to a function that takes bytes and a count, block by block. False also when the function was.
+template <class Take>
+bool Inflate(const ZVBuffer& input, const ZVGzipContent::Limit& limit, const Take& take)
+{
+    const DecoderPointer decoder = CreateDecoder(input);
+    if (decoder == nullptr)
+        return false;
+    ZVBuffer block;
+    block.Grow(std::min(RoundUp(input.GetUsed() * 3), LargestBlock));
+    int64_t total = 0;
+    while (true)
+    {
+        const int64_t count = decoder->Read(block.GetData(), block.GetAllocated());
+        if (count < 1)
+            break;
+        const int64_t taken = std::min(count, limit.Bytes - total);
+        if (taken < count && limit.FailIfLarger)
+        {
+            ZVLog(ZVLogCategory::Network, ScopeName, "The content inflates to more than %d bytes", limit.Bytes);
+            return false;
+        }
+        if (!take(block.GetData(), taken))
+            return false;
+        total += taken;
+        if (taken < count)
+            return true;
+    }
+    if (decoder->HasFailed())
+        ZVLog(ZVLogCategory::Network, ScopeName, "The gzip content is damaged");
+    return !decoder->HasFailed() && total > 0;
+}
+}
+
+bool ZVGzipContent::InflateBuffer(ZVBuffer& buffer, const Limit& limit)
+{
+    ZVBuffer output;
+    const auto append = [&output](const uint8_t* bytes, int64_t count) {
+        const int64_t wanted = output.GetUsed() + count;
+        if (wanted > output.GetAllocated())
+            output.Grow(RoundUp(std::max(wanted, output.GetAllocated() * 3 / 2)));
+        output.Append(bytes, count);
+        return true;
+    };
+    if (!Inflate(buffer, limit, append))
+        return false;
+    buffer = std::move(output);
+    return true;
+}
+
+bool ZVGzipContent::InflateFile(const ZVString& path, const Limit& limit)
+{
+    ZVBuffer input;
+    CFileLoader loader;
+    loader.SetStreaming(false);
+    if (!loader.Load(path, input))
+        return false;
+
+    const ZVFilename name(path);
+    const ZVString inflatedPath = ZVFileSystem::GetUniqueFilename(name.GetDirectory(), name.GetNameOnly(), L"inflated");
+    ZVFile inflated;
+    if (!inflated.Open(inflatedPath, ZVFileAccess::Write, ZVFileShare::None, ZVFileCreation::CreateNew))
+        return false;
+    const bool isWhole =
+        Inflate(input, limit, [&inflated](const uint8_t* bytes, int64_t count) { return inflated.Write(bytes, count); });
+    inflated.Close();
+    if (isWhole && ZVFileSystem::MoveFile(inflatedPath, path))
+        return true;
+    ZVFileSystem::DeleteFile(inflatedPath);
+    return false;
+}

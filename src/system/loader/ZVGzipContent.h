@@ -1,0 +1,26 @@
+#pragma once
+
+#include "core/string/ZVString.h"
+
+#include <cstdint>
+
+class ZVBuffer;
+
+// Inflates what a server sent with the content encoding "gzip". The decoder is the tools library's. All are false, and leave the content as
+// it was, when it is damaged, when nothing comes out, without the library, and when more comes out than allowed.
+namespace ZVGzipContent
+{
+// What may come out when the caller has no limit of its own: a few kilobytes can claim to hold a disk full of zeros.
+inline constexpr int64_t MaximumInflatedBytes = int64_t {1} << 30;
+
+struct Limit
+{
+    int64_t Bytes = MaximumInflatedBytes;
+    bool FailIfLarger = true;  // otherwise the content is cut there
+};
+
+// Replaces the used bytes of a buffer.
+bool InflateBuffer(ZVBuffer& buffer, const Limit& limit);
+// Replaces a file. The new content is written to a file beside it that takes its place when it is whole.
+bool InflateFile(const ZVString& path, const Limit& limit);
+}

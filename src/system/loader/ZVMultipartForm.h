@@ -1,0 +1,30 @@
+#pragma once
+
+#include "core/containers/ZVBuffer.h"
+#include "core/string/ZVString.h"
+
+class ZVFilename;
+
+// A form with fields and files as the body of a request (RFC 7578), in UTF-8.
+class ZVMultipartForm
+{
+public:
+    // What parts the fields, without the two hyphens in front. It is not looked for in what the form holds.
+    static constexpr wchar_t Boundary[] = L"--------ieoau._._+2_8_GoodLuck8.3-ds0d0J0S0Kl234324jfLdsjfdAuaoei-----";
+
+    void AddText(const ZVString& name, const ZVString& value);
+    // Adds the bytes of a local file under its bare name, with its content type when the file type registry knows it. False, and nothing
+    // added, when it cannot be read; the cause is logged.
+    bool AddFile(const ZVString& name, const ZVFilename& file);
+    // Ends the form. Nothing is added after that.
+    void Finish();
+
+    // The body as far as it is there.
+    const ZVBuffer& GetBody() const { return m_body; }
+
+private:
+    void AppendBoundary(const wchar_t* behind);
+    void AppendText(const ZVString& text);
+
+    ZVBuffer m_body;
+};

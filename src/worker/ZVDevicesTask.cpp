@@ -1,0 +1,68 @@
+#include "worker/ZVDevicesTask.h"
+
+#include "devices/CAnalyzeDevices.h"
+#include "system/library/ZVStandardOutput.h"
+#include "system/log/ZVLogScope.h"
+#include "worker/ZVWorkerCommand.h"
+
+namespace
+{
+constexpr wchar_t RootName[] = L"XMLPH";
+constexpr double Version = 1.0;
+
+// The main application reads this file as one byte a character.
+constexpr int32_t NarrowFile = 1;
+
+// The devices that the caller does not want. Whatever is wrong with the file of variables, there are then none.
+void ReadIgnoredDevices(const ZVString& path, ZVStringArray& ignored)
+{
+    ZVString text;
+    ZVPropertyMap variables;
+    if (text.LoadFromFile(path) && variables.FromXML(text, RootName, Version))
+        ignored.SetSplit(variables.GetString(L"IgnoredDevices"), L';');
+}
+
+void PrintDevices(const ZVStringArray& devices)
+{
+    ZVStandardOutput::PrintFormat(L"Found %d devices (devices will be listed below)\n\n", devices.GetCount());
+    for (int32_t index = 0; index < devices.GetCount(); ++index)
+    {
+        ZVStandardOutput::PrintFormat(L"Device %d:\n", index);
+        // As it stands: a percent sign in a device's name is no conversion.
+        ZVStandardOutput::Print(devices[index]);
+        ZVStandardOutput::Print(L"\n\n");
+    }
+}
+
+bool WriteDevices(const ZVStringArray& devices, const ZVString& path)
+{
+    ZVString list;
+    for (const ZVString& device : devices)
+        list.AppendLengthPrefixed(device);
+    ZVPropertyMap result;
+    result.SetString(L"Devices", list);
+    ZVString text;
+    result.ToXML(text, RootName, false, Version);
+    return text.SaveToFile(path, NarrowFile);
+}
+}
+
+bool RunDevicesTask(const ZVWorkerRequest& request)
+{
+    ZVStringArray ignored;
+    ReadIgnoredDevices(request.Match.GetParameter(0), ignored);
+
+    request.Scope.Log("Calling EnumerateDevices...");
+    CAnalyzeDevices analysis;
+    if (!analysis.EnumerateDevices(ignored))
+    {
+        request.Scope.Log("EnumerateDevices failed...");
+        return false;
+    }
+    request.Scope.Log("EnumerateDevices succeeded...");
+
+    ZVStringArray devices;
+    analysis.GetDevices(devices);
+    PrintDevices(devices);
+    return WriteDevices(devices, request.Match.GetParameter(1));
+}

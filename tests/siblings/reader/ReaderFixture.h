@@ -1,0 +1,79 @@
+#pragma once
+
+#include "FakeTools.h"
+#include "contracts/IZVReader.h"
+#include "core/ZVToolsPointer.h"
+#include "core/string/ZVStringUTF8.h"
+#include "system/library/ZVDllString.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+// The factories of the library, whose objects the tests are linked with.
+extern "C" ZVCreateReaderByName CreateGenericReaderDLL, CreateLocalReaderDLL, CreateInternetReaderDLL;
+extern "C" ZVCreateReaderOfMemory CreateFromMemoryReaderDLL;
+
+struct ReaderRelease
+{
+    void operator()(IZVReader* reader) const { reader->Release(); }
+};
+using ReaderPointer = std::unique_ptr<IZVReader, ReaderRelease>;
+
+// Reads count bytes, or up to the end.
+inline std::string ReadBytes(IZVReader& reader, int64_t count)
+{
+    std::string bytes(static_cast<size_t>(count), '\0');
+    bytes.resize(static_cast<size_t>(reader.Read(bytes.data(), count)));
+    return bytes;
+}
+
+inline std::string ReadAll(IZVReader& reader)
+{
+    std::string all;
+    for (std::string block; !(block = ReadBytes(reader, 0x10000)).empty();)
+        all += block;
+    return all;
+}
+
+inline std::string GetInfo(IZVReader& reader, const wchar_t* key)
+{
+    ZVString text = L"left over";
+    ZVDllString value(text);
+    reader.GetInfo(key, value);
+    return ZVStringUTF8(text).Get();
+}
+
+// Bytes without a period that a wrong place could hide in.
+inline std::string MakeBytes(size_t count)
+{
+    std::string bytes(count, '\0');
+    uint32_t state = 1;
+    for (char& byte : bytes)
+    {
+        state = state * 1664525 + 1013904223;
+        byte = static_cast<char>(state >> 24);
+    }
+    return bytes;
+}
+
+// A test with the log lines that it makes.
+class ReaderTest : public testing::Test
+{
+protected:
+    ReaderTest() { g_pZVTools = &m_tools; }
+    ~ReaderTest() override { g_pZVTools = nullptr; }
+
+    // The log lines, one after the other.
+    std::string TakeLog()
+    {
+        std::string log;
+        for (const std::string& line : m_tools.Manager.Lines)
+            log += line + "\n";
+        m_tools.Manager.Lines.clear();
+        return log;
+    }
+
+    FakeTools m_tools;
+};

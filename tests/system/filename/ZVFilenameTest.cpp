@@ -1,0 +1,318 @@
+#include "system/filename/ZVFilename.h"
+#include "system/filename/ZVNativePath.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <limits>
+#include <string>
+#include <tuple>
+#include <unistd.h>
+
+namespace
+{
+std::string Bytes(const ZVString& text)
+{
+    return ZVNativePath(text).GetBytes();
+}
+
+TEST(ZVFilename, WhatStandsBehindAShortExtensionIsAProperty)
+{
+    // The text, its path and the property.
+    const wchar_t* const rows[][3] = {
+        {L"/a/film.mkv;disc",    L"/a/film.mkv",         L"disc"},
+        {L"/a/film.12345;x;y",   L"/a/film.12345",       L"x;y" },
+        {L"/a/film.mkv;",        L"/a/film.mkv",         L""    },
+        {L"/a/film.123456;x",    L"/a/film.123456;x",    L""    },
+        {L"/a/film.;x",          L"/a/film.;x",          L""    },
+        {L"/a/film.mkv;x.y",     L"/a/film.mkv;x.y",     L""    },
+        {L"/a.b/c;d",            L"/a.b/c;d",            L""    },
+        {L"/a/film.mkv;x/",      L"/a/film.mkv;x/",      L""    },
+        {L"http://host/a.mkv;x", L"http://host/a.mkv;x", L""    },
+    };
+    for (const auto& row : rows)
+    {
+        const ZVFilename name(row[0]);
+        EXPECT_EQ(Bytes(name.GetPathOnly()), Bytes(row[1]));
+        EXPECT_EQ(name.GetPostExtensionData(), row[2]);
+    }
+
+    ZVFilename name(L"/a/film.mkv;disc");
+    name.SetFilename(L"/b.mkv", false);
+    EXPECT_EQ(name.GetPostExtensionData(), L"disc");
+    name.SetListedPath(L"/a/film.mkv;1");
+    EXPECT_EQ(Bytes(name.GetSerialized()), "/a/film.mkv;1");
+}
+
+TEST(ZVFilename, TheSerialFormHoldsPathAndProperties)
+{
+    ZVFilename name(L"/a/b & \"c\" <d>\x1\x2.mkv");
+    EXPECT_EQ(name.GetSerialized(), name.GetPathOnly());
+    name.SetProperty(L"FileType", L"a'\u00e4");
+    EXPECT_EQ(name.GetSerialized(),
+              L"<XMLFN version=\"1.0\"><Item Name=\"Filename\">/a/b &amp; &quot;c&quot; &lt;d&gt;&#x1;&#x2;.mkv</Item>"
+              L"<Item Name=\"FileType\">a'\u00e4</Item></XMLFN>");
+    // Never a second item of that name.
+    name.SetProperty(L"filename", L"/other");
+    EXPECT_EQ(name.GetSerialized().CountOf(L"<Item"), 2);
+
+    name.GetProperties().Remove(L"filename");
+    name.SetProperty(L"a \"key\"", L"(3:abc)\r\n ");
+    name.GetProperties().SetInt(L"TVChannel", 7);
+    name.SetProperty(L"UserAgent", L"");
+    const ZVFilename copy(name.GetSerialized());
+    EXPECT_EQ(copy.GetPathOnly(), name.GetPathOnly());
+    EXPECT_TRUE(copy.GetProperties().IsEqual(name.GetProperties()));
+    EXPECT_EQ(copy.GetIntegerProperty(L"tvchannel", 0), 7);
+    EXPECT_EQ(copy.GetIntegerProperty(L"IndexedHLS", 5), 5);
+}
+
+TEST(ZVFilename, ReadsTheSerialForm)
+{
+    // The text, its path and a property.
+    const wchar_t* const rows[][3] = {
+        {L"<xmlfn VERSION=\"1.0\"><item name=\"FILENAME\">/a</item><Item Name=\"k\">v</Item>", L"/a",       L"v"},
+        {L"<XMLFN version=\"1.0\"><Item Name=\"Filename\">/a.mkv;x</Item></XMLFN>",            L"/a.mkv;x", L"" },
+        {L"<XMLFN version=\"2.0\"><Item Name=\"Filename\">/a</Item></XMLFN>",                  L"",         L"" },
+        {L"<XMLFN version=\"1\"><Item Name=\"Filename\">/a</Item></XMLFN>",                    L"",         L"" },
+        {L"<XMLFN version=\"1.0\"><Item Name=\"k\">v</Item></XMLFN>",                          L"",         L"v"},
+        {L"<XMLFN version=\"1.0\"><Item Name=\"Filename\">/a</Item><Item Name=\"k",            L"/a",       L"" },
+    };
+    for (const auto& row : rows)
+    {
+        const ZVFilename name(row[0]);
+        EXPECT_EQ(Bytes(name.GetPathOnly()), Bytes(row[1]));
+        EXPECT_EQ(name.GetProperty(L"k"), row[2]) << Bytes(row[0]);
+    }
+}
+
+TEST(ZVFilename, StylesAreConverted)
+{
+    using Style = ZVPathStyle;
+    const std::tuple<const wchar_t*, Style, Style, const wchar_t*> rows[] = {
+        {L"a\\b/c",                     Style::ForwardSlashes, Style::ForwardSlashes, L"a\\b/c"           },
+        {L"a\\b/c",                     Style::Native,         Style::ForwardSlashes, L"a/b/c"            },
+        {L"a\\b/c",                     Style::Unknown,        Style::ForwardSlashes, L"a\\b/c"           },
+        {L"a\\b",                       Style::Unknown,        Style::ForwardSlashes, L"a/b"              },
+        {L"FILE:///C:/a%20%c3%A4%00%4", Style::FileURL,        Style::Backslashes,    L"C:\\a \u00e4%00%4"},
+        {L"file:///a%2Fb%20c",          Style::FileURL,        Style::URLPath,        L"/a/b c"           },
+        {L"file://LocalHost/a",         Style::FileURL,        Style::URLPath,        L"a"                },
+        {L"/a%20b",                     Style::FileURL,        Style::Backslashes,    L"/a%20b"           },
+        {L"file:///a%20b",              Style::FileURL,        Style::ForwardSlashes, L"file:///a%20b"    },
+    };
+    for (const auto& [path, from, to, result] : rows)
+    {
+        ZVString text = path;
+        ZVFilename::ConvertPathStyle(text, from, to);
+        EXPECT_EQ(text, result) << Bytes(path);
+    }
+}
+
+TEST(ZVFilename, PrivateNamesAreMapped)
+{
+    const std::tuple<const wchar_t*, const wchar_t*, int32_t> rows[] = {
+        {L"M01P://host/a?m01p://", L"http://host/a?m01p://", ZVFilename::HTTPScheme },
+        {L"m01ps://host/a",        L"https://host/a",        ZVFilename::HTTPSScheme},
+        {L"HTTPS://host",          L"HTTPS://host",          ZVFilename::HTTPSScheme},
+        {L"ftp://host",            L"ftp://host",            ZVFilename::FTPScheme  },
+        {L"ftps://host",           L"ftps://host",           ZVFilename::NoScheme   },
+        {L"http.mkv",              L"http.mkv",              ZVFilename::NoScheme   },
+    };
+    for (const auto& [text, mapped, code] : rows)
+    {
+        ZVFilename name(text);
+        EXPECT_EQ(name.MapProtocolAliases(), ZVString(text) != mapped);
+        EXPECT_EQ(name.GetPathOnly(), mapped);
+        EXPECT_EQ(name.GetSchemeCode(), code) << Bytes(text);
+    }
+    ZVString text = L"(INSTALL drive):/a/(Install Drive):b";
+    EXPECT_TRUE(ZVFilename::MapInstallDrive(text));
+    EXPECT_EQ(text, L"/a/b");
+    EXPECT_FALSE(ZVFilename::MapInstallDrive(text = L"/(Install Drive):"));
+}
+
+TEST(ZVFilename, KindsAreToldByTheText)
+{
+    // R is remote, T is RTMP, W is a web service and S is special.
+    const std::pair<const wchar_t*, const char*> rows[] = {
+        {L"/films/film.mkv",         ""  },
+        {L"file:///films/film.mkv",  "R" },
+        {L"RTMPE://host/a",          "RT"},
+        {L"rtmpx://host/a",          "R" },
+        {L"http://host/ldws/a",      "RW"},
+        {L"/LDWS/a",                 ""  },
+        {L"12.tvlb",                 "S" },
+        {L"12.TVLB",                 ""  },
+        {L"a.zvtv/b",                "S" },
+        {L"(3:abc)",                 "S" },
+        {L"<xmlph version=\"1.0\">", "S" },
+        {L"radio paradise: Rock",    "S" },
+    };
+    for (const auto& [text, expected] : rows)
+    {
+        const ZVFilename name(text);
+        std::string kinds = name.GetIsFileRemote() ? "R" : "";
+        kinds += name.IsRTMP() ? "T" : "";
+        kinds += name.IsWebServiceURL() ? "W" : "";
+        kinds += name.IsSpecial() ? "S" : "";
+        EXPECT_EQ(kinds, expected) << Bytes(text);
+    }
+}
+
+TEST(ZVFilename, ASpecialTextIsAFileNameOnlyWhereItMayBe)
+{
+    // The flags with one of which, set alone, the text passes: none, empty, handle, URL, special.
+    const std::pair<const wchar_t*, const char*> rows[] = {
+        {L"",                      " e   "},
+        {L"/film.mkv",             "nehus"},
+        {L"http://host/a",         "   u "},
+        {L"a.tvlb",                "    s"},
+        {L"(0x12345678):a.tvlb",   "  h s"},
+        {L"(0x12345678):http://a", "  hu "},
+        {L"(0x12345678):",         "nehus"},
+        {L"(0x1234567):a.tvlb",    "    s"},
+    };
+    for (const auto& [text, expected] : rows)
+    {
+        std::string passes;
+        for (const char flag : {'n', 'e', 'h', 'u', 's'})
+            passes += ZVFilename::IsSpecialFileName(text, flag == 'e', flag == 'h', flag == 'u', flag == 's') ? flag : ' ';
+        EXPECT_EQ(passes, expected) << Bytes(text);
+    }
+}
+
+TEST(ZVFilename, SplitsAPathIntoDriveDirectoryNameAndExtension)
+{
+    // The path, then drive, directory, name and extension.
+    const std::tuple<const wchar_t*, const char*, const char*, const char*, const char*> rows[] = {
+        {L"/films/a/film.mkv",                            "",                "/films/a/",    "film",          "mkv" },
+        {L"",                                             "",                "",             "",              ""    },
+        {L"/films/a/",                                    "",                "/films/a/",    "",              ""    },
+        {L"/films/two.parts.tar.gz",                      "",                "/films/",      "two.parts.tar", "gz"  },
+        {L"/films/v1.2/film",                             "",                "/films/v1.2/", "film",          ""    },
+        {L"/films/film.",                                 "",                "/films/",      "film",          ""    },
+        {L"/films/.hidden",                               "",                "/films/",      ".hidden",       ""    },
+        {L"/films/.hidden.mkv",                           "",                "/films/",      ".hidden",       "mkv" },
+        {L"..",                                           "",                "",             "..",            ""    },
+        {L"/films/..name",                                "",                "/films/",      "..name",        ""    },
+        {L"/films/...mkv",                                "",                "/films/",      "..",            "mkv" },
+        {L"c:\\films\\film.mkv",                          "C:",              "/films/",      "film",          "mkv" },
+        {L"c:film.mkv",                                   "C:",              "",             "film",          "mkv" },
+        {L"1:film.mkv",                                   "",                "",             "1:film",        "mkv" },
+        {L"\\\\server\\share\\film.mkv",                  "//server",        "/share/",      "film",          "mkv" },
+        {L"/dev/sr0",                                     "/dev/sr0",        "",             "",              ""    },
+        {L"/dev/sr0/BDMV/index.bdmv",                     "/dev/sr0",        "/BDMV/",       "index",         "bdmv"},
+        {L"/DEV/sr0/film.mkv",                            "/DEV/sr0",        "/",            "film",          "mkv" },
+        {L"/dev/",                                        "",                "/dev/",        "",              ""    },
+        {L"/devices/film.mkv",                            "",                "/devices/",    "film",          "mkv" },
+        {L"(install drive):/films/film.mkv",              "",                "/films/",      "film",          "mkv" },
+        {L"http://host.org/films/film.m3u8?part=1.5#a/b", "http://host.org", "/films/",      "film",          "m3u8"},
+        {L"http://host.org?a/b.c",                        "http://host.org", "",             "",              ""    },
+        {L"file:///films/film.mkv",                       "file://",         "/films/",      "film",          "mkv" },
+    };
+    for (const auto& [path, expectedDrive, expectedDirectory, expectedName, expectedExtension] : rows)
+    {
+        SCOPED_TRACE(Bytes(path));
+        ZVString drive;
+        ZVString directory;
+        ZVString name;
+        ZVString extension;
+        ZVFilename::SplitPath(path, &drive, &directory, &name, &extension);
+        EXPECT_EQ(Bytes(drive), expectedDrive);
+        EXPECT_EQ(Bytes(directory), expectedDirectory);
+        EXPECT_EQ(Bytes(name), expectedName);
+        EXPECT_EQ(Bytes(extension), expectedExtension);
+    }
+}
+
+TEST(ZVFilename, NamesAreBuiltFromTheParts)
+{
+    ZVFilename film(L"/films/a/film.mkv;disc 2");
+    EXPECT_EQ(Bytes(film.GetNameAndExtension()), "film.mkv");
+    EXPECT_EQ(Bytes(film.GetNameAndExtension(true)), "film.mkv;disc 2");
+    film.SetProperty(ZVFilename::FileTypeProperty, L"webm");
+    EXPECT_EQ(Bytes(film.GetExtension()), "mkv");
+    EXPECT_EQ(Bytes(film.GetExtension(true)), "webm");
+    EXPECT_EQ(Bytes(film.GetSidecarName()), "/films/a/film_webm_ZVSidecar.xml");
+    EXPECT_EQ(Bytes(film.GetParentFolderName()), "a");
+    EXPECT_EQ(Bytes(film.GetParentFolderName(true)), "a/");
+    EXPECT_EQ(Bytes(ZVFilename(L"/film.mkv").GetParentFolderName(true)), "");
+
+    const ZVFilename disc(L"/dev/sr0/BDMV/index.bdmv");
+    EXPECT_EQ(Bytes(disc.GetDirectory()), "/dev/sr0/BDMV/");
+    EXPECT_EQ(Bytes(disc.GetDirectory(false)), "/BDMV/");
+    EXPECT_EQ(Bytes(disc.GetSidecarName()), "/dev/sr0/BDMV/index_bdmv_ZVSidecar.xml");
+
+    const std::string index = testing::TempDir() + "index" + std::to_string(getpid()) + ".ts.zhli";
+    const ZVFilename stream(ZVNativePath::ToText(index.substr(0, index.size() - 5).c_str()));
+    EXPECT_TRUE(stream.GetHLSIndexName(true).IsEmpty());
+    EXPECT_EQ(Bytes(stream.GetHLSIndexName(false)), index);
+    std::ofstream(index).close();
+    EXPECT_EQ(Bytes(stream.GetHLSIndexName(true)), index);
+    unlink(index.c_str());
+}
+
+TEST(ZVFilename, AStepIsAppendedWithOneSlash)
+{
+    const wchar_t* const rows[][3] = {
+        {L"/a",      L"b",    L"/a/b"   },
+        {L"/a//",    L"//b/", L"/a/b/"  },
+        {L"/",       L"b",    L"/b"     },
+        {L"",        L"/b",   L"/b"     },
+        {L"/a",      L"",     L"/a/"    },
+        {L"C:\\a\\", L"b",    L"C:\\a/b"},
+    };
+    for (const auto& row : rows)
+    {
+        ZVFilename name(row[0]);
+        name.AddPathPart(row[1]);
+        EXPECT_EQ(Bytes(name.GetPathOnly()), Bytes(row[2]));
+    }
+}
+
+TEST(ZVFilename, CopiesAreNumbered)
+{
+    const std::tuple<const wchar_t*, bool, const wchar_t*> rows[] = {
+        {L"/a/film.mkv",         false, L"/a/film (1).mkv"        },
+        {L"/a/film(9).mkv",      false, L"/a/film(10).mkv"        },
+        {L"/a/film (9999).mkv",  false, L"/a/film (10000).mkv"    },
+        {L"/a/film (10000).mkv", false, L"/a/film (10000) (1).mkv"},
+        {L"/a/film (01).mkv",    false, L"/a/film (01) (1).mkv"   },
+        {L"/a/film (1a).mkv",    false, L"/a/film (1a) (1).mkv"   },
+        {L"/a/1).mkv",           false, L"/a/1) (1).mkv"          },
+        {L"c:\\v1.0\\film",      false, L"c:\\v1.0\\film (1)"     },
+        {L"/a/v1.2/",            true,  L"/a/v1.2 (1)/"           },
+        {L"/a/v1.2 (1)",         true,  L"/a/v1.2 (2)"            },
+        {L"/a/v1.2 (2)",         true,  L"/a/v1.2 (1)"            },
+    };
+    for (const auto& [path, forFolder, next] : rows)
+    {
+        ZVFilename name(path);
+        name.AddCopyNumber(forFolder);
+        EXPECT_EQ(Bytes(name.GetPathOnly()), Bytes(next));
+    }
+}
+
+TEST(ZVNativePath, EveryNameOnADiskComesBackFromItsText)
+{
+    const std::string rows[] = {
+        "",
+        "/\xc3\xa4/\xe6\x97\xa5\xef\xbf\xbf",
+        "/cut \xe6\x97",
+        "/overlong \xc0\xaf\xe0\x80\xaf",
+        "/surrogate \xed\xb2\x80",
+        "/film \xf0\x9f\x8e\xac.mkv",
+        "/a\\b",
+        "\x80\xbf\xfe",
+    };
+    for (const std::string& bytes : rows)
+    {
+        const ZVString text = ZVNativePath::ToText(bytes.c_str());
+        EXPECT_EQ(Bytes(text), bytes);
+        EXPECT_EQ(text.Find(L'\\'), -1) << bytes;
+    }
+    // Two names that the plain conversion could not tell apart.
+    EXPECT_NE(ZVNativePath::ToText("\xff"), ZVNativePath::ToText("\xc3\xbf"));
+    EXPECT_EQ(Bytes(L"C:\\films\\\u00ff"), "C:/films/\xc3\xbf");
+    EXPECT_EQ(ZVNativePath::GetCarriedByte(std::numeric_limits<wchar_t>::min()), 0);
+}
+}
