@@ -1,5 +1,7 @@
 #include "worker/ZVCommandLine.h"
 
+#include "system/filename/ZVNativePath.h"
+
 namespace
 {
 // The caller may quote an argument once more than the shell takes away.
@@ -21,11 +23,15 @@ void ZVCommandLine::Assign(int32_t argc, char** argv)
     m_argc = argc;
     m_argv = argv;
     m_arguments.RemoveAll();
+    m_paths.RemoveAll();
     for (int32_t index = 1; index < argc; ++index)
     {
         ZVString argument = ZVString::FromUTF8(argv[index]);
         argument.Trim(StrippedCharacters);
         m_arguments.Add(argument);
+        ZVString path = ZVNativePath::ToText(argv[index], true);
+        path.Trim(StrippedCharacters);
+        m_paths.Add(path);
     }
 }
 
@@ -42,7 +48,10 @@ bool ZVCommandLine::Match(const wchar_t* name, ZVCommandMatch* match, int32_t mi
         {
             match->Command = m_arguments[index];
             for (int32_t parameter = index + 1; parameter < count; ++parameter)
+            {
                 match->Parameters.Add(m_arguments[parameter]);
+                match->Paths.Add(m_paths[parameter]);
+            }
         }
         return true;
     }

@@ -26,6 +26,7 @@ public:
 
 private:
     ZVStringArray m_arguments;
+    ZVStringArray m_paths;
     int32_t m_argc = 0;
     char** m_argv = nullptr;
 };

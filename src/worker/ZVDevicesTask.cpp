@@ -50,7 +50,7 @@ bool WriteDevices(const ZVStringArray& devices, const ZVString& path)
 bool RunDevicesTask(const ZVWorkerRequest& request)
 {
     ZVStringArray ignored;
-    ReadIgnoredDevices(request.Match.GetParameter(0), ignored);
+    ReadIgnoredDevices(request.Match.GetPath(0), ignored);
 
     request.Scope.Log("Calling EnumerateDevices...");
     CAnalyzeDevices analysis;
@@ -64,5 +64,5 @@ bool RunDevicesTask(const ZVWorkerRequest& request)
     ZVStringArray devices;
     analysis.GetDevices(devices);
     PrintDevices(devices);
-    return WriteDevices(devices, request.Match.GetParameter(1));
+    return WriteDevices(devices, request.Match.GetPath(1));
 }

@@ -1,5 +1,7 @@
 #include "worker/ZVCommandLine.h"
 
+#include "system/filename/ZVNativePath.h"
+
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -74,6 +76,30 @@ TEST(ZVCommandLine, KeepsTheCommandAsTypedAndReadsAMissingParameterAsEmpty)
     ASSERT_TRUE(Line({"/tEsT"}).Match(L"/Test", &match, 0));
     EXPECT_STREQ(match.Command, L"/tEsT");
     EXPECT_STREQ(match.GetParameter(0), L"");
+}
+
+// The text of a parameter follows the product's rules for characters, while its path leads to the file that was named.
+TEST(ZVCommandLine, APathKeepsBytesThatTheTextLoses)
+{
+    const struct
+    {
+        const char* Argument;
+        const wchar_t* Text;
+        const char* Path;
+    } rows[] = {
+        {"/a/\xf0\x9f\x8e\xac.mkv", L"/a/?.mkv", "/a/\xf0\x9f\x8e\xac.mkv"},
+        {"\"/a/\xff b\" ", L"/a/\u00ff b", "/a/\xff b"},
+        {"c:\\Video.mpg", L"c:\\Video.mpg", "c:/Video.mpg"},
+        {"/\xc3\xa4", L"/\u00e4", "/\xc3\xa4"},
+    };
+    for (const auto& row : rows)
+    {
+        ZVCommandMatch match;
+        ASSERT_TRUE(Line({"/Test", row.Argument}).Match(L"/Test", &match, 1));
+        EXPECT_STREQ(match.GetParameter(0), row.Text);
+        EXPECT_EQ(ZVNativePath(match.GetPath(0)).GetBytes(), row.Path);
+        EXPECT_TRUE(match.GetPath(1).IsEmpty());
+    }
 }
 
 TEST(ZVCommandLine, JoinsArgumentsAsTheyWouldBeTyped)

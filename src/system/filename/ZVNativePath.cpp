@@ -76,7 +76,7 @@ unsigned char ZVNativePath::GetCarriedByte(wchar_t character)
     return (byte >= 0x80 && byte <= 0xff) || byte == '\\' ? static_cast<unsigned char>(byte) : 0;
 }
 
-ZVString ZVNativePath::ToText(const char* path)
+ZVString ZVNativePath::ToText(const char* path, bool keepBackslashes)
 {
     ZVString text;
     if (path == nullptr)
@@ -86,7 +86,7 @@ ZVString ZVNativePath::ToText(const char* path)
     wchar_t* target = start;
     for (const uint8_t* bytes = reinterpret_cast<const uint8_t*>(path); *bytes != 0;)
     {
-        const int32_t length = *bytes == '\\' ? 0 : ValidSequenceLength(bytes);
+        const int32_t length = *bytes == '\\' && !keepBackslashes ? 0 : ValidSequenceLength(bytes);
         *target++ = length == 0 ? CarriedByteBase + *bytes : ZVUTF8::DecodeSequence(bytes, length);
         bytes += length == 0 ? 1 : length;
     }

@@ -72,7 +72,7 @@ TEST(ZVXMLRead, FindsByPath)
 TEST(ZVXMLRead, WalksIntoAndOutOfElements)
 {
     ZVXMLDocument document;
-    ASSERT_TRUE(document.SetDocument(L"<r><a><x/><y><z/></y></a><b/><a/></r>"));
+    ASSERT_TRUE(document.SetDocument(L"<r b='1'><a><x/><y><z/></y></a><b/><a/></r>"));
     const auto isAt = [&document](const wchar_t* path, const wchar_t* child)
     { return document.GetElementPath() == path && document.GetChildElementName() == child; };
     EXPECT_TRUE(!document.EnterElement() && !document.FindChildElement() && isAt(L"", L""));
