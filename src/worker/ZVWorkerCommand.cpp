@@ -2,6 +2,7 @@
 
 #include "system/log/ZVLogScope.h"
 #include "worker/ZVDevicesTask.h"
+#include "worker/ZVVideoTasks.h"
 
 namespace
 {
@@ -25,7 +26,7 @@ constexpr ZVWorkerCommand Commands[] = {
      "Processing Thumbnail task...",             "Thumbnailing succeeded"},
     {L"/AnalyzeZVVid",          2, true,  false, RefuseTask,
      "Processing AnalyzeZVVid task...",          "AnalyzeZVVid succeeded..."},
-    {L"/AnalyzeVideoExtended",  2, true,  false, RefuseTask,
+    {L"/AnalyzeVideoExtended",  2, true,  false, RunAnalyzeVideoExtendedTask,
      "Processing AnalyzeVideoExtended task...",  "AnalyzeVideoExtended succeeded..."},
     {L"/AnalyzeVideoBlackBars", 2, true,  false, RefuseTask,
      "Processing AnalyzeVideoBlackBars task...", "AnalyzeVideoBlackBars succeeded..."},

@@ -1,0 +1,41 @@
+#include "video/extended/ZVAVLog.h"
+
+#include "system/log/ZVLog.h"
+#include "system/log/ZVLogCategory.h"
+#include "video/codec/ZVCodecHeaders.h"
+
+#include <cstdio>
+#include <cstring>
+
+namespace
+{
+constexpr wchar_t ScopeName[] = L"CZVVideoAnalyzeExtended::AVLog";
+
+constexpr int MaximumLength = 2047;
+
+ZVString GetPrefix(void* context)
+{
+    if (context == nullptr)
+        return ZVString();
+    const AVClass* avClass = nullptr;
+    memcpy(&avClass, context, sizeof avClass);
+    if (avClass == nullptr || avClass->item_name == nullptr)
+        return ZVString();
+    char prefix[256];
+    snprintf(prefix, sizeof prefix, "[%s @ %p] ", avClass->item_name(context), context);
+    return ZVString::FromUTF8(prefix);
+}
+}
+
+__attribute__((format(printf, 3, 0))) void ZVAVLog(void* context, int level, const char* format, va_list arguments)
+{
+    if (level > AV_LOG_WARNING)
+        return;
+    char message[MaximumLength + 1];
+    if (vsnprintf(message, sizeof message, format, arguments) < 0)
+        return;
+    const size_t length = strlen(message);
+    if (length > 0 && message[length - 1] == '\n')
+        message[length - 1] = '\0';
+    ZVLog(ZVLogCategory::Image, ScopeName, "%s%s", GetPrefix(context), message);
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+
+// The places of a film, in seconds, where frames are looked at: its beginning, 45 seconds into it, and where its length is known seven
+// more, an eighth of it apart. They need not be in order.
+class ZVSamplePositions
+{
+public:
+    // The length in microseconds, not positive when it is not known.
+    explicit ZVSamplePositions(int64_t duration);
+
+    int32_t GetCount() const { return m_count; }
+    int32_t Get(int32_t index) const { return m_seconds[index]; }
+
+    // Whether a place lies before the end. Its microseconds are counted in 32 bits, so beyond 2147 seconds the answer is that for the
+    // wrapped value: callers know the results that this gives.
+    bool IsBeforeEnd(int32_t index) const;
+
+    // A film's opening, with its logos, tells less than the other places when there are enough of them.
+    bool IsOpening(int32_t index) const { return index == 0 && m_count > FewPositions; }
+
+private:
+    static constexpr int32_t FewPositions = 3;
+    static constexpr int32_t Parts = 8;
+
+    int64_t m_duration;
+    int32_t m_count = 2;
+    int32_t m_seconds[1 + Parts] = {0, 45};
+};
