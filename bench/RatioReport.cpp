@@ -16,7 +16,10 @@ struct Comparison
 {
     std::string Name;
     double Limit;
+    void (*Ours)(benchmark::State&);
+    void (*Peer)(benchmark::State&);
     std::string PeerName;
+    bool StartsThreads;
 };
 
 std::vector<Comparison>& Comparisons()
@@ -63,20 +66,20 @@ private:
 }
 
 bool ZVRegisterComparison(const char* name, double limit, void (*ours)(benchmark::State&), void (*peer)(benchmark::State&),
-                          const char* peerName)
+                          const char* peerName, bool startsThreads)
 {
-    Comparisons().push_back({name, limit, peerName});
-    const Comparison& comparison = Comparisons().back();
-    for (const auto& [fullName, function] : {std::pair(OurName(name), ours), std::pair(PeerBenchmarkName(comparison), peer)})
-        benchmark::RegisterBenchmark(fullName.c_str(), function)
-            ->Repetitions(Repetitions)
-            ->ReportAggregatesOnly(false)
-            ->UseRealTime();
+    Comparisons().push_back({name, limit, ours, peer, peerName, startsThreads});
     return true;
 }
 
 int main(int argc, char** argv)
 {
+    // A process that had a second thread counts references and locks from then on, so what starts one comes last.
+    std::stable_partition(Comparisons().begin(), Comparisons().end(), [](const Comparison& item) { return !item.StartsThreads; });
+    for (const Comparison& comparison : Comparisons())
+        for (const auto& [name, function] : {std::pair(OurName(comparison.Name), comparison.Ours),
+                                             std::pair(PeerBenchmarkName(comparison), comparison.Peer)})
+            benchmark::RegisterBenchmark(name.c_str(), function)->Repetitions(Repetitions)->ReportAggregatesOnly(false)->UseRealTime();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

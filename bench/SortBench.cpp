@@ -64,5 +64,5 @@ void SortWithStdSort(benchmark::State& state)
                 });
 }
 
-ZV_COMPARE(SortMillionStrings, 1.0, SortWithZVQSort, SortWithStdSort, "std::sort");
+ZV_COMPARE_WITH_THREADS(SortMillionStrings, 1.0, SortWithZVQSort, SortWithStdSort, "std::sort");
 }
