@@ -1,5 +1,6 @@
 #include "siblings/reader/internet/CCurlLibrary.h"
 
+#include "system/library/ZVRunTimeLibrary.h"
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
@@ -8,13 +9,6 @@
 namespace
 {
 constexpr char FileName[] = "libcurl.so.4";
-
-template <class Function>
-bool Bind(void* library, const char* name, Function& function)
-{
-    function = reinterpret_cast<Function>(dlsym(library, name));
-    return function != nullptr;
-}
 }
 
 const CCurlLibrary* CCurlLibrary::Get()
@@ -26,22 +20,30 @@ const CCurlLibrary* CCurlLibrary::Get()
 
 bool CCurlLibrary::Load()
 {
-    void* const library = dlopen(FileName, RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr)
+    ZVRunTimeLibrary library(FileName);
+    if (!library.IsOpen())
     {
         ZVLog(ZVLogCategory::Network, L"CCurlLibrary::Load", "No address can be opened: %s", dlerror());
         return false;
     }
-    const bool isBound = Bind(library, "curl_global_init", Initialize) && Bind(library, "curl_easy_init", MakeHandle) &&
-                         Bind(library, "curl_easy_cleanup", FreeHandle) && Bind(library, "curl_easy_reset", ResetHandle) &&
-                         Bind(library, "curl_easy_setopt", SetOption) && Bind(library, "curl_easy_getinfo", GetInformation) &&
-                         Bind(library, "curl_easy_pause", Pause) && Bind(library, "curl_easy_strerror", GetErrorText) &&
-                         Bind(library, "curl_slist_append", AppendToList) && Bind(library, "curl_slist_free_all", FreeList) &&
-                         Bind(library, "curl_multi_init", MakeMulti) && Bind(library, "curl_multi_cleanup", FreeMulti) &&
-                         Bind(library, "curl_multi_add_handle", AddHandle) &&
-                         Bind(library, "curl_multi_remove_handle", RemoveHandle) &&
-                         Bind(library, "curl_multi_perform", Perform) && Bind(library, "curl_multi_poll", Poll) &&
-                         Bind(library, "curl_multi_info_read", ReadMessage) && Initialize(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+    library.Bind("curl_global_init", Initialize);
+    library.Bind("curl_easy_init", MakeHandle);
+    library.Bind("curl_easy_cleanup", FreeHandle);
+    library.Bind("curl_easy_reset", ResetHandle);
+    library.Bind("curl_easy_setopt", SetOption);
+    library.Bind("curl_easy_getinfo", GetInformation);
+    library.Bind("curl_easy_pause", Pause);
+    library.Bind("curl_easy_strerror", GetErrorText);
+    library.Bind("curl_slist_append", AppendToList);
+    library.Bind("curl_slist_free_all", FreeList);
+    library.Bind("curl_multi_init", MakeMulti);
+    library.Bind("curl_multi_cleanup", FreeMulti);
+    library.Bind("curl_multi_add_handle", AddHandle);
+    library.Bind("curl_multi_remove_handle", RemoveHandle);
+    library.Bind("curl_multi_perform", Perform);
+    library.Bind("curl_multi_poll", Poll);
+    library.Bind("curl_multi_info_read", ReadMessage);
+    const bool isBound = library.IsComplete() && Initialize(CURL_GLOBAL_DEFAULT) == CURLE_OK;
     if (!isBound)
         ZVLog(ZVLogCategory::Network, L"CCurlLibrary::Load", "No address can be opened: %s is too old or cannot start", FileName);
     return isBound;

@@ -1,17 +1,10 @@
 #include "siblings/tools/compression/CZLibrary.h"
 
-#include <dlfcn.h>
+#include "system/library/ZVRunTimeLibrary.h"
 
 namespace
 {
 constexpr char FileName[] = "libz.so.1";
-
-template <class Function>
-bool Bind(void* library, const char* name, Function& function)
-{
-    function = reinterpret_cast<Function>(dlsym(library, name));
-    return function != nullptr;
-}
 }
 
 const CZLibrary* CZLibrary::Get()
@@ -23,7 +16,10 @@ const CZLibrary* CZLibrary::Get()
 
 bool CZLibrary::Load(const char* fileName)
 {
-    void* const library = dlopen(fileName, RTLD_NOW | RTLD_LOCAL);
-    return library != nullptr && Bind(library, "inflateInit2_", InflateInit) && Bind(library, "inflate", Inflate) &&
-           Bind(library, "inflateReset", InflateReset) && Bind(library, "inflateEnd", InflateEnd);
+    ZVRunTimeLibrary library(fileName);
+    library.Bind("inflateInit2_", InflateInit);
+    library.Bind("inflate", Inflate);
+    library.Bind("inflateReset", InflateReset);
+    library.Bind("inflateEnd", InflateEnd);
+    return library.IsComplete();
 }

@@ -1,26 +1,21 @@
 #include "siblings/tools/settings/CSQLiteLibrary.h"
 
-#include <dlfcn.h>
-
-namespace
-{
-template <class Function>
-bool Bind(void* library, const char* name, Function& function)
-{
-    function = reinterpret_cast<Function>(dlsym(library, name));
-    return function != nullptr;
-}
-}
+#include "system/library/ZVRunTimeLibrary.h"
 
 bool CSQLiteLibrary::Load(const char* fileName)
 {
     if (m_isLoaded)
         return true;
-    void* const library = dlopen(fileName, RTLD_NOW | RTLD_LOCAL);
-    m_isLoaded = library != nullptr && Bind(library, "sqlite3_open_v2", Open) && Bind(library, "sqlite3_close", Close) &&
-                 Bind(library, "sqlite3_busy_timeout", SetBusyTimeout) && Bind(library, "sqlite3_errmsg", GetErrorMessage) &&
-                 Bind(library, "sqlite3_prepare_v2", Prepare) && Bind(library, "sqlite3_bind_text", BindText) &&
-                 Bind(library, "sqlite3_step", Step) && Bind(library, "sqlite3_column_text", GetColumnText) &&
-                 Bind(library, "sqlite3_finalize", Finalize);
+    ZVRunTimeLibrary library(fileName);
+    library.Bind("sqlite3_open_v2", Open);
+    library.Bind("sqlite3_close", Close);
+    library.Bind("sqlite3_busy_timeout", SetBusyTimeout);
+    library.Bind("sqlite3_errmsg", GetErrorMessage);
+    library.Bind("sqlite3_prepare_v2", Prepare);
+    library.Bind("sqlite3_bind_text", BindText);
+    library.Bind("sqlite3_step", Step);
+    library.Bind("sqlite3_column_text", GetColumnText);
+    library.Bind("sqlite3_finalize", Finalize);
+    m_isLoaded = library.IsComplete();
     return m_isLoaded;
 }
