@@ -127,6 +127,27 @@ TEST_F(DependencyInstallerTest, InstallsWhatIsMissing)
     EXPECT_EQ(m_server.GetRequests(ArchiveTarget).size(), 1u);
 }
 
+TEST_F(DependencyInstallerTest, InstallsTheDecodersAsTheyArePacked)
+{
+    const std::string component = ZV_CODEC_COMPONENT;
+    const std::string archive = component + ".tar.xz";
+    if (component.empty() || !fs::exists(archive))
+        GTEST_SKIP() << "the codec component is not built, or the system's own libraries are used";
+    for (const char* suffix : {"", ".sha256"})
+    {
+        std::ifstream file(archive + suffix, std::ios::binary);
+        m_server.SetAnswer("/packages/linux_avcodec64_v17.tar.xz" + std::string(suffix), {.Body = {std::istreambuf_iterator<char>(file), {}}});
+    }
+    ASSERT_TRUE(DependencyInstaller::Install(15)) << Joined(m_log);
+    EXPECT_EQ(DependencyInstaller::GetFolder(15), TextAt("Plugins/linux_avcodec64_v17/"));
+    for (const auto& file : fs::directory_iterator(component))
+    {
+        const std::string installed = m_folder + "Plugins/linux_avcodec64_v17/" + file.path().filename().string();
+        EXPECT_EQ(system(("cmp -s '" + file.path().string() + "' '" + installed + "'").c_str()), 0) << installed;
+    }
+    EXPECT_THAT(Joined(m_log), testing::Not(testing::HasSubstr("has no checksum")));
+}
+
 TEST_F(DependencyInstallerTest, LeavesWhatIsThereWhenThePackageIsBad)
 {
     const std::string good = MakeDownloader();
