@@ -6,6 +6,7 @@
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <memory>
 #include <string_view>
@@ -20,6 +21,9 @@ constexpr size_t ReadBlockSize = 0x10000;
 
 // No component has a tenth of it; a made-up archive could have millions, each of which costs a block of the disk.
 constexpr int32_t MaximumEntries = 100'000;
+
+// Nor does any component come near this many bytes, which a made-up archive of a few megabytes can claim to hold.
+constexpr int64_t MaximumSize = int64_t {16} << 30;
 
 void Refuse(const char* path, const char* reason)
 {
@@ -52,13 +56,26 @@ bool HasParentStep(std::string_view path)
     return false;
 }
 
+// True when a link out of a folder of some depth could lead above the root. It may climb only at its beginning: behind a step
+// through another link ".." leads to where that one points, which the names do not tell.
+bool LeadsOut(std::string_view target, int32_t depth)
+{
+    if (GetDepth(target, depth) < 0)
+        return true;
+    while (target.starts_with("../") || target.starts_with("./") || target.starts_with('/'))
+        target.remove_prefix(target.find('/') + 1);
+    return target != ".." && HasParentStep(target);
+}
+
 // An open archive and the entry that is read.
 class Reader
 {
 public:
-    Reader(const ZVArchiveLibrary& library, const ZVString& path) : m_library(library), m_archive(library.ReadNew()), m_entry(library.EntryNew())
+    Reader(const ZVArchiveLibrary& library, const ZVString& path)
+        : m_library(library), m_archive(library.ReadNew()), m_entry(library.EntryNew())
     {
-        m_library.SupportFilters(m_archive);
+        // Not all that the library knows: for some it runs other programs.
+        m_library.SupportXZ(m_archive);
         m_library.SupportTar(m_archive);
         m_library.SupportZip(m_archive);
         m_result = m_library.OpenFile(m_archive, ZVNativePath(path), ReadBlockSize);
@@ -128,7 +145,7 @@ bool IsAllowed(const ZVArchiveLibrary& library, archive_entry* entry)
     }
     // A symbolic link starts in the folder that it is in, a hard link in the root of the archive.
     const bool linksOut = (hardLink != nullptr && (GetDepth(hardLink, 0) < 0 || HasParentStep(hardLink))) ||
-                          (symbolicLink != nullptr && GetDepth(symbolicLink, GetDepth(path, 0) - 1) < 0);
+                          (symbolicLink != nullptr && LeadsOut(symbolicLink, GetDepth(path, 0) - 1));
     if (linksOut)
         Refuse(path, "the link leaves the folder");
     return !linksOut;
@@ -167,6 +184,7 @@ bool ComponentArchive::Check(const ZVString& path, const ZVString& folder)
         return false;
     int64_t freeSize = INT64_MAX;
     ZVFileSystem::ZVStatFS(folder, nullptr, nullptr, &freeSize);
+    const int64_t maximumSize = std::min(freeSize, MaximumSize);
 
     Reader reader(*library, path);
     int64_t size = 0;
@@ -175,14 +193,15 @@ bool ComponentArchive::Check(const ZVString& path, const ZVString& folder)
     {
         if (!IsAllowed(*library, reader.GetEntry()))
             return false;
-        const auto fits = [&size, freeSize](const void*, size_t bytes, int64_t) {
+        const auto fits = [&size, maximumSize](const void*, size_t bytes, int64_t)
+        {
             size += static_cast<int64_t>(bytes);
-            return size <= freeSize;
+            return size <= maximumSize;
         };
         const bool isRead = reader.ReadData(fits);
-        if (size > freeSize || ++count > MaximumEntries)
+        if (size > maximumSize || ++count > MaximumEntries)
         {
-            Refuse("it is too large", "the disk has no room for it");
+            Refuse("it is too large", size > freeSize ? "the disk has no room for it" : "no component is as large");
             return false;
         }
         if (!isRead)
@@ -197,8 +216,9 @@ bool ComponentArchive::Check(const ZVString& path, const ZVString& folder)
 
 bool ComponentArchive::Unpack(const ZVString& path, const ZVString& folder)
 {
-    constexpr int Options = ARCHIVE_EXTRACT_PERM | ARCHIVE_EXTRACT_TIME | ARCHIVE_EXTRACT_SECURE_SYMLINKS |
-                            ARCHIVE_EXTRACT_SECURE_NODOTDOT | ARCHIVE_EXTRACT_SECURE_NOABSOLUTEPATHS;
+    // The permissions are those of the archive within the user's mask: what the product loads is for nobody else to write.
+    constexpr int Options = ARCHIVE_EXTRACT_TIME | ARCHIVE_EXTRACT_SECURE_SYMLINKS | ARCHIVE_EXTRACT_SECURE_NODOTDOT |
+                            ARCHIVE_EXTRACT_SECURE_NOABSOLUTEPATHS;
 
     const ZVArchiveLibrary* const library = ZVArchiveLibrary::Get();
     if (library == nullptr)
@@ -212,13 +232,13 @@ bool ComponentArchive::Unpack(const ZVString& path, const ZVString& folder)
     library->DiskOptions(disk.get(), Options);
     while (reader.Next())
     {
-        const auto write = [&](const void* bytes, size_t count, int64_t position) {
-            return library->WriteBlock(disk.get(), bytes, count, position) >= ARCHIVE_OK;
-        };
+        const auto write = [&](const void* bytes, size_t count, int64_t position)
+        { return library->WriteBlock(disk.get(), bytes, count, position) >= ARCHIVE_OK; };
         if (!IsAllowed(*library, reader.GetEntry()))
             return false;
-        if (library->WriteHeader(disk.get(), reader.GetEntry()) != ARCHIVE_OK || !reader.ReadData(write) ||
-            library->FinishEntry(disk.get()) != ARCHIVE_OK)
+        // A file system that keeps no times is a warning.
+        if (library->WriteHeader(disk.get(), reader.GetEntry()) < ARCHIVE_WARN || !reader.ReadData(write) ||
+            library->FinishEntry(disk.get()) < ARCHIVE_WARN)
         {
             ZVLog(ZVLogCategory::Network, ScopeName, "Unpacking %s failed: %s", library->GetPath(reader.GetEntry()),
                   Reader::GetError(library->GetError(disk.get())));

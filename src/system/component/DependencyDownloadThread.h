@@ -4,8 +4,8 @@
 #include "system/loader/CFileLoader.h"
 #include "system/thread/ZVThread.h"
 
-// Downloads one package on a thread of its own: into a new temporary file, or into a buffer when it is given one. The thread's result tells
-// whether it is there. The members are read when the thread has ended.
+// Downloads one package on a thread of its own: into a new temporary file, or into a buffer when it is given one. The thread's
+// result tells whether it is there. The members are read when the thread has ended.
 class DependencyDownloadThread final : public ZVThread
 {
 public:

@@ -101,6 +101,8 @@ private:
         ZVDllString view(server);
         if (server.IsEmpty() && settings != nullptr)
             settings->GetSetting(L"Dependencies", L"Server", view);
+        if (server.StartsWith(L"file://", false))
+            ZVFilename::ConvertPathStyle(server, ZVPathStyle::FileURL, ZVPathStyle::URLPath);
         return server.IsEmpty() || server.EndsWith(L'/') ? server : server + L"/";
     }
 
@@ -119,7 +121,8 @@ private:
         ZVString expected;
         if (!loader.LoadText(url + L".sha256", expected, ZVEncoding::UTF8, false))
         {
-            const bool isAbsent = loader.GetStatusCode() == L"404" || !ZVFilename::IsRemote(url);
+            const bool isAbsent =
+                ZVFilename::IsRemote(url) ? loader.GetStatusCode() == L"404" : !ZVFileSystem::Exists(url + L".sha256");
             m_scope.Log(isAbsent ? "Package %s has no checksum" : "The checksum of package %s did not load", m_archiveName);
             return isAbsent;
         }
@@ -142,10 +145,10 @@ private:
             bool (Installation::*Step)(const ZVString& archive) const;
             const char* Failure;
         } steps[] = {
-            {&Installation::DeleteOldFiles, "Deleting old files failed"},
-            {&Installation::PreserveFiles, "Moving preserved files failed"},
-            {&Installation::Unpack, "Unpacking files failed"},
-            {&Installation::RestoreFiles, "Restoring preserved files failed"},
+            {&Installation::DeleteOldFiles, "Deleting old files failed"       },
+            {&Installation::PreserveFiles,  "Moving preserved files failed"   },
+            {&Installation::Unpack,         "Unpacking files failed"          },
+            {&Installation::RestoreFiles,   "Restoring preserved files failed"},
         };
         for (const auto& step : steps)
             if (!(this->*step.Step)(archive))
@@ -196,16 +199,29 @@ private:
         return isDone;
     }
 
+    // What an installation that did not come to its end has saved is the user's; the file in its place may be the archive's.
     bool PreserveFiles(const ZVString&) const
     {
         const ZVString settings = m_folder + RendererSettings;
-        return m_id != Renderer || !ZVFileSystem::Exists(settings) ||
-               ZVFileSystem::CopyFile(settings, m_folder + RendererSavedSettings);
+        const ZVString saved = m_folder + RendererSavedSettings;
+        return m_id != Renderer || !ZVFileSystem::Exists(settings) || ZVFileSystem::Exists(saved) ||
+               ZVFileSystem::CopyFile(settings, saved);
     }
 
     bool Unpack(const ZVString& archive) const
     {
-        return ZVFileSystem::MakeDirectoryTree(m_folder) && ComponentArchive::Unpack(archive, m_folder);
+        // Into a folder that is there, since it may hold files of the user's own.
+        if (ZVFileSystem::IsDirectory(m_folder))
+            return ComponentArchive::Unpack(archive, m_folder);
+        // Otherwise under another name until it is whole: half a component would pass for an installed one.
+        const ZVString part = m_plugins + m_folderName + L".part/";
+        if (ZVFileSystem::Exists(part) && !ZVFileSystem::DeleteDirectoryTree(part, false))
+            return false;
+        if (ZVFileSystem::MakeDirectoryTree(part) && ComponentArchive::Unpack(archive, part) &&
+            ZVFileSystem::MoveFile(part, m_folder))
+            return true;
+        ZVFileSystem::DeleteDirectoryTree(part, false);
+        return false;
     }
 
     bool RestoreFiles(const ZVString&) const

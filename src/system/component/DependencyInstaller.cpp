@@ -27,7 +27,7 @@ const Dependency* FindDependency(int32_t id)
     return DependencyTable::Find(DependencyTable::Map(id));
 }
 
-ZVString GetField(int32_t id, const wchar_t* Dependency::* field)
+ZVString GetField(int32_t id, const wchar_t* Dependency::*field)
 {
     const Dependency* const dependency = FindDependency(id);
     return dependency == nullptr ? ZVString() : ZVString(dependency->*field);
@@ -53,7 +53,8 @@ class FolderRecord
 {
 public:
     explicit FolderRecord(int32_t id)
-        : m_settings(g_pZVTools == nullptr ? nullptr : g_pZVTools->GetSettings(true)), m_name(ZVString::FromInt(DependencyTable::Map(id)))
+        : m_settings(g_pZVTools == nullptr ? nullptr : g_pZVTools->GetSettings(true)),
+          m_name(ZVString::FromInt(DependencyTable::Map(id)))
     {
     }
 

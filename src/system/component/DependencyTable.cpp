@@ -9,7 +9,16 @@ struct PlatformForm
 };
 
 // What generic numbers are on 64-bit Linux. Of these only one version is kept.
-constexpr PlatformForm PlatformForms[] = {{1, 38}, {3, 35}, {4, 34}, {5, 42}, {15, 37}, {23, 47}, {24, 49}, {26, 53}};
+constexpr PlatformForm PlatformForms[] = {
+    {1,  38},
+    {3,  35},
+    {4,  34},
+    {5,  42},
+    {15, 37},
+    {23, 47},
+    {24, 49},
+    {26, 53}
+};
 
 // Names of packages are keys on the server, in folder names and in settings.
 // clang-format off

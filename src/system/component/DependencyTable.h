@@ -6,11 +6,11 @@
 struct Dependency
 {
     int32_t Number;
-    const wchar_t* Package;      // the stem of its folder and of its archive
+    const wchar_t* Package;  // the stem of its folder and of its archive
     const wchar_t* DisplayName;
-    const wchar_t* MainFile;     // within its folder
+    const wchar_t* MainFile;  // within its folder
     const wchar_t* Version;
-    const wchar_t* Archive;      // the archive's extension
+    const wchar_t* Archive;  // the archive's extension
 };
 
 // The components that the product knows, by number. Generic numbers stand for the form of this platform.

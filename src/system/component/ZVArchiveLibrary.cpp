@@ -20,7 +20,7 @@ bool ZVArchiveLibrary::Load()
 {
     ZVRunTimeLibrary library(FileName);
     library.Bind("archive_read_new", ReadNew);
-    library.Bind("archive_read_support_filter_all", SupportFilters);
+    library.Bind("archive_read_support_filter_xz", SupportXZ);
     library.Bind("archive_read_support_format_tar", SupportTar);
     library.Bind("archive_read_support_format_zip", SupportZip);
     library.Bind("archive_read_open_filename", OpenFile);

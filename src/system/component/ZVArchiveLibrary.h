@@ -3,15 +3,15 @@
 #include <archive.h>
 #include <archive_entry.h>
 
-// The functions of libarchive that unpacking needs, bound by the first archive: the worker unpacks one in months and should not pay for the
-// library at every start.
+// The functions of libarchive that unpacking needs, bound by the first archive: the worker unpacks one in months and should not
+// pay for the library at every start.
 struct ZVArchiveLibrary
 {
     // The bound library; null when it is not there or lacks a function, which is logged. It is never closed.
     static const ZVArchiveLibrary* Get();
 
     decltype(&archive_read_new) ReadNew = nullptr;
-    decltype(&archive_read_support_filter_all) SupportFilters = nullptr;
+    decltype(&archive_read_support_filter_xz) SupportXZ = nullptr;
     decltype(&archive_read_support_format_tar) SupportTar = nullptr;
     decltype(&archive_read_support_format_zip) SupportZip = nullptr;
     decltype(&archive_read_open_filename) OpenFile = nullptr;

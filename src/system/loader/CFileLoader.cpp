@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 
 namespace
 {
@@ -21,6 +22,9 @@ constexpr int64_t LocalBlock = 0x100000;
 constexpr int64_t InternetBlock = 0x10000;
 
 constexpr wchar_t NotModified[] = L"304";
+
+// What a string can hold, with room for the terminator that decoding adds.
+constexpr int64_t LargestText = INT32_MAX - 16;
 
 // The name as the rest of the product sees it: a local file by its path, and one of two schemes for what is not.
 ZVString GetPlainName(const ZVFilename& name)
@@ -60,14 +64,29 @@ bool CFileLoader::Load(const ZVFilename& name, ZVBuffer& buffer)
 
 bool CFileLoader::LoadText(const ZVFilename& name, ZVString& out, ZVEncoding encoding, bool dropNulBytes)
 {
+    const int64_t maximumBytes = m_options.MaximumBytes;
+    const bool failIfLarger = m_options.FailIfLarger;
+    if (maximumBytes < 1 || maximumBytes > LargestText)
+        SetLimits(LargestText, true);
+    out.Empty();
     ZVBuffer buffer;
-    const bool isLoaded = Load(name, buffer);
-    out.SetFromBytes(buffer, encoding, dropNulBytes);
+    bool isLoaded = Load(name, buffer);
+    SetLimits(maximumBytes, failIfLarger);
+    try
+    {
+        out.SetFromBytes(buffer, encoding, dropNulBytes);
+    }
+    catch (const std::bad_alloc& exception)
+    {
+        LogFailure(name.GetPathOnly(), exception.what());
+        out.Empty();
+        isLoaded = false;
+    }
     return isLoaded;
 }
 
-bool CFileLoader::LoadToSink(const ZVFilename& name, ZVBuffer* buffer, IZVFileLoaderSink* sink, const ZVString& path, bool* resume,
-                             double ifNewerThan)
+bool CFileLoader::LoadToSink(const ZVFilename& name, ZVBuffer* buffer, IZVFileLoaderSink* sink, const ZVString& path,
+                             bool* resume, double ifNewerThan)
 {
     return RunLoad(name, buffer, sink, path, path, resume, ifNewerThan);
 }
@@ -75,13 +94,27 @@ bool CFileLoader::LoadToSink(const ZVFilename& name, ZVBuffer* buffer, IZVFileLo
 bool CFileLoader::RunLoad(const ZVFilename& name, ZVBuffer* buffer, IZVFileLoaderSink* sink, const ZVString& path,
                           const ZVString& sinkPath, bool* resume, double ifNewerThan)
 {
-    if (m_cancelTarget->IsCancelled() || m_busy.exchange(true))
+    if (m_busy.exchange(true))
         return false;
-    m_ownCancel.Clear();
-    m_cancelTarget->Attach(*this);
     if (buffer != nullptr)
         buffer->Empty();
+    m_location.Empty();
+    m_allHeaders.Empty();
+    m_statusCode.Empty();
+    m_resourceSize = -1;
+    const bool isLoaded = !IsCancelled() && RunGuarded(name, buffer, sink, path, sinkPath, resume, ifNewerThan);
+    ResetRequest();
+    m_busy = false;
+    return isLoaded;
+}
 
+bool CFileLoader::RunGuarded(const ZVFilename& name, ZVBuffer* buffer, IZVFileLoaderSink* sink, const ZVString& path,
+                             const ZVString& sinkPath, bool* resume, double ifNewerThan)
+{
+    // The loader's own wish to stop may be there since a moment ago and must not get lost.
+    if (m_cancelTarget != &m_ownCancel)
+        m_ownCancel.Clear();
+    m_cancelTarget->Attach(*this);
     bool isLoaded = false;
     try
     {
@@ -96,22 +129,17 @@ bool CFileLoader::RunLoad(const ZVFilename& name, ZVBuffer* buffer, IZVFileLoade
     if (!isLoaded && buffer != nullptr)
         buffer->Empty();
 
+    m_waitMessage.reset();
     m_cancelTarget->Detach(*this);
-    ResetRequest();
     DropReader();
-    m_busy = false;
     return isLoaded;
 }
 
 bool CFileLoader::RunJob(const Job& job)
 {
-    DropReader();
-    m_location.Empty();
-    m_allHeaders.Empty();
-    m_statusCode.Empty();
-    m_resourceSize = -1;
     if (m_options.ShowProgress && m_options.ProgressCaption.IsEmpty())
         m_options.ProgressCaption = job.IsInternet ? L"Internet resource" : L"Local resource";
+    m_waitMessage = CreateWaitMessage();
     return m_options.Streaming || job.Sink != nullptr ? RunReaderPath(job) : RunDirectPath(job);
 }
 
@@ -158,9 +186,9 @@ bool CFileLoader::RunReaderPath(const Job& job)
         m_statusCode = NotModified;
         return false;
     }
-    if (!ReadContent(job))
-        return false;
-    return IsCancelled() || InflateContent(job);
+    if (IsHeadRequest(job))
+        return true;
+    return ReadContent(job) && (IsCancelled() || InflateContent(job));
 }
 
 bool CFileLoader::OpenReader(const Job& job)
@@ -175,6 +203,9 @@ bool CFileLoader::OpenReader(const Job& job)
         m_reader = ZVReaders::CreateGeneric(job.Name);
         if (m_reader == nullptr)
             return false;
+        // Who cancelled before there was a reader could not tell it.
+        if (IsCancelled())
+            m_reader->Cancel();
     }
     if (job.IsInternet)
     {
@@ -211,17 +242,20 @@ bool CFileLoader::IsNotModified(const Job& job) const
         !ZVDate::Parse(lastModified, 0, date))
         return false;
     // Whole seconds: a date in a header has no more.
-    return ZVDate::ToUnix(date) <= ZVDate::ToUnix(job.IfNewerThan) &&
+    return ZVDate::ToUnix(date) <= ZVDate::ToUnix(job.IfNewerThan) && m_resourceSize >= 0 &&
            m_resourceSize == ZVFileSystem::GetFileSize(job.KnownPath);
+}
+
+// An answer to such a request has the headers of a content and none.
+bool CFileLoader::IsHeadRequest(const Job& job) const
+{
+    ZVString method;
+    return job.IsInternet && ZVRequestHeaders::FindHeader(m_options.RequestHeaders, ZVRequestHeaders::Method, method) &&
+           method.IsEqual(L"HEAD", false);
 }
 
 bool CFileLoader::ReadContent(const Job& job)
 {
-    ZVString method;
-    if (job.IsInternet && ZVRequestHeaders::FindHeader(m_options.RequestHeaders, ZVRequestHeaders::Method, method) &&
-        method.IsEqual(L"HEAD", false))
-        return true;
-
     const int64_t size = m_resourceSize;
     // Where a range was asked for the reader stands at its start.
     int64_t start = m_reader->GetPosition();
@@ -252,15 +286,17 @@ bool CFileLoader::ReadContent(const Job& job)
     if (isSizeKnown && job.Buffer != nullptr)
         job.Buffer->Grow(budget);
 
-    CFileLoaderReport report(m_options, CreateWaitMessage(), job.Name, job.IsInternet);
+    CFileLoaderReport report(m_options, m_waitMessage.get(), job.Name, job.IsInternet);
     if (isSizeKnown)
         report.SetTotal(budget);
     CFileLoaderTransfer transfer(m_options, *m_reader, job.Buffer, job.Sink);
-    const bool isMoved = transfer.Run(budget, isSizeKnown && !job.IsInternet ? LocalBlock : InternetBlock, report, *m_cancelTarget);
-    const bool isClosed = job.Sink == nullptr || job.Sink->Close();
-    if (IsCancelled())
-        return true;
-    return isMoved && isClosed && IsWhole(job, isSizeKnown, budget, transfer.GetLoaded());
+    const bool isMoved =
+        transfer.Run(budget, isSizeKnown && !job.IsInternet ? LocalBlock : InternetBlock, report, *m_cancelTarget);
+    if (transfer.IsRefused())
+        LogFailure(job.Name, "its first bytes are not what was wanted");
+    const bool isWhole = isMoved && !IsCancelled() && IsWhole(job, isSizeKnown, budget, transfer.GetLoaded());
+    const bool isClosed = job.Sink == nullptr || job.Sink->Close(isWhole);
+    return IsCancelled() || (isWhole && isClosed);
 }
 
 bool CFileLoader::IsWhole(const Job& job, bool isSizeKnown, int64_t budget, int64_t loaded)
@@ -277,6 +313,8 @@ bool CFileLoader::IsWhole(const Job& job, bool isSizeKnown, int64_t budget, int6
         LogFailure(job.Name, "it is larger than allowed");
         return false;
     }
+    if (loaded == 0)
+        LogFailure(job.Name, "nothing came");
     return loaded > 0;
 }
 
@@ -288,21 +326,21 @@ bool CFileLoader::InflateContent(const Job& job) const
     if (lowered.Find(L"gzip") < 0)
         return true;
     ZVGzipContent::Limit limit;
-    if (m_options.MaximumBytes > 0)
+    if (m_options.MaximumBytes > 0 && m_options.MaximumBytes < limit.Bytes)
         limit = {m_options.MaximumBytes, m_options.FailIfLarger};
-    if (job.Buffer != nullptr)
-        return job.Buffer->IsEmpty() || ZVGzipContent::InflateBuffer(*job.Buffer, limit);
-    return job.SinkPath.IsEmpty() || ZVGzipContent::InflateFile(job.SinkPath, limit);
+    if (job.Buffer != nullptr && !job.Buffer->IsEmpty() && !ZVGzipContent::InflateBuffer(*job.Buffer, limit))
+        return false;
+    return job.Sink == nullptr || job.SinkPath.IsEmpty() || ZVGzipContent::InflateFile(job.SinkPath, limit);
 }
 
 ZVWaitMessagePointer CFileLoader::CreateWaitMessage()
 {
     if (!m_options.ShowProgress || g_pZVWaitMessageFactory == nullptr)
         return nullptr;
-    return ZVWaitMessagePointer(g_pZVWaitMessageFactory->Create({m_options.ProgressCaption, m_options.ProgressText,
-                                                                 m_options.ProgressDelay, m_options.ProgressFlag,
-                                                                 m_options.ProgressOption},
-                                                                *this));
+    return ZVWaitMessagePointer(
+        g_pZVWaitMessageFactory->Create({m_options.ProgressCaption, m_options.ProgressText, m_options.ProgressDelay,
+                                         m_options.ProgressFlag, m_options.ProgressOption},
+                                        *this));
 }
 
 void CFileLoader::Cancel()

@@ -20,10 +20,10 @@ struct CFileLoaderOptions
     int64_t StartOffset = 0;                            // where reading begins
     ZVLoadValidator* Validator = nullptr;
     int32_t ValidatorContext = 0;
-    int32_t ValidateBytes = 0;   // what the validator and the marker want to see; 0 is no validation
-    bool ValidateAtEnd = true;   // validate also a resource that ends before
-    ZVString RequiredMarker;     // must stand in these bytes, as UTF-8 or as wide characters
-    bool ShowProgress = false;   // show a wait message
+    int32_t ValidateBytes = 0;     // what the validator and the marker want to see; 0 is no validation
+    bool ValidateAtEnd = true;     // validate also a resource that ends before
+    ZVString RequiredMarker;       // must stand in these bytes, as UTF-8 or as wide characters
+    bool ShowProgress = false;     // show a wait message
     int32_t ProgressDelay = 4000;  // milliseconds before it shows
     bool ProgressFlag = true;
     bool ProgressOption = false;

@@ -5,8 +5,6 @@
 #include "system/loader/CFileLoaderOptions.h"
 #include "system/loader/IZVFileLoaderProgress.h"
 
-#include <utility>
-
 IZVWaitMessageFactory* g_pZVWaitMessageFactory = nullptr;
 
 namespace
@@ -16,16 +14,16 @@ constexpr double LeastFraction = 0.005;
 constexpr int32_t LongestSilenceMs = 500;
 }
 
-CFileLoaderReport::CFileLoaderReport(const CFileLoaderOptions& options, ZVWaitMessagePointer message, const ZVString& name,
+CFileLoaderReport::CFileLoaderReport(const CFileLoaderOptions& options, IZVWaitMessage* message, const ZVString& name,
                                      bool isInternet)
-    : m_options(options), m_message(std::move(message)), m_name(ZVFilename(name).GetNameAndExtension()), m_isInternet(isInternet)
+    : m_options(options), m_message(message), m_name(ZVFilename(name).GetNameAndExtension()), m_isInternet(isInternet)
 {
 }
 
 bool CFileLoaderReport::Update(int64_t loaded)
 {
     if (m_message != nullptr)
-        m_message->SetText(GetText(loaded), m_total > 0 ? static_cast<int32_t>(GetFraction(loaded) * 100) : -1);
+        m_message->SetText(GetText(loaded), GetPercent(loaded));
     if (m_options.ProgressCallback == nullptr)
         return true;
     NotifyWhenDue(GetFraction(loaded));
@@ -37,6 +35,11 @@ double CFileLoaderReport::GetFraction(int64_t loaded) const
     if (m_total < 0)
         return 0;
     return m_total == 0 ? 1 : static_cast<double>(loaded) / static_cast<double>(m_total);
+}
+
+int32_t CFileLoaderReport::GetPercent(int64_t loaded) const
+{
+    return m_total > 0 ? static_cast<int32_t>(loaded * 100 / m_total) : -1;
 }
 
 ZVString CFileLoaderReport::GetText(int64_t loaded) const

@@ -20,8 +20,8 @@ using ZVWaitMessagePointer = std::unique_ptr<IZVWaitMessage, ZVWaitMessageReleas
 class CFileLoaderReport
 {
 public:
-    // The options must outlive the report; the message may be null. The name is a path or an address.
-    CFileLoaderReport(const CFileLoaderOptions& options, ZVWaitMessagePointer message, const ZVString& name, bool isInternet);
+    // Options and message must outlive the report; the message may be null. The name is a path or an address.
+    CFileLoaderReport(const CFileLoaderOptions& options, IZVWaitMessage* message, const ZVString& name, bool isInternet);
 
     // How many bytes will come, -1 when that is not known.
     void SetTotal(int64_t total) { m_total = total; }
@@ -30,11 +30,12 @@ public:
 
 private:
     double GetFraction(int64_t loaded) const;
+    int32_t GetPercent(int64_t loaded) const;
     ZVString GetText(int64_t loaded) const;
     void NotifyWhenDue(double fraction);
 
     const CFileLoaderOptions& m_options;
-    ZVWaitMessagePointer m_message;
+    IZVWaitMessage* m_message;
     ZVString m_name;
     bool m_isInternet;
     int64_t m_total = -1;

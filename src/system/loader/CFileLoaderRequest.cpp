@@ -17,7 +17,8 @@ bool CFileLoader::SetStartOffset(int64_t offset)
     return true;
 }
 
-bool CFileLoader::SetValidation(int32_t bytes, ZVLoadValidator* validator, int32_t context, bool validateAtEnd, const ZVString& marker)
+bool CFileLoader::SetValidation(int32_t bytes, ZVLoadValidator* validator, int32_t context, bool validateAtEnd,
+                                const ZVString& marker)
 {
     m_options.ValidateBytes = bytes;
     m_options.Validator = validator;

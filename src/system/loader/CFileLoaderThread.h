@@ -5,8 +5,9 @@
 #include "system/loader/CFileLoader.h"
 #include "system/thread/ZVThread.h"
 
-// A thread that loads a resource into memory. Its result tells whether it is there. The members are set up before the start and read
-// after the end; while the thread runs only the loader's Cancel may be called.
+// A thread that loads a resource into memory. Its result tells whether it is there. The members are set up before the start and
+// read after the end; while the thread runs only the loader's Cancel may be called. It is started once, since a stop cancels its
+// loader for good.
 class CFileLoaderThreadBase : public ZVThread
 {
 public:
@@ -37,7 +38,10 @@ private:
 class CFileLoaderThread final : public CFileLoaderThreadBase
 {
 public:
-    CFileLoaderThread(const ZVFilename& name, const ZVFilename& secondName) : CFileLoaderThreadBase(name), m_secondName(secondName) {}
+    CFileLoaderThread(const ZVFilename& name, const ZVFilename& secondName)
+        : CFileLoaderThreadBase(name), m_secondName(secondName)
+    {
+    }
     ~CFileLoaderThread() override;
 
     CFileLoader& GetSecondLoader() { return m_secondLoader; }

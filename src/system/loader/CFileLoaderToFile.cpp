@@ -11,7 +11,8 @@ namespace
 constexpr wchar_t NotModified[] = L"304";
 constexpr wchar_t RangeNotSatisfiable[] = L"416";
 
-// The size of the whole resource in an answer that has no such range: "Content-Range: bytes */1234" (RFC 9110, 14.4). -1 without it.
+// The size of the whole resource in an answer that has no such range: "Content-Range: bytes */1234" (RFC 9110, 14.4). -1 without
+// it.
 int64_t GetSizeBehindRange(const ZVString& headers)
 {
     ZVString range;
@@ -23,34 +24,43 @@ int64_t GetSizeBehindRange(const ZVString& headers)
 
 bool CFileLoader::LoadToFile(const ZVFilename& url, ZVFilename& target, ZVLoadToFileMode mode)
 {
-    if (mode == ZVLoadToFileMode::Temporary)
-        target.SetListedPath(ZVFileSystem::GetUniqueFilename(ZVString(), url.GetNameOnly(), url.GetExtension()));
+    if (m_busy)
+        return false;
     const ZVString path = target.GetPathOnly();
     switch (mode)
     {
+    case ZVLoadToFileMode::Temporary:
+        return LoadTemporary(url, target);
     case ZVLoadToFileMode::Resume:
     case ZVLoadToFileMode::KeepPartial:
         return LoadResumed(url, path, mode == ZVLoadToFileMode::KeepPartial);
     case ZVLoadToFileMode::IfNewer:
         return LoadIfNewer(url, path);
     case ZVLoadToFileMode::Replace:
-    case ZVLoadToFileMode::Temporary:
         break;
     }
-    return LoadWhole(url, path, false);
+    CFileSink sink(path);
+    return LoadWhole(url, sink, false);
 }
 
-bool CFileLoader::LoadWhole(const ZVFilename& url, const ZVString& path, bool keepPartial)
+bool CFileLoader::LoadTemporary(const ZVFilename& url, ZVFilename& target)
 {
-    CFileSink sink(path);
-    return EndFile(LoadToSink(url, nullptr, &sink, path, nullptr, 0.0), sink, keepPartial);
+    CFileSink sink(ZVString(), url.GetNameOnly(), url.GetExtension());
+    const bool isLoaded = LoadWhole(url, sink, false);
+    target.SetListedPath(sink.GetPath());
+    return isLoaded;
+}
+
+bool CFileLoader::LoadWhole(const ZVFilename& url, CFileSink& sink, bool keepPartial)
+{
+    return EndFile(RunLoad(url, nullptr, &sink, ZVString(), sink.GetPath(), nullptr, 0.0), sink, keepPartial);
 }
 
 bool CFileLoader::LoadResumed(const ZVFilename& url, const ZVString& path, bool keepPartial)
 {
     CFileSink sink(path);
     if (sink.GetExistingSize() < 1)
-        return LoadWhole(url, path, keepPartial);
+        return LoadWhole(url, sink, keepPartial);
 
     const ZVStringArray headers = m_options.RequestHeaders;
     const bool hasBody = m_options.PostSize > 0;
@@ -71,28 +81,31 @@ bool CFileLoader::LoadResumed(const ZVFilename& url, const ZVString& path, bool 
 
     // What the target holds is no beginning of the resource.
     m_options.RequestHeaders = headers;
-    return LoadWhole(url, path, keepPartial);
+    CFileSink newSink(path);
+    return LoadWhole(url, newSink, keepPartial);
 }
 
 bool CFileLoader::LoadIfNewer(const ZVFilename& url, const ZVString& path)
 {
     const ZVFileInfo target(path);
     if (!target.IsFound() || target.GetSize() < 1)
-        return LoadWhole(url, path, false);
+    {
+        CFileSink sink(path);
+        return LoadWhole(url, sink, false);
+    }
 
     const double modified = ZVDate::FromUnix(static_cast<int64_t>(target.GetModificationTime()));
     SetRequestOption(ZVRequestHeaders::IfModifiedSince, ZVDate::ToRFC1123(modified));
     SetRequestOption(ZVRequestHeaders::UseCache, L"1");
     const ZVFilename name(path);
-    const ZVString newPath = ZVFileSystem::GetUniqueFilename(name.GetDirectory(), name.GetNameOnly(), L"download");
-    CFileSink sink(newPath);
-    const bool isLoaded = EndFile(RunLoad(url, nullptr, &sink, path, newPath, nullptr, modified), sink, false);
+    CFileSink sink(name.GetDirectory(), name.GetNameOnly(), L"download");
+    const bool isLoaded = EndFile(RunLoad(url, nullptr, &sink, path, sink.GetPath(), nullptr, modified), sink, false);
     if (m_statusCode == NotModified)
         return true;
-    if (isLoaded && ZVFileSystem::MoveFile(newPath, path))
+    if (isLoaded && ZVFileSystem::MoveFile(sink.GetPath(), path))
         return true;
     if (isLoaded)
-        ZVFileSystem::DeleteFile(newPath);
+        ZVFileSystem::DeleteFile(sink.GetPath());
     return false;
 }
 

@@ -80,9 +80,9 @@ bool CFileLoaderTransfer::TestFirstBytes(bool isAtEnd)
     if (!m_isTestOpen || (bytes.GetUsed() < m_options.ValidateBytes && !(isAtEnd && m_options.ValidateAtEnd)))
         return true;
     m_isTestOpen = false;
-    if (m_options.Validator != nullptr && !m_options.Validator(bytes, m_options.ValidatorContext))
-        return false;
-    return HasMarker(bytes);
+    m_isRefused =
+        (m_options.Validator != nullptr && !m_options.Validator(bytes, m_options.ValidatorContext)) || !HasMarker(bytes);
+    return !m_isRefused;
 }
 
 bool CFileLoaderTransfer::HasMarker(const ZVBuffer& bytes) const

@@ -10,8 +10,8 @@ class IZVReader;
 class ZVCancelHelper;
 struct CFileLoaderOptions;
 
-// The way of the bytes from an open reader into a buffer, a sink, or both, with the test of the first of them on the way. It ends with
-// the resource, at the budget, at the first error and when it is cancelled.
+// The way of the bytes from an open reader into a buffer, a sink, or both, with the test of the first of them on the way. It ends
+// with the resource, at the budget, at the first error and when it is cancelled.
 class CFileLoaderTransfer
 {
 public:
@@ -23,11 +23,12 @@ public:
     bool Run(int64_t budget, int64_t blockSize, CFileLoaderReport& report, ZVCancelHelper& cancel);
     // How many bytes came.
     int64_t GetLoaded() const { return m_loaded; }
+    // True when the first bytes failed the test.
+    bool IsRefused() const { return m_isRefused; }
 
 private:
     int64_t ReadBlock(int64_t wanted);
     bool WriteBlock(const uint8_t* bytes, int64_t count);
-    bool IsTestOpen() const { return m_isTestOpen; }
     int64_t GetBlockUpToTest(int64_t wanted) const;
     bool TestFirstBytes(bool isAtEnd);
     bool HasMarker(const ZVBuffer& bytes) const;
@@ -40,5 +41,6 @@ private:
     ZVBuffer m_block;
     ZVBuffer m_firstBytes;
     bool m_isTestOpen;
+    bool m_isRefused = false;
     int64_t m_loaded = 0;
 };

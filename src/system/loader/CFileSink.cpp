@@ -2,7 +2,16 @@
 
 #include "system/file/ZVFileSystem.h"
 
+#include <cerrno>
+
 CFileSink::CFileSink(const ZVString& path) : m_path(path), m_existingSize(ZVFileSystem::GetFileSize(path)) {}
+
+CFileSink::CFileSink(const ZVString& directory, const ZVString& base, const ZVString& extension)
+    : m_path(ZVFileSystem::GetUniqueFilename(directory, base, extension)),
+      m_existingSize(-1),
+      m_creation(ZVFileCreation::CreateNew)
+{
+}
 
 void CFileSink::Discard()
 {
@@ -26,17 +35,28 @@ int64_t CFileSink::Write(const void* bytes, int64_t count)
     return OpenOnce() && m_file.Write(bytes, count) ? count : 0;
 }
 
-bool CFileSink::Close()
+bool CFileSink::Close(bool isWhole)
 {
-    return OpenOnce() && m_file.Close();
+    return (!isWhole || OpenOnce()) && m_file.Close();
 }
 
 bool CFileSink::OpenOnce()
 {
     if (m_wasOpened)
         return m_file.IsOpen();
+    m_wasOpened = Open();
+    for (int32_t tries = 1; !m_wasOpened && errno == EEXIST && tries < MaximumTries; ++tries)
+    {
+        const ZVFilename taken(m_path);
+        m_path = ZVFileSystem::GetUniqueFilename(taken.GetDirectory(), taken.GetNameOnly(), taken.GetExtension());
+        m_wasOpened = Open();
+    }
+    return m_wasOpened;
+}
+
+bool CFileSink::Open()
+{
     ZVFilename name;
     name.SetListedPath(m_path);
-    m_wasOpened = m_file.Open(name, ZVFileAccess::Write, ZVFileShare::None, m_creation);
-    return m_wasOpened;
+    return m_file.Open(name, ZVFileAccess::Write, ZVFileShare::None, m_creation);
 }

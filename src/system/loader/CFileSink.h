@@ -6,13 +6,18 @@
 
 #include <cstdint>
 
-// Writes a load into a file. The file is touched when the first byte comes, or when a load without one ends, so that a resource that
-// does not open changes nothing.
+// Writes a load into a file. The file is touched when the first byte comes, or when a whole load without one ends, so that a
+// resource that does not open changes nothing.
 class CFileSink final : public IZVFileLoaderSink
 {
 public:
     explicit CFileSink(const ZVString& path);
+    // A new file, for which GetUniqueFilename gives the name. When somebody else has made one of that name before the first byte
+    // comes, it gets another.
+    CFileSink(const ZVString& directory, const ZVString& base, const ZVString& extension);
 
+    // The file's path, which is settled when the sink is closed.
+    const ZVString& GetPath() const { return m_path; }
     // The bytes that the file held at first, -1 when there was none.
     int64_t GetExistingSize() const { return m_existingSize; }
     // True when the file already held as many bytes as the resource has.
@@ -25,11 +30,15 @@ public:
     // The bytes must come from the end of the file on, or from the start of the resource: then the file begins anew.
     bool CanResume(int64_t resourceSize, int64_t start) override;
     int64_t Write(const void* bytes, int64_t count) override;
-    bool Close() override;
+    bool Close(bool isWhole) override;
     void OnFailure() override {}
 
 private:
+    // Names that are tried for a new file before the load fails.
+    static constexpr int32_t MaximumTries = 100;
+
     bool OpenOnce();
+    bool Open();
 
     ZVString m_path;
     int64_t m_existingSize;

@@ -46,7 +46,10 @@ bool Inflate(const ZVBuffer& input, const ZVGzipContent::Limit& limit, const Tak
 {
     const DecoderPointer decoder = CreateDecoder(input);
     if (decoder == nullptr)
+    {
+        ZVLog(ZVLogCategory::Network, ScopeName, "There is nothing that inflates gzip content");
         return false;
+    }
     ZVBuffer block;
     block.Grow(std::min(RoundUp(input.GetUsed() * 3), LargestBlock));
     int64_t total = 0;
@@ -76,7 +79,8 @@ bool Inflate(const ZVBuffer& input, const ZVGzipContent::Limit& limit, const Tak
 bool ZVGzipContent::InflateBuffer(ZVBuffer& buffer, const Limit& limit)
 {
     ZVBuffer output;
-    const auto append = [&output](const uint8_t* bytes, int64_t count) {
+    const auto append = [&output](const uint8_t* bytes, int64_t count)
+    {
         const int64_t wanted = output.GetUsed() + count;
         if (wanted > output.GetAllocated())
             output.Grow(RoundUp(std::max(wanted, output.GetAllocated() * 3 / 2)));

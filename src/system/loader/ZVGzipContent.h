@@ -6,11 +6,11 @@
 
 class ZVBuffer;
 
-// Inflates what a server sent with the content encoding "gzip". The decoder is the tools library's. All are false, and leave the content as
-// it was, when it is damaged, when nothing comes out, without the library, and when more comes out than allowed.
+// Inflates what a server sent with the content encoding "gzip". The decoder is the tools library's. All are false, and leave the
+// content as it was, when it is damaged, when nothing comes out, without the library, and when more comes out than allowed.
 namespace ZVGzipContent
 {
-// What may come out when the caller has no limit of its own: a few kilobytes can claim to hold a disk full of zeros.
+// What may come out when the caller has no lower limit: a few kilobytes can claim to hold a disk full of zeros.
 inline constexpr int64_t MaximumInflatedBytes = int64_t {1} << 30;
 
 struct Limit

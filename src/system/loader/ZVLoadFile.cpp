@@ -30,8 +30,12 @@ bool ZVLoadFile(const wchar_t* path, ZVBuffer& buffer, IZVFileLoaderProgress* pr
 bool ZVString::LoadFromFile(const wchar_t* path, ZVEncoding encoding, bool dropNulBytes, IZVFileLoaderProgress* progress,
                             const ZVStringArray* requestHeaders)
 {
-    ZVBuffer buffer;
-    const bool isLoaded = ZVLoadFile(path, buffer, progress, requestHeaders);
-    SetFromBytes(buffer, encoding, dropNulBytes);
-    return isLoaded;
+    if (path == nullptr || *path == L'\0')
+    {
+        Empty();
+        return true;
+    }
+    CFileLoader loader;
+    SetUp(loader, progress, requestHeaders);
+    return loader.LoadText(path, *this, encoding, dropNulBytes);
 }

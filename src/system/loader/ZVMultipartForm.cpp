@@ -49,8 +49,7 @@ bool ZVMultipartForm::AddFile(const ZVString& name, const ZVFilename& file)
         return false;
 
     AppendBoundary(L"\r\n");
-    const ZVString names =
-        GetQuoted(L"name=\"%s\"; ", name) + GetQuoted(L"filename=\"%s\"", file.GetNameAndExtension());
+    const ZVString names = GetQuoted(L"name=\"%s\"; ", name) + GetQuoted(L"filename=\"%s\"", file.GetNameAndExtension());
     AppendText(ZVFormat(L"Content-Disposition: form-data; %s\r\n", names));
     const ZVString contentType = GetContentType(file);
     if (!contentType.IsEmpty())

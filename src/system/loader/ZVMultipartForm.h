@@ -13,8 +13,8 @@ public:
     static constexpr wchar_t Boundary[] = L"--------ieoau._._+2_8_GoodLuck8.3-ds0d0J0S0Kl234324jfLdsjfdAuaoei-----";
 
     void AddText(const ZVString& name, const ZVString& value);
-    // Adds the bytes of a local file under its bare name, with its content type when the file type registry knows it. False, and nothing
-    // added, when it cannot be read; the cause is logged.
+    // Adds the bytes of a local file under its bare name, with its content type when the file type registry knows it. False, and
+    // nothing added, when it cannot be read; the cause is logged.
     bool AddFile(const ZVString& name, const ZVFilename& file);
     // Ends the form. Nothing is added after that.
     void Finish();

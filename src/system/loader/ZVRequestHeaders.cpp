@@ -70,11 +70,6 @@ bool ZVRequestHeaders::SetEntry(ZVStringArray& headers, const wchar_t* name, con
     return true;
 }
 
-void ZVRequestHeaders::RemoveEntry(ZVStringArray& headers, const wchar_t* name)
-{
-    headers.RemoveAt(FindEntry(headers, name));
-}
-
 const wchar_t* ZVRequestHeaders::GetMethodName(ZVRequestMethod method)
 {
     return method == ZVRequestMethod::Put ? L"PUT" : L"POST";

@@ -22,8 +22,8 @@ enum class ZVRequestBodyKind
     Multipart,
 };
 
-// The header lines of HTTP requests and answers as texts "name: value". A list's entry may hold several lines, parted by CR and LF. Names
-// are compared without regard to case.
+// The header lines of HTTP requests and answers as texts "name: value". A list's entry may hold several lines, parted by CR and
+// LF. Names are compared without regard to case.
 namespace ZVRequestHeaders
 {
 // Entries that are no headers but tell the reader what to do.
@@ -40,10 +40,9 @@ inline constexpr wchar_t Separator[] = L"|";
 bool FindValue(const ZVString& lines, const wchar_t* name, ZVString& value);
 // The same in a list.
 bool FindHeader(const ZVStringArray& headers, const wchar_t* name, ZVString& value);
-// Adds an entry, or replaces the first that begins with its name. False, and nothing done, for a value that would become more than one
-// line or entry.
+// Adds an entry, or replaces the first that begins with its name. False, and nothing done, for a value that would become more
+// than one line or entry.
 bool SetEntry(ZVStringArray& headers, const wchar_t* name, const ZVString& value);
-void RemoveEntry(ZVStringArray& headers, const wchar_t* name);
 
 // The value of Method for a request with a body.
 const wchar_t* GetMethodName(ZVRequestMethod method);

@@ -7,6 +7,7 @@
 #include "system/log/CLogToStringItem.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 namespace
 {
@@ -58,7 +59,7 @@ protected:
 
     std::string MakeDownloader() const
     {
-        return MakeArchive("echo new > yt-dlp && chmod 755 yt-dlp && mkdir sub && ln -s ../yt-dlp "
+        return MakeArchive("echo new > yt-dlp && chmod 4777 yt-dlp && mkdir sub && ln -s ../yt-dlp "
                            "sub/link && ln yt-dlp hard && tar cf ../archive *");
     }
 
@@ -107,13 +108,14 @@ TEST_F(DependencyInstallerTest, InstallsWhatIsMissing)
     m_server.SetAnswer(ChecksumTarget, {.Body = ChecksumOf(archive)});
     PutDeep(OlderMainFile, "older");
     PutDeep("Plugins/linux_youtube-dl-other_v7/yt-dlp", "other");
+    umask(022);
 
     const ZVString expected = TextAt(MainFile);
     EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, true), expected);
     EXPECT_EQ(Get(MainFile), "new\n");
     EXPECT_EQ(Get(std::string(Folder) + "sub/link"), "new\n");
     EXPECT_EQ(Get(std::string(Folder) + "hard"), "new\n");
-    EXPECT_NE(fs::status(m_folder + MainFile).permissions() & fs::perms::owner_exec, fs::perms::none);
+    EXPECT_EQ(static_cast<int>(fs::status(m_folder + MainFile).permissions()), 0755);
     EXPECT_FALSE(fs::exists(m_folder + "Plugins/linux_youtube-dl_v7"));
     EXPECT_TRUE(fs::exists(m_folder + "Plugins/linux_youtube-dl-other_v7"));
     EXPECT_THAT(Joined(m_log), testing::AllOf(testing::HasSubstr("Dependency 'YouTube Downloader' (23) is missing, installing"),
@@ -125,6 +127,32 @@ TEST_F(DependencyInstallerTest, InstallsWhatIsMissing)
     unsetenv("ZV_COMPONENT_SERVER");
     EXPECT_EQ(DependencyInstaller::GetInstalledFilename(MappedDownloader, false), expected);
     EXPECT_EQ(m_server.GetRequests(ArchiveTarget).size(), 1u);
+
+    // From a folder, where no checksum is.
+    PutDeep("server/linux_youtube-dl_v8.tar.xz", archive);
+    for (const char* scheme : {"", "file://"})
+    {
+        SCOPED_TRACE(scheme);
+        setenv("ZV_COMPONENT_SERVER", (scheme + m_folder + "server").c_str(), 1);
+        EXPECT_TRUE(DependencyInstaller::Install(Downloader));
+    }
+}
+
+TEST_F(DependencyInstallerTest, LeavesNoHalfComponent)
+{
+    // Its last entry goes through a link, which shows only when it is unpacked.
+    const std::string archive =
+        MakeArchive("echo new > yt-dlp && mkdir sub && ln -s sub link && tar cf ../archive yt-dlp sub link && "
+                    "tar rf ../archive --transform s,^,link/, yt-dlp");
+    m_server.SetAnswer(ArchiveTarget, {.Body = archive});
+    m_server.SetAnswer(ChecksumTarget, {.Status = 404});
+    PutDeep("Plugins/linux_youtube-dl_v8.part/yt-dlp", "of an installation that was killed");
+    for (int32_t attempt = 0; attempt < 2; ++attempt)
+    {
+        EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, true), L"");
+        EXPECT_TRUE(fs::is_empty(m_folder + "Plugins"));
+    }
+    EXPECT_THAT(Joined(m_log), testing::HasSubstr("Unpacking files failed"));
 }
 
 TEST_F(DependencyInstallerTest, InstallsTheDecodersAsTheyArePacked)
@@ -170,6 +198,10 @@ TEST_F(DependencyInstallerTest, LeavesWhatIsThereWhenThePackageIsBad)
         {"name above", {.Body = MakeArchive("touch x && tar cPf ../archive --transform s,^,../, x")}, none, "leaves the folder"},
         {"name above within", {.Body = MakeArchive("touch x && tar cPf ../archive --transform s,^,a/../, x")}, none, "leaves the folder"},
         {"link above", {.Body = MakeArchive("mkdir a && ln -s ../../x a/link && tar cf ../archive a")}, none, "link leaves"},
+        {"link above through another",
+         {.Body = MakeArchive("mkdir -p a/b && ln -s ../.. a/b/up && ln -s b/up/../x a/link && tar cf ../archive a")},
+         none,
+         "link leaves"},
         {"absolute link", {.Body = MakeArchive("ln -s /etc/passwd link && tar cf ../archive link")}, none, "link leaves"},
         {"pipe", {.Body = MakeArchive("mkfifo pipe && tar cf ../archive pipe")}, none, "neither a file"},
         {"empty", {.Body = MakeArchive("tar cf ../archive -T /dev/null")}, none, "it is empty"},
@@ -206,5 +238,11 @@ TEST_F(DependencyInstallerTest, KeepsTheRenderersOwnFiles)
                                         std::pair("madVR64.ax", "new\n"), std::pair("other.bin", "new\n"),
                                         std::pair("settings_temp.bin", "(none)")})
         EXPECT_EQ(Get(folder + name), content) << name;
+
+    // An installation that ended early had saved them.
+    PutDeep(folder + "settings.bin", "of the archive\n");
+    PutDeep(folder + "settings_temp.bin", "own\n");
+    EXPECT_TRUE(DependencyInstaller::Install(Renderer));
+    EXPECT_EQ(Get(folder + "settings.bin"), "own\n");
 }
 }

@@ -172,7 +172,7 @@ public:
         Content.append(static_cast<const char*>(bytes), static_cast<size_t>(count));
         return count;
     }
-    bool Close() override { return true; }
+    bool Close(bool) override { return true; }
     void OnFailure() override {}
 
     std::string Content;
@@ -308,6 +308,79 @@ TEST_F(CFileLoaderTest, ReportsAndStopsOnDemand)
     ZVFilename target = TextAt("copy");
     EXPECT_FALSE(loader.LoadToFile(path, target, ZVLoadToFileMode::Replace));
     EXPECT_EQ(Get("copy"), "(none)");
+
+    // Before the first byte.
+    Put("copy", "old");
+    watcher.MaximumPolls = watcher.Polls;
+    loader.SetCancelTarget(nullptr);
+    EXPECT_FALSE(loader.LoadToFile(path, target, ZVLoadToFileMode::Replace));
+    EXPECT_EQ(Get("copy"), "old");
+}
+
+// Shows one message, and cancels what it stands for when it is told to.
+class Messages final : public IZVWaitMessageFactory, public IZVWaitMessage
+{
+public:
+    Messages() { g_pZVWaitMessageFactory = this; }
+    ~Messages() { g_pZVWaitMessageFactory = nullptr; }
+
+    IZVWaitMessage* Create(const ZVWaitMessageOptions& options, IZVWaitMessageCallback& callback) override
+    {
+        Caption = options.Caption;
+        IsShown = true;
+        if (Cancels)
+            callback.OnWaitMessageCancelled();
+        return this;
+    }
+    void SetText(const ZVString& text, int32_t percent) override
+    {
+        Text = text;
+        Percent = percent;
+    }
+    void Release() override { IsShown = false; }
+
+    ZVString Caption;
+    ZVString Text;
+    int32_t Percent = 0;
+    bool IsShown = false;
+    bool Cancels = false;
+};
+
+TEST_F(CFileLoaderTest, ShowsAWaitMessageFromBeforeItOpens)
+{
+    Messages messages;
+    CFileLoader loader;
+    loader.SetProgress(true, 0, true, L"", false, L"");
+    loader.SetLimits(29, false);
+    ZVBuffer buffer;
+    EXPECT_TRUE(loader.Load(Put("data", MakeContent(100)), buffer));
+    EXPECT_EQ(messages.Caption, L"Local resource");
+    EXPECT_EQ(messages.Text, L"Reading 'data'  (29 bytes of 29 bytes)");
+    EXPECT_EQ(messages.Percent, 100);
+    EXPECT_FALSE(messages.IsShown);
+
+    m_server.SetAnswer("/silent", {.Body = "x", .DelayMilliseconds = 60'000});
+    messages.Cancels = true;
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(loader.Load(m_server.GetURL("/silent"), buffer));
+    EXPECT_TRUE(loader.IsCancelled());
+    EXPECT_FALSE(messages.IsShown);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
+TEST_F(CFileLoaderTest, ForgetsTheRequestOfALoadThatNeverBegan)
+{
+    m_server.SetAnswer("/post", {.Body = "thanks"});
+    CFileLoader loader;
+    ZVBuffer buffer;
+    buffer.Append("old", 3);
+    loader.SetBody(ZVRequestMethod::Post, ZVRequestBodyKind::JSON, std::string("{}").data(), 2, false);
+    loader.Cancel();
+    EXPECT_FALSE(loader.Load(m_server.GetURL("/post"), buffer));
+    EXPECT_EQ(buffer.GetUsed(), 0);
+    loader.SetCancelTarget(nullptr);
+    EXPECT_TRUE(loader.Load(m_server.GetURL("/post"), buffer));
+    EXPECT_EQ(m_server.GetRequests("/post").back().Method, "GET");
 }
 
 TEST_F(CFileLoaderTest, CancelEndsAWaitForTheServer)
@@ -351,6 +424,10 @@ TEST_F(CFileLoaderTest, ReadsTextAndRemoteFacts)
     EXPECT_EQ(text, L"ab");
     EXPECT_FALSE(text.LoadFromFile(TextAt("missing")));
     EXPECT_TRUE(text.IsEmpty());
+    // More than a string can hold.
+    std::filesystem::resize_file(m_folder + "utf16", uintmax_t {1} << 31);
+    EXPECT_FALSE(text.LoadFromFile(TextAt("utf16")));
+    std::filesystem::resize_file(m_folder + "utf16", 6);
     text = L"old";
     EXPECT_TRUE(text.LoadFromFile(nullptr));
     EXPECT_TRUE(text.IsEmpty());

@@ -1,6 +1,9 @@
 #include "LoaderFixture.h"
 
+#include "core/string/ZVStringUTF8.h"
+#include "system/file/ZVFileSystem.h"
 #include "system/loader/CFileLoaderThread.h"
+#include "system/loader/IZVFileLoaderProgress.h"
 #include "system/loader/ZVMultipartForm.h"
 
 #include <gmock/gmock.h>
@@ -102,7 +105,33 @@ TEST_F(CFileLoaderToFileTest, LoadsOnlyWhatIsNewer)
     }
     LoadOver(nullptr, ZVLoadToFileMode::IfNewer, true);
     EXPECT_FALSE(m_server.GetRequests("/file").back().HasHeader("If-Modified-Since"));
+
+    // The answer to an earlier load is none to one that never began.
+    m_server.SetAnswer("/file", {.Status = 304});
+    CFileLoader loader;
+    ZVFilename target = TextAt("target");
+    EXPECT_TRUE(loader.LoadToFile(m_server.GetURL("/file"), target, ZVLoadToFileMode::IfNewer));
+    loader.Cancel();
+    EXPECT_FALSE(loader.LoadToFile(m_server.GetURL("/file"), target, ZVLoadToFileMode::IfNewer));
 }
+
+// Makes a file of the name that the load has chosen for its own, but not yet made.
+class Rival final : public IZVFileLoaderProgress
+{
+public:
+    bool Poll() override
+    {
+        if (Path.IsEmpty())
+        {
+            Path = ZVFileSystem::GetUniqueFilename(ZVString(), L"cover", L"jpg");
+            std::ofstream(ZVStringUTF8(Path).Get()) << "rival";
+        }
+        return false;
+    }
+    void Notify(double) override {}
+
+    ZVString Path;
+};
 
 TEST_F(CFileLoaderToFileTest, MakesATemporaryFile)
 {
@@ -115,6 +144,14 @@ TEST_F(CFileLoaderToFileTest, MakesATemporaryFile)
     EXPECT_TRUE(text.LoadFromFile(target.GetPathOnly()));
     EXPECT_EQ(text, L"picture");
     EXPECT_EQ(Get("untouched"), "(none)");
+
+    Rival rival;
+    loader.SetProgressCallback(&rival);
+    ASSERT_TRUE(loader.LoadToFile(m_server.GetURL("/cover.jpg"), target, ZVLoadToFileMode::Temporary));
+    EXPECT_TRUE(text.LoadFromFile(target.GetPathOnly()));
+    EXPECT_EQ(text, L"picture");
+    EXPECT_TRUE(text.LoadFromFile(rival.Path));
+    EXPECT_EQ(text, L"rival");
 }
 
 TEST_F(CFileLoaderToFileTest, SendsAForm)

@@ -3,8 +3,8 @@
 #include "contracts/IZVCompression.h"
 #include "siblings/tools/compression/CZLibrary.h"
 
-// A decoder of gzip data. Members follow one another as if they were one; zeros behind the last are padding, and anything else there is
-// a fault. What comes in front of a fault is given first.
+// A decoder of gzip data. Members follow one another as if they were one; zeros behind the last are padding, and anything else
+// there is a fault. What comes in front of a fault is given first.
 class CGzipDecoder final : public IZVDecoder
 {
 public:

@@ -2,8 +2,8 @@
 
 #include <zlib.h>
 
-// The functions of zlib that a decoder needs, bound when the first one is made: most processes inflate nothing and should not pay for
-// the library.
+// The functions of zlib that a decoder needs, bound when the first one is made: most processes inflate nothing and should not pay
+// for the library.
 struct CZLibrary
 {
     // The bound library; null when it is not there or lacks a function. It is never closed.

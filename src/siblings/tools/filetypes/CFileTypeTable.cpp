@@ -1,7 +1,5 @@
 #include "siblings/tools/filetypes/CFileTypeTable.h"
 
-#include <cwchar>
-
 namespace
 {
 using enum CMediaKind;
@@ -151,12 +149,28 @@ constexpr CFileType Table[] = {
     {L"zip",   Data,     None,  L"application/zip"},
 };
 // clang-format on
+
+wchar_t ToLowerASCII(wchar_t character)
+{
+    return character >= L'A' && character <= L'Z' ? static_cast<wchar_t>(character - L'A' + L'a') : character;
+}
+
+// Without the locale, of which some do not pair "I" with "i".
+bool IsExtension(const wchar_t* lower, const wchar_t* text)
+{
+    while (*lower != L'\0' && *lower == ToLowerASCII(*text))
+    {
+        ++lower;
+        ++text;
+    }
+    return *lower == L'\0' && *text == L'\0';
+}
 }
 
 const CFileType* CFileTypeTable::Find(const wchar_t* extension)
 {
     for (const CFileType& type : Table)
-        if (wcscasecmp(type.Extension, extension) == 0)
+        if (IsExtension(type.Extension, extension))
             return &type;
     return nullptr;
 }

@@ -22,7 +22,7 @@ constexpr mode_t FileMode = 0600;
 constexpr std::chrono::milliseconds FirstWait {5};
 constexpr std::chrono::milliseconds LongestWait {100};
 
-// A name as a file name: letters, digits, "." inside, "-" and "_" as they are, every other byte of its UTF-8 as "%" and two digits.
+// A name as a file name: letters, digits, "-" and "_" as they are, every other byte of its UTF-8 as "%" and two digits.
 ZVString GetFileName(const ZVString& name)
 {
     const ZVStringUTF8 bytes(name);
@@ -58,11 +58,11 @@ bool CNamedLock::Lock(int32_t milliseconds)
     std::chrono::milliseconds wait = FirstWait;
     while (flock(m_descriptor, LOCK_EX | LOCK_NB) != 0)
     {
-        const bool isHeld = errno == EWOULDBLOCK;
-        if (!isHeld && errno != EINTR)
+        const bool isHeld = errno == EWOULDBLOCK || errno == EINTR;
+        if (!isHeld)
             LogFailure("locking");
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
-        if ((!isHeld && errno != EINTR) || left.count() <= 0)
+        if (!isHeld || left.count() <= 0)
         {
             Unlock();
             return false;
@@ -95,5 +95,6 @@ bool CNamedLock::OpenFile()
 void CNamedLock::LogFailure(const char* what) const
 {
     const ZVFormatArguments<3> arguments(what, m_path, strerror(errno));
-    m_log.LogNarrow(ZVLogCategory::General, L"CNamedLock", "Error %s the lock file %s: %s", arguments.Records(), arguments.Count());
+    m_log.LogNarrow(ZVLogCategory::General, L"CNamedLock", "Error %s the lock file %s: %s", arguments.Records(),
+                    arguments.Count());
 }

@@ -5,8 +5,8 @@
 
 class ILogManager;
 
-// A lock on a file that all processes of the user find by the lock's name. The system gives it back when the process ends, however that
-// comes about. The file stays: to remove it would part those who wait from those who come.
+// A lock on a file that all processes of the user find by the lock's name. The system gives it back when the process ends,
+// however that comes about. The file stays: to remove it would part those who wait from those who come.
 class CNamedLock final : public IZVNamedLock
 {
 public:
