@@ -26,8 +26,8 @@ public:
 
     // Finds the attached devices anew. The text lists devices to leave out, which no source reads so far.
     bool EnumerateDevices(const ZVStringArray& ignored);
-    // Merges the drives into the devices. A device of the protocol gets the identity of the drive that it also is; a drive that is
-    // no such device, and whose volume can be used, becomes one. Always true.
+    // Merges the drives into the devices. A device of the protocol gets the identity of the drive that it also is; a drive that
+    // is no such device, and whose volume can be used, becomes one. Always true.
     bool EnumerateUSBDevices(const ZVStringArray& ignored);
     // Replaces the texts by the XMLPH form of each device that was found, and gives their count.
     int32_t GetDevices(ZVStringArray& out) const;

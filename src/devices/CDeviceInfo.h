@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-// One attached device: what it is, and how the main application stores files on it. It is a property map with names that both sides know;
-// the values mean something to the main application only, and keys that are not known here pass through untouched.
+// One attached device: what it is, and how the main application stores files on it. It is a property map with names that both
+// sides know; the values mean something to the main application only, and keys that are not known here pass through untouched.
 class CDeviceInfo : public ZVPropertyMap
 {
 public:

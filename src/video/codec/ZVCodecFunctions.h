@@ -1,7 +1,8 @@
 #pragma once
 
-// The functions that the product calls in the codec libraries, by the library that has them and in the order in which they are looked up. It is
-// the binding of the whole product, so a set of libraries that lacks one of them is no set for any of its programs.
+// The functions that the product calls in the codec libraries, by the library that has them and in the order in which they are
+// looked up. It is the binding of the whole product, so a set of libraries that lacks one of them is no set for any of its
+// programs.
 //
 //   function(family, name)
 #define ZV_CODEC_FUNCTIONS(function)                      \

@@ -4,7 +4,6 @@
 #include "system/filename/ZVNativePath.h"
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
-#include "video/extended/ZVAVLog.h"
 #include "video/extended/ZVCodecName.h"
 #include "video/extended/ZVHDRFacts.h"
 #include "video/extended/ZVPrimariesName.h"
@@ -77,26 +76,34 @@ bool CZVVideoAnalyzeExtended::AnalyzeFile(const ZVFilename& file, bool blackBars
         Properties.SetString(L"Video Crop", L"0x0x0x0");
     if (!m_codec.Loaded || IsRefused(file))
         return false;
-    m_codec.av_log_set_callback(ZVAVLog);
-    if (!Open(file.GetPathOnly()))
-        return false;
-    if (m_context->nb_streams == 0)
-        return true;
+    m_codec.av_log_set_callback(AVLog);
+    const bool isOpen = Open(file.GetPathOnly());
+    if (isOpen)
+        Analyze(file, blackBars);
+    Close();
+    return isOpen;
+}
 
+void CZVVideoAnalyzeExtended::Analyze(const ZVFilename& file, bool blackBars)
+{
+    if (m_context->nb_streams == 0)
+        Log("There is no stream in it: %s", file.GetPathOnly());
     ChooseMainStream();
     if (m_main.Stream != nullptr)
         WriteMainStream();
     WalkStreams();
     if (m_main.Stream == nullptr)
-        return true;
+        return;
     m_main.Decoder = OpenDecoder(*m_main.Stream, blackBars);
     if (m_main.Decoder == nullptr)
-        return true;
+    {
+        Log("There is no decoder for it: %s", file.GetPathOnly());
+        return;
+    }
     if (m_second.Stream != nullptr)
         m_second.Decoder = OpenDecoder(*m_second.Stream, blackBars);
     DecodeSamples(blackBars);
     WriteAspectRatio(file.GetExtension(true));
-    return true;
 }
 
 bool CZVVideoAnalyzeExtended::IsRefused(const ZVFilename& file) const
@@ -133,10 +140,25 @@ bool CZVVideoAnalyzeExtended::Open(const ZVString& path)
     }
     if (result >= 0)
         return true;
-    char reason[AV_ERROR_MAX_STRING_SIZE] = {};
-    m_codec.av_strerror(result, reason, sizeof reason);
-    ZVLog(ZVLogCategory::Media, AnalyzeScope, "The file does not open (%s): %s", reason, path);
+    ZVLog(ZVLogCategory::Media, AnalyzeScope, "The file does not open (%s): %s", GetReason(result), path);
     return false;
+}
+
+// The file is free again when the analysis is over, whatever becomes of its result.
+void CZVVideoAnalyzeExtended::Close()
+{
+    m_frame.reset();
+    m_packet.reset();
+    m_second = Layer();
+    m_main = Layer();
+    m_context.reset();
+}
+
+ZVString CZVVideoAnalyzeExtended::GetReason(int error) const
+{
+    char reason[AV_ERROR_MAX_STRING_SIZE] = {};
+    m_codec.av_strerror(error, reason, sizeof reason);
+    return ZVString::FromUTF8(reason);
 }
 
 // A cover picture is a video stream too, and may be larger than the film.
@@ -158,20 +180,20 @@ void CZVVideoAnalyzeExtended::ChooseMainStream()
 void CZVVideoAnalyzeExtended::WriteMainStream()
 {
     const AVCodecParameters& parameters = *m_main.Stream->codecpar;
-    Properties.SetString(L"Video Codec", GetCodecName(m_codec, parameters));
-    Properties.SetInt(L"Video Bitrate", ZVStreamFacts::GetBitrateKbps(m_codec, *m_context, *m_main.Stream));
+    Properties.SetString(L"Video Codec", CodecName(m_codec, parameters));
+    Properties.SetInt(L"Video Bitrate", ZVStreamFacts::BitrateKbps(m_codec, *m_context, *m_main.Stream));
     const AVPixFmtDescriptor* const format = m_codec.av_pix_fmt_desc_get(static_cast<AVPixelFormat>(parameters.format));
     if (format != nullptr)
         Properties.SetInt(L"Color Depth", format->comp[0].depth);
     Properties.SetString(ZVHDRFacts::ColorSpace,
-                         GetPrimariesName(parameters.color_primaries, m_codec.av_color_primaries_name(parameters.color_primaries)));
+                         PrimariesName(parameters.color_primaries, m_codec.av_color_primaries_name(parameters.color_primaries)));
     ZVHDRFacts::ApplyTransfer(Properties, parameters.color_trc);
 
     // The structures of the libraries grow at their ends, so what is read of them must be there.
-    const void* const mastering = ZVStreamFacts::FindSideData(parameters, AV_PKT_DATA_MASTERING_DISPLAY_METADATA,
-                                                              sizeof(AVMasteringDisplayMetadata));
+    const void* const mastering =
+        ZVStreamFacts::FindSideData(parameters, AV_PKT_DATA_MASTERING_DISPLAY_METADATA, sizeof(AVMasteringDisplayMetadata));
     if (mastering != nullptr)
-        ZVHDRFacts::ApplyMetadata(Properties, m_codec, static_cast<const AVMasteringDisplayMetadata*>(mastering), nullptr);
+        ZVHDRFacts::ApplyHdrMetadata(Properties, m_codec, static_cast<const AVMasteringDisplayMetadata*>(mastering), nullptr);
     const void* const dolbyVision =
         ZVStreamFacts::FindSideData(parameters, AV_PKT_DATA_DOVI_CONF, sizeof(AVDOVIDecoderConfigurationRecord));
     if (dolbyVision != nullptr)
@@ -184,9 +206,9 @@ void CZVVideoAnalyzeExtended::WalkStreams()
     {
         AVStream* const stream = m_context->streams[index];
         if (stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO)
-            ZVStreamFacts::AddAudio(Properties, m_codec, *m_context, *stream);
+            ZVStreamFacts::AddAudioStream(Properties, m_codec, *m_context, *stream);
         else if (stream->codecpar->codec_type == AVMEDIA_TYPE_SUBTITLE)
-            ZVStreamFacts::AddSubtitle(Properties, m_codec, *stream);
+            ZVStreamFacts::AddSubtitleStream(Properties, m_codec, *stream);
         else if (m_second.Stream == nullptr && IsSecondLayer(*stream))
             m_second.Stream = stream;
     }
@@ -247,7 +269,7 @@ void CZVVideoAnalyzeExtended::DecodeSample(int32_t frameLimit)
 {
     m_framesSeen = 0;
     int32_t packetsWithoutFrame = 0;
-    while (m_framesSeen < frameLimit && ReadPacket())
+    while (m_framesSeen < frameLimit && packetsWithoutFrame < MaximumPacketsWithoutFrame && ReadPacket())
     {
         m_packet->time_base = m_context->streams[m_packet->stream_index]->time_base;
         if (m_packet->stream_index == m_main.Stream->index)
@@ -259,12 +281,9 @@ void CZVVideoAnalyzeExtended::DecodeSample(int32_t frameLimit)
         else if (m_second.Decoder != nullptr && m_packet->stream_index == m_second.Stream->index)
             DecodePacket(m_second);
         m_codec.av_packet_unref(m_packet.get());
-        if (packetsWithoutFrame >= MaximumPacketsWithoutFrame)
-        {
-            ZVLog(ZVLogCategory::Media, AnalyzeScope, "No frame came out of %d packets", packetsWithoutFrame);
-            return;
-        }
     }
+    if (m_framesSeen == 0 || packetsWithoutFrame >= MaximumPacketsWithoutFrame)
+        ZVLog(ZVLogCategory::Media, AnalyzeScope, "No frame came out of %d packets", packetsWithoutFrame);
 }
 
 bool CZVVideoAnalyzeExtended::ReadPacket()
@@ -273,6 +292,8 @@ bool CZVVideoAnalyzeExtended::ReadPacket()
     do
         result = m_codec.av_read_frame(m_context.get(), m_packet.get());
     while (result == AVERROR(EAGAIN));
+    if (result < 0 && result != AVERROR_EOF)
+        ZVLog(ZVLogCategory::Media, AnalyzeScope, "The film cannot be read to its end (%s)", GetReason(result));
     return result >= 0;
 }
 
@@ -282,7 +303,11 @@ void CZVVideoAnalyzeExtended::SeekTo(int32_t seconds)
     const AVRational timeBase = m_main.Stream->time_base;
     int64_t target = m_codec.av_rescale(seconds, timeBase.den, timeBase.num);
     if ((m_context->start_time & INT64_MAX) != 0)
-        target += m_codec.av_rescale(m_context->start_time, timeBase.den, timeBase.num * MicrosecondsPerSecond);
+    {
+        const int64_t start = m_codec.av_rescale(m_context->start_time, timeBase.den, timeBase.num * MicrosecondsPerSecond);
+        // A file may tell any start, so the sum may wrap.
+        target = static_cast<int64_t>(static_cast<uint64_t>(target) + static_cast<uint64_t>(start));
+    }
     m_codec.av_seek_frame(m_context.get(), m_main.Stream->index, target, AVSEEK_FLAG_BACKWARD);
     m_codec.avcodec_flush_buffers(m_main.Decoder.get());
     if (m_second.Decoder != nullptr)
@@ -315,7 +340,7 @@ void CZVVideoAnalyzeExtended::ProcessFrame(const Layer& layer)
     const auto* const mastering =
         FindFrameData<AVMasteringDisplayMetadata>(m_codec, frame, AV_FRAME_DATA_MASTERING_DISPLAY_METADATA);
     const auto* const light = FindFrameData<AVContentLightMetadata>(m_codec, frame, AV_FRAME_DATA_CONTENT_LIGHT_LEVEL);
-    ZVHDRFacts::ApplyMetadata(Properties, m_codec, mastering, light);
+    ZVHDRFacts::ApplyHdrMetadata(Properties, m_codec, mastering, light);
     if (m_codec.av_frame_get_side_data(&frame, AV_FRAME_DATA_DYNAMIC_HDR_PLUS) != nullptr)
         ZVHDRFacts::ApplyDynamic(Properties);
     const auto* const dolbyVision = FindFrameData<AVDOVIMetadata>(m_codec, frame, AV_FRAME_DATA_DOVI_METADATA);

@@ -5,12 +5,13 @@
 #include "video/codec/CZVAVLibraries.h"
 #include "video/extended/ZVCodecObjects.h"
 
+#include <cstdarg>
 #include <cstdint>
 
 class ZVSamplePositions;
 
-// Tells what a film is from its container and its first frames: codec, bit rate, depth, colours, high dynamic range, scan type, aspect, and
-// the list of its audio and subtitle streams. Made for one file. Only as much is read as the first frames need.
+// Tells what a film is from its container and its first frames: codec, bit rate, depth, colours, high dynamic range, scan type,
+// aspect, and the list of its audio and subtitle streams. Made for one file. Only as much is read as the first frames need.
 class CZVVideoAnalyzeExtended
 {
 public:
@@ -18,13 +19,17 @@ public:
     CZVVideoAnalyzeExtended(const CZVVideoAnalyzeExtended&) = delete;
     CZVVideoAnalyzeExtended& operator=(const CZVVideoAnalyzeExtended&) = delete;
 
-    // Analyses a file, once per object. With blackBars frames from all over the film are looked at. False, with the reason in the log, when
-    // the codec libraries are missing, for a kind of input that is not analysed here, and for a file that they do not open; what
-    // else is missing in the file is missing in the result.
+    // Analyses a file, once per object. With blackBars frames from all over the film are looked at. False, with the reason in the
+    // log, when the codec libraries are missing, for a kind of input that is not analysed here, and for a file that they do not
+    // open; what else is missing in the file is missing in the result.
     bool AnalyzeFile(const ZVFilename& file, bool blackBars);
 
     // The result.
     ZVPropertyMap Properties;
+
+    // The log of the codec libraries, which they write from any of their threads: warnings and worse go to the product's log.
+    // context is null or begins with a pointer to an AVClass; of a message 2,047 bytes are kept.
+    __attribute__((format(printf, 3, 0))) static void AVLog(void* context, int level, const char* format, va_list arguments);
 
 private:
     // The video stream that the result is about, and one that may carry an enhancement layer of it.
@@ -36,6 +41,9 @@ private:
 
     bool IsRefused(const ZVFilename& file) const;
     bool Open(const ZVString& path);
+    void Close();
+    ZVString GetReason(int error) const;
+    void Analyze(const ZVFilename& file, bool blackBars);
     void ChooseMainStream();
     void WriteMainStream();
     void WalkStreams();

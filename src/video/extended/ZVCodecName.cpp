@@ -4,7 +4,7 @@ namespace
 {
 constexpr wchar_t Unknown[] = L"Unknown";
 
-struct CodecName
+struct NamedCodec
 {
     AVCodecID Codec;
     const wchar_t* Name;
@@ -12,7 +12,7 @@ struct CodecName
 
 // Codecs whose name is not the libraries' own in upper case.
 // clang-format off
-constexpr CodecName CodecNames[] = {
+constexpr NamedCodec CodecNames[] = {
     {AV_CODEC_ID_VC1,                L"VC-1"},
     {AV_CODEC_ID_MPEG1VIDEO,         L"MPEG-1"},
     {AV_CODEC_ID_MPEG2VIDEO,         L"MPEG-2"},
@@ -139,7 +139,7 @@ const CodecProfile& FindProfileRule(AVCodecID codec)
 
 ZVString GetPlainName(const AVCodecDescriptor& descriptor)
 {
-    for (const CodecName& name : CodecNames)
+    for (const NamedCodec& name : CodecNames)
         if (name.Codec == descriptor.id)
             return name.Name;
     ZVString name = ZVString::FromUTF8(descriptor.name);
@@ -181,7 +181,8 @@ ZVString ApplyProfile(const ZVString& name, const ZVString& profile, const AVCod
     case ProfileRule::LevelThirds:
         return WithLevel(WithProfile(name, profile), parameters.level, 30.0);
     case ProfileRule::LevelInteger:
-        return HasLevel(parameters.level) ? ZVFormat(L"%s L%d", WithProfile(name, profile), parameters.level) : WithProfile(name, profile);
+        return HasLevel(parameters.level) ? ZVFormat(L"%s L%d", WithProfile(name, profile), parameters.level)
+                                          : WithProfile(name, profile);
     case ProfileRule::Append:
     case ProfileRule::Atmos:
         break;
@@ -190,7 +191,7 @@ ZVString ApplyProfile(const ZVString& name, const ZVString& profile, const AVCod
 }
 }
 
-ZVString GetCodecName(const CZVAVLibraries& codec, const AVCodecParameters& parameters)
+ZVString CodecName(const CZVAVLibraries& codec, const AVCodecParameters& parameters)
 {
     const AVCodecDescriptor* const descriptor = codec.avcodec_descriptor_get(parameters.codec_id);
     if (descriptor == nullptr)

@@ -3,6 +3,6 @@
 #include "core/string/ZVString.h"
 #include "video/codec/CZVAVLibraries.h"
 
-// How the product calls a stream's codec: "H264 High L4.1", "HEVC Main 10 L5.1", "AC-3", "TrueHD Atmos". "Unknown" for a codec that the
-// libraries have no name for. The libraries must be loaded.
-ZVString GetCodecName(const CZVAVLibraries& codec, const AVCodecParameters& parameters);
+// How the product calls a stream's codec: "H264 High L4.1", "HEVC Main 10 L5.1", "AC-3", "TrueHD Atmos". "Unknown" for a codec
+// that the libraries have no name for. The libraries must be loaded.
+ZVString CodecName(const CZVAVLibraries& codec, const AVCodecParameters& parameters);

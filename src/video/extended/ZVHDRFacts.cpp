@@ -28,7 +28,7 @@ struct TransferFormat
 };
 
 constexpr TransferFormat TransferFormats[] = {
-    {AVCOL_TRC_SMPTE2084, HDR10},
+    {AVCOL_TRC_SMPTE2084,    HDR10 },
     {AVCOL_TRC_ARIB_STD_B67, L"HLG"},
 };
 
@@ -53,6 +53,9 @@ constexpr DolbyVisionProfile DolbyVisionProfiles[] = {
 // clang-format on
 
 constexpr uint8_t ProfileWithCompatibility = 8;
+
+// Code values have 12 bits.
+constexpr uint16_t LargestPQ = 4095;
 
 ZVString GetFormat(const AVDOVIDecoderConfigurationRecord& config)
 {
@@ -117,21 +120,21 @@ void ZVHDRFacts::ApplyTransfer(ZVPropertyMap& properties, AVColorTransferCharact
             properties.SetString(Format, row.Format);
 }
 
-void ZVHDRFacts::ApplyMetadata(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVMasteringDisplayMetadata* mastering,
-                               const AVContentLightMetadata* light)
+void ZVHDRFacts::ApplyHdrMetadata(ZVPropertyMap& properties, const CZVAVLibraries& codec,
+                                  const AVMasteringDisplayMetadata* mastering, const AVContentLightMetadata* light)
 {
     if (mastering != nullptr && mastering->has_luminance != 0 && IsValid(mastering->max_luminance))
     {
         const double luminance = av_q2d(mastering->max_luminance);
         if (luminance > DarkestDisplay)
-            properties.SetInt(MasteringLuminance, static_cast<int32_t>(luminance));
+            properties.SetInt64(MasteringLuminance, static_cast<int64_t>(luminance));
     }
     if (mastering != nullptr && HasPrimaries(*mastering))
     {
         const AVColorPrimariesDesc description = GetPrimaries(*mastering);
         const AVColorPrimaries primaries = codec.av_csp_primaries_id_from_desc(&description);
         if (primaries != AVCOL_PRI_UNSPECIFIED)
-            properties.SetString(MasteringColorSpace, GetPrimariesName(primaries, codec.av_color_primaries_name(primaries)));
+            properties.SetString(MasteringColorSpace, PrimariesName(primaries, codec.av_color_primaries_name(primaries)));
     }
     if (light != nullptr && light->MaxCLL != 0)
         properties.SetInt64(PeakLuminance, light->MaxCLL);
@@ -166,7 +169,7 @@ void ZVHDRFacts::ApplyDolbyVision(ZVPropertyMap& properties, const AVDOVIMetadat
 int32_t ZVHDRFacts::GetNitsOfPQ(uint16_t value)
 {
     // The constants of the standard: 1/m2, c1, c2, c3, 1/m1. Single precision, as the players that show the value compute it.
-    const float power = std::pow(static_cast<float>(value) / 4095.0f, 0.012683313f);
+    const float power = std::pow(static_cast<float>(std::min(value, LargestPQ)) / LargestPQ, 0.012683313f);
     const float linear = std::max(power - 0.8359375f, 0.0f) / (18.8515625f - 18.6875f * power);
     return static_cast<int32_t>(std::round(10000.0f * std::pow(linear, 6.2773948f)));
 }

@@ -16,8 +16,8 @@ inline constexpr wchar_t ColorSpace[] = L"Color Space";
 void ApplyTransfer(ZVPropertyMap& properties, AVColorTransferCharacteristic transfer);
 
 // Mastering display (SMPTE ST 2086) and content light level (CTA-861.3), in nits. Either may be null.
-void ApplyMetadata(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVMasteringDisplayMetadata* mastering,
-                   const AVContentLightMetadata* light);
+void ApplyHdrMetadata(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVMasteringDisplayMetadata* mastering,
+                      const AVContentLightMetadata* light);
 
 // A frame has dynamic metadata (SMPTE ST 2094-40): "HDR10+", unless a better format is known.
 void ApplyDynamic(ZVPropertyMap& properties);

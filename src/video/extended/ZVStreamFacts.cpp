@@ -38,11 +38,11 @@ void AddEntry(ZVPropertyMap& properties, const wchar_t* key, const ZVString& ent
 
 ZVString GetLanguage(const CZVAVLibraries& codec, const AVStream& stream)
 {
-    return LanguageNameFromCode(NormalizeLanguageCode(ZVStreamFacts::GetTag(codec, stream, "language")));
+    return LanguageNameFromCode(NormalizeLanguageCode(ZVStreamFacts::GetStreamTag(codec, stream, "language")));
 }
 }
 
-ZVString ZVStreamFacts::GetTag(const CZVAVLibraries& codec, const AVStream& stream, const char* key)
+ZVString ZVStreamFacts::GetStreamTag(const CZVAVLibraries& codec, const AVStream& stream, const char* key)
 {
     const AVDictionaryEntry* entry = codec.av_dict_get(stream.metadata, key, nullptr, 0);
     if (entry == nullptr || entry->value == nullptr)
@@ -50,12 +50,12 @@ ZVString ZVStreamFacts::GetTag(const CZVAVLibraries& codec, const AVStream& stre
     return entry == nullptr || entry->value == nullptr ? ZVString() : ZVString::FromUTF8(entry->value);
 }
 
-int32_t ZVStreamFacts::GetBitrateKbps(const CZVAVLibraries& codec, const AVFormatContext& context, const AVStream& stream)
+int32_t ZVStreamFacts::BitrateKbps(const CZVAVLibraries& codec, const AVFormatContext& context, const AVStream& stream)
 {
     const std::string_view container = GetContainerName(context);
     if (container == ContainerWithTags)
     {
-        const int32_t tag = GetTag(codec, stream, "BPS").ToInt();
+        const int32_t tag = GetStreamTag(codec, stream, "BPS").ToInt();
         if (tag > LeastTagBitrate)
             return static_cast<int32_t>(tag / BitsPerKilobit);
     }
@@ -63,25 +63,25 @@ int32_t ZVStreamFacts::GetBitrateKbps(const CZVAVLibraries& codec, const AVForma
     return bitrate > LeastStreamBitrate ? static_cast<int32_t>(bitrate / BitsPerKilobit) : 0;
 }
 
-void ZVStreamFacts::AddAudio(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVFormatContext& context,
-                             const AVStream& stream)
+void ZVStreamFacts::AddAudioStream(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVFormatContext& context,
+                                   const AVStream& stream)
 {
     const AVCodecParameters& parameters = *stream.codecpar;
     properties.SetInt(L"Audio Streams", properties.GetInt(L"Audio Streams", 0) + 1);
-    AddEntry(properties, L"Audio Codec", GetCodecName(codec, parameters));
+    AddEntry(properties, L"Audio Codec", CodecName(codec, parameters));
     AddEntry(properties, L"Audio Channels", ZVString::FromInt(parameters.ch_layout.nb_channels));
     AddEntry(properties, L"Audio Sample Rate", ZVString::FromInt(parameters.sample_rate));
-    const int32_t bitrate = GetBitrateKbps(codec, context, stream);
+    const int32_t bitrate = BitrateKbps(codec, context, stream);
     AddEntry(properties, L"Audio Bitrate", bitrate < 1 ? ZVString() : ZVString::FromInt(bitrate));
-    AddEntry(properties, L"Audio Title", GetTag(codec, stream, "title"));
+    AddEntry(properties, L"Audio Title", GetStreamTag(codec, stream, "title"));
     AddEntry(properties, L"Audio Language", GetLanguage(codec, stream));
 }
 
-void ZVStreamFacts::AddSubtitle(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVStream& stream)
+void ZVStreamFacts::AddSubtitleStream(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVStream& stream)
 {
     properties.SetInt(L"Subtitle Streams", properties.GetInt(L"Subtitle Streams", 0) + 1);
-    AddEntry(properties, L"Subtitle Codec", GetCodecName(codec, *stream.codecpar));
-    AddEntry(properties, L"Subtitle Title", GetTag(codec, stream, "title"));
+    AddEntry(properties, L"Subtitle Codec", CodecName(codec, *stream.codecpar));
+    AddEntry(properties, L"Subtitle Title", GetStreamTag(codec, stream, "title"));
     AddEntry(properties, L"Subtitle Language", GetLanguage(codec, stream));
 }
 

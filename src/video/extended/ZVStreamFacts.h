@@ -10,16 +10,18 @@ class ZVPropertyMap;
 // What a container says of its streams. The libraries must be loaded.
 namespace ZVStreamFacts
 {
-// A tag of a stream. Without it the tag with "-" and a language behind it, as Matroska's statistics have: "BPS-eng". Empty for none.
-ZVString GetTag(const CZVAVLibraries& codec, const AVStream& stream, const char* key);
+// A tag of a stream. Without it the tag with "-" and a language behind it, as Matroska's statistics have: "BPS-eng". Empty for
+// none.
+ZVString GetStreamTag(const CZVAVLibraries& codec, const AVStream& stream, const char* key);
 
-// The bit rate in kilobits per second, or 0. Of the containers some tell the truth about it in a tag, some in the stream's parameters, and
-// most about their audio alone.
-int32_t GetBitrateKbps(const CZVAVLibraries& codec, const AVFormatContext& context, const AVStream& stream);
+// The bit rate in kilobits per second, or 0. Of the containers some tell the truth about it in a tag, some in the stream's
+// parameters, and most about their audio alone.
+int32_t BitrateKbps(const CZVAVLibraries& codec, const AVFormatContext& context, const AVStream& stream);
 
 // Add one more stream to the lists of its kind, in which every entry is followed by ";", an empty one too.
-void AddAudio(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVFormatContext& context, const AVStream& stream);
-void AddSubtitle(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVStream& stream);
+void AddAudioStream(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVFormatContext& context,
+                    const AVStream& stream);
+void AddSubtitleStream(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVStream& stream);
 
 // The bytes of a kind of side data of a stream that has at least so many of them, or null.
 const void* FindSideData(const AVCodecParameters& parameters, AVPacketSideDataType type, size_t minimumSize);

@@ -1,8 +1,7 @@
-#include "video/extended/ZVAVLog.h"
+#include "video/extended/CZVVideoAnalyzeExtended.h"
 
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
-#include "video/codec/ZVCodecHeaders.h"
 
 #include <cstdio>
 #include <cstring>
@@ -27,7 +26,7 @@ ZVString GetPrefix(void* context)
 }
 }
 
-__attribute__((format(printf, 3, 0))) void ZVAVLog(void* context, int level, const char* format, va_list arguments)
+void CZVVideoAnalyzeExtended::AVLog(void* context, int level, const char* format, va_list arguments)
 {
     if (level > AV_LOG_WARNING)
         return;
