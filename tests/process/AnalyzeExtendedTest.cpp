@@ -163,8 +163,8 @@ TEST_F(AnalyzeExtended, TellsWhatAFilmWasMadeOf)
              hdr},
         {"hlg.mkv", x265 + "transfer=arib-std-b67 ", Deep + "HDR Format=HLG\n"},
         {"interlaced.ts",
-         "-f lavfi -i testsrc2=s=720x576:r=25:d=3 -c:v mpeg2video -pix_fmt yuv420p -vf setfield=tff -flags +ildct+ilme -aspect 16:9 "
-         "-color_primaries bt470bg ",
+         "-f lavfi -i testsrc2=s=720x576:r=25:d=3 -c:v mpeg2video -pix_fmt yuv420p -vf setfield=tff -flags +ildct+ilme "
+         "-aspect 16:9 -color_primaries bt470bg ",
          "Video Codec=MPEG-2 Main\nVideo Bitrate=0\nColor Depth=8\nColor Space=BT.601 (PAL)\nVideo Scan=Interlaced\n"
          "Aspect Ratio=1.78\n"},
         {"vp9.webm", FilmPicture + "-c:v libvpx-vp9 -deadline realtime -cpu-used 8 ",
