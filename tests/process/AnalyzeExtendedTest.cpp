@@ -120,14 +120,18 @@ TEST_F(AnalyzeExtended, TellsWhatAFilmWasMadeOf)
                                "Audio Sample Rate=48000;48000;\n";
     const std::string x265 = FilmPicture + "-c:v libx265 -preset ultrafast -pix_fmt yuv420p10le "
                                            "-x265-params log-level=none:level-idc=5.1:colorprim=bt2020:colormatrix=bt2020nc:";
-    const std::string hdr = "HDR Format=HDR10\nHDR Mastering Luminance=1000\nHDR Mastering Color Space=Display P3\n"
-                            "HDR Peak Luminance=800\nHDR Average Luminance=400\n";
     const std::string display = "hdr10=1:max-cll=800,400:'master-display=G(13250,34500)B(7500,3000)R(34000,16000)WP(15635,16450)"
                                 "L(10000000,1)' ";
+    const std::string light = "HDR Mastering Luminance=1000\nHDR Mastering Color Space=Display P3\nHDR Peak Luminance=800\n"
+                              "HDR Average Luminance=400\n";
+    const std::string hdr = "HDR Format=HDR10\n" + light;
     const std::string layers = FilmPicture +
-                               "-map 0 -map 1 -c:v libx265 -preset ultrafast -pix_fmt yuv420p10le "
-                               "-x265-params:v:1 log-level=none:level-idc=5.1 -x265-params:v:0 log-level=none:" +
+                               "-map 1 -map 0 -c:v libx265 -preset ultrafast -pix_fmt yuv420p10le "
+                               "-filter:v:1 setsar=2 -x265-params:v:0 log-level=none:level-idc=5.1 "
+                               "-x265-params:v:1 log-level=none:" +
                                display;
+    const std::string layered = "Video Codec=HEVC Main 10 L5.1\nVideo Bitrate=0\nColor Depth=10\nColor Space=\n"
+                                "Video Scan=Progressive\nAspect Ratio=1.78\n";
     const std::string copy = "-map 0 -c copy ";
     // Made in this order: a film may be made of those above it.
     // clang-format off
@@ -215,14 +219,14 @@ TEST_F(AnalyzeExtended, TellsWhatAFilmWasMadeOf)
         {"cover.mp3",
          FilmSound + "-i cover.jpg -map 0 -map 1 -c:a libmp3lame -b:a 96k -c:v copy -disposition:v:0 attached_pic ",
          Sound("MP3", "1", "96")},
-        // A second layer is as large as the film or half as large, and what its frames say counts.
-        {"layers.mkv", "-f lavfi -i testsrc2=s=160x90:r=25:d=3 " + layers,
-         "Video Codec=HEVC Main 10 L5.1\nVideo Bitrate=0\nColor Depth=10\nColor Space=\nVideo Scan=Progressive\n"
-         "Aspect Ratio=1.78\nHDR Mastering Luminance=1000\nHDR Mastering Color Space=Display P3\nHDR Peak Luminance=800\n"
-         "HDR Average Luminance=400\n"},
-        {"strangers.mkv", "-f lavfi -i testsrc2=s=160x88:r=25:d=3 " + layers,
-         "Video Codec=HEVC Main 10 L5.1\nVideo Bitrate=0\nColor Depth=10\nColor Space=\nVideo Scan=Progressive\n"
-         "Aspect Ratio=1.78\n"},
+        // Of two as large the first is the film.
+        {"twice.mkv", FilmPicture + "-i h264.mkv -map 0 -map 1:0 -c:v:0 mpeg4 -c:v:1 copy ",
+         PlainPicture + "Video Codec=MPEG4 Simple Profile\nVideo Bitrate=0\n"},
+        // A second layer is as large as the film or half as large. What its frames say of the light counts, and nothing else.
+        {"layers.mkv", "-f lavfi -i testsrc2=s=160x90:r=25:d=3 " + layers, layered + light},
+        {"layers.ts", "-i layers.mkv -map 0 -c copy ", layered + light},
+        {"narrow.mkv", "-f lavfi -i testsrc2=s=158x90:r=25:d=3 " + layers, layered},
+        {"flat.mkv", "-f lavfi -i testsrc2=s=160x88:r=25:d=3 " + layers, layered},
         {"sound.flac", FilmSound + "-c:a flac ", Sound("FLAC", "1", "")},
     };
     // clang-format on

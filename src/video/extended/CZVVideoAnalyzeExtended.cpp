@@ -27,6 +27,9 @@ constexpr int32_t FrameLimitForBlackBars = 200;
 // A stream that gives no frame in so many packets is scrambled or of no use, and would otherwise be read to its end.
 constexpr int32_t MaximumPacketsWithoutFrame = 1000;
 
+// The same for a stream of which nothing comes while the others go on: ten minutes of sound and more.
+constexpr int32_t MaximumPacketsOfOthers = 100'000;
+
 constexpr int64_t MicrosecondsPerSecond = 1'000'000;
 
 // Extensions are compared as they stand: one in upper case is that of an ordinary file.
@@ -269,12 +272,16 @@ void CZVVideoAnalyzeExtended::DecodeSample(int32_t frameLimit)
 {
     m_framesSeen = 0;
     int32_t packetsWithoutFrame = 0;
-    while (m_framesSeen < frameLimit && packetsWithoutFrame < MaximumPacketsWithoutFrame && ReadPacket())
+    int32_t packetsOfOthers = 0;
+    while (m_framesSeen < frameLimit && packetsWithoutFrame < MaximumPacketsWithoutFrame &&
+           packetsOfOthers < MaximumPacketsOfOthers && ReadPacket())
     {
+        ++packetsOfOthers;
         m_packet->time_base = m_context->streams[m_packet->stream_index]->time_base;
         if (m_packet->stream_index == m_main.Stream->index)
         {
             const int32_t framesBefore = m_framesSeen;
+            packetsOfOthers = 0;
             DecodePacket(m_main);
             packetsWithoutFrame = m_framesSeen > framesBefore ? 0 : packetsWithoutFrame + 1;
         }
@@ -282,7 +289,9 @@ void CZVVideoAnalyzeExtended::DecodeSample(int32_t frameLimit)
             DecodePacket(m_second);
         m_codec.av_packet_unref(m_packet.get());
     }
-    if (m_framesSeen == 0 || packetsWithoutFrame >= MaximumPacketsWithoutFrame)
+    if (packetsOfOthers >= MaximumPacketsOfOthers)
+        ZVLog(ZVLogCategory::Media, AnalyzeScope, "No packet of the main stream came among %d", packetsOfOthers);
+    else if (m_framesSeen == 0 || packetsWithoutFrame >= MaximumPacketsWithoutFrame)
         ZVLog(ZVLogCategory::Media, AnalyzeScope, "No frame came out of %d packets", packetsWithoutFrame);
 }
 

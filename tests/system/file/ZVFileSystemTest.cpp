@@ -227,6 +227,8 @@ TEST_F(ZVFileSystemTest, TheMountTableIsRead)
 
 TEST_F(ZVFileSystemTest, VolumesAreThoseOfTheMachine)
 {
+    if (Get("/proc/self/mountinfo").find(" /dev/shm ") == std::string::npos)
+        GTEST_SKIP() << "/dev/shm is no file system of its own here";
     EXPECT_EQ(ZVFileSystem::GetDriveType(L"/dev/shm"), ZVFileSystem::DriveType::Memory);
     EXPECT_EQ(ZVFileSystem::GetDriveType(TextAt("missing")), ZVFileSystem::DriveType::Unknown);
     EXPECT_TRUE(ZVFileSystem::GetMountpointFromDevice(L"/dev/no 'such").IsEmpty());

@@ -85,24 +85,22 @@ TEST_F(ZVHDRFactsTest, MasteringLuminanceIsCutToWholeNits)
 TEST_F(ZVHDRFactsTest, MasteringPrimariesAreNamedByTheirPlaces)
 {
     // Red, green, blue and white in units of 0.00002, as a bit stream has them.
+    // clang-format off
     const struct
     {
         const char* Name;
         int Places[4][2];
         int Unit;
-        Lines Expected;
+        const char* Expected;
     } rows[] = {
-        {"BT.2020",                       {{35400, 14600}, {8500, 39850}, {6550, 2300}, {15635, 16450}},  50000, {"HDR Mastering Color Space=BT.2020"}   },
-        {"P3, white D65",
-         {{34000, 16000}, {13250, 34500}, {7500, 3000}, {15635, 16450}},
-         50000,                                                                                                  {"HDR Mastering Color Space=Display P3"}},
-        {"P3, theatrical",
-         {{34000, 16000}, {13250, 34500}, {7500, 3000}, {15700, 17550}},
-         50000,                                                                                                  {"HDR Mastering Color Space=DCI P3"}    },
-        {"BT.709",                        {{32000, 16500}, {15000, 30000}, {7500, 3000}, {15635, 16450}}, 50000, {"HDR Mastering Color Space=BT.709"}    },
-        {"in the order green, blue, red", {{8500, 39850}, {6550, 2300}, {35400, 14600}, {15635, 16450}},  50000, {}                                      },
-        {"no denominator",                {{35400, 14600}, {8500, 39850}, {6550, 2300}, {15635, 16450}},  0,     {}                                      },
+        {"BT.2020",        {{35400, 14600}, {8500, 39850}, {6550, 2300}, {15635, 16450}}, 50000, "BT.2020"},
+        {"P3, white D65",  {{34000, 16000}, {13250, 34500}, {7500, 3000}, {15635, 16450}}, 50000, "Display P3"},
+        {"P3, theatrical", {{34000, 16000}, {13250, 34500}, {7500, 3000}, {15700, 17550}}, 50000, "DCI P3"},
+        {"BT.709",         {{32000, 16500}, {15000, 30000}, {7500, 3000}, {15635, 16450}}, 50000, "BT.709"},
+        {"wrong order",    {{8500, 39850}, {6550, 2300}, {35400, 14600}, {15635, 16450}}, 50000, nullptr},
+        {"no denominator", {{35400, 14600}, {8500, 39850}, {6550, 2300}, {15635, 16450}}, 0, nullptr},
     };
+    // clang-format on
     for (const auto& row : rows)
     {
         SCOPED_TRACE(row.Name);
@@ -116,7 +114,8 @@ TEST_F(ZVHDRFactsTest, MasteringPrimariesAreNamedByTheirPlaces)
             mastering.white_point[axis] = {row.Places[3][axis], row.Unit};
         }
         ZVHDRFacts::ApplyHdrMetadata(properties, m_codec, &mastering, nullptr);
-        EXPECT_EQ(GetLines(properties), row.Expected);
+        const std::string line = std::string("HDR Mastering Color Space=") + (row.Expected != nullptr ? row.Expected : "");
+        EXPECT_EQ(GetLines(properties), row.Expected != nullptr ? Lines({line}) : Lines());
 
         mastering.has_primaries = 0;
         ZVPropertyMap none;
@@ -199,6 +198,7 @@ TEST(ZVHDRFacts, TheRecordOfTheContainerNamesTheProfile)
 
 TEST(ZVHDRFacts, TheMetadataOfAFrameNamesTheProfileWhenTheContainerDoesNot)
 {
+    // clang-format off
     const struct
     {
         const char* Name;
@@ -208,18 +208,16 @@ TEST(ZVHDRFacts, TheMetadataOfAFrameNamesTheProfileWhenTheContainerDoesNot)
         uint16_t Peak;
         Lines Expected;
     } rows[] = {
-        {"profile 5",                             L"",       0, true,  false, false, 0,    {"HDR Format=DolbyVision Profile 5 (ICtCp)", "Color Space=BT.2020"}},
-        {"limited range is not profile 5",        L"HDR10",  0, false, false, false, 0,    {"HDR Format=HDR10"}                                               },
-        {"one layer",                             L"HDR10",  1, false, false, false, 0,    {"HDR Format=DolbyVision Profile 8, HDR10-compatible"}             },
-        {"a layer without residual",              L"",       1, false, true,  true,  0,    {"HDR Format=DolbyVision Profile 8, HDR10-compatible"}             },
-        {"two layers",                            L"HDR10+", 1, false, true,  false, 0,    {"HDR Format=DolbyVision Profile 7, HDR10-compatible"}             },
-        {"an unknown profile",                    L"HLG",    2, true,  true,  false, 0,    {"HDR Format=HLG"}                                                 },
-        {"the record is better, but has no peak",
-         L"DolbyVision Profile 8.4, HLG-compatible",         1,
-         false,                                                        false,
-         false,                                                                      3079,
-         {"HDR Format=DolbyVision Profile 8.4, HLG-compatible", "HDR Peak Luminance=1001"}                                                                    },
+        {"profile 5", L"", 0, true, false, false, 0, {"HDR Format=DolbyVision Profile 5 (ICtCp)", "Color Space=BT.2020"}},
+        {"limited range is not profile 5", L"HDR10", 0, false, false, false, 0, {"HDR Format=HDR10"}},
+        {"one layer", L"HDR10", 1, false, false, false, 0, {"HDR Format=DolbyVision Profile 8, HDR10-compatible"}},
+        {"a layer without residual", L"", 1, false, true, true, 0, {"HDR Format=DolbyVision Profile 8, HDR10-compatible"}},
+        {"two layers", L"HDR10+", 1, false, true, false, 0, {"HDR Format=DolbyVision Profile 7, HDR10-compatible"}},
+        {"an unknown profile", L"HLG", 2, true, true, false, 0, {"HDR Format=HLG"}},
+        {"the record is better, but has no peak", L"DolbyVision Profile 8.4, HLG-compatible", 1, false, false, false, 3079,
+         {"HDR Format=DolbyVision Profile 8.4, HLG-compatible", "HDR Peak Luminance=1001"}},
     };
+    // clang-format on
     for (const auto& row : rows)
     {
         SCOPED_TRACE(row.Name);

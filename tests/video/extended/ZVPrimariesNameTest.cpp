@@ -12,23 +12,17 @@ TEST(ZVPrimariesName, IsTheProductsOwnOrTheLibrariesInUpperCase)
         const char* CodecName;
         const wchar_t* Expected;
     } rows[] = {
-        {0,   "reserved",  L""              },
-        {1,   "bt709",     L"BT.709"        },
-        {2,   "unknown",   L""              },
-        {3,   "reserved",  L""              },
-        {4,   "bt470m",    L"BT.470M"       },
-        {5,   "bt470bg",   L"BT.601 (PAL)"  },
-        {6,   "smpte170m", L"BT.601 (NTSC)" },
-        {7,   "smpte240m", L"SMPTE C (NTSC)"},
-        {8,   "film",      L"FILM"          },
-        {9,   "bt2020",    L"BT.2020"       },
-        {10,  "smpte428",  L"XYZ"           },
-        {11,  "smpte431",  L"DCI P3"        },
-        {12,  "smpte432",  L"Display P3"    },
-        {22,  "ebu3213",   L"EBU3213"       },
-        {255, nullptr,     L""              },
-        {1,   nullptr,     L"BT.709"        },
-        {-1,  nullptr,     L""              },
+        {0,   "reserved", L""            },
+        {1,   "bt709",    L"BT.709"      },
+        {2,   "unknown",  L""            },
+        {5,   "bt470bg",  L"BT.601 (PAL)"},
+        {8,   "film",     L"FILM"        },
+        {9,   "bt2020",   L"BT.2020"     },
+        {12,  "smpte432", L"Display P3"  },
+        {22,  "ebu3213",  L"EBU3213"     },
+        {255, nullptr,    L""            },
+        {1,   nullptr,    L"BT.709"      },
+        {-1,  nullptr,    L""            },
     };
     for (const auto& row : rows)
         EXPECT_EQ(PrimariesName(row.Primaries, row.CodecName), row.Expected) << row.Primaries;
