@@ -238,6 +238,26 @@ TEST_F(AnalyzeExtended, TellsWhatAFilmWasMadeOf)
     }
 }
 
+// More sizes than frames share memory for.
+TEST_F(AnalyzeExtended, FollowsAFilmThatChangesItsSize)
+{
+    for (const std::string codec : {"264", "265"})
+    {
+        SCOPED_TRACE(codec);
+        std::string film;
+        for (const char* size : {"320x180", "352x198", "384x216", "416x234", "448x252", "480x270", "320x180"})
+        {
+            FilmFolder::Make(std::string("-f lavfi -i testsrc2=r=25:d=0.08:s=") + size + " -c:v libx" + codec +
+                             " -preset veryfast part." + (codec == "264" ? "h264" : "hevc"));
+            film += FilmFolder::Read(codec == "264" ? "part.h264" : "part.hevc");
+        }
+        FilmFolder::Write("film." + codec, film);
+        const FilmAnalysis analysis = m_folder.Analyze("film." + codec);
+        EXPECT_THAT(analysis.Properties, testing::IsSupersetOf(GetLines(PlainPicture)));
+        EXPECT_EQ(analysis.Log.find("No frame came"), std::string::npos);
+    }
+}
+
 TEST_F(AnalyzeExtended, TellsOfAV1WhereItCanBeMade)
 {
     for (const char* encoder : {"libsvtav1 -preset 12 ", "libaom-av1 -cpu-used 8 -usage realtime "})

@@ -229,7 +229,7 @@ bool CZVVideoAnalyzeExtended::IsSecondLayer(const AVStream& stream) const
            (other.height == main.height || other.height == main.height / 2);
 }
 
-ZVCodecContextPointer CZVVideoAnalyzeExtended::OpenDecoder(const AVStream& stream, bool everyPixel)
+ZVCodecContextPointer CZVVideoAnalyzeExtended::OpenDecoder(const AVStream& stream, bool needsPixels)
 {
     const AVCodec* const decoder = m_codec.avcodec_find_decoder(stream.codecpar->codec_id);
     if (decoder == nullptr)
@@ -243,9 +243,11 @@ ZVCodecContextPointer CZVVideoAnalyzeExtended::OpenDecoder(const AVStream& strea
     context->thread_type = FF_THREAD_FRAME;
     if (stream.codecpar->codec_id == AV_CODEC_ID_H264)
         context->strict_std_compliance = FF_COMPLIANCE_STRICT;
-    // Only what comes with a frame counts here, so nobody would see that its edges are not smoothed.
-    if (!everyPixel)
+    if (!needsPixels)
+    {
         context->skip_loop_filter = AVDISCARD_ALL;
+        m_picture.ServeDecoder(*context);
+    }
     if (m_codec.avcodec_open2(context.get(), decoder, nullptr) < 0)
         return nullptr;
     return context;

@@ -4,6 +4,7 @@
 #include "system/filename/ZVFilename.h"
 #include "video/codec/CZVAVLibraries.h"
 #include "video/extended/ZVCodecObjects.h"
+#include "video/extended/ZVSharedPicture.h"
 
 #include <cstdarg>
 #include <cstdint>
@@ -48,7 +49,7 @@ private:
     void WriteMainStream();
     void WalkStreams();
     bool IsSecondLayer(const AVStream& stream) const;
-    ZVCodecContextPointer OpenDecoder(const AVStream& stream, bool everyPixel);
+    ZVCodecContextPointer OpenDecoder(const AVStream& stream, bool needsPixels);
     void DecodeSamples(bool blackBars);
     void DecodeSample(int32_t frameLimit);
     bool ReadPacket();
@@ -59,6 +60,7 @@ private:
     void WriteAspectRatio(const ZVString& extension);
 
     CZVAVLibraries m_codec;
+    ZVSharedPicture m_picture {m_codec};
     ZVFormatContextPointer m_context;
     Layer m_main;
     Layer m_second;
