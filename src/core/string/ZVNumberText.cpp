@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cmath>
 #include <cwchar>
+#include <iterator>
 
 namespace
 {
