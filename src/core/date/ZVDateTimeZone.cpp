@@ -40,11 +40,12 @@ LocalMoment AskSystem(const ZVDateFields& fields)
     return moment;
 }
 
+// 0.0 for a bound that the year has not got.
 double FindBound(int32_t year, const ZVDaylightBound& bound)
 {
     const double day = bound.Nth == ZVDaylightBound::Last ? ZVDate::LastWeekday(year, bound.Month, bound.Weekday)
                                                           : ZVDate::NthWeekday(year, bound.Month, bound.Weekday, bound.Nth);
-    return day + bound.Hours * ZVDate::Hour;
+    return day == 0.0 ? 0.0 : day + bound.Hours * ZVDate::Hour;
 }
 }
 
@@ -94,6 +95,8 @@ bool ZVDate::IsDaylightSaving(double value, const ZVDaylightRule& rule)
     const int32_t year = YearOf(value);
     const double start = FindBound(year, rule.Start);
     const double end = FindBound(year, rule.End);
+    if (start == 0.0 || end == 0.0)
+        return false;
     const bool isFromStart = value + Tolerance >= start;
     const bool isBeforeEnd = value + Tolerance < end;
     return start <= end ? isFromStart && isBeforeEnd : isFromStart || isBeforeEnd;

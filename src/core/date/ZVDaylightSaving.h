@@ -28,8 +28,8 @@ inline constexpr int32_t SystemDaylightRule = 0;         // what the system libr
 inline constexpr int32_t NorthAmericanDaylightRule = 1;  // second Sunday of March to first Sunday of November, since 2007
 inline constexpr int32_t EuropeanDaylightRule = 2;       // last Sunday of March to last Sunday of October, since 1996
 
-// True when a local time falls in daylight saving by the rule of a number, or by one of the caller's. False for no date and for
-// a number that is no rule.
+// True when a local time falls in daylight saving by the rule of a number, or by one of the caller's. False for no date, for a
+// number that is no rule, and by a rule in a year that lacks one of its bounds, as a year beyond -9999 to 9999 does.
 bool IsDaylightSaving(double value, int32_t rule = SystemDaylightRule);
 bool IsDaylightSaving(double value, const ZVDaylightRule& rule);
 }
