@@ -7,9 +7,13 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
 #include <memory>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <sstream>
+#include <string_view>
 #include <strings.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -20,71 +24,45 @@ constexpr size_t ChunkSize = 1000;
 // What one call of the system gets when nothing else cuts a body.
 constexpr size_t PieceSize = 0x10000;
 
-bool SendAll(int socket, const char* bytes, size_t count)
+// The system takes all of it unless the connection ends.
+bool SendAll(int socket, std::string_view bytes)
 {
-    while (count > 0)
-    {
-        const ssize_t sent = send(socket, bytes, count, MSG_NOSIGNAL);
-        if (sent <= 0)
-            return false;
-        bytes += sent;
-        count -= static_cast<size_t>(sent);
-    }
-    return true;
+    return send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
 }
 
-bool SendAll(int socket, const std::string& text)
+// False when the client has closed.
+bool Receive(int socket, FILE* stream, ZVTestRequest& request)
 {
-    return SendAll(socket, text.data(), text.size());
-}
+    char* line = nullptr;
+    size_t capacity = 0;
+    while (getline(&line, &capacity, stream) > 2)
+        request.Headers.push_back(std::string(line, strcspn(line, "\r")));
+    free(line);
+    if (request.Headers.empty())
+        return false;
+    std::istringstream(request.Headers.front()) >> request.Method >> request.Target;
+    request.Headers.erase(request.Headers.begin());
 
-// Receives until there are so many bytes. False when the client has closed.
-bool ReceiveUpTo(int socket, std::string& received, size_t count)
-{
-    char bytes[0x4000];
-    while (received.size() < count)
-    {
-        const ssize_t size = recv(socket, bytes, sizeof bytes, 0);
-        if (size <= 0)
-            return false;
-        received.append(bytes, static_cast<size_t>(size));
-    }
-    return true;
+    if (request.HasHeader("Expect") && !SendAll(socket, "HTTP/1.1 100 Continue\r\n\r\n"))
+        return false;
+    request.Body.resize(strtoul(request.GetHeader("Content-Length").c_str(), nullptr, 10));
+    return fread(request.Body.data(), 1, request.Body.size(), stream) == request.Body.size();
 }
 
 // Applies the Range header of a request, of which the form "bytes=first-[last]" is understood.
 void CutToRange(const ZVTestRequest& request, ZVTestAnswer& answer)
 {
     const std::string range = request.GetHeader("Range");
-    if (!answer.AnswersRanges || answer.Status != 200 || range.compare(0, 6, "bytes=") != 0)
+    size_t first = 0;
+    size_t last = SIZE_MAX;
+    if (!answer.AnswersRanges || answer.Status != 200 || sscanf(range.c_str(), "bytes=%zu-%zu", &first, &last) < 1)
         return;
-    const std::string size = std::to_string(answer.Body.size());
-    char* end = nullptr;
-    const size_t first = strtoul(range.c_str() + 6, &end, 10);
-    size_t last = *end == '-' && end[1] != '\0' ? strtoul(end + 1, nullptr, 10) : answer.Body.size() - 1;
-    if (first >= answer.Body.size())
-    {
-        answer.Status = 416;
-        answer.Headers.push_back("Content-Range: bytes */" + size);
-        answer.Body.clear();
-        return;
-    }
-    last = std::min(last, answer.Body.size() - 1);
-    answer.Status = 206;
-    answer.Headers.push_back("Content-Range: bytes " + std::to_string(first) + "-" + std::to_string(last) + "/" + size);
-    answer.Body = answer.Body.substr(first, last - first + 1);
-}
-
-uint32_t GetCRC32(const std::string& bytes)
-{
-    uint32_t crc = ~0u;
-    for (const char byte : bytes)
-    {
-        crc ^= static_cast<uint8_t>(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc & 1) != 0 ? crc >> 1 ^ 0xedb88320 : crc >> 1;
-    }
-    return ~crc;
+    const size_t size = answer.Body.size();
+    last = std::min(last, size - 1);
+    answer.Status = first < size ? 206 : 416;
+    const std::string places = first < size ? std::to_string(first) + "-" + std::to_string(last) : "*";
+    answer.Headers.push_back("Content-Range: bytes " + places + "/" + std::to_string(size));
+    answer.Body = first < size ? answer.Body.substr(first, last - first + 1) : "";
 }
 
 void AppendLittleEndian(std::string& bytes, size_t value, int count)
@@ -94,19 +72,18 @@ void AppendLittleEndian(std::string& bytes, size_t value, int count)
 }
 }
 
-std::string ZVTestRequest::GetHeader(const std::string& name) const
+const std::string* ZVTestRequest::FindHeader(const std::string& name) const
 {
-    for (const std::string& line : Headers)
-        if (strncasecmp(line.c_str(), (name + ":").c_str(), name.size() + 1) == 0)
-            return line.substr(std::min(line.find_first_not_of(' ', name.size() + 1), line.size()));
-    return {};
+    const auto found = std::find_if(Headers.begin(), Headers.end(),
+                                    [start = name + ":"](const std::string& line)
+                                    { return strncasecmp(line.c_str(), start.c_str(), start.size()) == 0; });
+    return found == Headers.end() ? nullptr : &*found;
 }
 
-bool ZVTestRequest::HasHeader(const std::string& name) const
+std::string ZVTestRequest::GetHeader(const std::string& name) const
 {
-    return std::any_of(Headers.begin(), Headers.end(),
-                       [&](const std::string& line)
-                       { return strncasecmp(line.c_str(), (name + ":").c_str(), name.size() + 1) == 0; });
+    const std::string* const line = FindHeader(name);
+    return line == nullptr ? "" : line->substr(std::min(line->find_first_not_of(' ', name.size() + 1), line->size()));
 }
 
 ZVTestServer::ZVTestServer()
@@ -132,18 +109,18 @@ ZVTestServer::~ZVTestServer()
     {
         const std::lock_guard lock(m_mutex);
         m_isStopping = true;
-        for (const Connection& connection : m_connections)
-            shutdown(connection.Socket, SHUT_RDWR);
+        for (const int socket : m_sockets)
+            shutdown(socket, SHUT_RDWR);
     }
     m_stopped.notify_all();
     shutdown(m_listener, SHUT_RDWR);
     if (m_acceptor.joinable())
         m_acceptor.join();
-    for (Connection& connection : m_connections)
-    {
-        connection.Thread.join();
-        close(connection.Socket);
-    }
+    for (std::thread& thread : m_threads)
+        thread.join();
+    // The numbers stay taken until here, so that nobody else's socket is shut down.
+    for (const int socket : m_sockets)
+        close(socket);
     close(m_listener);
     unsetenv("no_proxy");
 }
@@ -189,71 +166,28 @@ int64_t ZVTestServer::GetSentBodyBytes() const
     return m_sentBodyBytes;
 }
 
-int ZVTestServer::GetConnectionCount() const
-{
-    const std::lock_guard lock(m_mutex);
-    return static_cast<int>(m_connections.size());
-}
-
 void ZVTestServer::Accept()
 {
-    for (;;)
+    for (int socket = 0; (socket = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;)
     {
-        const int socket = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (socket < 0)
-            return;
         const int yes = 1;
         setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
         const std::lock_guard lock(m_mutex);
+        m_sockets.push_back(socket);
         if (m_isStopping)
-        {
-            close(socket);
             return;
-        }
-        Connection& connection = m_connections.emplace_back();
-        connection.Socket = socket;
-        connection.Thread = std::thread([this, socket] { Serve(socket); });
+        m_threads.emplace_back([this, socket] { Serve(socket); });
     }
 }
 
 void ZVTestServer::Serve(int socket)
 {
-    std::string received;
-    ZVTestRequest request;
-    while (Receive(socket, received, request) && Send(socket, request, FindAnswer(request)))
-        request = {};
-    // The number stays taken until the server ends, so that nobody else's socket is shut down by it.
+    FILE* const stream = fdopen(fcntl(socket, F_DUPFD_CLOEXEC, 0), "r");
+    for (ZVTestRequest request; Receive(socket, stream, request); request = {})
+        if (!Send(socket, request, FindAnswer(request)))
+            break;
+    fclose(stream);
     shutdown(socket, SHUT_RDWR);
-}
-
-bool ZVTestServer::Receive(int socket, std::string& received, ZVTestRequest& request) const
-{
-    size_t headerEnd;
-    while ((headerEnd = received.find("\r\n\r\n")) == std::string::npos)
-        if (!ReceiveUpTo(socket, received, received.size() + 1))
-            return false;
-    for (size_t start = 0; start < headerEnd + 2;)
-    {
-        const size_t end = received.find("\r\n", start);
-        request.Headers.push_back(received.substr(start, end - start));
-        start = end + 2;
-    }
-    received.erase(0, headerEnd + 4);
-
-    const std::string first = request.Headers.front();
-    request.Headers.erase(request.Headers.begin());
-    request.Method = first.substr(0, first.find(' '));
-    request.Target = first.substr(std::min(request.Method.size() + 1, first.size()));
-    request.Target.erase(std::min(request.Target.find(' '), request.Target.size()));
-
-    if (request.HasHeader("Expect") && !SendAll(socket, "HTTP/1.1 100 Continue\r\n\r\n"))
-        return false;
-    const size_t bodySize = strtoul(request.GetHeader("Content-Length").c_str(), nullptr, 10);
-    if (!ReceiveUpTo(socket, received, bodySize))
-        return false;
-    request.Body = received.substr(0, bodySize);
-    received.erase(0, bodySize);
-    return true;
 }
 
 ZVTestAnswer ZVTestServer::FindAnswer(const ZVTestRequest& request)
@@ -263,10 +197,7 @@ ZVTestAnswer ZVTestServer::FindAnswer(const ZVTestRequest& request)
     const auto handler = m_handlers.find(request.Target);
     if (handler != m_handlers.end())
         return handler->second(request);
-    ZVTestAnswer missing;
-    missing.Status = 404;
-    missing.Body = "not here";
-    return missing;
+    return {.Status = 404, .Body = "not here"};
 }
 
 // True when the connection can serve another request.
@@ -292,39 +223,29 @@ bool ZVTestServer::Send(int socket, const ZVTestRequest& request, ZVTestAnswer a
 
 bool ZVTestServer::SendBody(int socket, const ZVTestAnswer& answer)
 {
-    const size_t none = answer.Body.size() + 1;
-    const size_t stall = answer.StallAfter < 0 ? none : static_cast<size_t>(answer.StallAfter);
-    const size_t cut = answer.CutAfter < 0 ? none : static_cast<size_t>(answer.CutAfter);
+    // What is not set lies behind every end.
+    const size_t stall = static_cast<size_t>(answer.StallAfter);
+    const size_t cut = static_cast<size_t>(answer.CutAfter);
     for (size_t start = 0;;)
     {
-        if (start == stall && !Wait(answer.StallMilliseconds))
-            return false;
-        if (start == cut)
+        if ((start == stall && !Wait(answer.StallMilliseconds)) || start == cut)
             return false;
         if (start == answer.Body.size())
             break;
         size_t end = std::min(start + (answer.IsChunked ? ChunkSize : PieceSize), answer.Body.size());
         for (const size_t edge : {stall, cut})
-            if (edge > start && edge < end)
-                end = edge;
-        if (!SendPiece(socket, answer, start, end - start))
+            if (edge > start)
+                end = std::min(end, edge);
+        std::string piece = answer.Body.substr(start, end - start);
+        if (answer.IsChunked)
+            piece = (std::ostringstream() << std::hex << piece.size() << "\r\n" << piece << "\r\n").str();
+        if (!SendAll(socket, piece))
             return false;
+        const std::lock_guard lock(m_mutex);
+        m_sentBodyBytes += static_cast<int64_t>(end - start);
         start = end;
     }
     return answer.IsChunked ? SendAll(socket, "0\r\n\r\n") : !answer.HidesLength;
-}
-
-bool ZVTestServer::SendPiece(int socket, const ZVTestAnswer& answer, size_t start, size_t size)
-{
-    char prefix[24] = "";
-    if (answer.IsChunked)
-        snprintf(prefix, sizeof prefix, "%zx\r\n", size);
-    if (!SendAll(socket, prefix) || !SendAll(socket, answer.Body.data() + start, size) ||
-        (answer.IsChunked && !SendAll(socket, "\r\n")))
-        return false;
-    const std::lock_guard lock(m_mutex);
-    m_sentBodyBytes += static_cast<int64_t>(size);
-    return true;
 }
 
 bool ZVTestServer::Wait(int milliseconds)
@@ -338,18 +259,24 @@ bool ZVTestServer::Wait(int milliseconds)
 std::string ZVTestServer::Gzip(const std::string& bytes)
 {
     // Method 8, no flags, no time, from Unix (RFC 1952, 2.3); then stored blocks (RFC 1951, 3.2.4).
+    constexpr size_t BlockSize = 0xffff;
     std::string file("\x1f\x8b\x08\0\0\0\0\0\0\x03", 10);
-    size_t start = 0;
-    do
+    for (size_t start = 0; start == 0 || start < bytes.size(); start += BlockSize)
     {
-        const size_t size = std::min<size_t>(bytes.size() - start, 0xffff);
+        const size_t size = std::min(bytes.size() - start, BlockSize);
         file.push_back(start + size == bytes.size() ? '\1' : '\0');
         AppendLittleEndian(file, size, 2);
         AppendLittleEndian(file, ~size, 2);
         file.append(bytes, start, size);
-        start += size;
-    } while (start < bytes.size());
-    AppendLittleEndian(file, GetCRC32(bytes), 4);
+    }
+    uint32_t crc = ~0u;
+    for (const char byte : bytes)
+    {
+        crc ^= static_cast<uint8_t>(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc & 1) != 0 ? crc >> 1 ^ 0xedb88320 : crc >> 1;
+    }
+    AppendLittleEndian(file, ~crc, 4);
     AppendLittleEndian(file, bytes.size(), 4);
     return file;
 }

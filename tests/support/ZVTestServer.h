@@ -5,7 +5,6 @@
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <map>
 #include <mutex>
 #include <string>
@@ -24,7 +23,10 @@ struct ZVTestRequest
 
     // The value of the first header of a name, whose case does not count; empty without one.
     std::string GetHeader(const std::string& name) const;
-    bool HasHeader(const std::string& name) const;
+    bool HasHeader(const std::string& name) const { return FindHeader(name) != nullptr; }
+
+private:
+    const std::string* FindHeader(const std::string& name) const;
 };
 
 // What the test server answers. The plain one is a 200 with the body and its length.
@@ -79,26 +81,16 @@ public:
     std::vector<ZVTestRequest> GetRequests(const std::string& target) const;
     // Bytes of bodies that the system has taken so far.
     int64_t GetSentBodyBytes() const;
-    // How many connections were made.
-    int GetConnectionCount() const;
 
     // The bytes as a valid gzip file (RFC 1952) that is not smaller than they are.
     static std::string Gzip(const std::string& bytes);
 
 private:
-    struct Connection
-    {
-        int Socket = -1;
-        std::thread Thread;
-    };
-
     void Accept();
     void Serve(int socket);
-    bool Receive(int socket, std::string& received, ZVTestRequest& request) const;
     ZVTestAnswer FindAnswer(const ZVTestRequest& request);
     bool Send(int socket, const ZVTestRequest& request, ZVTestAnswer answer);
     bool SendBody(int socket, const ZVTestAnswer& answer);
-    bool SendPiece(int socket, const ZVTestAnswer& answer, size_t start, size_t size);
     // False when the server ends meanwhile.
     bool Wait(int milliseconds);
 
@@ -110,6 +102,7 @@ private:
     std::map<std::string, Handler> m_handlers;
     std::vector<ZVTestRequest> m_requests;
     int64_t m_sentBodyBytes = 0;
-    std::list<Connection> m_connections;
+    std::vector<int> m_sockets;
+    std::vector<std::thread> m_threads;
     std::thread m_acceptor;
 };

@@ -269,6 +269,8 @@ bool CFileLoader::ReadContent(const Job& job)
     if (start != m_reader->GetPosition() && m_reader->Seek(start) != start)
     {
         LogFailure(job.Name, "its start could not be reached");
+        if (job.Sink != nullptr)
+            job.Sink->OnFailure();
         return false;
     }
 
@@ -328,7 +330,7 @@ bool CFileLoader::InflateContent(const Job& job) const
     ZVGzipContent::Limit limit;
     if (m_options.MaximumBytes > 0 && m_options.MaximumBytes < limit.Bytes)
         limit = {m_options.MaximumBytes, m_options.FailIfLarger};
-    if (job.Buffer != nullptr && !job.Buffer->IsEmpty() && !ZVGzipContent::InflateBuffer(*job.Buffer, limit))
+    if (job.Buffer != nullptr && !ZVGzipContent::InflateBuffer(*job.Buffer, limit))
         return false;
     return job.Sink == nullptr || job.SinkPath.IsEmpty() || ZVGzipContent::InflateFile(job.SinkPath, limit);
 }

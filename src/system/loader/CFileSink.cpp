@@ -7,7 +7,7 @@
 CFileSink::CFileSink(const ZVString& path) : m_path(path), m_existingSize(ZVFileSystem::GetFileSize(path)) {}
 
 CFileSink::CFileSink(const ZVString& directory, const ZVString& base, const ZVString& extension)
-    : m_path(ZVFileSystem::GetUniqueFilename(directory, base, extension)),
+    : m_path(ZVFileSystem::GetUniqueFilename(directory, base.Left(MaximumNamePart), extension.Left(MaximumNamePart))),
       m_existingSize(-1),
       m_creation(ZVFileCreation::CreateNew)
 {

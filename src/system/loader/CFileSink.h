@@ -12,8 +12,8 @@ class CFileSink final : public IZVFileLoaderSink
 {
 public:
     explicit CFileSink(const ZVString& path);
-    // A new file, for which GetUniqueFilename gives the name. When somebody else has made one of that name before the first byte
-    // comes, it gets another.
+    // A new file, for which GetUniqueFilename gives the name; what is long of it is cut. When somebody else has made one of that
+    // name before the first byte comes, it gets another.
     CFileSink(const ZVString& directory, const ZVString& base, const ZVString& extension);
 
     // The file's path, which is settled when the sink is closed.
@@ -34,6 +34,9 @@ public:
     void OnFailure() override {}
 
 private:
+    // Characters of a new name and of its extension: addresses have long ones, and a file system takes 255 bytes for both, of
+    // which a character needs up to four.
+    static constexpr int32_t MaximumNamePart = 30;
     // Names that are tried for a new file before the load fails.
     static constexpr int32_t MaximumTries = 100;
 

@@ -13,7 +13,7 @@ public:
     virtual int64_t Write(const void* bytes, int64_t count) = 0;
     // No more bytes come, since the load is whole, or since it failed or was cancelled. False when what was written is not safe.
     virtual bool Close(bool isWhole) = 0;
-    // Nothing comes: the resource did not open, or is larger than allowed.
+    // Nothing comes: the resource did not open, its start was out of reach, or it is larger than allowed.
     virtual void OnFailure() = 0;
 
 protected:

@@ -4,9 +4,9 @@
 #include "contracts/IZVTools.h"
 #include "core/ZVToolsPointer.h"
 #include "core/containers/ZVBuffer.h"
-#include "system/file/ZVFile.h"
 #include "system/file/ZVFileSystem.h"
 #include "system/loader/CFileLoader.h"
+#include "system/loader/CFileSink.h"
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
@@ -70,9 +70,12 @@ bool Inflate(const ZVBuffer& input, const ZVGzipContent::Limit& limit, const Tak
         if (taken < count)
             return true;
     }
-    if (decoder->HasFailed())
+    // Input that was cut at the limit ends in the middle, and what it gave until there is what was wanted.
+    const bool isCut = !limit.FailIfLarger && input.GetUsed() >= limit.Bytes;
+    const bool isDamaged = decoder->HasFailed() && !isCut;
+    if (isDamaged)
         ZVLog(ZVLogCategory::Network, ScopeName, "The gzip content is damaged");
-    return !decoder->HasFailed() && total > 0;
+    return !isDamaged && total > 0;
 }
 }
 
@@ -102,15 +105,10 @@ bool ZVGzipContent::InflateFile(const ZVString& path, const Limit& limit)
         return false;
 
     const ZVFilename name(path);
-    const ZVString inflatedPath = ZVFileSystem::GetUniqueFilename(name.GetDirectory(), name.GetNameOnly(), L"inflated");
-    ZVFile inflated;
-    if (!inflated.Open(inflatedPath, ZVFileAccess::Write, ZVFileShare::None, ZVFileCreation::CreateNew))
-        return false;
-    const bool isWhole =
-        Inflate(input, limit, [&inflated](const uint8_t* bytes, int64_t count) { return inflated.Write(bytes, count); });
-    inflated.Close();
-    if (isWhole && ZVFileSystem::MoveFile(inflatedPath, path))
+    CFileSink inflated(name.GetDirectory(), name.GetNameOnly(), L"inflated");
+    const auto write = [&inflated](const uint8_t* bytes, int64_t count) { return inflated.Write(bytes, count) == count; };
+    if (Inflate(input, limit, write) && inflated.Close(true) && ZVFileSystem::MoveFile(inflated.GetPath(), path))
         return true;
-    ZVFileSystem::DeleteFile(inflatedPath);
+    inflated.Discard();
     return false;
 }

@@ -16,7 +16,8 @@ inline constexpr int64_t MaximumInflatedBytes = int64_t {1} << 30;
 struct Limit
 {
     int64_t Bytes = MaximumInflatedBytes;
-    bool FailIfLarger = true;  // otherwise the content is cut there
+    // Otherwise what comes out is cut there, and a content of that many bytes may have been cut there too.
+    bool FailIfLarger = true;
 };
 
 // Replaces the used bytes of a buffer.

@@ -2,6 +2,7 @@
 
 #include "contracts/IZVSettings.h"
 #include "contracts/IZVTools.h"
+#include "core/string/ZVStringUTF8.h"
 #include "system/file/ZVFileSystem.h"
 #include "system/loader/LoaderFixture.h"
 #include "system/log/CLogToStringItem.h"
@@ -12,6 +13,7 @@
 namespace
 {
 namespace fs = std::filesystem;
+using testing::HasSubstr;
 
 // A component of which only one version is kept, by its generic number and by that of this platform.
 constexpr int32_t Downloader = 23;
@@ -26,60 +28,44 @@ constexpr char ChecksumTarget[] = "/packages/linux_youtube-dl_v8.tar.xz.sha256";
 class DependencyInstallerTest : public LoaderFixture
 {
 protected:
-    DependencyInstallerTest() { setenv("ZV_COMPONENT_SERVER", ServerAddress().c_str(), 1); }
+    DependencyInstallerTest() { SetServer("http://127.0.0.1:" + std::to_string(m_server.GetPort()) + "/packages"); }
     ~DependencyInstallerTest() override
     {
         unsetenv("ZV_COMPONENT_SERVER");
-        g_pZVTools->GetSettings(true)->RemoveSetting(L"Dependencies", L"47");
+        ForgetInstallation();
     }
 
-    std::string ServerAddress() const
-    {
-        const ZVString url = m_server.GetURL("/packages");
-        return std::string(url.GetText(), url.GetText() + url.GetLength());
-    }
+    static void SetServer(const std::string& address) { setenv("ZV_COMPONENT_SERVER", address.c_str(), 1); }
+    static void ForgetInstallation() { g_pZVTools->GetSettings(true)->RemoveSetting(L"Dependencies", L"47"); }
 
-    void PutDeep(const std::string& name, const std::string& content) const
+    // What a shell script in an empty folder writes to "../result".
+    std::string MakeResult(const std::string& script) const
     {
-        fs::create_directories(fs::path(m_folder + name).parent_path());
-        Put(name, content);
-    }
-
-    // The bytes of a tar file that a shell script makes in an empty folder, as "../archive".
-    std::string MakeArchive(const std::string& script) const
-    {
-        fs::remove_all(m_folder + "content");
         fs::create_directories(m_folder + "content");
         EXPECT_EQ(system(("cd '" + m_folder + "content' && " + script).c_str()), 0) << script;
-        const std::string archive = Get("archive");
+        const std::string result = Get("result");
         fs::remove_all(m_folder + "content");
-        fs::remove(m_folder + "archive");
-        return archive;
+        fs::remove(m_folder + "result");
+        return result;
     }
 
+    // The bytes of a tar file of a component.
     std::string MakeDownloader() const
     {
-        return MakeArchive("echo new > yt-dlp && chmod 4777 yt-dlp && mkdir sub && ln -s ../yt-dlp "
-                           "sub/link && ln yt-dlp hard && tar cf ../archive *");
+        return MakeResult("echo new > yt-dlp && chmod 4777 yt-dlp && mkdir sub && ln -s ../yt-dlp sub/link && ln yt-dlp hard && "
+                          "tar cf ../result *");
     }
 
     std::string ChecksumOf(const std::string& bytes) const
     {
-        Put("sum", bytes);
-        EXPECT_EQ(system(("cd '" + m_folder + "' && sha256sum < sum > sum.txt").c_str()), 0);
-        return Get("sum.txt");
+        Put("content/bytes", bytes);
+        return MakeResult("sha256sum < bytes > ../result");
     }
+
+    std::string GetLog() const { return ZVStringUTF8(m_log.GetLines().GetJoined(L"\n")).Get(); }
 
     CLogToStringItem m_log {UINT32_MAX};
 };
-
-std::string Joined(const CLogToStringItem& log)
-{
-    std::string text;
-    for (const ZVString& line : log.GetLines())
-        text += std::string(line.GetText(), line.GetText() + line.GetLength()) + "\n";
-    return text;
-}
 
 TEST_F(DependencyInstallerTest, NamesComponentsByTheirNumber)
 {
@@ -88,12 +74,10 @@ TEST_F(DependencyInstallerTest, NamesComponentsByTheirNumber)
     EXPECT_TRUE(DependencyInstaller::GetFolder(15).EndsWith(L"/Plugins/linux_avcodec64_v17/"));
     EXPECT_EQ(DependencyInstaller::GetFolder(36), plugins + L"linux_avcodec_v17/");
     EXPECT_EQ(DependencyInstaller::GetFolder(23), plugins + L"linux_youtube-dl_v8/");
-    EXPECT_EQ(DependencyInstaller::GetFolder(16), plugins + L"avcodec64_v25/");
     EXPECT_EQ(DependencyInstaller::GetFolder(57), L"");
     EXPECT_EQ(DependencyInstaller::GetFolder(2), L"");
     EXPECT_EQ(DependencyInstaller::GetDisplayName(26), L"libplacebo renderer");
     EXPECT_EQ(DependencyInstaller::GetMainFile(5), L"libcef.so");
-    EXPECT_EQ(DependencyInstaller::GetMainFile(21), L"bin\\client\\jvm.dll");
     EXPECT_EQ(DependencyInstaller::GetVersion(0), L"9");
     EXPECT_EQ(DependencyInstaller::GetPackageName(11), L"lav");
     EXPECT_EQ(DependencyInstaller::GetInstalledFilename(2, true), L"mpcenc");
@@ -106,142 +90,132 @@ TEST_F(DependencyInstallerTest, InstallsWhatIsMissing)
     const std::string archive = MakeDownloader();
     m_server.SetAnswer(ArchiveTarget, {.Body = archive});
     m_server.SetAnswer(ChecksumTarget, {.Body = ChecksumOf(archive)});
-    PutDeep(OlderMainFile, "older");
-    PutDeep("Plugins/linux_youtube-dl-other_v7/yt-dlp", "other");
+    Put(OlderMainFile, "older");
+    Put("Plugins/linux_youtube-dl-other_v7/yt-dlp", "other");
     umask(022);
 
     const ZVString expected = TextAt(MainFile);
     EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, true), expected);
-    EXPECT_EQ(Get(MainFile), "new\n");
-    EXPECT_EQ(Get(std::string(Folder) + "sub/link"), "new\n");
-    EXPECT_EQ(Get(std::string(Folder) + "hard"), "new\n");
+    for (const char* file : {"yt-dlp", "sub/link", "hard"})
+        EXPECT_EQ(Get(std::string(Folder) + file), "new\n");
     EXPECT_EQ(static_cast<int>(fs::status(m_folder + MainFile).permissions()), 0755);
     EXPECT_FALSE(fs::exists(m_folder + "Plugins/linux_youtube-dl_v7"));
     EXPECT_TRUE(fs::exists(m_folder + "Plugins/linux_youtube-dl-other_v7"));
-    EXPECT_THAT(Joined(m_log), testing::AllOf(testing::HasSubstr("Dependency 'YouTube Downloader' (23) is missing, installing"),
-                                              testing::HasSubstr("Download of package linux_youtube-dl_v8.tar.xz finished"),
-                                              testing::HasSubstr("Unpacking finished")));
+    EXPECT_THAT(GetLog(), testing::AllOf(HasSubstr("Dependency 'YouTube Downloader' (23) is missing, installing"),
+                                         HasSubstr("Download of package linux_youtube-dl_v8.tar.xz finished"),
+                                         HasSubstr("Unpacking finished")));
     EXPECT_TRUE(fs::is_empty(m_folder + "Temp"));
 
-    // It is there now, and nobody is asked again.
+    // It is there now, and nobody is asked again, not even when another process has installed it.
     unsetenv("ZV_COMPONENT_SERVER");
     EXPECT_EQ(DependencyInstaller::GetInstalledFilename(MappedDownloader, false), expected);
-    EXPECT_EQ(m_server.GetRequests(ArchiveTarget).size(), 1u);
+    ForgetInstallation();
+    EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, false), L"");
+    EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, true), expected);
+    EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, false), expected);
 
     // From a folder, where no checksum is.
-    PutDeep("server/linux_youtube-dl_v8.tar.xz", archive);
+    Put("server/linux_youtube-dl_v8.tar.xz", archive);
     for (const char* scheme : {"", "file://"})
     {
-        SCOPED_TRACE(scheme);
-        setenv("ZV_COMPONENT_SERVER", (scheme + m_folder + "server").c_str(), 1);
-        EXPECT_TRUE(DependencyInstaller::Install(Downloader));
+        SetServer(scheme + m_folder + "server");
+        EXPECT_TRUE(DependencyInstaller::Install(Downloader)) << scheme;
     }
 }
 
 TEST_F(DependencyInstallerTest, LeavesNoHalfComponent)
 {
     // Its last entry goes through a link, which shows only when it is unpacked.
-    const std::string archive =
-        MakeArchive("echo new > yt-dlp && mkdir sub && ln -s sub link && tar cf ../archive yt-dlp sub link && "
-                    "tar rf ../archive --transform s,^,link/, yt-dlp");
-    m_server.SetAnswer(ArchiveTarget, {.Body = archive});
-    m_server.SetAnswer(ChecksumTarget, {.Status = 404});
-    PutDeep("Plugins/linux_youtube-dl_v8.part/yt-dlp", "of an installation that was killed");
+    m_server.SetAnswer(
+        ArchiveTarget,
+        {.Body = MakeResult("echo new > yt-dlp && mkdir sub && ln -s sub link && tar cf ../result yt-dlp sub link && "
+                            "tar rf ../result --transform s,^,link/, yt-dlp")});
+    Put("Plugins/linux_youtube-dl_v8.part/yt-dlp", "of an installation that was killed");
     for (int32_t attempt = 0; attempt < 2; ++attempt)
     {
         EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, true), L"");
         EXPECT_TRUE(fs::is_empty(m_folder + "Plugins"));
     }
-    EXPECT_THAT(Joined(m_log), testing::HasSubstr("Unpacking files failed"));
+    EXPECT_THAT(GetLog(), HasSubstr("Unpacking files failed"));
 }
 
 TEST_F(DependencyInstallerTest, InstallsTheDecodersAsTheyArePacked)
 {
     const std::string component = ZV_CODEC_COMPONENT;
-    const std::string archive = component + ".tar.xz";
-    if (component.empty() || !fs::exists(archive))
+    if (component.empty() || !fs::exists(component + ".tar.xz"))
         GTEST_SKIP() << "the codec component is not built, or the system's own libraries are used";
-    for (const char* suffix : {"", ".sha256"})
-    {
-        std::ifstream file(archive + suffix, std::ios::binary);
-        m_server.SetAnswer("/packages/linux_avcodec64_v17.tar.xz" + std::string(suffix), {.Body = {std::istreambuf_iterator<char>(file), {}}});
-    }
-    ASSERT_TRUE(DependencyInstaller::Install(15)) << Joined(m_log);
+    SetServer(fs::path(component).parent_path());
+    ASSERT_TRUE(DependencyInstaller::Install(15)) << GetLog();
     EXPECT_EQ(DependencyInstaller::GetFolder(15), TextAt("Plugins/linux_avcodec64_v17/"));
-    for (const auto& file : fs::directory_iterator(component))
-    {
-        const std::string installed = m_folder + "Plugins/linux_avcodec64_v17/" + file.path().filename().string();
-        EXPECT_EQ(system(("cmp -s '" + file.path().string() + "' '" + installed + "'").c_str()), 0) << installed;
-    }
-    EXPECT_THAT(Joined(m_log), testing::Not(testing::HasSubstr("has no checksum")));
+    EXPECT_EQ(system(("diff -r '" + component + "' '" + m_folder + "Plugins/linux_avcodec64_v17'").c_str()), 0);
+    EXPECT_THAT(GetLog(), testing::Not(HasSubstr("has no checksum")));
 }
 
 TEST_F(DependencyInstallerTest, LeavesWhatIsThereWhenThePackageIsBad)
 {
     const std::string good = MakeDownloader();
-    const ZVTestAnswer none {.Status = 404};
-    const struct
+    const auto check = [this](const ZVTestAnswer& archive, const ZVTestAnswer& checksum, const std::string& reason)
     {
-        const char* Name;
-        ZVTestAnswer Archive;
-        ZVTestAnswer Checksum;
-        const char* Reason;
-    } rows[] = {
-        {"not there", none, none, "Downloading package failed"},
-        {"cut download", {.Body = good, .CutAfter = 3000}, none, "Downloading package failed"},
-        {"cut archive", {.Body = good.substr(0, 700)}, none, "it is damaged"},
-        {"no archive", {.Body = "<html>Not found</html>"}, none, "it is damaged"},
-        {"another checksum", {.Body = good}, {.Body = ChecksumOf("x")}, "is not the one that its checksum tells of"},
-        {"an empty checksum", {.Body = good}, {.Body = " "}, "is not the one that its checksum tells of"},
-        {"checksum fails", {.Body = good}, {.Status = 500}, "did not load"},
-        {"absolute name", {.Body = MakeArchive("touch x && tar cPf ../archive --transform s,^,/tmp/, x")}, none, "leaves the folder"},
-        {"name above", {.Body = MakeArchive("touch x && tar cPf ../archive --transform s,^,../, x")}, none, "leaves the folder"},
-        {"name above within", {.Body = MakeArchive("touch x && tar cPf ../archive --transform s,^,a/../, x")}, none, "leaves the folder"},
-        {"link above", {.Body = MakeArchive("mkdir a && ln -s ../../x a/link && tar cf ../archive a")}, none, "link leaves"},
-        {"link above through another",
-         {.Body = MakeArchive("mkdir -p a/b && ln -s ../.. a/b/up && ln -s b/up/../x a/link && tar cf ../archive a")},
-         none,
-         "link leaves"},
-        {"absolute link", {.Body = MakeArchive("ln -s /etc/passwd link && tar cf ../archive link")}, none, "link leaves"},
-        {"pipe", {.Body = MakeArchive("mkfifo pipe && tar cf ../archive pipe")}, none, "neither a file"},
-        {"empty", {.Body = MakeArchive("tar cf ../archive -T /dev/null")}, none, "it is empty"},
-    };
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE(row.Name);
-        PutDeep(OlderMainFile, "older");
-        m_server.SetAnswer(ArchiveTarget, row.Archive);
-        m_server.SetAnswer(ChecksumTarget, row.Checksum);
-        const CLogToStringItem log(UINT32_MAX);
+        SCOPED_TRACE(reason);
+        Put(OlderMainFile, "older");
+        m_server.SetAnswer(ArchiveTarget, archive);
+        m_server.SetAnswer(ChecksumTarget, checksum);
+        const size_t logged = GetLog().size();
         EXPECT_EQ(DependencyInstaller::GetInstalledFilename(MappedDownloader, true), L"");
-        EXPECT_THAT(Joined(log), testing::AllOf(testing::HasSubstr(row.Reason), testing::HasSubstr("Failed installing dependency 47")));
+        EXPECT_THAT(GetLog().substr(logged), testing::AllOf(HasSubstr(reason), HasSubstr("Failed installing dependency 47")));
         EXPECT_EQ(Get(OlderMainFile), "older");
         EXPECT_FALSE(fs::exists(m_folder + Folder));
         EXPECT_TRUE(!fs::exists(m_folder + "Temp") || fs::is_empty(m_folder + "Temp"));
-    }
+    };
+    const ZVTestAnswer none {.Status = 404};
+    check(none, none, "Downloading package failed");
+    check({.Body = good, .CutAfter = 3000}, none, "Downloading package failed");
+    check({.Body = good.substr(0, 700)}, none, "it is damaged");
+    check({.Body = "<html>Not found</html>"}, none, "it is damaged");
+    check({.Body = good}, {.Body = ChecksumOf("x")}, "is not the one that its checksum tells of");
+    check({.Body = good}, {.Body = " "}, "is not the one that its checksum tells of");
+    check({.Body = good}, {.Status = 500}, "did not load");
+    const auto checkScript = [&](const char* script, const char* reason) { check({.Body = MakeResult(script)}, none, reason); };
+    checkScript("touch x && tar cPf ../result --transform s,^,/tmp/, x", "leaves the folder");
+    checkScript("touch x && tar cPf ../result --transform s,^,../, x", "leaves the folder");
+    checkScript("touch x && tar cPf ../result --transform s,^,a/../, x", "leaves the folder");
+    checkScript("mkdir a && ln -s ../../x a/link && tar cf ../result a", "link leaves");
+    checkScript("mkdir -p a/b && ln -s ../.. a/b/up && ln -s b/up/../x a/link && tar cf ../result a", "link leaves");
+    checkScript("ln -s /etc/passwd link && tar cf ../result link", "link leaves");
+    checkScript("mkfifo pipe && tar cf ../result pipe", "neither a file");
+    checkScript("tar cf ../result -T /dev/null", "it is empty");
+
     unsetenv("ZV_COMPONENT_SERVER");
     EXPECT_FALSE(DependencyInstaller::Install(Downloader));
     EXPECT_FALSE(DependencyInstaller::Install(2));
-    EXPECT_THAT(Joined(m_log), testing::HasSubstr("There is no component server"));
+    EXPECT_THAT(GetLog(), HasSubstr("There is no component server"));
 }
 
 TEST_F(DependencyInstallerTest, KeepsTheRenderersOwnFiles)
 {
     m_server.SetAnswer("/packages/madvr_v40.tar.xz",
-                       {.Body = MakeArchive("echo new | tee madVR64.ax settings.bin > other.bin && tar cf ../archive *")});
+                       {.Body = MakeResult("echo new | tee madVR64.ax settings.bin > other.bin && tar cf ../result *")});
     const std::string folder = "Plugins/madvr_v40/";
-    for (const char* name : {"settings.bin", "3dlut/table.3dlut", "own.bin", "old.txt", "folder/file.bin", "madVR64.ax"})
-        PutDeep(folder + name, "old\n");
+    const std::tuple<const char*, const char*, const char*> files[] = {
+        {"settings.bin",      "old\n", "old\n" },
+        {"3dlut/table.3dlut", "old\n", "old\n" },
+        {"own.bin",           "old\n", "old\n" },
+        {"old.txt",           "old\n", "(none)"},
+        {"folder/file.bin",   "old\n", "(none)"},
+        {"madVR64.ax",        "old\n", "new\n" },
+        {"other.bin",         nullptr, "new\n" },
+        {"settings_temp.bin", nullptr, "(none)"},
+    };
+    for (const auto& [name, before, after] : files)
+        if (before != nullptr)
+            Put(folder + name, before);
     EXPECT_TRUE(DependencyInstaller::Install(Renderer));
-    for (const auto& [name, content] : {std::pair("settings.bin", "old\n"), std::pair("3dlut/table.3dlut", "old\n"),
-                                        std::pair("own.bin", "old\n"), std::pair("old.txt", "(none)"), std::pair("folder/file.bin", "(none)"),
-                                        std::pair("madVR64.ax", "new\n"), std::pair("other.bin", "new\n"),
-                                        std::pair("settings_temp.bin", "(none)")})
-        EXPECT_EQ(Get(folder + name), content) << name;
+    for (const auto& [name, before, after] : files)
+        EXPECT_EQ(Get(folder + name), after) << name;
 
     // An installation that ended early had saved them.
-    PutDeep(folder + "settings.bin", "of the archive\n");
-    PutDeep(folder + "settings_temp.bin", "own\n");
+    Put(folder + "settings.bin", "of the archive\n");
+    Put(folder + "settings_temp.bin", "own\n");
     EXPECT_TRUE(DependencyInstaller::Install(Renderer));
     EXPECT_EQ(Get(folder + "settings.bin"), "own\n");
 }

@@ -5,6 +5,7 @@
 #include "system/library/ZVSiblingLibraries.h"
 #include "system/loader/CFileLoader.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -28,8 +29,10 @@ protected:
 
     ZVString TextAt(const std::string& name) const { return ZVString::FromUTF8((m_folder + name).c_str()); }
 
+    // The path of a file that this makes, with its folders.
     ZVString Put(const std::string& name, const std::string& content) const
     {
+        std::filesystem::create_directories(std::filesystem::path(m_folder + name).parent_path());
         std::ofstream(m_folder + name, std::ios::binary) << content;
         return TextAt(name);
     }
@@ -44,10 +47,8 @@ protected:
     // How many entries the folder has, but for the log's.
     int64_t CountFiles() const
     {
-        int64_t count = 0;
-        for (const auto& entry : std::filesystem::directory_iterator(m_folder))
-            count += IsOfTools(entry) ? 0 : 1;
-        return count;
+        const std::filesystem::directory_iterator entries(m_folder);
+        return std::count_if(begin(entries), end(entries), [](const auto& entry) { return !IsOfTools(entry); });
     }
 
     static std::string Bytes(const ZVBuffer& buffer)
@@ -65,21 +66,26 @@ protected:
         return content;
     }
 
-    const std::string& m_folder = GetDataFolder();
-    ZVTestServer m_server;
-
 private:
-    // The data folder of the process. The tools library asks for it once and stays, so all tests share it, and each leaves it with
-    // nothing but what that library keeps open.
-    static const std::string& GetDataFolder()
+    // The data folder of the process. The tools library asks for it once and stays, so all tests share it, and each leaves it
+    // with nothing but what that library keeps open.
+    struct DataFolder
     {
-        static const std::string s_folder = [] {
-            std::string name = std::filesystem::temp_directory_path() / "zvloader-XXXXXX";
-            name = std::string(mkdtemp(name.data())) + "/";
-            setenv("ZV_DATA_DIR", name.c_str(), 1);
-            return name;
-        }();
-        static const Remover s_remover {s_folder};
+        DataFolder()
+        {
+            Path = std::string(mkdtemp(Path.data())) + "/";
+            setenv("ZV_DATA_DIR", Path.c_str(), 1);
+        }
+        ~DataFolder()
+        {
+            std::error_code ignored;
+            std::filesystem::remove_all(Path, ignored);
+        }
+        std::string Path = std::filesystem::temp_directory_path() / "zvloader-XXXXXX";
+    };
+    static const DataFolder& GetDataFolder()
+    {
+        static const DataFolder s_folder;
         return s_folder;
     }
 
@@ -89,13 +95,7 @@ private:
         return name == "Logs" || name.starts_with("Settings");
     }
 
-    struct Remover
-    {
-        const std::string& Folder;
-        ~Remover()
-        {
-            std::error_code ignored;
-            std::filesystem::remove_all(Folder, ignored);
-        }
-    };
+protected:
+    const std::string& m_folder = GetDataFolder().Path;
+    ZVTestServer m_server;
 };
