@@ -5,47 +5,32 @@
 
 namespace
 {
-struct Given final : IZVApplicationInformation
+void Set(const char* name, const char* value)
 {
-    const wchar_t* GetProductName() override { return L"Product"; }
-    const wchar_t* GetInstallDirectory() override { return L"/install/"; }
-    const wchar_t* GetDataDirectory() override { return Data; }
-    const wchar_t* Data = L"";
-};
+    value == nullptr ? unsetenv(name) : setenv(name, value, 1);
+}
+
+// The data folder of a process that tells of a directory, or with null of nothing at all.
+ZVString FolderOf(const char* environment, const wchar_t* given, const char* home)
+{
+    Set("ZV_DATA_DIR", environment);
+    Set("HOME", home);
+    FakeInformation information;
+    information.Data = given;
+    return CDataFolder::Find(CApplicationInformation(given == nullptr ? nullptr : &information).GetDataDirectory());
+}
 
 TEST(CApplicationInformation, TheDataDirectoryComesFromTheEnvironmentTheProcessOrTheHomeFolder)
 {
-    struct Row
-    {
-        const char* Name;
-        const char* Environment;
-        const wchar_t* Given;
-        const char* Home;
-        const wchar_t* Folder;
-    };
-    constexpr Row Rows[] = {
-        {"environment",       "/env",       L"/given", "/home/u",  L"/env/"                   },
-        {"closed already",    "/\xc3\xa4/", L"",       "/home/u",  L"/\u00e4/"                },
-        {"empty environment", "",           L"/given", "/home/u",  L"/given/"                 },
-        {"home folder",       nullptr,      L"",       "/home/u/", L"/home/u/.zivora/Generic/"},
-        {"no home folder",    nullptr,      L"",       nullptr,    L""                        },
-        {"nobody given",      nullptr,      nullptr,   "/home/u",  L"/home/u/.zivora/Generic/"},
-    };
     const ToolsFolder folder;
-    const char* const home = getenv("HOME");
-    const std::string savedHome = home == nullptr ? "" : home;
-    const auto set = [](const char* name, const char* value) { value == nullptr ? unsetenv(name) : setenv(name, value, 1); };
-    for (const Row& row : Rows)
-    {
-        SCOPED_TRACE(row.Name);
-        set("ZV_DATA_DIR", row.Environment);
-        set("HOME", row.Home);
-        Given given;
-        given.Data = row.Given;
-        CApplicationInformation information(row.Given == nullptr ? nullptr : &given);
-        EXPECT_STREQ(CDataFolder::Find(information.GetDataDirectory()), row.Folder);
-    }
-    unsetenv("ZV_DATA_DIR");
-    setenv("HOME", savedHome.c_str(), 1);
+    const std::string home = getenv("HOME") == nullptr ? "" : getenv("HOME");
+    EXPECT_STREQ(FolderOf("/env", L"/given", "/home/u"), L"/env/");
+    EXPECT_STREQ(FolderOf("/\xc3\xa4/", L"", "/home/u"), L"/\u00e4/");
+    EXPECT_STREQ(FolderOf("", L"/given", "/home/u"), L"/given/");
+    EXPECT_STREQ(FolderOf(nullptr, L"", "/home/u/"), L"/home/u/.zivora/Generic/");
+    EXPECT_STREQ(FolderOf(nullptr, L"", nullptr), L"");
+    EXPECT_STREQ(FolderOf(nullptr, nullptr, "/home/u"), L"/home/u/.zivora/Generic/");
+    Set("ZV_DATA_DIR", nullptr);
+    Set("HOME", home.c_str());
 }
 }

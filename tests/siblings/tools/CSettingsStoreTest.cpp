@@ -47,12 +47,9 @@ TEST_F(CSettingsStoreTest, KeepsSettings)
         EXPECT_EQ(Read(store, L"A", L"x"), L"(none)");
         EXPECT_TRUE(store.RemoveSetting(L"A", L"x"));
         EXPECT_FALSE(m_folder.Has("made")) << "reading and removing have made files";
-        EXPECT_TRUE(store.SetSetting(L"A", L"x", L"one"));
-        EXPECT_TRUE(store.SetSetting(L"A", L"x", L"two; '\"\n\u00e4 \u0416"));
-        EXPECT_TRUE(store.SetSetting(L"A", L"X", L""));
-        EXPECT_TRUE(store.SetSetting(L"B", L"x", L"b"));
-        EXPECT_TRUE(store.SetSetting(L"B", L"gone", L"b"));
-        EXPECT_TRUE(store.RemoveSetting(L"B", L"gone"));
+        EXPECT_TRUE(store.SetSetting(L"A", L"x", L"one") && store.SetSetting(L"A", L"x", L"two; '\"\n\u00e4 \u0416"));
+        EXPECT_TRUE(store.SetSetting(L"A", L"X", L"") && store.SetSetting(L"B", L"x", L"b"));
+        EXPECT_TRUE(store.SetSetting(L"B", L"gone", L"b") && store.RemoveSetting(L"B", L"gone"));
     }
     CSettingsStore store(m_folder.AsString() + L"made/on the way/", m_log);
     EXPECT_EQ(Read(store, L"A", L"x"), L"two; '\"\n\u00e4 \u0416");
@@ -70,7 +67,7 @@ TEST_F(CSettingsStoreTest, ProcessesBeginAtOnceWithNoFileOrADamagedOne)
     {
         const bool isDamaged = round % 2 == 1;
         const std::string folder = std::to_string(round) + "/";
-        const ZVString path = m_folder.AsString() + ZVFormat(L"%s", folder.c_str());
+        const ZVString path = m_folder.AsString() + ZVString::FromInt(round) + L"/";
         if (isDamaged)
             m_folder.Write(folder + FileName, "no database");
         ASSERT_TRUE(RunProcesses(ProcessCount,
@@ -79,13 +76,13 @@ TEST_F(CSettingsStoreTest, ProcessesBeginAtOnceWithNoFileOrADamagedOne)
                                      CSettingsStore store(path, m_log);
                                      bool isGood = true;
                                      for (int index = 0; index < SettingCount; ++index)
-                                         isGood &= store.SetSetting(ZVFormat(L"%d", process), ZVFormat(L"%d", index), L"v");
+                                         isGood &= store.SetSetting(L"S", ZVFormat(L"%d-%d", process, index), L"v");
                                      return isGood;
                                  }));
         EXPECT_EQ(m_folder.Read(folder + "Settings.db.damaged"), isDamaged ? "no database" : "");
         CSettingsStore store(path, m_log);
         for (int setting = 0; setting < ProcessCount * SettingCount; ++setting)
-            EXPECT_EQ(Read(store, ZVFormat(L"%d", setting / SettingCount), ZVFormat(L"%d", setting % SettingCount)), L"v");
+            EXPECT_EQ(Read(store, L"S", ZVFormat(L"%d-%d", setting / SettingCount, setting % SettingCount)), L"v");
     }
 }
 
@@ -101,7 +98,7 @@ TEST_F(CSettingsStoreTest, SetsADamagedFileAside)
     ASSERT_GT(sound.size(), 3 * 4096u);
     std::string emptyPage = sound;
     emptyPage.replace(4096, 4096, 4096, '\0');
-    for (const std::string& content : {std::string("no database"), sound.substr(0, 4096), emptyPage})
+    for (const std::string& content : {sound.substr(0, 4096), emptyPage})
     {
         SCOPED_TRACE(content.size());
         m_log.Lines.clear();
@@ -138,8 +135,7 @@ TEST_F(CSettingsStoreTest, WithoutAFileOrALibraryReadsAsEmptyAndSaysSoOnce)
     for (CSettingsStore* store : {&unwritable, &nowhere, &withoutLibrary})
     {
         m_log.Lines.clear();
-        EXPECT_FALSE(store->SetSetting(L"S", L"n", L"v"));
-        EXPECT_FALSE(store->SetSetting(L"S", L"n", L"v"));
+        EXPECT_FALSE(store->SetSetting(L"S", L"n", L"v") || store->SetSetting(L"S", L"n", L"v"));
         EXPECT_EQ(Read(*store, L"S", L"n"), L"(none)");
         EXPECT_THAT(m_log.Lines, SizeIs(store == &nowhere ? 0 : 1));
     }
@@ -148,8 +144,7 @@ TEST_F(CSettingsStoreTest, WithoutAFileOrALibraryReadsAsEmptyAndSaysSoOnce)
 TEST_F(CSettingsStoreTest, TheLogMaskIsAlsoInItsFile)
 {
     CSettingsStore store(m_folder.AsString(), m_log);
-    EXPECT_TRUE(store.SetSetting(L"Logging", L"Other", L"1"));
-    EXPECT_TRUE(store.SetSetting(L"Other", L"Category Mask", L"1"));
+    EXPECT_TRUE(store.SetSetting(L"Logging", L"Other", L"1") && store.SetSetting(L"Other", L"Category Mask", L"1"));
     EXPECT_FALSE(m_folder.Has(MaskName));
     EXPECT_TRUE(store.SetSetting(L"Logging", L"Category Mask", L"0x101"));
     EXPECT_EQ(m_folder.Read(MaskName), "257\n");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "contracts/IZVApplicationInformation.h"
 #include "core/string/ZVString.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +15,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
+
+// What a process tells of itself.
+struct FakeInformation final : IZVApplicationInformation
+{
+    const wchar_t* GetProductName() override { return L"Lantern Deck"; }
+    const wchar_t* GetInstallDirectory() override { return L"/opt/zv"; }
+    const wchar_t* GetDataDirectory() override { return Data; }
+    const wchar_t* Data = L"/nowhere/at/all";
+};
 
 // An empty folder of the test's own, removed with what is in it. The variables that the library looks at are unset while it
 // lives.

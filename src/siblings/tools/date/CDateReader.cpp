@@ -13,8 +13,8 @@ constexpr int32_t SecondsPerMinute = 60;
 constexpr int32_t SecondsPerHour = 3600;
 constexpr int32_t HoursPerDay = 24;
 
-// Nothing shorter is taken for a FILETIME: 17 digits begin in 1632.
-constexpr int32_t LeastFileTimeDigits = 17;
+// Nothing shorter is taken for a FILETIME: 17 digits end in 1917, and are more likely a time down to its milliseconds.
+constexpr int32_t LeastFileTimeDigits = 18;
 constexpr int32_t MostFileTimeDigits = 19;
 
 constexpr int32_t MostWeeks = 53;

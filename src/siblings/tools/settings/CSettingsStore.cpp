@@ -127,6 +127,9 @@ CSettingsResult CSettingsStore::ChangeLogMask(Operation operation, const wchar_t
     if (result == CSettingsResult::Done && !UpdateLogMaskFile(value))
         result = CSettingsResult::Failed;
     const CSettingsResult end = Checked(m_database.End(result == CSettingsResult::Done));
+    // A transaction that stayed open would keep all other processes from writing.
+    if (end != CSettingsResult::Done)
+        m_database.Close();
     return result == CSettingsResult::Done ? end : result;
 }
 
