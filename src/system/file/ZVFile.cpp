@@ -289,7 +289,11 @@ bool ZVFile::ReadLineUTF8(ZVString& text)
 
 bool ZVFile::ReadLine(ZVString& text)
 {
-    return ReadLineWide(text) || GetPosition() < GetLength();
+    if (ReadLineWide(text))
+        return true;
+    // What is closed or is a pipe has no position, and a caller that reads to the end would never stop.
+    const int64_t position = GetPosition();
+    return position != -1 && position < GetLength();
 }
 
 bool ZVFile::Flush()

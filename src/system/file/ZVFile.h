@@ -89,7 +89,7 @@ public:
     // was left to read. One value a call of the system: for small files.
     bool ReadLineWide(ZVString& text);
     bool ReadLineUTF8(ZVString& text);
-    // ReadLineWide that is also true when bytes which make no line are left.
+    // ReadLineWide that is also true when nothing could be read in front of the end of the file.
     bool ReadLine(ZVString& text);
 
     // Waits until the data is on the disk.

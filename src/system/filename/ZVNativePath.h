@@ -20,8 +20,8 @@ public:
     operator const char*() const { return Get(); }
     const std::string& GetBytes() const { return m_bytes; }
 
-    // The text of a path that the system gave; null is an empty path. One that a user gave may have backslashes for separators, which then
-    // stay what they are.
+    // The text of a path that the system gave; null is an empty path. One that a user gave may have backslashes for separators,
+    // which then stay what they are.
     static ZVString ToText(const char* path, bool keepBackslashes = false);
     // The byte that a character of such a text carries, or 0 when it stands for itself.
     static unsigned char GetCarriedByte(wchar_t character);

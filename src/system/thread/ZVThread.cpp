@@ -96,7 +96,11 @@ bool ZVThread::Start(uint32_t argument, bool restart, int32_t priority)
     m_event = std::make_shared<ZVEvent>(false);
     m_finished = false;
     m_result = false;
-    return StartThread(priority);
+    if (StartThread(priority))
+        return true;
+    // Nobody would signal it, and a wait would have no end.
+    m_event.reset();
+    return false;
 }
 
 bool ZVThread::StartThread(int32_t priority)

@@ -7,6 +7,7 @@
 #include "system/file/ZVVolumeLabels.h"
 
 #include <cstring>
+#include <tuple>
 #include <vector>
 
 namespace
@@ -68,6 +69,8 @@ TEST_F(ZVFileSystemTest, StatusTellsFilesFromFolders)
     EXPECT_TRUE(ZVFileSystem::SetFileAttributes(file, 0600) && ZVFileSystem::GetFileAttributes(file) == 0100600);
     EXPECT_TRUE(ZVFileSystem::SetFileAttributes(file, 0x2000) && ZVFileSystem::GetFileAttributes(file) == 0100644);
     EXPECT_EQ(ZVFileSystem::GetFileAttributes(missing), ZVFileSystem::NoAttributes);
+    EXPECT_EQ(Bytes(ZVFileSystem::GetProgramFilename()), std::filesystem::read_symlink("/proc/self/exe").string());
+    EXPECT_FALSE(ZVFileSystem::GetComputerName().IsEmpty());
     // What is asked for and not there is no failure.
     EXPECT_TRUE(m_tools.Manager.Lines.empty());
 
@@ -80,26 +83,6 @@ TEST_F(ZVFileSystemTest, StatusTellsFilesFromFolders)
     ExpectLogged("1|ZVFileSystem::DeleteFile|Error 21 deleting existing file: " + m_folder);
 }
 
-TEST_F(ZVFileSystemTest, FoldersThatHaveANameEndInASlash)
-{
-    const auto checkFolders = []
-    {
-        setenv("HOME", "/home/\xc3\xa4", 1);
-        EXPECT_EQ(Bytes(ZVFileSystem::GetDirectoryAppData()), "/home/\xc3\xa4/.zivora/Generic/");
-        setenv("HOME", "/", 1);
-        EXPECT_EQ(Bytes(ZVFileSystem::GetDirectoryHome()), "/");
-        unsetenv("HOME");
-        EXPECT_TRUE(ZVFileSystem::GetDirectoryHome().EndsWith(L'/'));
-    };
-    InChild(checkFolders);
-    FolderTools tools;
-    tools.Data = L"/data";
-    g_pZVTools = &tools;
-    EXPECT_EQ(Bytes(ZVFileSystem::GetDirectoryAppData()), "/data/");
-    EXPECT_EQ(Bytes(ZVFileSystem::GetProgramFilename()), std::filesystem::read_symlink("/proc/self/exe").string());
-    EXPECT_FALSE(ZVFileSystem::GetComputerName().IsEmpty());
-}
-
 TEST_F(ZVFileSystemTest, TheFolderForTemporaryFilesIsThatOfTheSettingWhileItIsOfUse)
 {
     FolderTools tools;
@@ -108,104 +91,101 @@ TEST_F(ZVFileSystemTest, TheFolderForTemporaryFilesIsThatOfTheSettingWhileItIsOf
     const auto getTemp = [](bool useSetting, bool addProductFolder)
     { return Bytes(ZVFileSystem::GetDirectoryTemp(useSetting, addProductFolder)); };
     const std::string standard = At("data/Temp/");
-    EXPECT_EQ(getTemp(true, true), standard);
-    EXPECT_TRUE(IsAt("data/Temp"));
+    EXPECT_TRUE(getTemp(true, true) == standard && IsAt("data/Temp"));
     tools.Temp = TextAt("missing");
-    EXPECT_EQ(getTemp(true, true), standard);
-    EXPECT_FALSE(tools.Temp.IsEmpty());
-
+    EXPECT_TRUE(getTemp(true, true) == standard && !tools.Temp.IsEmpty());
     MakeFolder("temp");
     tools.Temp = TextAt("") + L"temp\\";
     EXPECT_EQ(getTemp(false, true), standard);
-    EXPECT_TRUE(ZVFileSystem::GetDirectoryTemp(true, false) == TextAt("temp/"));
+    EXPECT_EQ(getTemp(true, false), At("temp/"));
     EXPECT_EQ(getTemp(true, true), At("temp/.zivora/"));
     EXPECT_EQ(List("temp"), ".zivora ");
     std::filesystem::remove(At("temp/.zivora"));
     Put("temp/.zivora");
-    EXPECT_EQ(getTemp(true, true), standard);
-    EXPECT_TRUE(tools.Temp.IsEmpty());
+    EXPECT_TRUE(getTemp(true, true) == standard && tools.Temp.IsEmpty());
+    EXPECT_EQ(Bytes(ZVFileSystem::GetUniqueFilename(L"", L"a", L"b")), standard + "a.b");
 }
 
-TEST_F(ZVFileSystemTest, UserFoldersAreThoseOfTheDesktop)
+TEST_F(ZVFileSystemTest, TheUsersFoldersAreThoseOfTheEnvironmentAndTheDesktop)
 {
     using Folder = ZVFileSystem::UserFolder;
     const auto get = [](Folder folder) { return Bytes(ZVFileSystem::GetDirectoryUserFolder(folder)); };
     const auto checkFolders = [&]
     {
-        setenv("HOME", m_folder.c_str(), 1);
+        unsetenv("HOME");
+        EXPECT_TRUE(ZVFileSystem::GetDirectoryHome().EndsWith(L'/'));
+        setenv("HOME", "/", 1);
+        EXPECT_EQ(Bytes(ZVFileSystem::GetDirectoryHome()), "/");
+        setenv("HOME", At("\xc3\xa4").c_str(), 1);
         unsetenv("XDG_CONFIG_HOME");
-        EXPECT_EQ(get(Folder::Documents), At("Documents/"));
+        EXPECT_EQ(Bytes(ZVFileSystem::GetDirectoryAppData()), At("\xc3\xa4/.zivora/Generic/"));
+        EXPECT_EQ(get(Folder::Documents), At("\xc3\xa4/Documents/"));
         EXPECT_TRUE(m_tools.Manager.Lines.empty());
-        Put(".config/user-dirs.dirs", "# XDG_MUSIC_DIR=\"/wrong\"\nXDG_MUSIC_DIR=\"$HOME/Musik \\\"\\\\ \xc3\xa4\"\n"
-                                      "  XDG_VIDEOS_DIR=/films \r\nXDG_PICTURES_DIR=\"$HOMES/a\"\nXDG_DOCUMENTS_DIR=\"$HOME\"");
-        EXPECT_EQ(get(Folder::Music), At("Musik \"\\ \xc3\xa4/"));
+        Put("\xc3\xa4/.config/user-dirs.dirs",
+            "# XDG_MUSIC_DIR=\"/wrong\"\nXDG_MUSIC_DIR=\"$HOME/Musik \\\"\\\\ \xc3\xa4\"\n"
+            "  XDG_VIDEOS_DIR=/films \r\nXDG_PICTURES_DIR=\"$HOMES/a\"\nXDG_DOCUMENTS_DIR=\"$HOME\"");
+        EXPECT_EQ(get(Folder::Music), At("\xc3\xa4/Musik \"\\ \xc3\xa4/"));
         EXPECT_EQ(get(Folder::Videos), "/films/");
-        EXPECT_EQ(get(Folder::Pictures), At("Images/"));
-        EXPECT_EQ(get(Folder::Documents), m_folder);
+        EXPECT_EQ(get(Folder::Pictures), At("\xc3\xa4/Images/"));
+        EXPECT_EQ(get(Folder::Documents), At("\xc3\xa4/"));
         setenv("XDG_CONFIG_HOME", At("other").c_str(), 1);
-        EXPECT_EQ(get(Folder::Videos), At("Video/"));
+        EXPECT_EQ(get(Folder::Videos), At("\xc3\xa4/Video/"));
     };
     InChild(checkFolders);
 }
 
 TEST_F(ZVFileSystemTest, SizesAreWrittenAndRead)
 {
-    const auto format = [](int64_t size) { return Bytes(ZVFileSystem::FormatFileSize(size)); };
-    EXPECT_EQ(format(0) + format(1023) + format(1024) + format(10 * 1024), "0 bytes1023 bytes1.0 KB10 KB");
-    EXPECT_EQ(format(0xfffff) + format(0x100000) + format(0x3fffffff) + format(0x40000000), "1024 KB1.0 MB1024 MB1.0 GB");
-    EXPECT_EQ(format(0xffffffffff) + format(0x10000000000), "1024 GB1.0 TB");
-    EXPECT_EQ(format(0x3ffffffffffff) + format(0x4000000000000), "1024 TB1.0 PB");
-    EXPECT_EQ(format(-1) + format(-1536) + format(INT64_MIN), "-1 bytes-1.5 KB-8192 PB");
-
-    std::vector<int64_t> sizes;
-    for (const wchar_t* text : {L"", L"700", L"1.5 kb", L"2GB", L"1 Tb of films", L"-1 pb", L"3 MB", L"9999 pb", L"-9999 pb"})
-        sizes.push_back(ZVFileSystem::ParseFileSize(text));
-    EXPECT_THAT(sizes, testing::ElementsAre(0, 700, 1536, int64_t {2} << 30, int64_t {1} << 40, -(int64_t {1} << 50), 3,
-                                            INT64_MAX, INT64_MIN));
+    std::string written;
+    for (const int64_t size : {0l, 1023l, 1024l, 10240l, 0xfffffl, 0x100000l, 0x3fffffffl, 0x40000000l, 0xffffffffffl,
+                               0x10000000000l, 0x3ffffffffffffl, 0x4000000000000l, -1l, -1536l, INT64_MIN})
+        written += Bytes(ZVFileSystem::FormatFileSize(size)) + "|";
+    EXPECT_EQ(written, "0 bytes|1023 bytes|1.0 KB|10 KB|1024 KB|1.0 MB|1024 MB|1.0 GB|1024 GB|1.0 TB|1024 TB|1.0 PB|-1 bytes|"
+                       "-1.5 KB|-8192 PB|");
+    std::vector<int64_t> read;
+    for (const wchar_t* text : {L"", L"700", L"1.5 kb", L"2GB ", L"1 Tb of films", L"-1 pb", L"3 MB", L"9999 pb", L"-9999 pb"})
+        read.push_back(ZVFileSystem::ParseFileSize(text));
+    EXPECT_THAT(read, testing::ElementsAre(0, 700, 1536, 2l << 30, 1l << 40, -(1l << 50), 3, INT64_MAX, INT64_MIN));
 }
 
 TEST_F(ZVFileSystemTest, NewNamesAreUnique)
 {
-    const auto get = [](const ZVString& folder, const wchar_t* base, const wchar_t* extension)
-    { return Bytes(ZVFileSystem::GetUniqueFilename(folder, base, extension)); };
-    MakeFolder("f");
-    EXPECT_EQ(get(TextAt("f"), L"a/b\n\x7f", L"x\\y"), At("f/a_b__.x_y"));
+    const auto get = [this](const wchar_t* base, const wchar_t* extension)
+    { return Bytes(ZVFileSystem::GetUniqueFilename(TextAt("f"), base, extension)); };
     Put("f/film.mkv");
     Link("nothing", "f/film - 1.mkv");
-    EXPECT_EQ(get(TextAt("f"), L"film", L"mkv"), At("f/film - 2.mkv"));
-    EXPECT_EQ(get(TextAt("f/"), L"film", L""), At("f/film"));
-    FolderTools tools;
-    tools.Data = TextAt("");
-    g_pZVTools = &tools;
-    EXPECT_EQ(get(L"", L"a", L"b"), At("Temp/a.b"));
+    EXPECT_EQ(get(L"film", L"mkv"), At("f/film - 2.mkv"));
+    EXPECT_EQ(get(L"film", L""), At("f/film"));
+    EXPECT_EQ(get(L"a/b\n\x7f", L"x\\y"), At("f/a_b__.x_y"));
 }
 
 TEST_F(ZVFileSystemTest, TheNewestFilesAreKept)
 {
-    const auto prune = [&](int32_t keepCount, int64_t keepBytes)
+    const std::tuple<int32_t, int64_t, const char*> rows[] = {
+        {-1, -1, "a1 b22 c333 d4444 sub "},
+        {2,  -1, "b22 d4444 sub "        },
+        {9,  10, "a1 b22 c333 d4444 sub "},
+        {-1, 9,  "b22 c333 d4444 sub "   },
+        {-1, 8,  "b22 d4444 sub "        },
+        {1,  9,  "d4444 sub "            },
+        {-1, 3,  "sub "                  },
+        {0,  -1, "sub "                  },
+    };
+    Put("p/sub/e");
+    for (const auto& [keepCount, keepBytes, left] : rows)
     {
         // From the oldest to the newest, half a second apart.
         int64_t number = 0;
         for (const std::string name : {"a1", "c333", "b22", "d4444"})
         {
-            const timespec times[2] = {
-                {                        },
-                { number / 2, number % 2 * 500'000'000}
-            };
+            const timespec modified = {number / 2, number % 2 * 500'000'000};
+            const timespec times[] = {{}, modified};
             utimensat(AT_FDCWD, Put("p/" + name, name.substr(1)).c_str(), times, 0);
             ++number;
         }
         EXPECT_TRUE(ZVFileSystem::PruneOldFilesFromDirectory(TextAt("p"), keepCount, keepBytes));
-        return List("p");
-    };
-    Put("p/sub/e");
-    EXPECT_EQ(prune(-1, -1), "a1 b22 c333 d4444 sub ");
-    EXPECT_EQ(prune(2, -1), "b22 d4444 sub ");
-    EXPECT_EQ(prune(9, 10), "a1 b22 c333 d4444 sub ");
-    EXPECT_EQ(prune(-1, 9), "b22 c333 d4444 sub ");
-    EXPECT_EQ(prune(-1, 8), "b22 d4444 sub ");
-    EXPECT_EQ(prune(1, 9), "d4444 sub ");
-    EXPECT_EQ(prune(-1, 3) + prune(0, -1), "sub sub ");
+        EXPECT_EQ(List("p"), left);
+    }
     Put("p/a");
     chmod(At("p").c_str(), 0555);
     AsNobody([&] { EXPECT_FALSE(ZVFileSystem::PruneOldFilesFromDirectory(TextAt("p"), 0, -1)); });
@@ -234,8 +214,7 @@ TEST_F(ZVFileSystemTest, VolumesAreThoseOfTheMachine)
     EXPECT_TRUE(ZVFileSystem::GetMountpointFromDevice(L"/dev/no 'such").IsEmpty());
     EXPECT_EQ(Bytes(ZVFileSystem::GetMountpointFromDevice(L"proc")), "/proc");
     int64_t size = 7;
-    EXPECT_FALSE(ZVFileSystem::GetVolumeInformation(L"/dev/shm", nullptr, &size));
-    EXPECT_EQ(size, 0);
+    EXPECT_TRUE(!ZVFileSystem::GetVolumeInformation(L"/dev/shm", nullptr, &size) && size == 0);
     // Whatever drives this machine has, each is on a device with a size.
     ZVStringArray drives;
     ZVFileSystem::GetAvailableDrives(drives);
@@ -247,15 +226,12 @@ TEST_F(ZVFileSystemTest, VolumeLabelsAreTheNamesOfLinks)
 {
     const auto find = [&](const char* device, const char* labels = "labels/")
     { return Bytes(ZVVolumeLabels::Find(TextAt(device), TextAt(labels))); };
+    Put("one");
     MakeFolder("labels");
-    for (const char* name : {"one", "two"})
-        Put(name);
     Link("../nothing", "labels/A");
-    Link("../one", "labels/Films\\x20\\xc3\\xa4\\x2");
-    Link("../two", "labels/.two");
-    EXPECT_EQ(find("one"), "Films \xc3\xa4/x2");
-    EXPECT_EQ(find("two"), ".two");
-    EXPECT_EQ(find("three") + find("one", "missing/"), "");
+    Link("../one", "labels/.Films\\x20\\xc3\\xa4\\x2");
+    EXPECT_EQ(find("one"), ".Films \xc3\xa4/x2");
+    EXPECT_EQ(find("two") + find("one", "missing/"), "");
     ExpectLogged("|realpath Error 2: ");
 }
 }

@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 #include <string>
@@ -16,14 +17,11 @@
 
 namespace
 {
+using std::filesystem::exists;
+
 std::string GetBlockPath(pid_t processId)
 {
     return "/dev/shm/Zivora Process v33 (" + std::to_string(processId) + ")";
-}
-
-bool Exists(const std::string& path)
-{
-    return access(path.c_str(), F_OK) == 0;
 }
 
 void WriteFile(const std::string& path, const void* data, size_t size, mode_t mode = 0600)
@@ -62,8 +60,7 @@ TEST_F(CProcessInfoTest, AllCopiesInAProcessSeeOneBlockUntilItsMakerRemovesIt)
     {
     };
     ASSERT_EQ(stat(m_path.c_str(), &status), 0);
-    EXPECT_EQ(status.st_size, 83032);
-    EXPECT_EQ(status.st_mode & 07777, 0600u);
+    EXPECT_TRUE(status.st_size == 83032 && (status.st_mode & 07777) == 0600);
     EXPECT_LE(status.st_blocks * 512, 5 * 4096) << "pages that hold nothing are not allocated";
     {
         CProcessInfo library;
@@ -72,13 +69,12 @@ TEST_F(CProcessInfoTest, AllCopiesInAProcessSeeOneBlockUntilItsMakerRemovesIt)
         EXPECT_STREQ(library.GetApplicationDataPath(), L"/data/");
         program.MarkStarted();
         EXPECT_TRUE(library.IsStarted());
-        EXPECT_EQ(program.TakeNextAttachValue(), 1);
-        EXPECT_EQ(library.TakeNextAttachValue(), 2);
+        EXPECT_TRUE(program.TakeNextAttachValue() == 1 && library.TakeNextAttachValue() == 2);
     }
     RunInChild([&] { return program.Remove(), true; });
-    EXPECT_TRUE(Exists(m_path)) << "neither another copy nor a child of the process removes it";
+    EXPECT_TRUE(exists(m_path)) << "neither another copy nor a child of the process removes it";
     program.Remove();
-    EXPECT_FALSE(Exists(m_path));
+    EXPECT_FALSE(exists(m_path));
     EXPECT_EQ(program.TakeNextAttachValue(), 3) << "what is mapped stays";
 }
 
@@ -89,51 +85,38 @@ TEST_F(CProcessInfoTest, ABlockThatAnotherProcessLeftIsReplaced)
     good.ProcessId = getpid();
     good.CreationTime = ZVProcessTime::GetNow();
     good.AttachCounter = 40;
-    const struct
+    const auto expectNext =
+        [&](const char* name, int32_t value, const auto& change, size_t size = sizeof good, mode_t mode = 0600)
     {
-        const char* Name;
-        int32_t NextAttachValue;
-        mode_t Mode;
-        size_t Size;
-        void (*Change)(CProcessBlock& block);
-    } rows[] = {
-  // clang-format off
-        {"of this process", 41, 0600, sizeof good, [](CProcessBlock&) {}},
-        {"too old", 1, 0600, sizeof good, [](CProcessBlock& block) { block.CreationTime -= block.CreationTime / 2; }},
-        {"of another process", 1, 0600, sizeof good, [](CProcessBlock& block) { ++block.ProcessId; }},
-        {"not filled", 1, 0600, sizeof good, [](CProcessBlock& block) { block.State = CProcessBlock::Content::New; }},
-        {"path without an end", 1, 0600, sizeof good, [](CProcessBlock& block) { wmemset(block.InstallPath, L'x', 4096); }},
-        {"cut short", 1, 0600, 5000, [](CProcessBlock&) {}},
-        {"open to others", 1, 0666, sizeof good, [](CProcessBlock&) {}},
-  // clang-format on
-    };
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE(row.Name);
         CProcessBlock block = good;
-        row.Change(block);
-        WriteFile(m_path, &block, row.Size, row.Mode);
+        change(block);
+        WriteFile(m_path, &block, size, mode);
         CProcessInfo info;
-        EXPECT_TRUE(info.IsShared());
-        EXPECT_EQ(info.TakeNextAttachValue(), row.NextAttachValue);
-    }
+        EXPECT_TRUE(info.IsShared() && info.TakeNextAttachValue() == value) << name;
+    };
+    const auto nothing = [](CProcessBlock&) {};
+    expectNext("of this process", 41, nothing);
+    expectNext("cut short", 1, nothing, 5000);
+    expectNext("open to others", 1, nothing, sizeof good, 0666);
+    expectNext("too old", 1, [](CProcessBlock& block) { block.CreationTime /= 2; });
+    expectNext("of another process", 1, [](CProcessBlock& block) { ++block.ProcessId; });
+    expectNext("not filled", 1, [](CProcessBlock& block) { block.State = CProcessBlock::Content::New; });
+    expectNext("path without an end", 1, [](CProcessBlock& block) { wmemset(block.InstallPath, L'x', 4096); });
 }
 
 TEST_F(CProcessInfoTest, BesideABlockOfAnotherUserTheDescriptionIsPrivate)
 {
     WriteFile(m_path, std::string(83032, '\1').data(), 83032);
-    if (chown(m_path.c_str(), 65534, 65534) != 0)
+    if (chown(m_path.c_str(), getuid() + 1, getgid()) != 0)
         GTEST_SKIP() << "only root can make a file of another user";
     FakeTools tools;
     CProcessInfo info;
-    EXPECT_FALSE(info.IsShared());
-    EXPECT_TRUE(ZVString(info.GetInstallPath()).EndsWith(L'/'));
+    EXPECT_TRUE(!info.IsShared() && ZVString(info.GetInstallPath()).EndsWith(L'/'));
     EXPECT_EQ(unlink(m_path.c_str()), 0) << "what is not ours stays";
     g_pZVTools = &tools;
     info.LogStorage();
     g_pZVTools = nullptr;
-    ASSERT_EQ(tools.Manager.Lines.size(), 1u);
-    EXPECT_EQ(tools.Manager.Lines[0].find("1|CProcessInfo|The process information is not shared with the libraries: "), 0u);
+    EXPECT_EQ(tools.Manager.Lines.at(0).find("1|CProcessInfo|The process information is not shared with the libraries: "), 0u);
 }
 
 TEST_F(CProcessInfoTest, NoRoomForTheBlockDoesNotEndTheProcess)
@@ -149,7 +132,7 @@ TEST_F(CProcessInfoTest, NoRoomForTheBlockDoesNotEndTheProcess)
             return !info.IsShared() && info.TakeNextAttachValue() > 0;
         });
     EXPECT_GT(child, 0);
-    EXPECT_FALSE(Exists(GetBlockPath(child)));
+    EXPECT_FALSE(exists(GetBlockPath(child)));
 }
 
 TEST_F(CProcessInfoTest, AStartRemovesTheBlocksOfDeadProcessesAndNothingElse)
@@ -162,7 +145,7 @@ TEST_F(CProcessInfoTest, AStartRemovesTheBlocksOfDeadProcessesAndNothingElse)
         WriteFile(path, "x", 1);
     WriteFile(left, "x", 1);
     const CProcessInfo info;
-    EXPECT_FALSE(Exists(left));
+    EXPECT_FALSE(exists(left));
     for (const std::string& path : kept)
         EXPECT_EQ(unlink(path.c_str()), 0) << path;
 }

@@ -31,24 +31,19 @@ TEST_F(ZVLogScopeTest, FramesAFunctionAndShowsAResultUnlessItIsTheMarkForNone)
         scope.Log("%d of %s", 3, L"four");
         scope.LogWide(L"wide \u00e4 %s", "\xc3\xa4");
     }
-    for (const int32_t result : {0, -1, static_cast<int32_t>(0x8a33f231)})
+    for (const int32_t result : {0, static_cast<int32_t>(0x8a33f231)})
         ZVLogScope(1, L"S", true).SetResult(result);
     EXPECT_THAT(m_tools.Manager.Lines,
                 ElementsAre("256|S\xc3\xa4|Start", "256|S\xc3\xa4|3 of four", "256|S\xc3\xa4|wide \xc3\xa4 \xc3\xa4",
                             MatchesRegex("256\\|S..\\|Finish \\([0-9]+ ms\\)"), "1|S|Start",
                             MatchesRegex("1\\|S\\|Finish \\(result: 0\\) \\([0-9]+ ms\\)"), "1|S|Start",
-                            MatchesRegex("1\\|S\\|Finish \\(result: -1\\) \\([0-9]+ ms\\)"), "1|S|Start",
                             MatchesRegex("1\\|S\\|Finish \\([0-9]+ ms\\)")));
 }
 
 TEST_F(ZVLogScopeTest, WithoutTheFlagOnlyLogsWhatItIsTold)
 {
-    {
-        const ZVLogScope scope(1, "S", false);
-        const unsigned char bytes[] = {0x00, 0x0f, 0xff};
-        scope.LogHex(bytes, sizeof bytes);
-        ZVLog(64, L"Free", "%s", ZVString(L"call"));
-    }
+    ZVLogScope(1, "S", false).LogHex("\0\x0f\xff", 3);
+    ZVLog(64, L"Free", "%s", ZVString(L"call"));
     EXPECT_THAT(m_tools.Manager.Lines, ElementsAre("1|S|0x00 0x0f 0xff ", "64|Free|call"));
 }
 
@@ -67,13 +62,11 @@ TEST_F(ZVLogScopeTest, AStringItemKeepsTheCategoriesOfItsMask)
 
 TEST(ZVLogScopeWithoutTools, StillCountsTime)
 {
-    ZVLogScope scope(1, "S", true);
+    const ZVLogScope scope(1, "S", true);
     const CLogToStringItem item(1);
-    scope.Log("nobody hears it");
     scope.LogHex("", 1);
     usleep(20'000);
     EXPECT_GE(scope.GetElapsedMilliseconds(), 20);
     EXPECT_LT(scope.GetElapsedMilliseconds(), 20'000);
-    EXPECT_EQ(item.GetLines().GetCount(), 0);
 }
 }

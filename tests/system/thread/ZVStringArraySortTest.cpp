@@ -13,7 +13,7 @@ namespace
 class LengthTools final : public FakeTools, public IZVStringTools
 {
 public:
-    IZVStringTools* GetTools(bool) override { return HasStringTools ? this : nullptr; }
+    IZVStringTools* GetTools(bool) override { return this; }
     int32_t Find(const wchar_t*, const wchar_t*, int32_t) override { return -1; }
     bool MatchesWildcards(const wchar_t*, const wchar_t*) override { return false; }
     bool HasWildcards(const wchar_t*) override { return false; }
@@ -22,26 +22,23 @@ public:
         EXPECT_TRUE(flags == 5 && option && length == -1);
         return static_cast<int32_t>(wcslen(a)) - static_cast<int32_t>(wcslen(b));
     }
-
-    bool HasStringTools = true;
 };
-
-ZVString Sorted(const wchar_t* texts)
-{
-    ZVStringArray array;
-    array.SetSplit(texts, L' ');
-    ZVQSort<ZVString>(std::make_unique<ZVStringArraySort>(5, true)).Sort(array);
-    return array.GetJoined(L" ");
-}
 
 TEST(ZVStringArraySort, AsksTheToolsLibraryWhenItIsThere)
 {
+    const auto sort = [](IZVTools* tools, const wchar_t* texts)
+    {
+        g_pZVTools = tools;
+        ZVStringArray array;
+        array.SetSplit(texts, L' ');
+        ZVQSort<ZVString>(std::make_unique<ZVStringArraySort>(5, true)).Sort(array);
+        g_pZVTools = nullptr;
+        return array.GetJoined(L" ");
+    };
     LengthTools tools;
-    g_pZVTools = &tools;
-    EXPECT_STREQ(Sorted(L"ccc aaaa b dd"), L"b dd ccc aaaa");
-    tools.HasStringTools = false;
-    EXPECT_STREQ(Sorted(L"ccc aaaa b dd"), L"aaaa b ccc dd");
-    g_pZVTools = nullptr;
-    EXPECT_STREQ(Sorted(L"b a B A ab Aa z10 \U0001F3AC z9 aB \u00e9"), L"A a Aa aB ab B b z10 z9 \u00e9 \U0001F3AC");
+    FakeTools otherTools;
+    EXPECT_STREQ(sort(&tools, L"ccc aaaa b dd"), L"b dd ccc aaaa");
+    EXPECT_STREQ(sort(&otherTools, L"ccc aaaa b dd"), L"aaaa b ccc dd");
+    EXPECT_STREQ(sort(nullptr, L"b a B A ab Aa z10 \U0001F3AC z9 aB \u00e9"), L"A a Aa aB ab B b z10 z9 \u00e9 \U0001F3AC");
 }
 }

@@ -13,87 +13,64 @@
 
 namespace
 {
-// Calls the function on a thread that may not raise its priority, and that passes this on to the threads it starts.
-template <class Function>
-void RunWithoutPriorityRights(const Function& function)
+// Takes from the calling thread, and from those that it starts, the right to raise priorities.
+void DropPriorityRights()
 {
-    for (const auto resource : {RLIMIT_NICE, RLIMIT_RTPRIO})
-    {
-        rlimit limits = {};
-        getrlimit(resource, &limits);
-        limits.rlim_cur = 0;
-        setrlimit(resource, &limits);
-    }
-    const auto drop = [&function]
-    {
-        __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
-        __user_cap_data_struct capabilities[2] = {};
-        syscall(SYS_capget, &header, capabilities);
-        capabilities[0].effective &= ~(1u << CAP_SYS_NICE);
-        syscall(SYS_capset, &header, capabilities);
-        function();
-    };
-    std::thread(drop).join();
-}
-
-struct Row
-{
-    int32_t Level;
-    int MayRaise;
-    int MayNotRaise;
-    int Policy;
-    int StaticPriority;
-};
-
-constexpr Row Rows[] = {
-    {-15, 0,   0,  SCHED_IDLE,  0},
-    {-2,  18,  17, SCHED_OTHER, 0},
-    {-1,  10,  15, SCHED_OTHER, 0},
-    {1,   -10, 5,  SCHED_OTHER, 0},
-    {2,   -17, 2,  SCHED_OTHER, 0},
-    {15,  -19, 0,  SCHED_RR,    1},
-    {0,   0,   10, SCHED_OTHER, 0},
-    {3,   0,   10, SCHED_OTHER, 0},
-    {-16, 0,   10, SCHED_OTHER, 0},
-};
-
-// Each level on a thread of its own, since none could come back from a higher nice value.
-void ExpectLevels(bool mayRaise)
-{
-    const auto expectLevel = [mayRaise](const Row& row)
-    {
-        SCOPED_TRACE(row.Level);
-        EXPECT_EQ(ZVThreadPriority::SchedulingOf(row.Level).Policy, row.Policy);
-        EXPECT_EQ(ZVThreadPriority::SchedulingOf(row.Level).StaticPriority, row.StaticPriority);
-        EXPECT_TRUE(ZVThreadPriority::ApplyToCaller(row.Level));
-        EXPECT_EQ(getpriority(PRIO_PROCESS, 0), mayRaise ? row.MayRaise : row.MayNotRaise);
-        EXPECT_EQ(sched_getscheduler(0) == SCHED_IDLE, row.Policy == SCHED_IDLE);
-    };
-    for (const Row& row : Rows)
-        std::thread(expectLevel, row).join();
+    const rlimit none {};
+    setrlimit(RLIMIT_NICE, &none);
+    setrlimit(RLIMIT_RTPRIO, &none);
+    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct capabilities[2] = {};
+    syscall(SYS_capget, &header, capabilities);
+    capabilities[0].effective &= ~(1u << CAP_SYS_NICE);
+    syscall(SYS_capset, &header, capabilities);
 }
 
 TEST(ZVThreadPriority, AppliesTheValuesOfTheLevel)
 {
+    // The level, the nice values with and without the right to raise priorities, and the policy.
+    constexpr int rows[][4] = {
+        {-15, 0,   0,  SCHED_IDLE },
+        {-2,  18,  17, SCHED_OTHER},
+        {-1,  10,  15, SCHED_OTHER},
+        {1,   -10, 5,  SCHED_OTHER},
+        {2,   -17, 2,  SCHED_OTHER},
+        {15,  -19, 0,  SCHED_RR   },
+        {0,   0,   10, SCHED_OTHER},
+        {3,   0,   10, SCHED_OTHER},
+    };
     if (getpriority(PRIO_PROCESS, 0) != 0)
         GTEST_SKIP() << "started with a nice value of its own";
-    bool mayRaise = false;
-    std::thread([&mayRaise] { mayRaise = setpriority(PRIO_PROCESS, 0, -19) == 0; }).join();
-    ExpectLevels(mayRaise);
-    RunWithoutPriorityRights([] { ExpectLevels(false); });
+    // Each level on a thread of its own, since none could come back from a higher nice value.
+    const auto expectLevel = [](const int(&row)[4], bool keepsRights)
+    {
+        SCOPED_TRACE(row[0]);
+        if (!keepsRights)
+            DropPriorityRights();
+        const bool mayRaise = setpriority(PRIO_PROCESS, 0, -19) == 0 && setpriority(PRIO_PROCESS, 0, 0) == 0;
+        EXPECT_EQ(ZVThreadPriority::SchedulingOf(row[0]).Policy, row[3]);
+        EXPECT_EQ(ZVThreadPriority::SchedulingOf(row[0]).StaticPriority, row[3] == SCHED_RR);
+        EXPECT_TRUE(ZVThreadPriority::ApplyToCaller(row[0]));
+        EXPECT_EQ(getpriority(PRIO_PROCESS, 0), mayRaise ? row[1] : row[2]);
+        EXPECT_EQ(sched_getscheduler(0) == SCHED_IDLE, row[3] == SCHED_IDLE);
+    };
+    for (const bool keepsRights : {true, false})
+        for (const auto& row : rows)
+            std::thread([&] { expectLevel(row, keepsRights); }).join();
 }
 
 TEST(ZVThreadPriority, GivesAThreadEvenWithoutTheRightToItsScheduling)
 {
-    RunWithoutPriorityRights(
-        []
-        {
-            ZVThread thread;
-            ASSERT_TRUE(thread.Start(0, false, ZVThreadPriority::TimeCritical));
-            int policy = -1;
-            sched_param parameter {};
-            pthread_getschedparam(static_cast<pthread_t>(thread.GetHandle()), &policy, &parameter);
-            EXPECT_EQ(policy, SCHED_OTHER);
-        });
+    const auto startThread = []
+    {
+        DropPriorityRights();
+        ZVThread thread;
+        ASSERT_TRUE(thread.Start(0, false, ZVThreadPriority::TimeCritical));
+        int policy = -1;
+        sched_param parameter {};
+        pthread_getschedparam(static_cast<pthread_t>(thread.GetHandle()), &policy, &parameter);
+        EXPECT_EQ(policy, SCHED_OTHER);
+    };
+    std::thread(startThread).join();
 }
 }

@@ -17,13 +17,13 @@ using testing::MatchesRegex;
 
 constexpr int32_t NoLimit = -1;
 
-// Bodies that have begun, and threads that no longer use their object.
-std::atomic<int32_t> s_runs = 0;
-std::atomic<int32_t> s_exits = 0;
+// Threads that still use their object.
+std::atomic<int32_t> s_alive = 0;
 
-void AwaitExits(int32_t count)
+template <class Condition>
+void Await(Condition condition)
 {
-    while (s_exits < count)
+    while (!condition())
         std::this_thread::yield();
 }
 
@@ -31,47 +31,37 @@ void AwaitExits(int32_t count)
 class BodyThread final : public ZVThread
 {
 public:
-    ~BodyThread() override { Stop(NoLimit); }
+    ~BodyThread() override
+    {
+        Stop(NoLimit);
+        Await([] { return s_alive == 0; });
+    }
 
+    void StartAndAwaitBody()
+    {
+        Start(0, false, 0);
+        Await([this] { return Bodies == GetStartedCount(); });
+    }
+
+    std::atomic<int32_t> Bodies = 0;  // that have begun
     std::function<void()> Body = [this] { Wait(); };
     std::function<bool()> MayAbandon = [] { return true; };
 
 protected:
     bool Run() override
     {
-        ++s_runs;
         // A copy, because a test may set another body for the next start while an abandoned thread is in this one.
         const std::function<void()> body = Body;
+        ++s_alive;
+        ++Bodies;
         body();
         return true;
     }
     bool OnStopTimeout() override { return MayAbandon(); }
     ExitFunction GetExitFunction() const override
     {
-        return [](void* result)
-        {
-            ++s_exits;
-            pthread_exit(result);
-        };
+        return [](void*) { --s_alive; };
     }
-};
-
-class ZVThreadTest : public testing::Test
-{
-protected:
-    ZVThreadTest()
-    {
-        g_pZVTools = &m_tools;
-        s_runs = 0;
-        s_exits = 0;
-    }
-    ~ZVThreadTest() override
-    {
-        AwaitExits(s_runs);
-        g_pZVTools = nullptr;
-    }
-
-    FakeTools m_tools;
 };
 
 // A thread that keeps the order of its steps.
@@ -100,40 +90,34 @@ private:
     }
 };
 
-TEST_F(ZVThreadTest, RunsItsStepsInOrder)
+TEST(ZVThread, RunsItsStepsInOrder)
 {
     StepsThread thread;
     EXPECT_TRUE(thread.Stop(NoLimit)) << "never started";
     EXPECT_FALSE(thread.Start(0, false, 0)) << "refused by its hook";
     EXPECT_FALSE(thread.Wait()) << "nobody could end this wait";
     thread.MayStart = true;
-    EXPECT_TRUE(thread.Start(7, false, -1));
-    EXPECT_FALSE(thread.GetFinished());
+    EXPECT_TRUE(thread.Start(7, false, -1) && !thread.GetFinished());
     thread.SetStopFlag(true);
     thread.WaitForExit();
-    EXPECT_TRUE(thread.GetFinished());
-    EXPECT_FALSE(thread.IsInRun());
+    EXPECT_TRUE(thread.GetFinished() && !thread.IsInRun());
     EXPECT_TRUE(thread.Stop(NoLimit));
     thread.SetCleanUpFlag(false);
     EXPECT_FALSE(thread.Stop(NoLimit)) << "the result is fetched";
     EXPECT_EQ(thread.Steps, "before; before; register 7; priority -1; run 7; after; clean up; clean up, false; ");
 }
 
-TEST_F(ZVThreadTest, StartsASecondTimeOnlyWhenAskedTo)
+TEST(ZVThread, StartsASecondTimeOnlyWhenAskedTo)
 {
     ZVThread thread(true);
-    const uint64_t first = thread.GetHandle();
-    EXPECT_NE(first, 0u);
-    EXPECT_TRUE(thread.Start(0, false, 0));
-    EXPECT_EQ(thread.GetHandle(), first);
-    EXPECT_TRUE(thread.Start(0, true, 0));
+    EXPECT_TRUE(thread.IsRunning() && thread.Start(0, false, 0));
+    EXPECT_EQ(thread.GetStartedCount(), 1);
+    EXPECT_TRUE(thread.Start(0, true, 0) && thread.IsRunning() && !thread.GetStopFlag());
     EXPECT_EQ(thread.GetStartedCount(), 2);
-    EXPECT_TRUE(thread.IsRunning());
-    EXPECT_FALSE(thread.GetStopFlag());
     EXPECT_TRUE(thread.Stop(NoLimit));
 }
 
-TEST_F(ZVThreadTest, TellsWhenTheSystemHasNoThread)
+TEST(ZVThread, TellsWhenTheSystemHasNoThread)
 {
     // No stack of this size is to be had.
     pthread_attr_t usual;
@@ -142,74 +126,65 @@ TEST_F(ZVThreadTest, TellsWhenTheSystemHasNoThread)
     pthread_attr_init(&huge);
     pthread_attr_setstacksize(&huge, size_t {1} << 46);
     pthread_setattr_default_np(&huge);
+    FakeTools tools;
+    g_pZVTools = &tools;
     BodyThread thread;
     EXPECT_FALSE(thread.Start(0, false, 15));
     pthread_setattr_default_np(&usual);
-    EXPECT_FALSE(thread.IsRunning());
-    EXPECT_EQ(thread.GetStartedCount(), 0);
-    EXPECT_THAT(m_tools.Manager.Lines, ElementsAre("1|ZVThread::StartThread|Error creating thread!"));
+    g_pZVTools = nullptr;
+    EXPECT_FALSE(thread.IsRunning() || thread.GetStartedCount() != 0 || thread.Wait());
+    EXPECT_THAT(tools.Manager.Lines, ElementsAre("1|ZVThread::StartThread|Error creating thread!"));
     EXPECT_TRUE(thread.Start(0, false, 0));
 }
 
-TEST_F(ZVThreadTest, AbandonsAThreadThatDoesNotStop)
+TEST(ZVThread, AbandonsAThreadThatDoesNotStop)
 {
-    ZVEvent isRunning(false);
     ZVEvent mayEnd(false);
     std::atomic<bool> isStoppedInBody = false;
     int32_t questions = 0;
     BodyThread thread;
     thread.Body = [&]
     {
-        isRunning.Signal();
         mayEnd.Wait(NoLimit);
         isStoppedInBody = thread.GetStopFlag() && thread.Wait();
     };
     thread.MayAbandon = [&questions] { return ++questions == 3; };
-    thread.Start(0, false, 0);
-    isRunning.Wait(NoLimit);
-
+    thread.StartAndAwaitBody();
     testing::internal::CaptureStderr();
+    FakeTools tools;
+    g_pZVTools = &tools;
     EXPECT_FALSE(thread.Stop(0));
+    g_pZVTools = nullptr;
     const std::string line = "Hard killing thread \\(handle=[0-9a-f]+\\), it exceeded timeout=0 MS";
     EXPECT_THAT(testing::internal::GetCapturedStderr(), MatchesRegex(line + "\n"));
-    EXPECT_THAT(m_tools.Manager.Lines, ElementsAre(MatchesRegex("1\\|ZVThread::Stop\\|" + line)));
+    EXPECT_THAT(tools.Manager.Lines, ElementsAre(MatchesRegex("1\\|ZVThread::Stop\\|" + line)));
     EXPECT_EQ(questions, 3);
     EXPECT_FALSE(thread.IsRunning() || thread.IsInRun());
 
     // The old thread knows that it is to end when a new one runs, and leaves the new one's state alone.
     thread.Body = [&thread] { thread.Wait(); };
-    thread.Start(0, false, 0);
-    const uint64_t second = thread.GetHandle();
+    thread.StartAndAwaitBody();
     mayEnd.Signal();
-    AwaitExits(1);
-    EXPECT_TRUE(isStoppedInBody);
-    EXPECT_EQ(thread.GetHandle(), second);
-    EXPECT_FALSE(thread.GetFinished());
+    Await([] { return s_alive == 1; });
+    EXPECT_TRUE(isStoppedInBody && thread.IsRunning() && !thread.GetFinished());
     EXPECT_TRUE(thread.Stop(NoLimit));
 }
 
-TEST_F(ZVThreadTest, AnAbandonedWaitKeepsItsEvent)
+TEST(ZVThread, AnAbandonedWaitKeepsItsEvent)
 {
-    ZVEvent isRunning(true);
     BodyThread thread;
     thread.SetTimeout(0);
-    thread.Body = [&]
-    {
-        isRunning.Signal();
-        EXPECT_TRUE(thread.Wait());
-    };
+    thread.Body = [&thread] { EXPECT_TRUE(thread.Wait()); };
     testing::internal::CaptureStderr();
     for (int32_t round = 0; round < 20; ++round)
     {
-        thread.Start(0, false, 0);
-        isRunning.Wait(NoLimit);
+        thread.StartAndAwaitBody();
         thread.Stop(NoLimit);
     }
     testing::internal::GetCapturedStderr();
-    AwaitExits(20);
 }
 
-TEST_F(ZVThreadTest, ABodyThatStopsItselfOnlySetsTheFlag)
+TEST(ZVThread, ABodyThatStopsItselfOnlySetsTheFlag)
 {
     BodyThread thread;
     thread.Body = [&thread]
@@ -223,7 +198,7 @@ TEST_F(ZVThreadTest, ABodyThatStopsItselfOnlySetsTheFlag)
     EXPECT_EQ(thread.GetStartedCount(), 1);
 }
 
-TEST_F(ZVThreadTest, WaitsForTheStopFlagForTheOtherThreadOrForTheTime)
+TEST(ZVThread, WaitsForTheStopFlagForTheOtherThreadOrForTheTime)
 {
     BodyThread other;
     other.Start(0, false, 0);
@@ -248,7 +223,7 @@ TEST_F(ZVThreadTest, WaitsForTheStopFlagForTheOtherThreadOrForTheTime)
 }
 
 // Nobody waits for a thread that somebody else has started in the meantime: that one has no reason to end.
-TEST_F(ZVThreadTest, MayBeStartedAndStoppedFromAnyThread)
+TEST(ZVThread, MayBeStartedAndStoppedFromAnyThread)
 {
     BodyThread thread;
     thread.SetPollInterval(0);
@@ -265,6 +240,6 @@ TEST_F(ZVThreadTest, MayBeStartedAndStoppedFromAnyThread)
     startAndStop();
     other.join();
     thread.Stop(NoLimit);
-    EXPECT_EQ(s_runs, thread.GetStartedCount());
+    EXPECT_EQ(thread.Bodies, thread.GetStartedCount());
 }
 }
