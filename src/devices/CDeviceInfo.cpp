@@ -7,12 +7,10 @@ namespace
 constexpr int32_t AnyType = -1;
 
 // In these expressions of the main application the character 1 separates the parts.
-constexpr wchar_t MatchKey[] =
-    L"If(IsEqual([Media Type], Image), [Name]\1[File Size, 0]\1, [Name]\1Clean([Artist], 1)\1[Album]\1[Genre]\1FormatNumber([Track #, 0])\1"
-    L"[Media Type]\1)";
-constexpr wchar_t MatchKeyWithTrackNumbers[] =
-    L"If(IsEqual([Media Type], Image), Clean([Name], 3)\1[File Size, 0]\1, [Name]\1Clean([Artist], 2)\1[Album]\1[Genre]\1TrackNumber()\1"
-    L"[Media Type]\1)";
+constexpr wchar_t MatchKey[] = L"If(IsEqual([Media Type], Image), [Name]\1[File Size, 0]\1, "
+                               L"[Name]\1Clean([Artist], 1)\1[Album]\1[Genre]\1FormatNumber([Track #, 0])\1[Media Type]\1)";
+constexpr wchar_t MatchKeyWithTrackNumbers[] = L"If(IsEqual([Media Type], Image), Clean([Name], 3)\1[File Size, 0]\1, "
+                                               L"[Name]\1Clean([Artist], 2)\1[Album]\1[Genre]\1TrackNumber()\1[Media Type]\1)";
 constexpr wchar_t ChangeKeyWithTrackNumbers[] = L"If(IsEqual([Media Type], Image), , [Rating]\1[Composer]\1)";
 
 struct Default

@@ -2,10 +2,7 @@
 
 #include "support/PropertyLines.h"
 
-#include <cstdlib>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 
 namespace
 {
@@ -13,20 +10,6 @@ namespace fs = std::filesystem;
 
 constexpr char ResultName[] = "result/film.xml";
 constexpr char LogName[] = "worker.log";
-}
-
-FilmFolder::FilmFolder() : m_before(fs::current_path())
-{
-    std::string path = (fs::temp_directory_path() / "zv-films-XXXXXX").string();
-    m_folder = mkdtemp(path.data());
-    fs::current_path(m_folder);
-}
-
-FilmFolder::~FilmFolder()
-{
-    fs::current_path(m_before);
-    std::error_code ignored;
-    fs::remove_all(m_folder, ignored);
 }
 
 bool FilmFolder::IsUsable()
@@ -45,23 +28,12 @@ void FilmFolder::Make(const std::string& arguments)
     RunProgram("ffmpeg -v error -y " + arguments);
 }
 
-std::string FilmFolder::Read(const std::string& name)
-{
-    std::ifstream file(name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void FilmFolder::Write(const std::string& name, const std::string& content)
-{
-    std::ofstream(name, std::ios::binary) << content;
-}
-
-FilmAnalysis FilmFolder::Analyze(const std::string& name, std::vector<std::string> environment) const
+FilmAnalysis FilmFolder::Analyze(const std::string& name, std::vector<std::string> environment)
 {
     fs::remove(ResultName);
     fs::remove(LogName);
-    environment.push_back("ZV_DATA_DIR=" + (m_folder / "data").string());
-    environment.push_back("ZV_LOG_FILE=" + (m_folder / LogName).string());
+    environment.push_back("ZV_DATA_DIR=" + fs::absolute("data").string());
+    environment.push_back("ZV_LOG_FILE=" + fs::absolute(LogName).string());
 
     FilmAnalysis analysis;
     analysis.Run = RunWorker({"/AnalyzeVideoExtended", name, ResultName}, environment);

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "RunWorker.h"
+#include "WorkFolder.h"
 
-#include <filesystem>
 #include <set>
 #include <string>
 #include <vector>
@@ -16,33 +16,20 @@ struct FilmAnalysis
     std::string Log;
 };
 
-// A temporary folder, and the working folder of the process while it lives, in which films are made with the system's tools and
-// analyzed by the real worker.
-class FilmFolder
+// A folder in which films are made with the system's tools and analyzed by the real worker.
+class FilmFolder : public WorkFolder
 {
 public:
-    FilmFolder();
-    ~FilmFolder();
-    FilmFolder(const FilmFolder&) = delete;
-    FilmFolder& operator=(const FilmFolder&) = delete;
-
     // Whether the programs that make films are there, and the libraries that read them.
     static bool IsUsable();
 
-    // Runs a program in the folder and expects that it succeeds.
+    // Runs a program in the working folder and expects that it succeeds.
     static void RunProgram(const std::string& commandLine);
     // Runs ffmpeg with arguments; the last is the film.
     static void Make(const std::string& arguments);
 
-    static std::string Read(const std::string& name);
-    static void Write(const std::string& name, const std::string& content);
-
-    // Has the worker analyze a film, with more settings of the environment.
-    FilmAnalysis Analyze(const std::string& name, std::vector<std::string> environment = {}) const;
-
-private:
-    std::filesystem::path m_before;
-    std::filesystem::path m_folder;
+    // Has the worker analyze a film of the working folder, with more settings of the environment.
+    static FilmAnalysis Analyze(const std::string& name, std::vector<std::string> environment = {});
 };
 
 // ffmpeg's arguments for three seconds of moving picture and of sound.

@@ -5,14 +5,12 @@
 
 namespace
 {
-using testing::HasSubstr;
 using testing::MatchesRegex;
-using testing::StartsWith;
 
-constexpr char ReportPattern[] = "(.|\n)*Total time: [0-9]+ ms\nResult: -1\n";
+constexpr char ReportPattern[] = "Total time: [0-9]+ ms\nResult: -1\n";
 
 constexpr char Usage[] =
-    "Example usage:\n"
+    "\n\nExample usage:\n"
     "Example thumbnail: ZVWorker.exe /Thumbnail \"c:\\Video.mpg\" \"c:\\Video Thumb.png\" \"c:\\Metadata.xml\" 5000\n"
     "Example analyze: ZVWorker.exe /AnalyzeDX \"c:\\Video.mpg\" \"c:\\Video.xml\"\n"
     "Example analyze: ZVWorker.exe /AnalyzeRP \"c:\\Video.rv\" \"c:\\Video.xml\" \"c:\\RPFailureCount.xml\"\n"
@@ -28,65 +26,33 @@ TEST(Report, TestPrintsTheTwoLinesAndFails)
     {
         const WorkerRun run = RunWorker(arguments);
         EXPECT_EQ(run.Status, 255);
-        EXPECT_THAT(run.Output, MatchesRegex("Total time: [0-9]+ ms\nResult: -1\n"));
+        EXPECT_THAT(run.Output, MatchesRegex(ReportPattern));
         EXPECT_EQ(run.Error, "");
     }
+    EXPECT_EQ(RunWorker({"/Test"}, {}, false).Status, 255) << "without an output too";
 }
 
 TEST(Report, AnUnknownCommandIsNamedAndExplained)
 {
-    const std::string longText(100'000, 'x');
-    const struct
+    const auto expectName =
+        [](const std::vector<std::string>& arguments, const std::string& name, const char* locale = "LC_ALL=C.UTF-8")
     {
-        const char* Name;
-        std::vector<std::string> Arguments;
-        std::string Joined;
-    } rows[] = {
-        {"no arguments",                      {},                    ""                  },
-        {"unknown",                           {"/AnalyzeDX", "a b"}, "/AnalyzeDX \"a b\""},
-        {"too few arguments",                 {"/Thumbnail", "a"},   "/Thumbnail a"      },
-        {"long",                              {longText},            longText            },
-        {"percent signs print as themselves", {"%s%n%d"},            "%s%n%d"            },
-    };
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE(row.Name);
-        const WorkerRun run = RunWorker(row.Arguments);
+        const WorkerRun run = RunWorker(arguments, {locale});
         EXPECT_EQ(run.Status, 255);
-        EXPECT_THAT(run.Output, StartsWith("Unknown command '" + row.Joined + "'\n\n" + Usage + "Total time: "));
-        EXPECT_THAT(run.Output, MatchesRegex(ReportPattern));
-    }
-}
-
-TEST(Report, ACharacterOutsideTheLocaleCostsNoMoreThanItself)
-{
-    const struct
-    {
-        const char* Name;
-        const char* Locale;
-        const char* Argument;
-        const char* Printed;
-    } rows[] = {
-        {"UTF-8 prints it",          "LC_ALL=C.UTF-8", "/T\xc3\xa4st\xe6\x97\xa5", "'/T\xc3\xa4st\xe6\x97\xa5'"},
-        {"the C locale cannot",      "LC_ALL=C",       "/T\xc3\xa4st\xe6\x97\xa5", "'/T?st?'"                  },
-        {"no locale at all",         "ZV_UNUSED=1",    "\xc3\xa4",                 "'?'"                       },
-        {"above the basic plane",    "LC_ALL=C.UTF-8", "\xf0\x9f\x98\x80",         "'?'"                       },
-        {"half of a surrogate pair", "LC_ALL=C.UTF-8", "\xed\xa0\x80",             "'?'"                       },
+        const std::string expected = "Unknown command '" + name + "'" + Usage;
+        EXPECT_EQ(run.Output.substr(0, expected.size()), expected);
+        EXPECT_THAT(run.Output.substr(std::min(expected.size(), run.Output.size())), MatchesRegex(ReportPattern));
     };
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE(row.Name);
-        const WorkerRun run = RunWorker({row.Argument}, {row.Locale});
-        EXPECT_EQ(run.Status, 255);
-        EXPECT_THAT(run.Output, HasSubstr(row.Printed));
-        EXPECT_THAT(run.Output, MatchesRegex(ReportPattern));
-    }
+    expectName({}, "");
+    expectName({"/AnalyzeDX", "a b"}, "/AnalyzeDX \"a b\"");
+    expectName({"/Thumbnail", "too few"}, "/Thumbnail \"too few\"");
+    expectName({"%s%n%d"}, "%s%n%d");
+    expectName({std::string(100'000, 'x')}, std::string(100'000, 'x'));
+    // A character that cannot be printed costs no more than itself.
+    expectName({"/T\xc3\xa4st\xe6\x97\xa5"}, "/T\xc3\xa4st\xe6\x97\xa5");
+    expectName({"/T\xc3\xa4st\xe6\x97\xa5"}, "/T?st?", "LC_ALL=C");
+    expectName({"\xc3\xa4"}, "?", "ZV_UNUSED=1");
+    expectName({"above the basic plane: \xf0\x9f\x98\x80"}, "\"above the basic plane: ?\"");
+    expectName({"half of a pair: \xed\xa0\x80"}, "\"half of a pair: ?\"");
 }
-
-TEST(Report, StandsLastWhateverTheOutputIs)
-{
-    EXPECT_THAT(RunWorker({"nonsense"}, {}, OutputKind::File).Output, MatchesRegex(ReportPattern));
-    EXPECT_EQ(RunWorker({"nonsense"}, {}, OutputKind::Closed).Status, 255);
-}
-
 }

@@ -27,23 +27,6 @@ std::string ReadAll(int descriptor)
     close(descriptor);
     return text;
 }
-
-// A file in memory, read from its start once the child has ended.
-class MemoryFile
-{
-public:
-    MemoryFile() : m_descriptor(memfd_create("worker-output", MFD_CLOEXEC)) {}
-
-    int Get() const { return m_descriptor; }
-    std::string TakeContent()
-    {
-        lseek(m_descriptor, 0, SEEK_SET);
-        return ReadAll(m_descriptor);
-    }
-
-private:
-    int m_descriptor;
-};
 }
 
 std::string GetWorkerProgram()
@@ -52,7 +35,7 @@ std::string GetWorkerProgram()
     return fromEnvironment != nullptr ? fromEnvironment : ZV_WORKER_PROGRAM;
 }
 
-WorkerRun RunWorker(const std::vector<std::string>& arguments, const std::vector<std::string>& environment, OutputKind output)
+WorkerRun RunWorker(const std::vector<std::string>& arguments, const std::vector<std::string>& environment, bool hasOutput)
 {
     const std::string program = GetWorkerProgram();
     std::vector<std::string> commandLine = {program};
@@ -62,36 +45,31 @@ WorkerRun RunWorker(const std::vector<std::string>& arguments, const std::vector
         if (const char* value = getenv(name))
             settings.push_back(std::string(name) + "=" + value);
 
-    MemoryFile errorFile;
-    MemoryFile outputFile;
-    int pipeEnds[2] = {-1, -1};
-    if (output == OutputKind::Pipe && pipe2(pipeEnds, O_CLOEXEC) != 0)
+    int pipeEnds[2];
+    if (pipe2(pipeEnds, O_CLOEXEC) != 0)
         return {};
+    const int errors = memfd_create("worker-errors", MFD_CLOEXEC);
     const std::vector<char*> argv = AsPointers(commandLine);
     const std::vector<char*> envp = AsPointers(settings);
     const pid_t child = fork();
     if (child == 0)
     {
-        dup2(errorFile.Get(), STDERR_FILENO);
-        if (output == OutputKind::Closed)
-            close(STDOUT_FILENO);
+        dup2(errors, STDERR_FILENO);
+        if (hasOutput)
+            dup2(pipeEnds[1], STDOUT_FILENO);
         else
-            dup2(output == OutputKind::Pipe ? pipeEnds[1] : outputFile.Get(), STDOUT_FILENO);
+            close(STDOUT_FILENO);
         signal(SIGCHLD, SIG_IGN);
         execve(program.c_str(), argv.data(), envp.data());
         _exit(127);
     }
+    close(pipeEnds[1]);
     WorkerRun run;
-    if (output == OutputKind::Pipe)
-    {
-        close(pipeEnds[1]);
-        run.Output = ReadAll(pipeEnds[0]);
-    }
+    run.Output = ReadAll(pipeEnds[0]);
     int status = 0;
     waitpid(child, &status, 0);
     run.Status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    run.Error = errorFile.TakeContent();
-    if (const std::string written = outputFile.TakeContent(); output == OutputKind::File)
-        run.Output = written;
+    lseek(errors, 0, SEEK_SET);
+    run.Error = ReadAll(errors);
     return run;
 }

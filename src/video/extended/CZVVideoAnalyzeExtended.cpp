@@ -10,6 +10,7 @@
 #include "video/extended/ZVSamplePositions.h"
 #include "video/extended/ZVStreamFacts.h"
 
+#include <cstddef>
 #include <string>
 
 namespace
@@ -192,13 +193,14 @@ void CZVVideoAnalyzeExtended::WriteMainStream()
                          PrimariesName(parameters.color_primaries, m_codec.av_color_primaries_name(parameters.color_primaries)));
     ZVHDRFacts::ApplyTransfer(Properties, parameters.color_trc);
 
-    // The structures of the libraries grow at their ends, so what is read of them must be there.
+    // The structures of the libraries grow at their ends from one minor version to the next, so what is read of them must be
+    // there, and no more than that.
     const void* const mastering =
         ZVStreamFacts::FindSideData(parameters, AV_PKT_DATA_MASTERING_DISPLAY_METADATA, sizeof(AVMasteringDisplayMetadata));
     if (mastering != nullptr)
         ZVHDRFacts::ApplyHdrMetadata(Properties, m_codec, static_cast<const AVMasteringDisplayMetadata*>(mastering), nullptr);
-    const void* const dolbyVision =
-        ZVStreamFacts::FindSideData(parameters, AV_PKT_DATA_DOVI_CONF, sizeof(AVDOVIDecoderConfigurationRecord));
+    const void* const dolbyVision = ZVStreamFacts::FindSideData(
+        parameters, AV_PKT_DATA_DOVI_CONF, offsetof(AVDOVIDecoderConfigurationRecord, dv_bl_signal_compatibility_id) + 1);
     if (dolbyVision != nullptr)
         ZVHDRFacts::ApplyDolbyVision(Properties, *static_cast<const AVDOVIDecoderConfigurationRecord*>(dolbyVision));
 }

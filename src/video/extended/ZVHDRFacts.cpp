@@ -57,6 +57,15 @@ constexpr uint8_t ProfileWithCompatibility = 8;
 // Code values have 12 bits.
 constexpr uint16_t LargestPQ = 4095;
 
+// The luminance of a 12-bit code value by the transfer function of SMPTE ST 2084, in nits.
+int32_t GetNitsOfPQ(uint16_t value)
+{
+    // The constants of the standard: 1/m2, c1, c2, c3, 1/m1. Single precision, as the players that show the value compute it.
+    const float power = std::pow(static_cast<float>(std::min(value, LargestPQ)) / LargestPQ, 0.012683313f);
+    const float linear = std::max(power - 0.8359375f, 0.0f) / (18.8515625f - 18.6875f * power);
+    return static_cast<int32_t>(std::round(10000.0f * std::pow(linear, 6.2773948f)));
+}
+
 ZVString GetFormat(const AVDOVIDecoderConfigurationRecord& config)
 {
     for (const DolbyVisionProfile& profile : DolbyVisionProfiles)
@@ -164,12 +173,4 @@ void ZVHDRFacts::ApplyDolbyVision(ZVPropertyMap& properties, const AVDOVIMetadat
     const uint16_t peak = av_dovi_get_color(&metadata)->source_max_pq;
     if (peak != 0)
         properties.SetInt(PeakLuminance, GetNitsOfPQ(peak));
-}
-
-int32_t ZVHDRFacts::GetNitsOfPQ(uint16_t value)
-{
-    // The constants of the standard: 1/m2, c1, c2, c3, 1/m1. Single precision, as the players that show the value compute it.
-    const float power = std::pow(static_cast<float>(std::min(value, LargestPQ)) / LargestPQ, 0.012683313f);
-    const float linear = std::max(power - 0.8359375f, 0.0f) / (18.8515625f - 18.6875f * power);
-    return static_cast<int32_t>(std::round(10000.0f * std::pow(linear, 6.2773948f)));
 }

@@ -26,7 +26,4 @@ void ApplyDynamic(ZVPropertyMap& properties);
 void ApplyDolbyVision(ZVPropertyMap& properties, const AVDOVIDecoderConfigurationRecord& config);
 // Dolby Vision from the metadata of a frame. A format from the record stays; the peak luminance is set in any case.
 void ApplyDolbyVision(ZVPropertyMap& properties, const AVDOVIMetadata& metadata);
-
-// The luminance of a 12-bit code value by the transfer function of SMPTE ST 2084, in nits.
-int32_t GetNitsOfPQ(uint16_t value);
 }

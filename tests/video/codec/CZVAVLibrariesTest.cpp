@@ -5,7 +5,6 @@
 #include "core/ZVToolsPointer.h"
 
 #include <cstdlib>
-#include <dlfcn.h>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -50,29 +49,12 @@ private:
     ZVString m_data;
 };
 
-template <class Function>
-std::string LibraryOf(Function* function)
-{
-    Dl_info information = {};
-    dladdr(reinterpret_cast<void*>(function), &information);
-    return fs::path(information.dli_fname != nullptr ? information.dli_fname : "").filename();
-}
-
 TEST(CZVAVLibraries, TakesASetThatHasEveryFunction)
 {
     const InstalledSet set(ZV_FAKE_CODEC_LIBRARIES "/complete");
     const CZVAVLibraries codec;
     EXPECT_TRUE(codec.Loaded);
     EXPECT_THAT(set.Manager.Lines, testing::Not(testing::Contains(testing::HasSubstr("CZVAVLibraries"))));
-    // The first and the last of each family come out of its own library.
-    EXPECT_EQ(LibraryOf(codec.av_log_set_callback), FileNames[0]);
-    EXPECT_EQ(LibraryOf(codec.av_strerror), FileNames[0]);
-    EXPECT_EQ(LibraryOf(codec.swr_alloc_set_opts2), FileNames[1]);
-    EXPECT_EQ(LibraryOf(codec.av_init_packet), FileNames[2]);
-    EXPECT_EQ(LibraryOf(codec.avcodec_get_hw_config), FileNames[2]);
-    EXPECT_EQ(LibraryOf(codec.av_read_frame), FileNames[3]);
-    EXPECT_EQ(LibraryOf(codec.sws_freeContext), FileNames[4]);
-    EXPECT_EQ(LibraryOf(codec.av_buffersrc_write_frame), FileNames[5]);
     void* const binding = reinterpret_cast<void*>(codec.av_frame_alloc);
     EXPECT_EQ(reinterpret_cast<void*>(CZVAVLibraries().av_frame_alloc), binding) << "the code stays when an object goes";
 }
@@ -96,18 +78,14 @@ TEST(CZVAVLibraries, RefusesASetThatLacksALibrary)
         SCOPED_TRACE(missing);
         const InstalledSet set(ZV_FAKE_CODEC_LIBRARIES "/complete");
         // The next version of it is another library.
-        const fs::path path = set.PathOf(missing);
-        fs::rename(path, path.parent_path() / (path.stem().string() + ".99"));
+        fs::rename(set.PathOf(missing), set.PathOf(missing).replace_extension("99"));
         EXPECT_FALSE(CZVAVLibraries().Loaded);
         EXPECT_THAT(set.Manager.Lines, testing::Contains(testing::HasSubstr(missing)));
     }
-}
-
-TEST(CZVAVLibraries, TakesNothingFromElsewhereWhenTheFolderIsThere)
-{
-    const InstalledSet set;
+    // Nothing is taken from elsewhere when the folder is there.
+    const InstalledSet empty;
     EXPECT_FALSE(CZVAVLibraries().Loaded);
     for (const char* file : FileNames)
-        EXPECT_THAT(set.Manager.Lines, testing::Contains(testing::HasSubstr(set.PathOf(file).string())));
+        EXPECT_THAT(empty.Manager.Lines, testing::Contains(testing::HasSubstr(empty.PathOf(file).string())));
 }
 }

@@ -16,26 +16,16 @@ __attribute__((format(printf, 3, 4))) void Write(void* context, int level, const
     va_end(arguments);
 }
 
-class CZVVideoAnalyzeExtendedLog : public testing::Test
+TEST(CZVVideoAnalyzeExtendedLog, KeepsWarningsAndWorseOnLinesOfTheirOwn)
 {
-protected:
-    CZVVideoAnalyzeExtendedLog() { g_pZVTools = &m_tools; }
-    ~CZVVideoAnalyzeExtendedLog() override { g_pZVTools = nullptr; }
-
-    FakeTools m_tools;
-};
-
-TEST_F(CZVVideoAnalyzeExtendedLog, KeepsWarningsAndWorseOnLinesOfTheirOwn)
-{
+    FakeTools tools;
+    g_pZVTools = &tools;
+    const std::string text(3000, 'x');
     Write(nullptr, AV_LOG_WARNING, "%s of %d%%\n\n", "damage", 100);
     Write(nullptr, AV_LOG_PANIC, "%s", "");
     Write(nullptr, AV_LOG_WARNING + 1, "dropped");
-    EXPECT_THAT(m_tools.Manager.Lines, testing::ElementsAre("512|CZVVideoAnalyzeExtended::AVLog|damage of 100%\n",
-                                                            "512|CZVVideoAnalyzeExtended::AVLog|"));
-}
+    Write(nullptr, AV_LOG_ERROR, "%s\n", text.c_str());
 
-TEST_F(CZVVideoAnalyzeExtendedLog, NamesWhoSpeaks)
-{
     struct
     {
         const AVClass* Class = nullptr;
@@ -45,15 +35,12 @@ TEST_F(CZVVideoAnalyzeExtendedLog, NamesWhoSpeaks)
     avClass.item_name = [](void*) { return "h264"; };
     context.Class = &avClass;
     Write(&context, AV_LOG_ERROR, "%%s is no format here");
-    char expected[100];
-    snprintf(expected, sizeof expected, "|[h264 @ %p] %%s is no format here", static_cast<void*>(&context));
-    EXPECT_THAT(m_tools.Manager.Lines, testing::ElementsAre(testing::EndsWith("|no class yet"), testing::EndsWith(expected)));
-}
+    g_pZVTools = nullptr;
 
-TEST_F(CZVVideoAnalyzeExtendedLog, CutsWhatIsTooLong)
-{
-    const std::string text(3000, 'x');
-    Write(nullptr, AV_LOG_ERROR, "%s\n", text.c_str());
-    EXPECT_THAT(m_tools.Manager.Lines, testing::ElementsAre(testing::EndsWith("|" + text.substr(0, 2047))));
+    char speaker[100];
+    snprintf(speaker, sizeof speaker, "[h264 @ %p] ", static_cast<void*>(&context));
+    const std::string scope = "512|CZVVideoAnalyzeExtended::AVLog|";
+    EXPECT_THAT(tools.Manager.Lines, testing::ElementsAre(scope + "damage of 100%\n", scope, scope + text.substr(0, 2047),
+                                                          scope + "no class yet", scope + speaker + "%s is no format here"));
 }
 }

@@ -7,7 +7,16 @@ namespace
 {
 using Lines = std::set<std::string>;
 
-using ZVHDRFactsTest = RealCodec;
+class ZVHDRFactsTest : public RealCodec
+{
+protected:
+    Lines Apply(const AVMasteringDisplayMetadata* mastering, const AVContentLightMetadata* light = nullptr) const
+    {
+        ZVPropertyMap properties;
+        ZVHDRFacts::ApplyHdrMetadata(properties, m_codec, mastering, light);
+        return GetLines(properties);
+    }
+};
 
 // Side data of a frame, laid out as the libraries do: the parts behind the record that has their places.
 struct DolbyVisionFrame
@@ -23,247 +32,139 @@ struct DolbyVisionFrame
         Metadata.mapping_offset = offsetof(DolbyVisionFrame, Mapping);
         Metadata.color_offset = offsetof(DolbyVisionFrame, Color);
     }
+
+    // What it makes of a property.
+    Lines ApplyTo(const wchar_t* key, const wchar_t* value) const
+    {
+        ZVPropertyMap properties;
+        properties.SetString(key, value, true);
+        ZVHDRFacts::ApplyDolbyVision(properties, Metadata);
+        return GetLines(properties);
+    }
 };
 
-ZVPropertyMap WithFormat(const wchar_t* format)
+TEST_F(ZVHDRFactsTest, LuminanceIsInWholeNits)
 {
-    ZVPropertyMap properties;
-    if (*format != 0)
-        properties.SetString(L"HDR Format", format);
-    return properties;
-}
-
-TEST(ZVHDRFacts, TheTransferFunctionTellsTheFormat)
-{
-    const struct
+    const auto apply = [this](AVRational luminance, bool isThere = true)
     {
-        AVColorTransferCharacteristic Transfer;
-        Lines Expected;
-    } rows[] = {
-        {AVCOL_TRC_SMPTE2084,    {"HDR Format=HDR10"}},
-        {AVCOL_TRC_ARIB_STD_B67, {"HDR Format=HLG"}  },
-        {AVCOL_TRC_SMPTE428,     {}                  },
-        {AVCOL_TRC_BT2020_10,    {}                  },
-    };
-    for (const auto& row : rows)
-    {
-        ZVPropertyMap properties;
-        ZVHDRFacts::ApplyTransfer(properties, row.Transfer);
-        EXPECT_EQ(GetLines(properties), row.Expected) << row.Transfer;
-    }
-}
-
-TEST_F(ZVHDRFactsTest, MasteringLuminanceIsCutToWholeNits)
-{
-    const struct
-    {
-        const char* Name;
-        int HasLuminance;
-        AVRational Luminance;
-        Lines Expected;
-    } rows[] = {
-        {"as discs have it",     1, {10'000'000, 10'000}, {"HDR Mastering Luminance=1000"}      },
-        {"cut, not rounded",     1, {39'999, 10},         {"HDR Mastering Luminance=3999"}      },
-        {"a wrong unit",         1, {10, 1},              {}                                    },
-        {"just above",           1, {100'001, 10'000},    {"HDR Mastering Luminance=10"}        },
-        {"negative",             1, {-1000, 1},           {}                                    },
-        {"no denominator",       1, {1000, 0},            {}                                    },
-        {"both signs",           1, {INT32_MIN, -1},      {"HDR Mastering Luminance=2147483648"}},
-        {"said not to be there", 0, {10'000'000, 10'000}, {}                                    },
-    };
-    for (const auto& row : rows)
-    {
-        ZVPropertyMap properties;
         AVMasteringDisplayMetadata mastering {};
-        mastering.has_luminance = row.HasLuminance;
-        mastering.max_luminance = row.Luminance;
-        ZVHDRFacts::ApplyHdrMetadata(properties, m_codec, &mastering, nullptr);
-        EXPECT_EQ(GetLines(properties), row.Expected) << row.Name;
-    }
+        mastering.has_luminance = isThere;
+        mastering.max_luminance = luminance;
+        return Apply(&mastering);
+    };
+    EXPECT_EQ(apply({39'999, 10}), Lines({"HDR Mastering Luminance=3999"})) << "cut, not rounded";
+    EXPECT_EQ(apply({39'999, 10}, false), Lines());
+    EXPECT_EQ(apply({100'001, 10'000}), Lines({"HDR Mastering Luminance=10"}));
+    EXPECT_EQ(apply({10, 1}), Lines()) << "a wrong unit";
+    EXPECT_EQ(apply({-1000, 1}), Lines());
+    EXPECT_EQ(apply({1000, 0}), Lines());
+    EXPECT_EQ(apply({INT32_MIN, -1}), Lines({"HDR Mastering Luminance=2147483648"}));
+
+    const AVContentLightMetadata peak {UINT32_MAX, 0};
+    EXPECT_EQ(Apply(nullptr, &peak), Lines({"HDR Peak Luminance=4294967295"}));
+    const AVContentLightMetadata average {0, 1};
+    EXPECT_EQ(Apply(nullptr, &average), Lines({"HDR Average Luminance=1"}));
 }
 
-TEST_F(ZVHDRFactsTest, MasteringPrimariesAreNamedByTheirPlaces)
+TEST_F(ZVHDRFactsTest, MasteringPrimariesNeedAllOfTheirPlaces)
 {
-    // Red, green, blue and white in units of 0.00002, as a bit stream has them.
-    // clang-format off
-    const struct
-    {
-        const char* Name;
-        int Places[4][2];
-        int Unit;
-        const char* Expected;
-    } rows[] = {
-        {"BT.2020",        {{35400, 14600}, {8500, 39850}, {6550, 2300}, {15635, 16450}}, 50000, "BT.2020"},
-        {"P3, white D65",  {{34000, 16000}, {13250, 34500}, {7500, 3000}, {15635, 16450}}, 50000, "Display P3"},
-        {"P3, theatrical", {{34000, 16000}, {13250, 34500}, {7500, 3000}, {15700, 17550}}, 50000, "DCI P3"},
-        {"BT.709",         {{32000, 16500}, {15000, 30000}, {7500, 3000}, {15635, 16450}}, 50000, "BT.709"},
-        {"wrong order",    {{8500, 39850}, {6550, 2300}, {35400, 14600}, {15635, 16450}}, 50000, nullptr},
-        {"no denominator", {{35400, 14600}, {8500, 39850}, {6550, 2300}, {15635, 16450}}, 0, nullptr},
+    AVMasteringDisplayMetadata mastering {};
+    const int places[3][2] = {
+        {35400, 14600},
+        {8500,  39850},
+        {6550,  2300 }
     };
-    // clang-format on
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE(row.Name);
-        ZVPropertyMap properties;
-        AVMasteringDisplayMetadata mastering {};
-        mastering.has_primaries = 1;
+    for (size_t color = 0; color < 3; ++color)
         for (size_t axis = 0; axis < 2; ++axis)
-        {
-            for (size_t color = 0; color < 3; ++color)
-                mastering.display_primaries[color][axis] = {row.Places[color][axis], row.Unit};
-            mastering.white_point[axis] = {row.Places[3][axis], row.Unit};
-        }
-        ZVHDRFacts::ApplyHdrMetadata(properties, m_codec, &mastering, nullptr);
-        const std::string line = std::string("HDR Mastering Color Space=") + (row.Expected != nullptr ? row.Expected : "");
-        EXPECT_EQ(GetLines(properties), row.Expected != nullptr ? Lines({line}) : Lines());
-
-        mastering.has_primaries = 0;
-        ZVPropertyMap none;
-        ZVHDRFacts::ApplyHdrMetadata(none, m_codec, &mastering, nullptr);
-        EXPECT_EQ(GetLines(none), Lines());
-    }
-}
-
-TEST_F(ZVHDRFactsTest, LightLevelsOfZeroAreNotKnown)
-{
-    const struct
+            mastering.display_primaries[color][axis] = {places[color][axis], 50000};
+    mastering.white_point[0] = {15635, 50000};
+    mastering.white_point[1] = {16450, 50000};
+    EXPECT_EQ(Apply(&mastering), Lines()) << "they are said not to be there";
+    mastering.has_primaries = 1;
+    EXPECT_EQ(Apply(&mastering), Lines({"HDR Mastering Color Space=BT.2020"}));
+    for (AVRational* const place : {&mastering.display_primaries[2][1], &mastering.white_point[0]})
     {
-        AVContentLightMetadata Light;
-        Lines Expected;
-    } rows[] = {
-        {{1000, 400},     {"HDR Peak Luminance=1000", "HDR Average Luminance=400"}},
-        {{0, 400},        {"HDR Average Luminance=400"}                           },
-        {{1, 0},          {"HDR Peak Luminance=1"}                                },
-        {{UINT32_MAX, 0}, {"HDR Peak Luminance=4294967295"}                       },
-        {{0, 0},          {}                                                      },
-    };
-    for (const auto& row : rows)
-    {
-        ZVPropertyMap properties;
-        ZVHDRFacts::ApplyHdrMetadata(properties, m_codec, nullptr, &row.Light);
-        EXPECT_EQ(GetLines(properties), row.Expected);
+        place->den = 0;
+        EXPECT_EQ(Apply(&mastering), Lines());
+        place->den = 50000;
     }
+    std::swap(mastering.display_primaries[0], mastering.display_primaries[1]);
+    EXPECT_EQ(Apply(&mastering), Lines());
 }
 
 TEST(ZVHDRFacts, DynamicMetadataMakesHDR10TheBetterFormat)
 {
-    const struct
+    const auto apply = [](const wchar_t* before)
     {
-        const wchar_t* Before;
-        const char* After;
-    } rows[] = {
-        {L"",                        "HDR10+"                 },
-        {L"HDR10",                   "HDR10+"                 },
-        {L"HDR10+",                  "HDR10+"                 },
-        {L"HLG",                     "HLG"                    },
-        {L"DolbyVision Profile 8.1", "DolbyVision Profile 8.1"},
-    };
-    for (const auto& row : rows)
-    {
-        ZVPropertyMap properties = WithFormat(row.Before);
+        ZVPropertyMap properties;
+        properties.SetString(L"HDR Format", before, true);
         ZVHDRFacts::ApplyDynamic(properties);
-        EXPECT_EQ(GetLines(properties), Lines({std::string("HDR Format=") + row.After}));
-    }
+        return properties.GetString(L"HDR Format");
+    };
+    EXPECT_EQ(apply(L""), L"HDR10+");
+    EXPECT_EQ(apply(L"HDR10"), L"HDR10+");
+    EXPECT_EQ(apply(L"HLG"), L"HLG");
+    EXPECT_EQ(apply(L"DolbyVision Profile 8.1"), L"DolbyVision Profile 8.1");
 }
 
 TEST(ZVHDRFacts, TheRecordOfTheContainerNamesTheProfile)
 {
-    const struct
+    const auto apply = [](uint8_t profile, uint8_t compatibility)
     {
-        uint8_t Profile;
-        uint8_t Compatibility;
-        Lines Expected;
-    } rows[] = {
-        {4,   2,   {"HDR Format=DolbyVision Profile 4"}                               },
-        {5,   0,   {"HDR Format=DolbyVision Profile 5 (ICtCp)", "Color Space=BT.2020"}},
-        {6,   1,   {"HDR Format=DolbyVision Profile 6, HDR10-compatible"}             },
-        {7,   6,   {"HDR Format=DolbyVision Profile 7, HDR10-compatible"}             },
-        {8,   1,   {"HDR Format=DolbyVision Profile 8.1, HDR10-compatible"}           },
-        {8,   2,   {"HDR Format=DolbyVision Profile 8.2"}                             },
-        {8,   4,   {"HDR Format=DolbyVision Profile 8.4, HLG-compatible"}             },
-        {8,   255, {"HDR Format=DolbyVision Profile 8.255"}                           },
-        {10,  4,   {"HDR Format=DolbyVision Profile 10"}                              },
-        {255, 0,   {"HDR Format=DolbyVision Profile 255"}                             },
-    };
-    for (const auto& row : rows)
-    {
-        ZVPropertyMap properties = WithFormat(L"HDR10");
+        ZVPropertyMap properties;
+        properties.SetString(L"HDR Format", L"HDR10");
         AVDOVIDecoderConfigurationRecord record {};
-        record.dv_profile = row.Profile;
-        record.dv_bl_signal_compatibility_id = row.Compatibility;
+        record.dv_profile = profile;
+        record.dv_bl_signal_compatibility_id = compatibility;
         ZVHDRFacts::ApplyDolbyVision(properties, record);
-        EXPECT_EQ(GetLines(properties), row.Expected);
-    }
+        return GetLines(properties);
+    };
+    EXPECT_EQ(apply(4, 2), Lines({"HDR Format=DolbyVision Profile 4"}));
+    EXPECT_EQ(apply(5, 0), Lines({"HDR Format=DolbyVision Profile 5 (ICtCp)", "Color Space=BT.2020"}));
+    EXPECT_EQ(apply(6, 1), Lines({"HDR Format=DolbyVision Profile 6, HDR10-compatible"}));
+    EXPECT_EQ(apply(7, 6), Lines({"HDR Format=DolbyVision Profile 7, HDR10-compatible"}));
+    EXPECT_EQ(apply(8, 1), Lines({"HDR Format=DolbyVision Profile 8.1, HDR10-compatible"}));
+    EXPECT_EQ(apply(8, 4), Lines({"HDR Format=DolbyVision Profile 8.4, HLG-compatible"}));
+    EXPECT_EQ(apply(8, 255), Lines({"HDR Format=DolbyVision Profile 8.255"}));
+    EXPECT_EQ(apply(255, 4), Lines({"HDR Format=DolbyVision Profile 255"}));
 }
 
 TEST(ZVHDRFacts, TheMetadataOfAFrameNamesTheProfileWhenTheContainerDoesNot)
 {
-    // clang-format off
-    const struct
+    const auto apply = [](const wchar_t* before, uint8_t profile, bool isFullRange, bool isResampled, bool hasNoResidual)
     {
-        const char* Name;
-        const wchar_t* Before;
-        uint8_t Profile;
-        bool IsFullRange, IsResampled, HasNoResidual;
-        uint16_t Peak;
-        Lines Expected;
-    } rows[] = {
-        {"profile 5", L"", 0, true, false, false, 0, {"HDR Format=DolbyVision Profile 5 (ICtCp)", "Color Space=BT.2020"}},
-        {"limited range is not profile 5", L"HDR10", 0, false, false, false, 0, {"HDR Format=HDR10"}},
-        {"one layer", L"HDR10", 1, false, false, false, 0, {"HDR Format=DolbyVision Profile 8, HDR10-compatible"}},
-        {"a layer without residual", L"", 1, false, true, true, 0, {"HDR Format=DolbyVision Profile 8, HDR10-compatible"}},
-        {"two layers", L"HDR10+", 1, false, true, false, 0, {"HDR Format=DolbyVision Profile 7, HDR10-compatible"}},
-        {"an unknown profile", L"HLG", 2, true, true, false, 0, {"HDR Format=HLG"}},
-        {"the record is better, but has no peak", L"DolbyVision Profile 8.4, HLG-compatible", 1, false, false, false, 3079,
-         {"HDR Format=DolbyVision Profile 8.4, HLG-compatible", "HDR Peak Luminance=1001"}},
-    };
-    // clang-format on
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE(row.Name);
-        ZVPropertyMap properties = WithFormat(row.Before);
         DolbyVisionFrame frame;
-        frame.Header.vdr_rpu_profile = row.Profile;
-        frame.Header.bl_video_full_range_flag = row.IsFullRange;
-        frame.Header.el_spatial_resampling_filter_flag = row.IsResampled;
-        frame.Header.disable_residual_flag = row.HasNoResidual;
-        frame.Color.source_max_pq = row.Peak;
-        ZVHDRFacts::ApplyDolbyVision(properties, frame.Metadata);
-        EXPECT_EQ(GetLines(properties), row.Expected);
-    }
+        frame.Header.vdr_rpu_profile = profile;
+        frame.Header.bl_video_full_range_flag = isFullRange;
+        frame.Header.el_spatial_resampling_filter_flag = isResampled;
+        frame.Header.disable_residual_flag = hasNoResidual;
+        return frame.ApplyTo(L"HDR Format", before);
+    };
+    EXPECT_EQ(apply(L"", 0, true, false, false), Lines({"HDR Format=DolbyVision Profile 5 (ICtCp)", "Color Space=BT.2020"}));
+    EXPECT_EQ(apply(L"HDR10", 0, false, false, false), Lines({"HDR Format=HDR10"})) << "limited range is not profile 5";
+    const Lines oneLayer {"HDR Format=DolbyVision Profile 8, HDR10-compatible"};
+    EXPECT_EQ(apply(L"HDR10", 1, false, false, false), oneLayer);
+    EXPECT_EQ(apply(L"", 1, false, true, true), oneLayer) << "a layer without residual";
+    EXPECT_EQ(apply(L"HDR10+", 1, false, true, false), Lines({"HDR Format=DolbyVision Profile 7, HDR10-compatible"}));
+    EXPECT_EQ(apply(L"HLG", 2, true, true, false), Lines({"HDR Format=HLG"})) << "an unknown profile";
+    EXPECT_EQ(apply(L"DolbyVision Profile 4", 1, false, false, false), Lines({"HDR Format=DolbyVision Profile 4"}));
 }
 
 TEST(ZVHDRFacts, ThePeakOfAFrameTakesThePlaceOfTheLightLevel)
 {
-    ZVPropertyMap properties;
-    properties.SetInt(L"HDR Peak Luminance", 50);
-    DolbyVisionFrame frame;
-    ZVHDRFacts::ApplyDolbyVision(properties, frame.Metadata);
-    EXPECT_EQ(GetLines(properties), Lines({"HDR Peak Luminance=50"}));
-    frame.Color.source_max_pq = 2081;
-    ZVHDRFacts::ApplyDolbyVision(properties, frame.Metadata);
-    EXPECT_EQ(GetLines(properties), Lines({"HDR Peak Luminance=100"}));
-}
-
-TEST(ZVHDRFacts, CodeValuesBecomeNits)
-{
-    // The codes of the usual displays, of 100, 600, 1000, 2000 and 4000 nits, lie within 2 nits of them; and the two ends.
-    const struct
+    const auto apply = [](uint16_t code)
     {
-        uint16_t Value;
-        int32_t Nits;
-    } rows[] = {
-        {0,          0    },
-        {1,          0    },
-        {2081,       100  },
-        {2851,       600  },
-        {3079,       1001 },
-        {3388,       1999 },
-        {3696,       4000 },
-        {4095,       10000},
-        {UINT16_MAX, 10000},
+        DolbyVisionFrame frame;
+        frame.Color.source_max_pq = code;
+        return frame.ApplyTo(L"HDR Peak Luminance", L"50");
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(ZVHDRFacts::GetNitsOfPQ(row.Value), row.Nits) << row.Value;
+    // Codes of usual displays, of 100, 1000 and 4000 nits, lie within 2 nits of them; and the two ends, of which 0 says nothing.
+    EXPECT_EQ(apply(0), Lines({"HDR Peak Luminance=50"}));
+    EXPECT_EQ(apply(1), Lines({"HDR Peak Luminance=0"}));
+    EXPECT_EQ(apply(2081), Lines({"HDR Peak Luminance=100"}));
+    EXPECT_EQ(apply(3079), Lines({"HDR Peak Luminance=1001"}));
+    EXPECT_EQ(apply(3696), Lines({"HDR Peak Luminance=4000"}));
+    EXPECT_EQ(apply(4095), Lines({"HDR Peak Luminance=10000"}));
+    EXPECT_EQ(apply(UINT16_MAX), Lines({"HDR Peak Luminance=10000"}));
 }
 }
