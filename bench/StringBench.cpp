@@ -3,14 +3,45 @@
 
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace
 {
 constexpr wchar_t TwentyCharacters[] = L"Twenty characters ok";
 constexpr wchar_t FortyCharacters[] = L"Forty characters, just the usual length.";
 
+// More blocks than the pool of the string manager keeps.
+constexpr size_t ManyBlocks = 64;
+
+// Takes all blocks out of the pool while it lives, so that what other comparisons left there does not count.
+struct EmptyPool
+{
+    std::vector<ZVString> Holders;
+
+    EmptyPool()
+    {
+        for (size_t count = 0; count < ManyBlocks; ++count)
+            Holders.emplace_back(L"x");
+    }
+};
+
 void BuildString(benchmark::State& state)
 {
+    const EmptyPool pool;
+    for (auto _ : state)
+    {
+        ZVString text(TwentyCharacters);
+        benchmark::DoNotOptimize(text);
+    }
+}
+
+// The pool is full of blocks that are too short, so that each string comes from the heap.
+void BuildStringFromHeap(benchmark::State& state)
+{
+    const EmptyPool pool;
+    {
+        const EmptyPool shortBlocks;
+    }
     for (auto _ : state)
     {
         ZVString text(TwentyCharacters);
@@ -79,6 +110,7 @@ void DecodeMbstowcs(benchmark::State& state)
 }
 
 ZV_COMPARE(BuildAndDrop20, 1.5, BuildString, BuildStdWString, "std::wstring");
+ZV_COMPARE(BuildAndDrop20Heap, 2.0, BuildStringFromHeap, BuildStdWString, "std::wstring");
 ZV_COMPARE(Copy40, 0.25, CopyString, CopyStdWString, "std::wstring");
 ZV_COMPARE(DecodeASCII, 1.0 / 3, DecodeUTF8, DecodeMbstowcs, "std::mbstowcs");
 }

@@ -108,14 +108,16 @@ void ZVStringGlobals::RebuildCharacterTables(bool setLocaleFromEnvironment)
 ZVStringData* ZVStringGlobals::TakeFromPool(int32_t need)
 {
     const PoolLock lock(*this);
-    if (m_pooledCount == 0)
+    if (need > m_largestPooled)
         return nullptr;
+    int32_t largest = 0;
     int32_t bestSlot = NoSlot;
     int32_t bestSurplus = INT32_MAX;
     for (int32_t slot = 0; slot < PoolSize && bestSurplus > GoodSurplus; ++slot)
     {
         if (m_pool[slot] == nullptr)
             continue;
+        largest = std::max(largest, m_pool[slot]->Capacity);
         const int32_t surplus = m_pool[slot]->Capacity - need;
         if (surplus < 0 || surplus >= bestSurplus)
             continue;
@@ -123,7 +125,10 @@ ZVStringData* ZVStringGlobals::TakeFromPool(int32_t need)
         bestSlot = slot;
     }
     if (bestSlot == NoSlot)
+    {
+        m_largestPooled = largest;
         return nullptr;
+    }
     ZVStringData* block = m_pool[bestSlot];
     m_pool[bestSlot] = nullptr;
     --m_pooledCount;
@@ -139,6 +144,7 @@ bool ZVStringGlobals::GiveToPool(ZVStringData* block)
     while (m_pool[slot] != nullptr)
         ++slot;
     m_pool[slot] = block;
+    m_largestPooled = std::max(m_largestPooled, block->Capacity);
     ++m_pooledCount;
     return true;
 }

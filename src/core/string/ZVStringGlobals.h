@@ -64,6 +64,7 @@ private:
     wchar_t* m_empty = nullptr;
     ZVStringData* m_pool[PoolSize] = {};
     int32_t m_pooledCount = 0;
+    int32_t m_largestPooled = 0;  // no block in the pool has a larger capacity; what needs more is not searched for
     wchar_t m_lowered[TableSize] = {};
     uint8_t m_classes[TableSize] = {};
 };
