@@ -5,6 +5,7 @@
 #include "core/ZVToolsPointer.h"
 #include "core/date/ZVCalendar.h"
 #include "core/date/ZVDatePrecision.h"
+#include "core/date/ZVTimeUnits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,11 +19,11 @@ constexpr int32_t MaximumYear = 9999;
 constexpr int32_t LastTwoDigitYear = 99;
 constexpr int32_t TwoDigitPivot = 26;
 
-constexpr int32_t SecondsPerMinute = 60;
-constexpr int32_t SecondsPerHour = 3600;
-constexpr double SecondsPerDay = 86400.0;
-constexpr int32_t MillisecondsPerSecond = 1000;
-constexpr int32_t MillisecondsPerDay = 86400 * MillisecondsPerSecond;
+using ZVTimeUnits::MillisecondsPerSecond;
+using ZVTimeUnits::SecondsPerHour;
+using ZVTimeUnits::SecondsPerMinute;
+constexpr double SecondsPerDay = ZVTimeUnits::SecondsPerDay;
+constexpr int32_t MillisecondsPerDay = ZVTimeUnits::SecondsPerDay * MillisecondsPerSecond;
 
 // The days whose year fits 16 bits.
 constexpr int64_t FirstDayNumber = ZVCalendar::DayNumber(INT16_MIN, 1, 1);

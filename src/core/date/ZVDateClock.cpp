@@ -2,15 +2,16 @@
 
 #include "core/date/ZVCalendar.h"
 #include "core/date/ZVDatePrecision.h"
+#include "core/date/ZVTimeUnits.h"
 
 #include <cmath>
 #include <ctime>
 
 namespace
 {
-constexpr int64_t SecondsPerDay = 86400;
+constexpr int64_t SecondsPerDay = ZVTimeUnits::SecondsPerDay;
 constexpr int64_t MicrosecondsPerSecond = 1'000'000;
-constexpr double NanosecondsPerDay = 86400e9;
+constexpr double NanosecondsPerDay = 1e9 * ZVTimeUnits::SecondsPerDay;
 
 // The seconds from 1601-01-01 to 1970-01-01, and the units of a file time in a second.
 constexpr int64_t FileTimeEpochSeconds = 11644473600;
@@ -21,7 +22,6 @@ double WithTimeOfDay(int64_t dayNumber, double fraction)
 {
     return ZVDate::WithPrecision(static_cast<double>(dayNumber) + fraction, ZVDatePrecision::Time);
 }
-
 }
 
 double ZVDate::Now()

@@ -3,6 +3,7 @@
 #include "core/date/ZVDatePrecision.h"
 #include "core/date/ZVDateText.h"
 #include "core/date/ZVSpanText.h"
+#include "core/date/ZVTimeUnits.h"
 #include "core/string/ZVNumberText.h"
 
 #include <cmath>
@@ -10,7 +11,7 @@
 
 namespace
 {
-constexpr double SecondsPerDay = 86400.0;
+constexpr double SecondsPerDay = ZVTimeUnits::SecondsPerDay;
 
 // The codes that are handed to the system library.
 constexpr wchar_t Codes[] = L"AaBbcdHIjMmpSUWwXxYy";

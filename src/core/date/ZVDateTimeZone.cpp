@@ -2,6 +2,7 @@
 #include "core/date/ZVDate.h"
 #include "core/date/ZVDatePrecision.h"
 #include "core/date/ZVDaylightSaving.h"
+#include "core/date/ZVTimeUnits.h"
 
 #include <cmath>
 #include <ctime>
@@ -9,7 +10,7 @@
 
 namespace
 {
-constexpr double SecondsPerDay = 86400.0;
+constexpr double SecondsPerDay = ZVTimeUnits::SecondsPerDay;
 
 // The rules from number 1 on. In autumn they end before the clocks are really changed; callers rely on the hours as they are
 // here.

@@ -1,15 +1,15 @@
 #include "core/date/ZVSpanText.h"
 
+#include "core/date/ZVTimeUnits.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace
 {
-constexpr int32_t SecondsPerMinute = 60;
-constexpr int32_t SecondsPerHour = 3600;
-constexpr int32_t SecondsPerDay = 86400;
-constexpr int32_t SecondsPerYear = 31536000;
-constexpr int32_t MinutesPerHour = 60;
+using namespace ZVTimeUnits;
+
+constexpr int32_t SecondsPerYear = 365 * SecondsPerDay;
 
 // Above, a double has no whole seconds any more, and with the most decimals it still fits 64 bits.
 constexpr double LongestSpan = 9e12;

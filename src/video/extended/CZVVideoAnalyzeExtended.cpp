@@ -31,8 +31,6 @@ constexpr int32_t MaximumPacketsWithoutFrame = 1000;
 // The same for a stream of which nothing comes while the others go on: ten minutes of sound and more.
 constexpr int32_t MaximumPacketsOfOthers = 100'000;
 
-constexpr int64_t MicrosecondsPerSecond = 1'000'000;
-
 // Extensions are compared as they stand: one in upper case is that of an ordinary file.
 constexpr const wchar_t* BlurayExtensions[] = {L"bdmv", L"mpls", L"bluray", L"bluray3d"};
 constexpr const wchar_t* RefusedExtensions[] = {L"iso", L"ifo"};
@@ -317,7 +315,7 @@ void CZVVideoAnalyzeExtended::SeekTo(int32_t seconds)
     int64_t target = m_codec.av_rescale(seconds, timeBase.den, timeBase.num);
     if ((m_context->start_time & INT64_MAX) != 0)
     {
-        const int64_t start = m_codec.av_rescale(m_context->start_time, timeBase.den, timeBase.num * MicrosecondsPerSecond);
+        const int64_t start = m_codec.av_rescale(m_context->start_time, timeBase.den, int64_t {timeBase.num} * AV_TIME_BASE);
         // A file may tell any start, so the sum may wrap.
         target = static_cast<int64_t>(static_cast<uint64_t>(target) + static_cast<uint64_t>(start));
     }

@@ -3,15 +3,14 @@
 #include "core/date/ZVCalendar.h"
 #include "core/date/ZVDate.h"
 #include "core/date/ZVDateNames.h"
+#include "core/date/ZVTimeUnits.h"
 #include "siblings/tools/date/CDateCursor.h"
 
 namespace
 {
-constexpr int32_t NotGiven = -1;
+using namespace ZVTimeUnits;
 
-constexpr int32_t SecondsPerMinute = 60;
-constexpr int32_t SecondsPerHour = 3600;
-constexpr int32_t HoursPerDay = 24;
+constexpr int32_t NotGiven = -1;
 
 // Nothing shorter is taken for a FILETIME: 17 digits end in 1917, and are more likely a time down to its milliseconds.
 constexpr int32_t LeastFileTimeDigits = 18;
@@ -315,7 +314,7 @@ private:
 bool ReadFileTime(CDateCursor cursor, CParsedDate& date)
 {
     constexpr uint64_t UnitsPerSecond = 10'000'000;
-    constexpr uint64_t UnitsPerDay = 86400 * UnitsPerSecond;
+    constexpr uint64_t UnitsPerDay = SecondsPerDay * UnitsPerSecond;
     uint64_t count = 0;
     int32_t digits = 0;
     for (int32_t digit = 0; digits <= MostFileTimeDigits && cursor.ReadNumber(1, 1, digit); ++digits)

@@ -2,11 +2,12 @@
 
 #include "core/date/ZVCalendar.h"
 #include "core/date/ZVDate.h"
+#include "core/date/ZVTimeUnits.h"
 #include "siblings/tools/date/CDateReader.h"
 
 namespace
 {
-constexpr double SecondsPerDay = 86400.0;
+constexpr double SecondsPerDay = ZVTimeUnits::SecondsPerDay;
 
 constexpr double FirstValue = static_cast<double>(ZVCalendar::DayNumber(ZVCalendar::FirstYear, 1, 1));
 constexpr double EndValue = static_cast<double>(ZVCalendar::DayNumber(ZVCalendar::LastYear, 12, 31) + 1);
