@@ -17,16 +17,12 @@ void WriteAndReadBack(double value)
 {
     CDateServices services;
     const ZVDatePrecision precision = ZVDate::GetPrecision(value);
-    const ZVDateFields fields = ZVDate::ToFields(value);
-    Require(fields.Valid && precision != ZVDatePrecision::None);
-    Require(fields.GetCalendarYear() >= 1 && fields.GetCalendarYear() <= 9999);
-
+    const int32_t year = ZVDate::ToFields(value).GetCalendarYear();
+    Require(precision != ZVDatePrecision::None && year >= 1 && year <= 9999);
     const double read = services.Parse(ZVDate::ToISO(value, false, true), 0);
     Require(ZVDate::GetPrecision(read) == precision);
     // Seconds are cut, and the first second of a day is its midnight.
     Require(std::fabs(read - value) < 1.0 / 86400.0 + ZVDate::Tolerance);
-    if (precision == ZVDatePrecision::Time)
-        Require(IsSame(ZVDate::ToRFC1123(services.Parse(ZVDate::ToISO(value), 0)), ZVDate::ToRFC1123(value)));
 }
 }
 
@@ -36,9 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     text.SetFromUTF8(reinterpret_cast<const char*>(data), static_cast<int32_t>(size));
     CDateServices services;
     const double value = services.Parse(text, 0);
-    const double local = services.Parse(text, IZVDateServices::LocalTime);
-    Require(std::isfinite(value) && std::isfinite(local));
-    for (const double date : {value, local})
+    for (const double date : {value, services.Parse(text, IZVDateServices::LocalTime)})
         if (date != 0.0)
             WriteAndReadBack(date);
 

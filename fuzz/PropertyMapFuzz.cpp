@@ -23,12 +23,6 @@ void WriteAndReadBack(const ZVPropertyMap& map)
     first.ToXML(text, Root, true, 1.0);
     Require(second.FromXML(text, Root, 1.0) && second.IsEqual(first));
     second.ToDisplayText(text);
-    for (const wchar_t* key : {L"", L"a", L"Width"})
-    {
-        map.GetInt64(key);
-        map.GetDouble(key);
-        map.GetPointer(key);
-    }
 }
 }
 

@@ -14,8 +14,9 @@
 #include <iterator>
 #include <memory>
 #include <random>
+#include <set>
+#include <span>
 #include <string>
-#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -69,8 +70,8 @@ void OnFatalSignal(int)
 // Feeds one input from a block of exactly its size, so that a read behind its end is a read outside the block.
 void Feed(const std::string& input, const char* seed, unsigned neighbour)
 {
-    const std::unique_ptr<uint8_t[]> block(new uint8_t[input.size()]);
-    std::copy(input.begin(), input.end(), block.get());
+    const auto block = std::make_unique<uint8_t[]>(input.size());
+    std::ranges::copy(input, block.get());
     currentData = block.get();
     currentSize = input.size();
     std::snprintf(failure, sizeof failure,
@@ -91,20 +92,17 @@ void Damage(std::string& input, std::mt19937& random)
     const size_t position = below(input.size());
     const std::string piece = input.substr(position, 1 + below(MaximumMovedBytes));
     const uint32_t value = EdgeValues[below(std::size(EdgeValues))];
-    const size_t width = below(2) == 0 ? 2 : 4;
     const bool isLastFirst = below(2) == 0;
-    const size_t kind = below(5);
+    const size_t kind = below(4);
     if (kind == 0)  // one bit is flipped
         input[position] = static_cast<char>(input[position] ^ (1 << below(8)));
-    else if (kind == 1)  // a number of 2 or 4 bytes is written, most significant byte first or last
-        for (size_t index = 0; index < width && position + index < input.size(); ++index)
-            input[position + index] = static_cast<char>(value >> 8 * (isLastFirst ? index : width - 1 - index));
+    else if (kind == 1)  // a number of 4 bytes is written, most significant byte first or last
+        for (size_t index = 0; index < 4 && position + index < input.size(); ++index)
+            input[position + index] = static_cast<char>(value >> 8 * (isLastFirst ? index : 3 - index));
     else if (kind == 2)  // a piece is missing
         input.erase(position, piece.size());
-    else if (kind == 3)  // a piece stands there twice
+    else  // a piece stands there twice
         input.insert(position, piece);
-    else  // a piece stands somewhere else too, over what was there
-        input.replace(below(input.size() - piece.size() + 1), piece.size(), piece);
 }
 
 // Feeds a seed and its neighbours and tells how many inputs that were. The damage depends on the seed's content alone: a new seed
@@ -139,15 +137,14 @@ int main(int argumentCount, char** arguments)
     for (const int signal : {SIGALRM, SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL})
         if (!isSanitized || signal == SIGALRM || signal == SIGABRT)
             std::signal(signal, OnFatalSignal);
-    std::vector<std::filesystem::path> seeds;
-    for (int index = 1; index < argumentCount; ++index)
-        if (std::filesystem::is_regular_file(arguments[index]))
-            seeds.emplace_back(arguments[index]);
+    std::set<std::filesystem::path> seeds;
+    for (const char* argument : std::span(arguments, static_cast<size_t>(argumentCount)).subspan(1))
+        if (!std::filesystem::is_directory(argument))
+            seeds.insert(argument);
         else  // Hidden files are no seeds: they only keep an empty folder in a checkout.
-            for (const auto& entry : std::filesystem::recursive_directory_iterator(arguments[index]))
-                if (entry.is_regular_file() && entry.path().filename().native().front() != '.')
-                    seeds.push_back(entry.path());
-    std::sort(seeds.begin(), seeds.end());
+            for (const auto& entry : std::filesystem::directory_iterator(argument))
+                if (entry.path().filename().native().front() != '.')
+                    seeds.insert(entry.path());
 
     unsigned long long total = 0;
     for (const std::filesystem::path& path : seeds)

@@ -38,12 +38,10 @@ TEST(GermanLocale, DISABLED_NumbersPropertiesAndLetters)
     ZVStringGlobals::Get().RebuildCharacterTables(true);
     ASSERT_EQ(ZVNumberText::GetDecimalPoint(), L',');
     ExpectTexts({
-        {S::FromDouble(1.5), L"1,5"}, {S::FromDouble(1.5, 2, true, 0, ZVNumberText::AlwaysPoint), L"1.50"},
-        {ZVFormat(L"%.1f|%d", 0.25, 1000), L"0,3|1000"},
+        {ZVFormat(L"%.1f", 0.25), L"0,3"}, {S::FromDouble(1.5, 2, true, 0, ZVNumberText::AlwaysPoint), L"1.50"},
         {S::FromInt(1234567, 0, 10, ZVNumberText::ThousandsSeparators), L"1.234.567"},
     });
-    EXPECT_TRUE(S(L"1,5").ToDouble() == 1.5 && S(L"1.234,5").ToDouble() == 1234.5 && S(L"1.5").ToDouble() == 15.0);
-    EXPECT_EQ(S(L"1.5").ToDouble(nullptr, true), 1.5);
+    EXPECT_TRUE(S(L"1.234,5").ToDouble() == 1234.5 && S(L"1.5").ToDouble(nullptr, true) == 1.5);
     EXPECT_TRUE(S(L"\u00c4\u0416").IsEqual(L"\u00e4\u0436", false));
 
     ZVPropertyMap map;
@@ -51,7 +49,7 @@ TEST(GermanLocale, DISABLED_NumbersPropertiesAndLetters)
     S text;
     map.ToXML(text, L"XMLPH", false, 1.0);
     EXPECT_STREQ(text, L"<XMLPH version=\"1,0\">\r\n<Item Name=\"Rate\">23,5</Item>\r\n</XMLPH>");
-    for (const wchar_t* version : {L"1,0", L"1.0", L"1"})
+    for (const wchar_t* version : {L"1,0", L"1.0"})
     {
         const S form = ZVFormat(L"<XMLPH version=\"%s\"><Item Name=\"Rate\">23.5</Item></XMLPH>", version);
         EXPECT_TRUE(map.FromXML(form, L"XMLPH", 1.0) && map.GetDouble(L"Rate") == 23.5) << version;

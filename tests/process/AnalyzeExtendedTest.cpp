@@ -1,11 +1,12 @@
 #include "FilmFolder.h"
 
 #include "LoneWorker.h"
-#include "support/PropertyLines.h"
 
+#include <array>
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <regex>
 #include <sys/stat.h>
 
 namespace
@@ -47,9 +48,7 @@ std::set<std::string> WithStars(const std::set<std::string>& lines, const std::s
     std::set<std::string> result;
     for (const std::string& line : lines)
     {
-        const size_t value = line.find('=') + 1;
-        const bool isNumber = line.find_first_not_of("0123456789", value) == std::string::npos && line.substr(value, 1) > "0";
-        const std::string starred = isNumber ? line.substr(0, value) + "*" : line;
+        const std::string starred = std::regex_replace(line, std::regex("=[1-9][0-9]*$"), "=*");
         result.insert(expected.contains(starred) ? starred : line);
     }
     return result;
@@ -76,11 +75,13 @@ protected:
         return analysis;
     }
 
-    static void ExpectFilm(const std::string& name, const std::string& properties)
+    static void ExpectFilm(const std::string& name, const std::string& properties, const std::string& logged = "")
     {
+        SCOPED_TRACE(name);
         const FilmAnalysis analysis = Analyze(name, true);
         const std::set<std::string> expected = GetLines(properties);
         EXPECT_EQ(WithStars(analysis.Properties, expected), expected) << analysis.Log;
+        EXPECT_THAT(analysis.Log, HasSubstr(logged));
     }
 
     FilmFolder m_folder;
@@ -108,12 +109,7 @@ TEST_F(AnalyzeExtended, TellsWhatAFilmWasMadeOf)
     const std::string copy = "-map 0 -c copy ";
     // Made in this order: a film may be made of those above it.
     // clang-format off
-    const struct
-    {
-        const char* Name;
-        std::string Arguments;
-        std::string Expected;
-    } rows[] = {
+    const std::array<std::string, 3> rows[] = {
         {"h264.mkv",
          FilmPicture + FilmSound + FilmSound + "-map 0 -map 1 -map 2 " + FilmH264 +
              "-c:a ac3 -ac:a:0 2 -b:a:0 192k -ac:a:1 6 -b:a:1 384k -metadata:s:a:0 language=ger -metadata:s:a:1 language=en "
@@ -123,13 +119,10 @@ TEST_F(AnalyzeExtended, TellsWhatAFilmWasMadeOf)
         {"h264.avi", "-i h264.mkv " + copy + FilmH264 + "-b:v 300k ",
          Picture {.Bitrate = "*"} + sounds + "Audio Title=Für alle;;\nAudio Language=;;\n"},
         {"h264.ts", "-i h264.mkv " + copy, Picture() + untitled},
-        {"h264.m2ts", "-i h264.mkv -f mpegts -mpegts_m2ts_mode 1 " + copy, Picture() + untitled},
         {"h264.flv", FilmPicture + FilmSound + FilmH264 + "-b:v 300k -c:a aac -ac 2 -b:a 128k ",
          Picture {.Bitrate = "300"} + Sound("AAC LC", "2", "128")},
         {"hdr10.mkv", wide + "smpte2084:" + display,
          Picture {.Codec = HEVC, .Depth = "10", .Space = "BT.2020"} + "HDR Format=HDR10\n" + light},
-        {"hdr10.mp4", "-i hdr10.mkv -c copy ",
-         Picture {.Codec = HEVC, .Bitrate = "*", .Depth = "10", .Space = "BT.2020"} + "HDR Format=HDR10\n" + light},
         {"hlg.mkv", wide + "arib-std-b67 ",
          Picture {.Codec = HEVC, .Depth = "10", .Space = "BT.2020"} + "HDR Format=HLG\n"},
         {"interlaced.ts",
@@ -139,8 +132,6 @@ TEST_F(AnalyzeExtended, TellsWhatAFilmWasMadeOf)
         {"vp9.webm", FilmPicture + "-c:v libvpx-vp9 -deadline realtime -cpu-used 8 ", Picture {.Codec = "VP9 Profile 0"}},
         {"av1.mkv", FilmPicture + "-pix_fmt yuv420p10le -c:v libaom-av1 -cpu-used 8 -usage realtime ",
          Picture {.Codec = "AV1 Main", .Depth = "10"}},
-        {"mpeg4.avi", FilmPicture + FilmSound + "-c:v mpeg4 -c:a libmp3lame -b:a 128k ",
-         Picture {.Codec = "MPEG4 Simple Profile", .Bitrate = "*"} + Sound("MP3", "1", "128")},
         {"prores.mov", FilmPicture + FilmSound + "-c:v prores_ks -profile:v 3 -c:a pcm_s16le -ac 2 ",
          Picture {.Codec = "ProRes HQ", .Bitrate = "*", .Depth = "10"} + Sound("PCM_S16LE", "2", "1536")},
         {"wmv2.wmv", FilmPicture + FilmSound + "-c:v wmv2 -c:a wmav2 -b:a 128k ",
@@ -153,7 +144,6 @@ TEST_F(AnalyzeExtended, TellsWhatAFilmWasMadeOf)
         {"square.mkv", "-i anamorphic.mkv -c copy -aspect 16:9 ", Picture()},
         {"square.MKV", "-i square.mkv -c copy -f matroska ", Picture {.Aspect = "2.37"}},
 
-        {"bps.mkv", "-i h264.mkv -map 0:0 -c copy -metadata:s:v:0 BPS-eng=1500900 ", Picture {.Bitrate = "1500"}},
         {"sounds.mkv",
          FilmSound + "-map 0 -map 0 -map 0 -map 0 -map 0 -map 0 -strict -2 -c:a:0 dca -c:a:1 truehd -c:a:2 eac3 -c:a:3 libopus "
                      "-c:a:4 flac -c:a:5 aac -b:a:2 224k -ac:a:0 6 -ac:a:1 2 ",
@@ -165,8 +155,6 @@ TEST_F(AnalyzeExtended, TellsWhatAFilmWasMadeOf)
          "-metadata:s:s:0 language=fre -metadata:s:s:1 language=pt -metadata:s:s:1 'title=Notes' -metadata:s:s:2 language=und ",
          Picture() + "Subtitle Streams=3\nSubtitle Codec=SRT;ASS;WebVTT;\nSubtitle Title=;Notes;;\n"
                      "Subtitle Language=French;Portuguese;;\n"},
-        {"subtitles.mp4", "-i h264.mkv -i text.srt -map 0:0 -map 1 -c:v copy -c:s mov_text -metadata:s:s:0 language=jpn ",
-         Picture {.Bitrate = "*"} + "Subtitle Streams=1\nSubtitle Codec=TX3G;\nSubtitle Title=;\nSubtitle Language=Japanese;\n"},
 
         // What else is a picture does not take the film's place.
         {"cover.jpg", "-f lavfi -i testsrc2=s=1280x960 -frames:v 1 ",
@@ -187,31 +175,26 @@ TEST_F(AnalyzeExtended, TellsWhatAFilmWasMadeOf)
         {"flat.mkv", "-f lavfi -i testsrc2=s=160x88:r=25:d=3 " + layers, layered},
     };
     // clang-format on
-    for (const auto& row : rows)
+    for (const auto& [name, arguments, expected] : rows)
     {
-        SCOPED_TRACE(row.Name);
-        FilmFolder::Make(row.Arguments + row.Name);
-        ExpectFilm(row.Name, row.Expected);
+        FilmFolder::Make(arguments + name);
+        ExpectFilm(name, expected);
     }
 }
 
 // More sizes than frames share memory for.
 TEST_F(AnalyzeExtended, FollowsAFilmThatChangesItsSize)
 {
-    for (const std::string codec : {"h264", "hevc"})
+    std::string film;
+    for (const char* size : {"320x180", "352x198", "384x216", "416x234", "448x252", "480x270", "320x180"})
     {
-        SCOPED_TRACE(codec);
-        std::string film;
-        for (const char* size : {"320x180", "352x198", "384x216", "416x234", "448x252", "480x270", "320x180"})
-        {
-            FilmFolder::Make(std::string("-f lavfi -i testsrc2=r=25:d=0.08:s=") + size + " -preset veryfast part." + codec);
-            film += FilmFolder::Read("part." + codec);
-        }
-        FilmFolder::Write("film." + codec, film);
-        const FilmAnalysis analysis = Analyze("film." + codec, true);
-        EXPECT_THAT(analysis.Properties, testing::IsSupersetOf({"Video Scan=Progressive", "Aspect Ratio=1.78"}));
-        EXPECT_THAT(analysis.Log, testing::Not(HasSubstr("No frame came")));
+        FilmFolder::Make(std::string("-f lavfi -i testsrc2=r=25:d=0.08:s=") + size + " -preset veryfast part.hevc");
+        film += FilmFolder::Read("part.hevc");
     }
+    FilmFolder::Write("film.hevc", film);
+    const FilmAnalysis analysis = Analyze("film.hevc", true);
+    EXPECT_THAT(analysis.Properties, testing::IsSupersetOf({"Video Scan=Progressive", "Aspect Ratio=1.78"}));
+    EXPECT_THAT(analysis.Log, testing::Not(HasSubstr("No frame came")));
 }
 
 // No encoder at hand makes Dolby Vision, so its record takes the place of another box of the same size.
@@ -248,17 +231,11 @@ TEST_F(AnalyzeExtended, TellsWhatIsLeftOfADamagedFilm)
     // Every byte of the pictures is noise, as in a scrambled recording.
     FilmFolder::Make("-i whole.mkv -c copy -bsf:v noise=1 noise.mkv");
     FilmFolder::Make("-i long.mkv -c copy -bsf:v noise=1 longnoise.mkv");
-    const auto expectFilm = [](const char* name, const std::string& properties, const char* reason)
-    {
-        SCOPED_TRACE(name);
-        ExpectFilm(name, properties);
-        EXPECT_THAT(FilmFolder::Read("worker.log"), HasSubstr(reason));
-    };
-    expectFilm("cut.mkv", Picture(), "");
-    expectFilm("unknown.mkv", "Video Codec=Unknown\nVideo Bitrate=0\nColor Space=\n", "There is no decoder for it: unknown.mkv");
-    expectFilm("noise.mkv", "Video Codec=H264\nVideo Bitrate=0\nColor Space=\nAspect Ratio=1.78\n",
-               "No frame came out of 75 packets");
-    expectFilm("longnoise.mkv", "Video Codec=MPEG4 Simple Profile\nVideo Bitrate=0\nColor Space=\nAspect Ratio=1\n",
+    const std::string unknown = "\nVideo Bitrate=0\nColor Space=\n";
+    ExpectFilm("cut.mkv", Picture());
+    ExpectFilm("unknown.mkv", "Video Codec=Unknown" + unknown, "There is no decoder for it: unknown.mkv");
+    ExpectFilm("noise.mkv", "Video Codec=H264" + unknown + "Aspect Ratio=1.78\n", "No frame came out of 75 packets");
+    ExpectFilm("longnoise.mkv", "Video Codec=MPEG4 Simple Profile" + unknown + "Aspect Ratio=1\n",
                "No frame came out of 1000 packets");
 }
 
@@ -275,14 +252,11 @@ TEST_F(AnalyzeExtended, RefusesWhatIsNoFilm)
     ASSERT_EQ(mkfifo("pipe.mkv", 0600), 0);
     fs::create_symlink("pipe.mkv", "link.mkv");
 
+    // It stands under the name of who found it.
     const auto expectReason = [](const std::string& reason, std::initializer_list<const char*> names)
     {
         for (const char* name : names)
-        {
-            SCOPED_TRACE(name);
-            // It stands under the name of who found it.
-            EXPECT_THAT(Analyze(name, false).Log, HasSubstr("CZVVideoAnalyzeExtended::AnalyzeFile\t" + reason));
-        }
+            EXPECT_THAT(Analyze(name, false).Log, HasSubstr("CZVVideoAnalyzeExtended::AnalyzeFile\t" + reason)) << name;
     };
     expectReason("The file does not open (Invalid data found when processing input): ", {"cut.mp4", "text.txt", "empty.mkv"});
     expectReason("This is no file: ", {"folder.mkv", "link.mkv", "/dev/zero"});
@@ -295,7 +269,7 @@ TEST_F(AnalyzeExtended, RefusesWhatIsNoFilm)
     expectReason("The file does not open (", {"http://127.0.0.1:1/film.mp4", "http://host.invalid/a.mp4"});
 }
 
-TEST_F(AnalyzeExtended, TakesAFilmByAnyName)
+TEST_F(AnalyzeExtended, TakesAFilmByAnyNameInAnyLocaleAndFailsWithoutAPlaceForTheResult)
 {
     FilmFolder::Make(FilmPicture + FilmH264 + "film.mkv");
     fs::create_symlink("film.mkv", "link.mkv");
@@ -304,27 +278,16 @@ TEST_F(AnalyzeExtended, TakesAFilmByAnyName)
          {"\xff.mkv", "-film.mkv", "http:film.mkv", "concat:film.mkv|film.mkv", "file:film.mkv", "film%d.mkv", "a b's (1).mkv",
           "f\xc3\xbcr\xe6\x97\xa5.mkv", "film.ISO", "film", "film.bdmv.mkv", "-", "%s%n", "link.mkv"})
     {
-        SCOPED_TRACE(name);
         if (!fs::exists(name))
             fs::copy_file("film.mkv", name);
         ExpectFilm(name, Picture());
     }
-}
-
-TEST_F(AnalyzeExtended, WritesTheAspectInTheLocalesForm)
-{
-    FilmFolder::Make(FilmPicture + FilmH264 + "film.mkv");
-    if (system("locale -a | grep -qi '^de_DE.utf'") != 0)
-        GTEST_SKIP() << "there is no German locale";
-    EXPECT_THAT(FilmFolder::Analyze("film.mkv", {"LC_ALL=de_DE.UTF-8"}).Properties, testing::Contains("Aspect Ratio=1,78"));
-}
-
-TEST_F(AnalyzeExtended, FailsWithAResultThatCannotBeWritten)
-{
-    FilmFolder::Make(FilmPicture + FilmH264 + "film.mkv");
     const WorkerRun run = RunWorker({"/AnalyzeVideoExtended", "film.mkv", "film.mkv/result.xml"});
     EXPECT_EQ(run.Status, 255);
     EXPECT_THAT(run.Output, testing::EndsWith("\nResult: -1\n"));
+    if (system("locale -a | grep -qi '^de_DE.utf'") != 0)
+        GTEST_SKIP() << "there is no German locale";
+    EXPECT_THAT(FilmFolder::Analyze("film.mkv", {"LC_ALL=de_DE.UTF-8"}).Properties, testing::Contains("Aspect Ratio=1,78"));
 }
 
 TEST_F(AnalyzeExtended, FailsWithoutTheCodecComponent)
@@ -335,8 +298,7 @@ TEST_F(AnalyzeExtended, FailsWithoutTheCodecComponent)
         GTEST_SKIP() << "the system has libraries that take the component's place";
     }
     const std::string tools = fs::path(GetWorkerProgram()).replace_filename("libZVTools.so");
-    const LoneWorker worker;
-    worker.AddTools(tools);
+    const LoneWorker worker(tools);
     FilmFolder::Make(FilmPicture + FilmH264 + "film.mkv");
     const std::string log = Analyze("film.mkv", false).Log;
     EXPECT_THAT(log, HasSubstr("CZVAVLibraries\tThe codec component is not in "));

@@ -2,7 +2,9 @@
 
 #include "RunWorker.h"
 #include "WorkFolder.h"
+#include "support/PropertyLines.h"
 
+#include <gtest/gtest.h>
 #include <set>
 #include <string>
 #include <vector>
@@ -21,15 +23,41 @@ class FilmFolder : public WorkFolder
 {
 public:
     // Whether the programs that make films are there, and the libraries that read them.
-    static bool IsUsable();
+    static bool IsUsable()
+    {
+        const std::filesystem::path program = GetWorkerProgram();
+        return std::filesystem::exists(program.parent_path() / "Plugins/linux_avcodec64_v17/libavformat-zv.so.61") &&
+               system("ffmpeg -version >/dev/null 2>&1 && mkvmerge --version >/dev/null 2>&1") == 0;
+    }
 
     // Runs a program in the working folder and expects that it succeeds.
-    static void RunProgram(const std::string& commandLine);
+    static void RunProgram(const std::string& commandLine)
+    {
+        EXPECT_EQ(system((commandLine + " </dev/null >program.log 2>&1").c_str()), 0) << commandLine << "\n"
+                                                                                      << Read("program.log");
+    }
     // Runs ffmpeg with arguments; the last is the film.
-    static void Make(const std::string& arguments);
+    static void Make(const std::string& arguments) { RunProgram("ffmpeg -v error -y " + arguments); }
 
     // Has the worker analyze a film of the working folder, with more settings of the environment.
-    static FilmAnalysis Analyze(const std::string& name, std::vector<std::string> environment = {});
+    static FilmAnalysis Analyze(const std::string& name, std::vector<std::string> environment = {})
+    {
+        constexpr char ResultName[] = "result/film.xml";
+        std::filesystem::remove(ResultName);
+        std::filesystem::remove("worker.log");
+        environment.push_back("ZV_DATA_DIR=" + std::filesystem::absolute("data").string());
+        environment.push_back("ZV_LOG_FILE=" + std::filesystem::absolute("worker.log").string());
+
+        FilmAnalysis analysis;
+        analysis.Run = RunWorker({"/AnalyzeVideoExtended", name, ResultName}, environment);
+        analysis.HasResult = std::filesystem::exists(ResultName);
+        analysis.Log = Read("worker.log");
+        ZVPropertyMap properties;
+        const ZVString text = ZVString::FromUTF8(Read(ResultName).c_str());
+        EXPECT_EQ(properties.FromXML(text, L"XMLPH", 1.0), analysis.HasResult || text.IsEmpty());
+        analysis.Properties = GetLines(properties);
+        return analysis;
+    }
 };
 
 // ffmpeg's arguments for three seconds of moving picture and of sound.

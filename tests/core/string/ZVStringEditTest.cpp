@@ -9,14 +9,6 @@
 
 namespace
 {
-// Gives a text room to grow in its present block.
-void Reserve(S& text)
-{
-    const int32_t length = text.GetLength();
-    text.GetBuffer(100);
-    text.ReleaseBuffer(length);
-}
-
 TEST(ZVStringEdit, CutAtAnOccurrence)
 {
     using Cut = int32_t (*)(S& text, bool keepFound);
@@ -55,20 +47,18 @@ TEST(ZVStringEdit, Edits)
     const auto cut = [](const std::vector<ZVStringReplaceHit>& ranges)
     { return Edited(L"abcdefgh", [&ranges](S& text) { text.Cut(ranges.data(), static_cast<int32_t>(ranges.size())); }); };
     ExpectTexts({
-        {Edited(L"abcdef", [](S& text) { text.Trim(1, 2); }), L"bcd"}, {Edited(L"abc", [](S& text) { text.Trim(1, 2); }), L""},
+        {Edited(L"abcdef", [](S& text) { text.Trim(1, 2); }), L"bcd"},
         {Edited(L"abcdef", [](S& text) { text.Trim(INT_MAX, INT_MAX); }), L""},
         {Edited(L" \t\r\na b ", [](S& text) { text.TrimWhitespace(); }), L"a b"},
-        {Edited(L" \t\n", [](S& text) { text.TrimWhitespace(); }), L""},
         {Edited(L"--a-b--", [](S& text) { text.TrimRight(L'-'); }), L"--a-b"},
         {Edited(L"-+a+-", [](S& text) { text.Trim(L"+-"); }), L"a"},
         {Edited(L"abc", [](S& text) { text.Insert(2, L"xy"); text.Insert(6, L"xy"); text.Insert(-1, L"xy"); }), L"abxyc"},
-        {Edited(L"abc", [](S& text) { Reserve(text); text.Insert(0, text.GetText() + 1); }), L"bcabc"},
+        {Edited(L"abc", [](S& text) { text.GetBuffer(9); text.ReleaseBuffer(3); text.Insert(0, &text.GetText()[1]); }), L"bcabc"},
         {Edited(L"abc", [](S& text) { text.Insert(1, text.GetText()); }), L"aabcbc"},
         {Edited(L"", [](S& text) { text.Prepend(L"xy"); }), L"xy"},
         {Edited(L"abc", [](S& text) { text.SetAt(3, L'x'); text.SetAt(-1, L'x'); text.SetAt(1, L'\0'); }), L"a"},
         {Edited(L"bab", [](S& text) { EXPECT_EQ(text.Remove(L'b'), 2); }), L"a"},
         {Edited(L"abcd", [](S& text) { text.Replace(1, 3, L"wxyz"); }), L"awxyzd"},
-        {Edited(L"abcd", [](S& text) { text.Replace(1, 4, L"x"); }), L"ax"},
         {Edited(L"abcd", [](S& text) { text.Replace(0, 1, {text, 3}); }), L"abcbcd"},
         {Edited(L"abcd", [](S& text) { text.Replace(2, 5, L"x"); text.Replace(2, 1, L"x"); text.Replace(-1, 1, L"x"); }),
          L"abcd"},

@@ -19,11 +19,6 @@ TEST(ZVStringEscape, EscapeXML)
     });
     const ZVString plain(L"nothing to do");
     EXPECT_EQ(plain.GetEscapedXML().GetText(), plain.GetText());
-
-    const EmptyPool pool;
-    ZVString text((std::wstring(99, L'x') + L"&").c_str());
-    text.EscapeXML();
-    EXPECT_EQ(text.GetCapacity(), 111) << "110 percent of the length";
 }
 
 TEST(ZVStringEscape, DecodeEntities)
@@ -36,20 +31,9 @@ TEST(ZVStringEscape, DecodeEntities)
     };
     ExpectRows<const wchar_t*, std::wstring>({
         {L"&amp;&lt;&gt;&quot;&apos;", L"&<>\"'"}, {L"&amp;lt;", L"&lt;"}, {L"&#65;&#x20aC;&#X41;", L"A\u20acA"},
-        {L"&AMP;&auml;&Auml;", L"&AMP;&auml;&Auml;|&AMP;\u00e4\u00c4"},
+        {L"&AMP;&auml;&Auml;&rsquo;&yacute;", L"&AMP;&auml;&Auml;&rsquo;&yacute;|&AMP;\u00e4\u00c4\u2019\u00fd"},
     }, decoded);
     for (const wchar_t* same : {L"&foo;&am;&;&amplifier;", L"&#0;&#x0;&#00000;", L"&#-65;&#x-41;", L"&#;&#x;&#65a;&#x4g;"})
         EXPECT_EQ(decoded(same), same);
-
-    ZVString text(L"&not;&reg;&shy;&yen;&auml;&apos;&Auml;&copy;&Euml;&euml;&Iuml;&iuml;&macr;&nbsp;&ordf;&ordm;&Ouml;&ouml;"
-                  L"&para;&quot;&sect;&sup1;&sup2;&sup3;&Uuml;&uuml;&yuml;&ndash;&mdash;&iexcl;&pound;&rsquo;&Acirc;&acirc;"
-                  L"&AElig;&aelig;&Aring;&aring;&Ecirc;&ecirc;&Icirc;&icirc;&laquo;&micro;&Ocirc;&ocirc;&raquo;&szlig;&THORN;"
-                  L"&thorn;&times;&Ucirc;&ucirc;&Aacute;&aacute;&Agrave;&agrave;&Atilde;&atilde;&brvbar;&Ccedil;&ccedil;&curren;"
-                  L"&divide;&Eacute;&eacute;&Egrave;&egrave;&frac14;&frac12;&frac34;&hellip;&Iacute;&iacute;&Igrave;&igrave;"
-                  L"&iquest;&middot;&Ntilde;&ntilde;&plusmn;&Oacute;&oacute;&Ograve;&ograve;&Oslash;&oslash;&Otilde;&otilde;"
-                  L"&Uacute;&uacute;&Ugrave;&ugrave;&Yacute;&yacute;");
-    text.DecodeHTMLEntities();
-    EXPECT_EQ(TextOf(text), L"¬®\u00ad¥ä'Ä©ËëÏï\u00af\u00a0ªºÖö¶\"§¹²³Üüÿ\u2013\u2014¡£’ÂâÆæÅåÊêÎî«\u00b5Ôô»ßÞþ×ÛûÁáÀàÃã¦Çç¤÷"
-                            L"ÉéÈè¼½¾…ÍíÌì¿·Ññ±ÓóÒòØøÕõÚúÙùÝý");
 }
 }

@@ -25,31 +25,25 @@ protected:
 
 TEST_F(CLocalReaderTest, ReadsFilesAndMemoryFromAnyPlace)
 {
-    const std::string content = MakeBytes(300000);
+    const std::string content = MakeContent(300000);
     m_folder.Write("f\xc3\xa4 x.bin", content);
     const ReaderPointer file = Make("f\xc3\xa4 x.bin");
     const ReaderPointer memory(CreateFromMemoryReaderDLL(content.data(), 300000));
     for (IZVReader* const reader : {file.get(), memory.get()})
     {
         SCOPED_TRACE(reader == file.get() ? "file" : "memory");
-        EXPECT_FALSE(reader->IsOpen());
         EXPECT_EQ(ReadBytes(*reader, 1), "");
         EXPECT_TRUE(reader->HasFailed()) << "it is not open";
         ASSERT_TRUE(reader->Open());
-        EXPECT_FALSE(reader->HasFailed());
         EXPECT_EQ(reader->GetSize(), 300000);
         EXPECT_EQ(ReadBytes(*reader, 10), content.substr(0, 10));
         EXPECT_EQ(reader->Seek(299990), 299990);
         EXPECT_EQ(ReadBytes(*reader, 0x100000), content.substr(299990)) << "fewer only where it ends";
         EXPECT_EQ(ReadBytes(*reader, 1), "");
-        EXPECT_FALSE(reader->HasFailed());
         EXPECT_EQ(reader->Seek(300000), 300000) << "the end is a place";
         EXPECT_EQ(reader->Seek(300001), 300000);
         EXPECT_EQ(reader->Seek(-1), 300000);
-        EXPECT_EQ(reader->Read(nullptr, 0), 0);
         EXPECT_EQ(reader->Read(nullptr, -5), 0);
-        EXPECT_EQ(reader->Seek(7), 7);
-        EXPECT_EQ(ReadAll(*reader), content.substr(7));
         ASSERT_TRUE(reader->Open());
         EXPECT_EQ(reader->GetPosition(), 0) << "opened anew";
         EXPECT_EQ(GetInfo(*reader, L"StatusCode"), "");
@@ -75,18 +69,12 @@ TEST_F(CLocalReaderTest, RefusesWhatIsNoFileAndSaysWhy)
 {
     ASSERT_EQ(mkfifo(m_folder.PathOf("pipe").c_str(), 0600), 0);
     m_folder.Write("folder/file", "x");
-    const std::pair<const char*, const char*> rows[] = {
-        {"pipe",    "it is a pipe"             },
-        {"folder",  "it is a folder"           },
-        {"folder/", "it is a folder"           },
-        {"missing", "No such file or directory"},
-    };
-    for (const auto& [name, reason] : rows)
+    for (const auto& [name, reason] : {std::pair("pipe", "it is a pipe"), std::pair("folder/", "it is a folder"),
+                                       std::pair("missing", "No such file or directory")})
     {
         const ReaderPointer reader = Make(name);
         EXPECT_FALSE(reader->Open()) << name;
-        EXPECT_TRUE(reader->HasFailed());
-        EXPECT_FALSE(reader->IsOpen());
+        EXPECT_TRUE(reader->HasFailed() && !reader->IsOpen());
         EXPECT_THAT(TakeLog(), testing::AllOf(HasSubstr(m_folder.PathOf(name)), HasSubstr(reason)));
     }
     EXPECT_FALSE(ReaderPointer(CreateLocalReaderDLL(L"/dev/zero"))->Open()) << "it has no end";
@@ -114,7 +102,6 @@ TEST_F(CLocalReaderTest, TakesFileAddresses)
         const ReaderPointer reader(CreateGenericReaderDLL(start + m_folder.AsString() + name));
         return reader->Open() ? ReadAll(*reader) : "(closed)";
     };
-    EXPECT_EQ(read(L"file://", L"a b.txt"), "escaped");
     EXPECT_EQ(read(L"FILE://", L"a%20b.txt"), "escaped");
     EXPECT_EQ(read(L"file://localhost", L"a%20%62.txt"), "escaped");
     EXPECT_EQ(read(L"file://", L"c%20d.txt"), "raw");
@@ -125,14 +112,9 @@ TEST_F(CLocalReaderTest, TheFactoriesKnowTheirNames)
 {
     const std::tuple<const wchar_t*, bool, bool> rows[] = {
         {nullptr,        false, false},
-        {L"",            false, false},
-        {L"film.mkv",    true,  false},
         {L"/a/http://b", true,  false},
-        {L"C:\\a\\b",    true,  false},
-        {L"file:///a",   true,  false},
         {L"HTTPS://a/b", false, true },
         {L"m01p://a/b",  false, true },
-        {L"ftp://a/b",   false, false},
         {L"httpx://a/b", false, false},
         {L"http:/a/b",   true,  false},
     };
@@ -153,7 +135,6 @@ TEST(CResourceName, MakesAddressesForTheWireAndForTheLog)
         {L"http://u:p@h:1/x@y#f",      "http://u:p@h:1/x@y#f",          "http://h:1/x@y"       },
         {L"http://h?u@v",              "http://h?u@v",                  "http://h"             },
         {L"http://h/a\r\nX: y",        "",                              ""                     },
-        {L"http://h/a\tb",             "",                              ""                     },
     };
     for (const auto& [name, expected, logged] : rows)
     {

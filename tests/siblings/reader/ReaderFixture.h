@@ -4,9 +4,9 @@
 #include "contracts/IZVReader.h"
 #include "core/ZVToolsPointer.h"
 #include "core/string/ZVStringUTF8.h"
+#include "support/MakeContent.h"
 #include "system/library/ZVDllString.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -43,19 +43,6 @@ inline std::string GetInfo(IZVReader& reader, const wchar_t* key)
     ZVDllString value(text);
     reader.GetInfo(key, value);
     return ZVStringUTF8(text).Get();
-}
-
-// Bytes without a period that a wrong place could hide in.
-inline std::string MakeBytes(size_t count)
-{
-    std::string bytes(count, '\0');
-    uint32_t state = 1;
-    for (char& byte : bytes)
-    {
-        state = state * 1664525 + 1013904223;
-        byte = static_cast<char>(state >> 24);
-    }
-    return bytes;
 }
 
 // A test with the log lines that it makes.

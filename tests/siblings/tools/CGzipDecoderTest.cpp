@@ -25,39 +25,29 @@ TEST(CGzipDecoder, InflatesMembersAndStopsAtFaults)
     const std::string first = Compress(text);
     std::string wrongChecksum = first;
     wrongChecksum[first.size() - 8] ^= 1;
-    const std::string zeros(700, '\0');
-    const auto cut = [&first](size_t size) { return first.substr(0, size); };
-
-    const struct
+    const auto expect = [](const std::string& input, const std::string& expected, bool fails)
     {
-        const char* Name;
-        std::string Input;
-        std::string Output;  // or its beginning, when it fails
-        bool Fails;
-    } cases[] = {
-        {"two members",        first + Compress("the end"), text + "the end", false},
-        {"padding",            first + zeros,               text,             false},
-        {"empty content",      Compress(""),                "",               false},
-        {"no input",           "",                          "",               true },
-        {"plain text",         "this is no gzip",           "",               true },
-        {"cut in the header",  cut(5),                      "",               true },
-        {"cut in the data",    cut(first.size() / 2),       text,             true },
-        {"cut in the trailer", cut(first.size() - 1),       text,             true },
-        {"wrong checksum",     wrongChecksum,               text,             true },
-        {"something behind",   first + "x",                 text,             true },
-    };
-    for (const auto& row : cases)
         for (const size_t blockSize : {size_t {1}, size_t {1000}, size_t {1} << 20})
         {
-            IZVDecoder* const decoder =
-                CCompression().CreateGzipDecoder(row.Input.data(), static_cast<int64_t>(row.Input.size()));
+            IZVDecoder* const decoder = CCompression().CreateGzipDecoder(input.data(), static_cast<int64_t>(input.size()));
             std::string output;
             std::string block(blockSize, '\0');
             while (const int64_t count = decoder->Read(block.data(), static_cast<int64_t>(blockSize)))
                 output.append(block, 0, static_cast<size_t>(count));
-            EXPECT_EQ(decoder->HasFailed(), row.Fails) << row.Name << ", blocks of " << blockSize;
-            EXPECT_EQ(output, row.Fails ? row.Output.substr(0, output.size()) : row.Output) << row.Name << " " << blockSize;
+            EXPECT_EQ(decoder->HasFailed(), fails) << input.size() << " bytes, blocks of " << blockSize;
+            EXPECT_EQ(output, fails ? expected.substr(0, output.size()) : expected);
             decoder->Release();
         }
+    };
+    expect(first + Compress("the end"), text + "the end", false);
+    expect(first + std::string(700, '\0'), text, false);
+    expect(Compress(""), "", false);
+    for (const std::string noMember : {"", "this is no gzip"})
+        expect(noMember, "", true);
+    // In the header, the data and the trailer.
+    for (const size_t size : {size_t {5}, first.size() / 2, first.size() - 1})
+        expect(first.substr(0, size), text, true);
+    for (const std::string& damaged : {wrongChecksum, first + "x"})
+        expect(damaged, text, true);
 }
 }

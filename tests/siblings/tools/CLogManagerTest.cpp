@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
-#include <chrono>
 #include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,7 +13,6 @@
 namespace
 {
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::SizeIs;
 
 constexpr char LogName[] = "Logs/ZVWorker.log";
@@ -53,18 +51,15 @@ TEST(CLogManager, WritesOneLineOfSixFieldsForACall)
     const ToolsFolder folder;
     CLogManager manager(folder.AsString());
     EXPECT_FALSE(folder.Has("Logs")) << "a manager that was never used has touched the disk";
-    // Not time(), which may be some milliseconds behind.
-    using Clock = std::chrono::system_clock;
-    const time_t before = Clock::to_time_t(Clock::now());
+    const time_t before = time(nullptr);
     Log(manager, 256, "%s: %d \xc3\xa4", ZVString(L"/films/\u00c4 1.mkv"), -3);
-    const time_t after = Clock::to_time_t(Clock::now());
 
     const std::string line = folder.Read(LogName);
     const std::string process = std::to_string(getpid());
     tm stamp {};
     const char* const rest = strptime(line.c_str(), "%Y-%m-%dT%H:%M:%S", &stamp);
     ASSERT_NE(rest, nullptr) << line;
-    EXPECT_TRUE(before <= timegm(&stamp) && timegm(&stamp) <= after) << line;
+    EXPECT_TRUE(before <= timegm(&stamp) && timegm(&stamp) <= before + 60) << line;
     EXPECT_THAT(rest, testing::MatchesRegex("\\.[0-9]{3}Z\t" + process + "\t" + process +
                                             "\t256\tS\t/films/\xc3\x84 1\\.mkv: -3 \xc3\xa4\n"));
 }
@@ -80,12 +75,10 @@ TEST(CLogManager, CleansScopeAndText)
     };
     EXPECT_EQ(write(L"A\tB", L"one\r\ntwo\nthree\t"), "A B\tone  two three ");
     EXPECT_EQ(write(L"\x7f", L"\x1b[1m\x85\x9f|"), " \t [1m  |");
-    EXPECT_EQ(write(L"S", L"a\x2028z\x2029"), "S\ta z ");
-    EXPECT_EQ(write(L"S", L"\xa0\uffff\u20ac"), "S\t\xc2\xa0\xef\xbf\xbf\xe2\x82\xac");
+    EXPECT_EQ(write(L"S", L"a\x2028z\x2029\xa0\uffff"), "S\ta z \xc2\xa0\xef\xbf\xbf");
     EXPECT_EQ(write(L"S", L"\U0001f600-\xd800-"), "S\t?-?-");
     EXPECT_EQ(write(L"%s", L"100% %d %% %"), "%s\t100% %d %% %");
     EXPECT_EQ(write(nullptr, nullptr), "\t");
-    EXPECT_THAT(Texts(folder), SizeIs(7));
 }
 
 // The mask that a new manager takes, after it was seen whether it holds for the first line.
@@ -110,63 +103,33 @@ TEST(CLogManager, TakesTheMaskOfTheEnvironmentThenOfTheFile)
     EXPECT_EQ(MaskOf(nullptr, " 0x1F \r\n"), 0x1fu);
     for (const char* noMask : {"", "1 2\n", "-1\n", "0x0x1\n", "4294967296"})
         EXPECT_EQ(MaskOf(nullptr, noMask), UINT32_MAX) << noMask;
-    EXPECT_EQ(MaskOf("64", "257\n"), 64u);
     EXPECT_EQ(MaskOf("0", "1\n"), 0u);
     EXPECT_EQ(MaskOf("x", "257\n"), 257u);
 }
 
-TEST(CLogManager, TheProcessMayChangeTheMaskAndTheEnvironmentTheFile)
+TEST(CLogManager, OutputsGetTheTextOfEveryCategoryAndMayLogFailAndComeAndGoMeanwhile)
 {
     const ToolsFolder folder;
     setenv("ZV_LOG_MASK", "1", 1);
-    setenv("ZV_LOG_FILE", folder.PathOf("deep/er/my.log").c_str(), 1);
-    CLogManager manager {ZVString()};
-    manager.SetCategoryMask(64);
-    Log(manager, 1, "off");
-    Log(manager, 64, "on");
-    EXPECT_THAT(folder.ReadLines("deep/er/my.log"), ElementsAre(EndsWith("\ton")));
-}
-
-TEST(CLogManager, OutputsGetTheTextOfEveryCategoryOnceAndTheirFailuresHarmNobody)
-{
-    const ToolsFolder folder;
-    setenv("ZV_LOG_MASK", "1", 1);
-    CLogManager manager(folder.AsString());
-    Receiver output;
-    output.Action = [] { throw std::bad_alloc(); };
-    for (ILogManagerCustomOutput* added : {&output, &output, static_cast<Receiver*>(nullptr)})
-        manager.AddCustomOutput(added);
-    Log(manager, 256, "not in the file\n%d", 7);
-    Log(manager, 1, "");
-    manager.RemoveCustomOutput(&output);
-    manager.RemoveCustomOutput(&output);
-    Log(manager, 256, "nobody wants it");
-    Log(manager, 1, "file alone");
-    EXPECT_THAT(output.Texts, ElementsAre(L"256:not in the file 7", L"1:"));
-    EXPECT_THAT(Texts(folder), ElementsAre("S\t", "S\tfile alone"));
-}
-
-TEST(CLogManager, OutputsMayLogAndComeAndGoWhileTheyAreCalled)
-{
-    const ToolsFolder folder;
     CLogManager manager(folder.AsString());
     Receiver before, behind, late, leaving;
     leaving.Action = [&]
     {
         Log(manager, 1, "from an output");
-        manager.RemoveCustomOutput(&before);
-        manager.RemoveCustomOutput(&leaving);
+        for (Receiver* gone : {&before, &leaving, &leaving})
+            manager.RemoveCustomOutput(gone);
         manager.AddCustomOutput(&late);
     };
-    for (Receiver* output : {&before, &leaving, &behind})
+    late.Action = [] { throw std::bad_alloc(); };
+    for (Receiver* output : {&before, &leaving, &behind, &behind, static_cast<Receiver*>(nullptr)})
         manager.AddCustomOutput(output);
-    Log(manager, 1, "a");
-    Log(manager, 1, "b");
-    EXPECT_THAT(before.Texts, ElementsAre(L"1:a"));
-    EXPECT_THAT(leaving.Texts, ElementsAre(L"1:a"));
-    EXPECT_THAT(behind.Texts, ElementsAre(L"1:a", L"1:b"));
-    EXPECT_THAT(late.Texts, ElementsAre(L"1:a", L"1:b"));
-    EXPECT_THAT(Texts(folder), ElementsAre("S\ta", "S\tfrom an output", "S\tb"));
+    Log(manager, 256, "not in the file\n%d", 7);
+    Log(manager, 1, "");
+    for (const Receiver* gone : {&before, &leaving})
+        EXPECT_THAT(gone->Texts, ElementsAre(L"256:not in the file 7"));
+    for (const Receiver* staying : {&behind, &late})
+        EXPECT_THAT(staying->Texts, ElementsAre(L"256:not in the file 7", L"1:"));
+    EXPECT_THAT(Texts(folder), ElementsAre("S\tfrom an output", "S\t"));
 }
 
 TEST(CLogManager, WhereNothingCanBeWrittenLinesAreDropped)
@@ -195,12 +158,13 @@ TEST(CLogManager, WhereNothingCanBeWrittenLinesAreDropped)
     close(reader);
 }
 
-TEST(CLogManager, ManyThreadsLogWhileOutputsAndMaskChange)
+TEST(CLogManager, ManyThreadsLogToTheFileOfTheEnvironmentWhileOutputsAndMaskChange)
 {
-    constexpr int ThreadCount = 4;
-    constexpr int LineCount = 500;
+    constexpr int ThreadCount = 4, LineCount = 500;
     const ToolsFolder folder;
-    CLogManager manager(folder.AsString());
+    setenv("ZV_LOG_MASK", "1", 1);
+    setenv("ZV_LOG_FILE", folder.PathOf("deep/er/my.log").c_str(), 1);
+    CLogManager manager {ZVString()};
     std::vector<std::jthread> threads;
     for (int thread = 0; thread < ThreadCount; ++thread)
         threads.emplace_back(
@@ -213,11 +177,13 @@ TEST(CLogManager, ManyThreadsLogWhileOutputsAndMaskChange)
     {
         Receiver output;
         manager.AddCustomOutput(&output);
-        manager.SetCategoryMask(round % 2 == 0 ? 1 : UINT32_MAX);
+        manager.SetCategoryMask(round % 2 == 0 ? 1 : 65);
         manager.RemoveCustomOutput(&output);
     }
     threads.clear();
-    EXPECT_THAT(Texts(folder), SizeIs(ThreadCount * LineCount));
-    EXPECT_THAT(Texts(folder), testing::Each(testing::MatchesRegex("S\tline 1[0-9]{3}")));
+    Log(manager, 64, "the mask is what the process made it");
+    const std::vector<std::string> lines = folder.ReadLines("deep/er/my.log");
+    EXPECT_THAT(lines, SizeIs(ThreadCount * LineCount + 1));
+    EXPECT_THAT(lines, testing::Each(testing::ContainsRegex("\tS\t(line 1[0-9]{3}|the mask is.*)$")));
 }
 }

@@ -6,20 +6,17 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <future>
 #include <memory>
-#include <thread>
 
 namespace
 {
-struct Release
-{
-    void operator()(IZVNamedLock* lock) const { lock->Release(); }
-};
+using Lock = std::unique_ptr<IZVNamedLock, decltype([](IZVNamedLock* lock) { lock->Release(); })>;
 
 class CNamedLocksTest : public testing::Test
 {
 protected:
-    std::unique_ptr<IZVNamedLock, Release> Create(const wchar_t* name) { return {m_locks.CreateLock(name), {}}; }
+    Lock Create(const wchar_t* name) { return Lock(m_locks.CreateLock(name)); }
 
     ToolsFolder m_folder;
     FakeLogManager m_log;
@@ -33,14 +30,9 @@ TEST_F(CNamedLocksTest, ExcludesOthersOfTheSameNameUntilItIsGivenBack)
     EXPECT_TRUE(first->Lock(0) && first->Lock(0));
     EXPECT_FALSE(second->Lock(0) || second->Lock(20));
     EXPECT_TRUE(Create(L"../a lock/with: u")->Lock(0));
-    std::thread holder(
-        [&first]
-        {
-            std::this_thread::sleep_for(std::chrono::milliseconds(30));
-            first->Unlock();
-        });
+    const auto later = std::async(std::launch::async, [&first] { usleep(30'000), first->Unlock(); });
     EXPECT_TRUE(second->Lock(60000));
-    holder.join();
+    later.wait();
     EXPECT_FALSE(first->Lock(0));
     EXPECT_TRUE(m_log.Lines.empty());
 }
@@ -52,8 +44,7 @@ TEST_F(CNamedLocksTest, IsFreeOnceItsProcessIsKilled)
     ASSERT_NE(child, -1);
     if (child == 0)
     {
-        const auto held = Create(L"shared");
-        held->Lock(10000);
+        Create(L"shared").release()->Lock(10000);
         pause();
         _exit(1);
     }
@@ -70,7 +61,6 @@ TEST_F(CNamedLocksTest, LogsWhyNoLockCanBeMade)
     m_folder.Write("Locks", "a file where the folder should be");
     EXPECT_FALSE(Create(L"name")->Lock(1000));
     EXPECT_THAT(m_log.Lines, testing::ElementsAre(testing::HasSubstr("Locks/name.lock")));
-    const std::unique_ptr<IZVNamedLock, Release> nowhere(CNamedLocks(ZVString(), m_log).CreateLock(L"name"));
-    EXPECT_FALSE(nowhere->Lock(0));
+    EXPECT_FALSE(Lock(CNamedLocks(ZVString(), m_log).CreateLock(L"name"))->Lock(0));
 }
 }

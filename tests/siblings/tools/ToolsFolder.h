@@ -2,14 +2,12 @@
 
 #include "contracts/IZVApplicationInformation.h"
 #include "core/string/ZVString.h"
+#include "process/WorkFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <sys/wait.h>
@@ -25,41 +23,22 @@ struct FakeInformation final : IZVApplicationInformation
     const wchar_t* Data = L"/nowhere/at/all";
 };
 
-// An empty folder of the test's own, removed with what is in it. The variables that the library looks at are unset while it
-// lives.
-class ToolsFolder
+// An empty folder of the test's own. The variables that the library looks at are unset at both ends of its life.
+class ToolsFolder : public WorkFolder
 {
 public:
-    ToolsFolder()
-    {
-        std::string path = (std::filesystem::temp_directory_path() / "zv-tools-XXXXXX").string();
-        m_path = std::string(mkdtemp(path.data())) + "/";
-        for (const char* name : {"ZV_DATA_DIR", "ZV_LOG_FILE", "ZV_LOG_MASK"})
-            unsetenv(name);
-    }
-    ~ToolsFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-        for (const char* name : {"ZV_LOG_FILE", "ZV_LOG_MASK"})
-            unsetenv(name);
-    }
-    ToolsFolder(const ToolsFolder&) = delete;
-    ToolsFolder& operator=(const ToolsFolder&) = delete;
+    ToolsFolder() { Unset(); }
+    ~ToolsFolder() { Unset(); }
 
-    ZVString AsString() const { return ZVString::FromUTF8(m_path.c_str()); }
-    std::string PathOf(const std::string& name) const { return m_path + name; }
+    ZVString AsString() const { return ZVString::FromUTF8(PathOf("").c_str()); }
     bool Has(const std::string& name) const { return std::filesystem::exists(PathOf(name)); }
 
-    std::string Read(const std::string& name) const
-    {
-        std::ifstream file(PathOf(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    // The files are those of this folder, whichever folder is the working folder.
+    std::string Read(const std::string& name) const { return WorkFolder::Read(PathOf(name)); }
     void Write(const std::string& name, const std::string& content) const
     {
         std::filesystem::create_directories(std::filesystem::path(PathOf(name)).parent_path());
-        std::ofstream(PathOf(name), std::ios::binary) << content;
+        WorkFolder::Write(PathOf(name), content);
     }
     // The lines of a file, whose last line must be ended too.
     std::vector<std::string> ReadLines(const std::string& name) const
@@ -74,7 +53,11 @@ public:
     }
 
 private:
-    std::string m_path;
+    static void Unset()
+    {
+        for (const char* name : {"ZV_DATA_DIR", "ZV_LOG_FILE", "ZV_LOG_MASK"})
+            unsetenv(name);
+    }
 };
 
 // Runs work(0) to work(count - 1) at once, each in a process of its own. True when every one returned true.
@@ -95,8 +78,8 @@ inline bool RunProcesses(int count, const std::function<bool(int)>& work)
     }
     close(gate[0]);
     close(gate[1]);
-    bool isGood = true;
+    int failures = 0;
     for (int status = 0; count > 0; --count)
-        isGood = wait(&status) > 0 && status == 0 && isGood;
-    return isGood;
+        failures += wait(&status) < 0 || status != 0;
+    return failures == 0;
 }

@@ -1,17 +1,14 @@
 #pragma once
 
-#include "FakeTools.h"
-#include "core/ZVToolsPointer.h"
 #include "system/filename/ZVNativePath.h"
+#include "system/log/ToolsFixture.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <gmock/gmock.h>
 #include <grp.h>
-#include <gtest/gtest.h>
 #include <iterator>
 #include <numeric>
 #include <sched.h>
@@ -23,7 +20,7 @@
 #include <unistd.h>
 
 // A test with a folder of its own, open to all users, and with a log.
-class FileFixture : public testing::Test
+class FileFixture : public ToolsFixture
 {
 protected:
     FileFixture()
@@ -31,18 +28,16 @@ protected:
         std::string name = std::filesystem::temp_directory_path() / "zvfile-XXXXXX";
         m_folder = std::string(mkdtemp(name.data())) + "/";
         chmod(m_folder.c_str(), 0777);
-        g_pZVTools = &m_tools;
     }
 
     ~FileFixture() override
     {
-        g_pZVTools = nullptr;
         // Rights that a test took away are given back first.
         EXPECT_EQ(system(("chmod -R u+rwx " + m_folder + " && rm -rf " + m_folder).c_str()), 0);
     }
 
-    // The path of a name in the folder, as bytes and as text.
-    std::string At(const std::string& name) const { return m_folder + name; }
+    // The path of a name in the folder, or of an absolute one, as bytes and as text.
+    std::string At(const std::string& name) const { return std::filesystem::path(m_folder) / name; }
     ZVString TextAt(const std::string& name) const { return ZVNativePath::ToText(At(name).c_str()); }
     static std::string Bytes(const ZVString& text) { return ZVNativePath(text).GetBytes(); }
     bool IsAt(const std::string& name) const { return exists(std::filesystem::symlink_status(At(name))); }
@@ -57,13 +52,11 @@ protected:
         return At(name);
     }
 
-    static std::string Get(const std::string& path)
+    std::string GetAt(const std::string& name) const
     {
-        std::ifstream file(path, std::ios::binary);
+        std::ifstream file(At(name), std::ios::binary);
         return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(none)";
     }
-
-    std::string GetAt(const std::string& name) const { return Get(At(name)); }
 
     // The names in the folder, sorted and with a blank behind each.
     std::string List(const std::string& name = "") const
@@ -145,6 +138,5 @@ protected:
         InChild(run);
     }
 
-    FakeTools m_tools;
     std::string m_folder;
 };

@@ -9,8 +9,7 @@ namespace
 class ZVFileMoveTest : public FileFixture
 {
 protected:
-    // Runs a function on the own folder and, where that can be, on two devices: the second stands for the folder that the new
-    // file comes from.
+    // Runs a function with the folder that a new file comes from: on the same device and, where that can be, on another.
     void OnOneDeviceAndOnTwo(const std::function<void(const std::string& source)>& function) const
     {
         MakeFolder("one");
@@ -137,8 +136,8 @@ TEST_F(ZVSafeReplaceTest, NothingIsLostWhicheverStepFails)
     {
         // Bring beside, back up, set aside, put in place, delete.
         const int lastStep = source == "one/" ? 3 : 4;
-        for (const bool ends : {false, true})
-            for (int badStep = 0; badStep <= lastStep + 1; ++badStep)
+        for (int badStep = 0; badStep <= lastStep + 1; ++badStep)
+            for (const bool ends : {false, true})
                 breakStep(source, badStep, lastStep, ends);
     };
     OnOneDeviceAndOnTwo(breakEachStep);
@@ -157,7 +156,7 @@ TEST_F(ZVSafeReplaceTest, KeepsTheOldFileUnlessTheNewOneIsGood)
     EXPECT_FALSE(replace("folder", "123"));
     Put("film.zvoriginal/full");
     EXPECT_FALSE(replace("film", "123"));
-    EXPECT_THAT(m_tools.Manager.Lines, testing::Contains("1|ZVFileSystem::SafeReplaceFile|Error renaming original file"));
+    ExpectLogged("1|ZVFileSystem::SafeReplaceFile|Error renaming original file");
     EXPECT_EQ(List() + GetAt("film"), "film film.zvoriginal folder old");
     std::filesystem::remove_all(At("film.zvoriginal"));
 

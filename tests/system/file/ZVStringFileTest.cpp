@@ -5,33 +5,23 @@ namespace
 {
 using ZVStringFileTest = FileFixture;
 
-std::string Units(const char16_t* text)
-{
-    return {reinterpret_cast<const char*>(text), std::char_traits<char16_t>::length(text) * sizeof(char16_t)};
-}
-
 TEST_F(ZVStringFileTest, TheModeDecidesTheBytes)
 {
+    using namespace std::string_literals;
     const ZVString text = L"a\u00e4\u65e5\U0001f3ac\r\n";
     // Above U+FFFF the product's own UTF-8.
     const std::string utf8 = "a\xc3\xa4\xe6\x97\xa5\xf1\x9f\x8e\xac\r\n";
-    const std::pair<int32_t, std::string> rows[] = {
-        {1, "a\xe4??\r\n"                              },
-        {2, utf8                                       },
-        {3, Units(u"\ufeffa\u00e4\u65e5\U0001f3ac\r\n")},
-        {4, Units(u"a\u00e4\u65e5\U0001f3ac\r\n")      },
-        {5, "\xef\xbb\xbf" + utf8                      },
-    };
-    for (const auto& [mode, bytes] : rows)
+    const std::string utf16 = "a\0\xe4\0\xe5\x65\x3c\xd8\xac\xdf\r\0\n\0"s;
+    const std::string rows[] = {"a\xe4??\r\n", utf8, "\xff\xfe" + utf16, utf16, "\xef\xbb\xbf" + utf8};
+    for (int32_t mode = 1; mode <= 5; ++mode)
     {
         Put("file", "a longer text that was there");
         EXPECT_TRUE(text.SaveToFile(TextAt("file"), mode));
-        EXPECT_EQ(GetAt("file"), bytes) << mode;
+        EXPECT_EQ(GetAt("file"), rows[mode - 1]) << mode;
     }
     EXPECT_FALSE(text.SaveToFile(TextAt("file"), 0) || text.SaveToFile(TextAt("file"), 6));
-    EXPECT_EQ(GetAt("file"), rows[4].second);
-    EXPECT_TRUE(ZVString().SaveToFile(TextAt("file"), 2));
-    EXPECT_EQ(GetAt("file"), "");
+    EXPECT_EQ(GetAt("file"), rows[4]);
+    EXPECT_TRUE(ZVString().SaveToFile(TextAt("file"), 2) && GetAt("file").empty());
 }
 
 TEST_F(ZVStringFileTest, ThePathIsMadeSafeAndItsFolderIsMade)

@@ -3,7 +3,6 @@
 
 #include <fstream>
 #include <gtest/gtest.h>
-#include <limits>
 #include <string>
 #include <tuple>
 #include <unistd.h>
@@ -17,29 +16,23 @@ std::string Bytes(const ZVString& text)
 
 TEST(ZVFilename, WhatStandsBehindAShortExtensionIsAProperty)
 {
-    // The text, its path and the property.
     const wchar_t* const rows[][3] = {
-        {L"/a/film.mkv;disc",    L"/a/film.mkv",         L"disc"},
-        {L"/a/film.12345;x;y",   L"/a/film.12345",       L"x;y" },
-        {L"/a/film.123456;x",    L"/a/film.123456;x",    L""    },
-        {L"/a/film.;x",          L"/a/film.;x",          L""    },
-        {L"/a/film.mkv;x.y",     L"/a/film.mkv;x.y",     L""    },
-        {L"/a.b/c;d",            L"/a.b/c;d",            L""    },
-        {L"/a/film.mkv;x/",      L"/a/film.mkv;x/",      L""    },
-        {L"http://host/a.mkv;x", L"http://host/a.mkv;x", L""    },
+        {L"/a/film.12345;x;y",   L"/a/film.12345",       L"x;y"},
+        {L"/a/film.123456;x",    L"/a/film.123456;x",    L""   },
+        {L"/a/film.;x",          L"/a/film.;x",          L""   },
+        {L"/a/film.mkv;x.y",     L"/a/film.mkv;x.y",     L""   },
+        {L"/a.b/c;d",            L"/a.b/c;d",            L""   },
+        {L"http://host/a.mkv;x", L"http://host/a.mkv;x", L""   },
     };
     for (const auto& row : rows)
     {
         const ZVFilename name(row[0]);
-        EXPECT_EQ(Bytes(name.GetPathOnly()), Bytes(row[1]));
-        EXPECT_EQ(name.GetPostExtensionData(), row[2]);
+        EXPECT_TRUE(name.GetPathOnly() == row[1] && name.GetPostExtensionData() == row[2]) << Bytes(row[0]);
     }
 
     ZVFilename name(L"/a/film.mkv;disc");
     name.SetFilename(L"/b.mkv", false);
-    EXPECT_EQ(name.GetPostExtensionData(), L"disc");
-    name.SetListedPath(L"/a/film.mkv;1");
-    EXPECT_EQ(Bytes(name.GetSerialized()), "/a/film.mkv;1");
+    EXPECT_TRUE(name.GetPathOnly() == L"/b.mkv" && name.GetPostExtensionData() == L"disc");
 }
 
 TEST(ZVFilename, TheSerialFormHoldsPathAndProperties)
@@ -51,26 +44,15 @@ TEST(ZVFilename, TheSerialFormHoldsPathAndProperties)
               L"<XMLFN version=\"1.0\"><Item Name=\"Filename\">/a/b &amp; &quot;c&quot; &lt;d&gt;&#x1;&#x2;.mkv</Item>"
               L"<Item Name=\"FileType\">a'\u00e4</Item></XMLFN>");
     // Never a second item of that name.
-    name.SetProperty(L"filename", L"/other");
-    EXPECT_EQ(name.GetSerialized().CountOf(L"<Item"), 2);
-
-    name.GetProperties().Remove(L"filename");
-    name.SetProperty(L"a \"key\"", L"(3:abc)\r\n ");
-    name.SetProperty(L"TVChannel", L"7");
-    name.SetProperty(L"UserAgent", L"");
-    const ZVFilename copy(name.GetSerialized());
-    EXPECT_EQ(copy.GetPathOnly(), name.GetPathOnly());
-    EXPECT_TRUE(copy.GetProperties().IsEqual(name.GetProperties()));
-    EXPECT_EQ(copy.GetIntegerProperty(L"tvchannel", 0) * copy.GetIntegerProperty(L"IndexedHLS", 5), 35);
+    name.SetProperty(L"filename", L"7");
+    EXPECT_TRUE(name.GetSerialized().CountOf(L"<Item") == 2 && name.GetIntegerProperty(L"Filename", 0) == 7);
 }
 
 TEST(ZVFilename, ReadsTheSerialForm)
 {
-    // The text, its path and a property.
     const wchar_t* const rows[][3] = {
         {L"<xmlfn VERSION=\"1.0\"><item name=\"FILENAME\">/a</item><Item Name=\"k\">v</Item>", L"/a",       L"v"},
         {L"<XMLFN version=\"1.0\"><Item Name=\"Filename\">/a.mkv;x</Item></XMLFN>",            L"/a.mkv;x", L"" },
-        {L"<XMLFN version=\"2.0\"><Item Name=\"Filename\">/a</Item></XMLFN>",                  L"",         L"" },
         {L"<XMLFN version=\"1\"><Item Name=\"Filename\">/a</Item></XMLFN>",                    L"",         L"" },
         {L"<XMLFN version=\"1.0\"><Item Name=\"k\">v</Item></XMLFN>",                          L"",         L"v"},
         {L"<XMLFN version=\"1.0\"><Item Name=\"Filename\">/a</Item><Item Name=\"k",            L"/a",       L"" },
@@ -78,8 +60,7 @@ TEST(ZVFilename, ReadsTheSerialForm)
     for (const auto& row : rows)
     {
         const ZVFilename name(row[0]);
-        EXPECT_EQ(Bytes(name.GetPathOnly()), Bytes(row[1]));
-        EXPECT_EQ(name.GetProperty(L"k"), row[2]) << Bytes(row[0]);
+        EXPECT_TRUE(name.GetPathOnly() == row[1] && name.GetProperty(L"k") == row[2]) << Bytes(row[0]);
     }
 }
 
@@ -88,7 +69,6 @@ TEST(ZVFilename, StylesAreConverted)
     using Style = ZVPathStyle;
     const std::tuple<const wchar_t*, Style, Style, const wchar_t*> rows[] = {
         {L"a\\b/c",                     Style::ForwardSlashes, Style::ForwardSlashes, L"a\\b/c"           },
-        {L"a\\b/c",                     Style::Native,         Style::ForwardSlashes, L"a/b/c"            },
         {L"a\\b/c",                     Style::Unknown,        Style::ForwardSlashes, L"a\\b/c"           },
         {L"a\\b",                       Style::Unknown,        Style::ForwardSlashes, L"a/b"              },
         {L"FILE:///C:/a%20%c3%A4%00%4", Style::FileURL,        Style::Backslashes,    L"C:\\a \u00e4%00%4"},
@@ -107,14 +87,9 @@ TEST(ZVFilename, StylesAreConverted)
 TEST(ZVFilename, PrivateNamesAreMapped)
 {
     ZVFilename name(L"M01P://host/a?m01p://");
-    EXPECT_TRUE(name.MapProtocolAliases() && !name.MapProtocolAliases());
-    EXPECT_EQ(name.GetPathOnly(), L"http://host/a?m01p://");
-    name.SetFilename(L"m01ps://host/a");
-    EXPECT_TRUE(name.MapProtocolAliases());
-    EXPECT_EQ(name.GetPathOnly(), L"https://host/a");
+    EXPECT_TRUE(name.MapProtocolAliases() && name.GetPathOnly() == L"http://host/a?m01p://" && !name.MapProtocolAliases());
     ZVString text = L"(INSTALL drive):/a/(Install Drive):b";
-    EXPECT_TRUE(ZVFilename::MapInstallDrive(text));
-    EXPECT_EQ(text, L"/a/b");
+    EXPECT_TRUE(ZVFilename::MapInstallDrive(text) && text == L"/a/b");
     EXPECT_FALSE(ZVFilename::MapInstallDrive(text = L"/(Install Drive):"));
 }
 
@@ -123,29 +98,20 @@ TEST(ZVFilename, KindsAreToldByTheText)
     // The scheme's code, then R is remote, T is RTMP, W is a web service and S is special.
     const std::pair<const wchar_t*, const char*> rows[] = {
         {L"/LDWS/film.mkv",          "0"  },
-        {L"http.mkv",                "0"  },
         {L"file:///films/film.mkv",  "0R" },
-        {L"ftp://host",              "1R" },
-        {L"ftps://host",             "0R" },
         {L"HTTPS://host",            "4R" },
         {L"http://host/ldws/a",      "3RW"},
         {L"RTMPE://host/a",          "0RT"},
-        {L"rtmpx://host/a",          "0R" },
         {L"12.tvlb",                 "0S" },
-        {L"12.TVLB",                 "0"  },
         {L"(3:abc)",                 "0S" },
         {L"<xmlph version=\"1.0\">", "0S" },
-        {L"radio paradise: Rock",    "0S" },
     };
     for (const auto& [text, expected] : rows)
     {
         const ZVFilename name(text);
-        std::string kinds = std::to_string(name.GetSchemeCode());
-        kinds += name.GetIsFileRemote() ? "R" : "";
-        kinds += name.IsRTMP() ? "T" : "";
-        kinds += name.IsWebServiceURL() ? "W" : "";
-        kinds += name.IsSpecial() ? "S" : "";
-        EXPECT_EQ(kinds, expected) << Bytes(text);
+        const std::string remote = name.GetIsFileRemote() ? "R" : "";
+        const char* const kind = name.IsRTMP() ? "T" : name.IsWebServiceURL() ? "W" : name.IsSpecial() ? "S" : "";
+        EXPECT_EQ(std::to_string(name.GetSchemeCode()) + remote + kind, expected) << Bytes(text);
     }
 }
 
@@ -156,8 +122,6 @@ TEST(ZVFilename, ASpecialTextIsAFileNameOnlyWhereItMayBe)
         {L"",                      " e   "},
         {L"/film.mkv",             "nehus"},
         {L"http://host/a",         "   u "},
-        {L"a.tvlb",                "    s"},
-        {L"(0x12345678):a.tvlb",   "  h s"},
         {L"(0x12345678):http://a", "  hu "},
         {L"(0x1234567):a.tvlb",    "    s"},
     };
@@ -173,35 +137,24 @@ TEST(ZVFilename, ASpecialTextIsAFileNameOnlyWhereItMayBe)
 TEST(ZVFilename, SplitsAPathIntoDriveDirectoryNameAndExtension)
 {
     const std::pair<const wchar_t*, const char*> rows[] = {
-        {L"/films/a/film.mkv",                            "|/films/a/|film|mkv"              },
-        {L"/films/a/",                                    "|/films/a/||"                     },
         {L"/films/two.parts.tar.gz",                      "|/films/|two.parts.tar|gz"        },
         {L"/films/v1.2/film",                             "|/films/v1.2/|film|"              },
         {L"/films/film.",                                 "|/films/|film|"                   },
         {L"/films/.hidden",                               "|/films/|.hidden|"                },
-        {L"/films/.hidden.mkv",                           "|/films/|.hidden|mkv"             },
         {L"..",                                           "||..|"                            },
-        {L"/films/..name",                                "|/films/|..name|"                 },
         {L"/films/...mkv",                                "|/films/|..|mkv"                  },
         {L"c:\\films\\film.mkv",                          "C:|/films/|film|mkv"              },
-        {L"c:film.mkv",                                   "C:||film|mkv"                     },
         {L"1:film.mkv",                                   "||1:film|mkv"                     },
         {L"\\\\server\\share\\film.mkv",                  "//server|/share/|film|mkv"        },
         {L"/dev/sr0",                                     "/dev/sr0|||"                      },
-        {L"/DEV/sr0/BDMV/index.bdmv",                     "/DEV/sr0|/BDMV/|index|bdmv"       },
         {L"/dev/",                                        "|/dev/||"                         },
         {L"/devices/film.mkv",                            "|/devices/|film|mkv"              },
-        {L"(install drive):/films/film.mkv",              "|/films/|film|mkv"                },
         {L"http://host.org/films/film.m3u8?part=1.5#a/b", "http://host.org|/films/|film|m3u8"},
         {L"http://host.org?a/b.c",                        "http://host.org|||"               },
-        {L"file:///films/film.mkv",                       "file://|/films/|film|mkv"         },
     };
     for (const auto& [path, parts] : rows)
     {
-        ZVString drive;
-        ZVString directory;
-        ZVString name;
-        ZVString extension;
+        ZVString drive, directory, name, extension;
         ZVFilename::SplitPath(path, &drive, &directory, &name, &extension);
         EXPECT_EQ(Bytes(drive + L"|" + directory + L"|" + name + L"|" + extension), parts) << Bytes(path);
     }
@@ -210,40 +163,31 @@ TEST(ZVFilename, SplitsAPathIntoDriveDirectoryNameAndExtension)
 TEST(ZVFilename, NamesAreBuiltFromTheParts)
 {
     ZVFilename film(L"/films/a/film.mkv;disc 2");
-    EXPECT_EQ(Bytes(film.GetNameAndExtension()), "film.mkv");
-    EXPECT_EQ(Bytes(film.GetNameAndExtension(true)), "film.mkv;disc 2");
+    EXPECT_EQ(Bytes(film.GetNameAndExtension() + film.GetNameAndExtension(true)), "film.mkvfilm.mkv;disc 2");
     film.SetProperty(ZVFilename::FileTypeProperty, L"webm");
     EXPECT_EQ(Bytes(film.GetExtension() + film.GetExtension(true)), "mkvwebm");
     EXPECT_EQ(Bytes(film.GetSidecarName()), "/films/a/film_webm_ZVSidecar.xml");
     EXPECT_EQ(Bytes(film.GetParentFolderName() + film.GetParentFolderName(true)), "aa/");
     EXPECT_EQ(Bytes(ZVFilename(L"/film.mkv").GetParentFolderName(true)), "");
-
-    const ZVFilename disc(L"/dev/sr0/BDMV/index.bdmv");
-    EXPECT_EQ(Bytes(disc.GetDrive() + L"|" + disc.GetDirectory(false)), "/dev/sr0|/BDMV/");
-    EXPECT_EQ(Bytes(disc.GetSidecarName()), "/dev/sr0/BDMV/index_bdmv_ZVSidecar.xml");
+    const ZVFilename disc(L"/DEV/sr0/BDMV/index.bdmv");
+    EXPECT_EQ(Bytes(disc.GetDrive() + L"|" + disc.GetDirectory(false) + L"|" + disc.GetNameOnly()), "/DEV/sr0|/BDMV/|index");
 
     const std::string index = testing::TempDir() + "index" + std::to_string(getpid()) + ".ts.zhli";
     const ZVFilename stream(ZVNativePath::ToText(index.substr(0, index.size() - 5).c_str()));
-    EXPECT_TRUE(stream.GetHLSIndexName(true).IsEmpty());
-    EXPECT_EQ(Bytes(stream.GetHLSIndexName(false)), index);
+    EXPECT_TRUE(stream.GetHLSIndexName(true).IsEmpty() && Bytes(stream.GetHLSIndexName(false)) == index);
     std::ofstream(index).close();
     EXPECT_EQ(Bytes(stream.GetHLSIndexName(true)), index);
     unlink(index.c_str());
-}
 
-TEST(ZVFilename, AStepIsAppendedWithOneSlash)
-{
     ZVFilename name;
-    for (const wchar_t* part : {L"/a", L"b", L"//c//", L"/d\\", L"e", L""})
+    for (const wchar_t* part : {L"/a", L"//b//", L"/c\\", L"d", L""})
         name.AddPathPart(part);
-    EXPECT_EQ(name.GetPathOnly(), L"/a/b/c/d/e/");
+    EXPECT_EQ(name.GetPathOnly(), L"/a/b/c/d/");
 }
 
 TEST(ZVFilename, CopiesAreNumbered)
 {
     const std::tuple<const wchar_t*, bool, const wchar_t*> rows[] = {
-        {L"/a/film.mkv",         false, L"/a/film (1).mkv"        },
-        {L"/a/film(9).mkv",      false, L"/a/film(10).mkv"        },
         {L"/a/film (9999).mkv",  false, L"/a/film (10000).mkv"    },
         {L"/a/film (10000).mkv", false, L"/a/film (10000) (1).mkv"},
         {L"/a/film (01).mkv",    false, L"/a/film (01) (1).mkv"   },
@@ -274,6 +218,5 @@ TEST(ZVNativePath, EveryNameOnADiskComesBackFromItsText)
     // Two names that the plain conversion could not tell apart.
     EXPECT_NE(ZVNativePath::ToText("\xff"), ZVNativePath::ToText("\xc3\xbf"));
     EXPECT_EQ(Bytes(L"C:\\films\\\u00ff"), "C:/films/\xc3\xbf");
-    EXPECT_EQ(ZVNativePath::GetCarriedByte(std::numeric_limits<wchar_t>::min()), 0);
 }
 }

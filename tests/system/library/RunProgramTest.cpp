@@ -1,58 +1,44 @@
 #include "system/library/RunProgram.h"
 
-#include "FakeTools.h"
-#include "core/ZVToolsPointer.h"
+#include "system/log/ToolsFixture.h"
 
-#include <csignal>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace
 {
-ZVStringArray Parameters(std::initializer_list<const wchar_t*> texts)
+using RunProgramTest = ToolsFixture;
+
+ZVStringArray Parameters(std::initializer_list<ZVString> texts)
 {
     ZVStringArray parameters;
-    for (const wchar_t* text : texts)
+    for (const ZVString& text : texts)
         parameters.Add(text);
     return parameters;
 }
 
-TEST(RunProgram, ABlockingProgramGivesItsOutputAndStatus)
+TEST_F(RunProgramTest, ABlockingProgramGivesItsOutputAndStatus)
 {
-    // 3-byte characters behind two others: one of them lies across the end of every piece that is read.
-    const ZVString longText = L"xx" + ZVString(std::wstring(3000, L'\u65e5').c_str());
-    const struct
-    {
-        const wchar_t* Program;
-        ZVStringArray Words;
-        const wchar_t* Output;
-        int32_t ExitCode;
-    } rows[] = {
-        {L"printf",      Parameters({L"'%s-'", L"'a b'", L"c"}), L"a b-c-",        0            },
-        {L"exit",        Parameters({L"3"}),                     L"",              3            },
-        {L"/nowhere/zv", Parameters({L"2>/dev/null"}),           L"",              127          },
-        {L"kill",        Parameters({L"-KILL", L"$$"}),          L"",              128 + SIGKILL},
-        {L"printf",      Parameters({L"'x\\346\\227'"}),         L"x\u00e6\u0097", 0            },
-        {L"printf",      Parameters({L"'a\\0b\\nc'"}),           L"ac",            0            },
-        {L"printf",      Parameters({L"%s", longText}),          longText,         0            },
-    };
-    FakeTools tools;
-    g_pZVTools = &tools;
-    for (const auto& row : rows)
+    const auto run = [](const wchar_t* program, std::initializer_list<ZVString> words)
     {
         ZVString output = L"old";
         int32_t exitCode = 99;
-        EXPECT_TRUE(RunProgram(row.Program, row.Words, &output, ZVRunMode::Blocking, &exitCode));
-        EXPECT_STREQ(output, row.Output);
-        EXPECT_EQ(exitCode, row.ExitCode);
-        EXPECT_TRUE(RunProgram(row.Program, row.Words, nullptr, ZVRunMode::Blocking, nullptr));
-    }
-    g_pZVTools = nullptr;
-    EXPECT_EQ(tools.Manager.Lines[1], "1|RunProgram|Running blocking command via popen: printf '%s-' 'a b' c");
+        EXPECT_TRUE(RunProgram(program, Parameters(words), &output, ZVRunMode::Blocking, &exitCode));
+        return ZVFormat(L"%d %s", exitCode, output);
+    };
+    EXPECT_STREQ(run(L"printf", {L"'%s-'", L"'a b'", L"c"}), L"0 a b-c-");
+    EXPECT_STREQ(run(L"/nowhere/zv", {L"2>/dev/null"}), L"127 ");
+    EXPECT_STREQ(run(L"kill", {L"-KILL", L"$$"}), L"137 ") << "128 and the number of the signal";
+    EXPECT_STREQ(run(L"printf", {L"'x\\346\\227'"}), L"0 x\u00e6\u0097");
+    EXPECT_STREQ(run(L"printf", {L"'a\\0b\\nc'"}), L"0 ac");
+    // 3-byte characters behind two others: one of them lies across the end of every piece that is read.
+    const ZVString longText = L"xx" + ZVString(std::wstring(3000, L'\u65e5').c_str());
+    EXPECT_STREQ(run(L"printf", {L"%s", longText}), L"0 " + longText);
+    EXPECT_TRUE(RunProgram(L"printf", Parameters({L"''"}), nullptr, ZVRunMode::Blocking, nullptr));
+    EXPECT_EQ(m_tools.Manager.Lines[1], "1|RunProgram|Running blocking command via popen: printf '%s-' 'a b' c");
 }
 
-TEST(RunProgram, ANonBlockingProgramGetsItsArgumentsAsTheyAre)
+TEST_F(RunProgramTest, ANonBlockingProgramGetsItsArgumentsAsTheyAre)
 {
     int pipeEnds[2];
     ASSERT_EQ(pipe(pipeEnds), 0);

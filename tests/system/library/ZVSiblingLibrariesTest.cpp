@@ -44,6 +44,9 @@ TEST_F(ZVSiblingLibrariesTest, StartsEachLibraryInItsOwnWayAndUnloadsInReverse)
     EXPECT_NE(m_libraries.GetInterface(ZVSibling::Player), nullptr);
     EXPECT_EQ(m_libraries.GetInterface(ZVSibling::Television), nullptr) << "it has no getter";
     EXPECT_TRUE(m_libraries.LoadPlayer(L"\\\\nowhere\\else.so")) << "a loaded library is not loaded again";
+    EXPECT_NE(m_libraries.GetReaderFactory("CreateGenericReaderDLL"), nullptr);
+    EXPECT_EQ(m_libraries.GetReaderFactory("CreateLocalReaderDLL"), nullptr) << "a factory that this library has not";
+    EXPECT_EQ(m_libraries.GetReaderFactory("GetAttachValue"), nullptr) << "a symbol that is no factory";
     for (int32_t round = 0; round < 2; ++round)
         m_libraries.UnloadAll();
     EXPECT_STREQ(TakeCalls(), L"Detach Detach Disc.Uninitialize Detach Reader.Uninitialize Detach Detach ");
@@ -57,20 +60,9 @@ TEST_F(ZVSiblingLibrariesTest, AToolsLibraryThatCannotServeIsUnloaded)
         setenv(variable, "reason", 1);
         EXPECT_FALSE(m_libraries.LoadTools(m_rooted));
         unsetenv(variable);
-        EXPECT_TRUE(TakeCalls().EndsWith(L" Detach "));
-        EXPECT_EQ(g_pZVTools, nullptr);
+        EXPECT_TRUE(TakeCalls().EndsWith(L" Detach ") && g_pZVTools == nullptr);
     }
     EXPECT_TRUE(m_libraries.LoadTools(m_rooted) && m_libraries.GetToolsError().IsEmpty());
-}
-
-TEST_F(ZVSiblingLibrariesTest, ReaderFactoriesAreFoundByTheirNames)
-{
-    ASSERT_TRUE(m_libraries.LoadReader(m_rooted));
-    void* const factory = m_libraries.GetReaderFactory("CreateGenericReaderDLL");
-    EXPECT_NE(factory, nullptr);
-    EXPECT_EQ(m_libraries.GetReaderFactory("CreateGenericReaderDLL"), factory);
-    EXPECT_EQ(m_libraries.GetReaderFactory("CreateLocalReaderDLL"), nullptr) << "a factory that this library has not";
-    EXPECT_EQ(m_libraries.GetReaderFactory("GetAttachValue"), nullptr) << "a symbol that is no factory";
 }
 
 TEST_F(ZVSiblingLibrariesTest, APathIsTakenAsItStandsOnlyWhenItIsRooted)
@@ -81,9 +73,7 @@ TEST_F(ZVSiblingLibrariesTest, APathIsTakenAsItStandsOnlyWhenItIsRooted)
     const std::pair<const wchar_t*, const wchar_t*> rows[] = {
         {L"C:\\Zivora\\lib.so", L"C:/Zivora/lib.so"        },
         {L"\\\\nowhere\\x\\",   L"//nowhere/x/libZVDisc.so"},
-        {L"C:lib.so",           installed                  },
         {L"/c:\\lib.so",        installed                  },
-        {L"/nowhere/lib.so",    installed                  },
         {L"",                   installed                  },
     };
     for (const auto& [path, opened] : rows)
@@ -100,8 +90,8 @@ TEST_F(ZVSiblingLibrariesTest, ALibraryIsAttachedWithNumbersThatRiseAndDetachedO
     {
         ZVLoadLibrary library;
         EXPECT_EQ(library.GetSymbol("TakeCalls"), nullptr);
-        EXPECT_TRUE(library.Load(m_path) && GetAttachValue() == before + 1);
-        EXPECT_TRUE(library.Load(m_path) && GetAttachValue() == before + 2);
+        for (const int32_t number : {1, 2})
+            EXPECT_TRUE(library.Load(m_path) && GetAttachValue() == before + number);
         EXPECT_FALSE(library.Load(L"") || library.IsLoaded()) << "the old one is gone all the same";
         EXPECT_TRUE(library.Load(m_path));
     }

@@ -1,6 +1,6 @@
 #include "LoaderFixture.h"
 
-#include "system/loader/IZVFileLoaderProgress.h"
+#include "system/log/ZVElapsedTime.h"
 
 #include <gmock/gmock.h>
 #include <thread>
@@ -28,53 +28,39 @@ TEST_F(CFileLoaderTest, KeepsItsLimitsOnEveryRoad)
     m_server.SetAnswer("/known", {.Body = content});
     m_server.SetAnswer("/unknown", {.Body = content, .IsChunked = true});
     const ZVString unknown = m_server.GetURL("/unknown");
-    const struct
-    {
-        const char* Name;
-        int64_t MaximumBytes;
-        bool FailIfLarger;
-        int64_t StartOffset;
-        bool IsLoaded;
-        size_t Size;
-    } rows[] = {
-        {"whole",                    -1,        false, 0,         true,  3'000'000},
-        {"no limit is 0",            0,         true,  0,         true,  3'000'000},
-        {"cut",                      100,       false, 0,         true,  100      },
-        {"larger",                   100,       true,  0,         false, 0        },
-        {"as large as allowed",      3'000'000, true,  0,         true,  3'000'000},
-        {"one byte larger",          2'999'999, true,  0,         false, 0        },
-        {"from an offset",           -1,        false, 2'500'000, true,  500'000  },
-        {"the rest is small enough", 500'000,   true,  2'500'000, true,  500'000  },
-        {"cut behind an offset",     70'000,    false, 1'000'000, true,  70'000   },
-        {"from the end",             -1,        false, 3'000'000, true,  0        },
-        {"from behind the end",      -1,        false, 4'000'000, true,  0        },
+    // The maximum, whether more is a failure, the start, whether it is loaded, and how much of it.
+    const std::tuple<int64_t, bool, size_t, bool, size_t> rows[] = {
+        {0,         true,  0,         true,  3'000'000},
+        {100,       false, 0,         true,  100      },
+        {3'000'000, true,  0,         true,  3'000'000},
+        {2'999'999, true,  0,         false, 0        },
+        {500'000,   true,  2'500'000, true,  500'000  },
+        {70'000,    false, 1'000'000, true,  70'000   },
+        {-1,        false, 3'000'000, true,  0        },
+        {-1,        false, 4'000'000, true,  0        },
     };
     for (const ZVString& name : {path, L"file://" + path, m_server.GetURL("/ranges"), m_server.GetURL("/known"), unknown})
         for (const bool isStreaming : {true, false})
-            for (const auto& row : rows)
+            for (const auto& [maximum, failIfLarger, start, isLoaded, size] : rows)
             {
                 // Without a reader there is no internet, and without a size no end to start from.
-                if ((!isStreaming && name.StartsWith(L"http")) || (name == unknown && row.StartOffset >= 3'000'000))
+                if ((!isStreaming && name.StartsWith(L"http")) || (name == unknown && start >= 3'000'000))
                     continue;
-                SCOPED_TRACE(row.Name + testing::PrintToString(std::wstring(name)) + (isStreaming ? "" : " direct"));
+                SCOPED_TRACE(testing::Message() << std::wstring(name) << isStreaming << ' ' << maximum << ' ' << start);
                 m_loader.SetStreaming(isStreaming);
-                m_loader.SetLimits(row.MaximumBytes, row.FailIfLarger);
-                m_loader.SetStartOffset(row.StartOffset);
-                EXPECT_EQ(Load(name), row.IsLoaded);
-                const size_t start = std::min<size_t>(static_cast<size_t>(row.StartOffset), content.size());
-                EXPECT_TRUE(Bytes(m_buffer) == content.substr(start, row.Size)) << m_buffer.GetUsed();
+                m_loader.SetLimits(maximum, failIfLarger);
+                m_loader.SetStartOffset(static_cast<int64_t>(start));
+                EXPECT_EQ(Load(name), isLoaded);
+                EXPECT_TRUE(Bytes(m_buffer) == content.substr(std::min(start, content.size()), size)) << m_buffer.GetUsed();
             }
 }
 
 TEST_F(CFileLoaderTest, FailsWithAnEmptyBuffer)
 {
-    const std::string content = MakeContent(200'000);
-    m_server.SetAnswer("/cut", {.Body = content, .CutAfter = 150'000});
-    m_server.SetAnswer("/cutchunks", {.Body = content, .IsChunked = true, .CutAfter = 150'000});
+    m_server.SetAnswer("/cut", {.Body = MakeContent(200'000), .CutAfter = 150'000});
     m_server.SetAnswer("/nothing", {.HidesLength = true});
-    for (const ZVString& name :
-         {TextAt("missing"), TextAt(""), ZVString(L"/dev/null/x"), m_server.GetURL("/cut"), m_server.GetURL("/cutchunks"),
-          m_server.GetURL("/nothing"), ZVString(L"other://host/file"), ZVString(L"http://127.0.0.1:1/closed")})
+    for (const ZVString& name : {TextAt("missing"), TextAt(""), m_server.GetURL("/cut"), m_server.GetURL("/nothing"),
+                                 ZVString(L"other://host/file"), ZVString(L"http://127.0.0.1:1/closed")})
     {
         SCOPED_TRACE(testing::PrintToString(std::wstring(name)));
         m_buffer.Append("old", 3);
@@ -82,9 +68,8 @@ TEST_F(CFileLoaderTest, FailsWithAnEmptyBuffer)
         EXPECT_EQ(m_buffer.GetUsed(), 0);
     }
     m_loader.SetAllowInternet(false);
-    const size_t requests = m_server.GetRequests().size();
-    EXPECT_FALSE(LoadFromServer("/cut"));
-    EXPECT_EQ(m_server.GetRequests().size(), requests);
+    EXPECT_FALSE(LoadFromServer("/unasked"));
+    EXPECT_TRUE(m_server.GetRequests("/unasked").empty());
 }
 
 TEST_F(CFileLoaderTest, TellsWhatTheServerSaid)
@@ -105,11 +90,11 @@ TEST_F(CFileLoaderTest, TellsWhatTheServerSaid)
 TEST_F(CFileLoaderTest, InflatesWhatCameAsGzip)
 {
     const std::string content = MakeContent(100'000);
-    const std::string gzip = ZVTestServer::Gzip(content);
+    const std::string gzip = Gzip(content);
     std::string broken = gzip;
     broken[gzip.size() / 2] ^= 0x55;
-    // Twenty megabytes of zeros in twenty kilobytes.
-    ASSERT_EQ(system(("head -c 20000000 /dev/zero | gzip > " + m_folder + "bomb").c_str()), 0);
+    const std::string bomb = Gzip(std::string(20'000'000, '\0'));
+    ASSERT_LT(bomb.size(), 30'000u);
     // An empty text stands for a failure.
     const auto check =
         [this](const char* name, const ZVTestAnswer& answer, int64_t maximum, bool failIfLarger, const std::string& expected)
@@ -126,18 +111,16 @@ TEST_F(CFileLoaderTest, InflatesWhatCameAsGzip)
         std::filesystem::remove(m_folder + "inflated.txt");
     };
     const std::vector<std::string> isGzip = {"Content-Encoding: x-GZIP"};
-    check("whole", {.Headers = isGzip, .Body = gzip}, -1, true, content);
     check("chunked", {.Headers = isGzip, .Body = gzip, .IsChunked = true}, -1, true, content);
     check("broken", {.Headers = isGzip, .Body = broken}, -1, true, "");
     check("not gzip", {.Headers = isGzip, .Body = content}, -1, true, "");
     check("cut by the server", {.Headers = isGzip, .Body = gzip.substr(0, gzip.size() - 3)}, -1, true, "");
     check("empty", {.Headers = isGzip}, -1, true, "");
-    check("within the limit", {.Headers = isGzip, .Body = gzip}, 1'000'000, true, content);
-    check("larger", {.Headers = isGzip, .Body = gzip}, 100'000, true, "");
-    check("larger when inflated", {.Headers = isGzip, .Body = Get("bomb")}, 1'000'000, true, "");
-    check("cut when inflated", {.Headers = isGzip, .Body = Get("bomb")}, 1'000'000, false, std::string(1'000'000, '\0'));
-    // Behind the 15 bytes of a header and of the first stored block.
-    check("cut", {.Headers = isGzip, .Body = gzip}, 100, false, content.substr(0, 85));
+    check("within the limit", {.Headers = isGzip, .Body = gzip}, 100'000, true, content);
+    check("larger", {.Headers = isGzip, .Body = gzip}, 10'000, true, "");
+    check("larger when inflated", {.Headers = isGzip, .Body = bomb}, 1'000'000, true, "");
+    check("cut when inflated", {.Headers = isGzip, .Body = bomb}, 1'000'000, false, std::string(1'000'000, '\0'));
+    check("cut", {.Headers = isGzip, .Body = gzip}, 1000, false, content.substr(0, 1000));
 }
 
 // Sees the first bytes and judges them by the context.
@@ -168,14 +151,12 @@ TEST_F(CFileLoaderTest, TestsTheFirstBytes)
             EXPECT_TRUE(!isLoaded || (intoFile ? Get("target") : Bytes(m_buffer)) == resource);
         }
     };
-    check(content, 100, L"", true, content.substr(0, 100));
     check(content, 100, L"", false, content.substr(0, 100), 1);
     check(content, 1'500'000, L"", true, content.substr(0, 1'500'000));  // more than a block
     check(content, 0, L"nowhere", true, "", 1);                          // no test is wanted
     check(content, 10, L"3,4", true, content.substr(0, 10));
     check(content, 8, L"3,4", false, content.substr(0, 8));  // the marker ends behind them
     check(wide + content, 8, L"AB", true, wide);
-    check("0,1,2", 100, L"", false, "0,1,2", 1);
     check("0,1,2", 100, L"nowhere", true, "", 1, false);
     check("", 100, L"", false, "", 1);
 }
@@ -199,25 +180,25 @@ TEST_F(CFileLoaderTest, SendsTheRequestOnce)
     EXPECT_EQ(request.GetHeader("X-Own"), "1");
     EXPECT_EQ(request.GetHeader("Content-Type"), "text/xml");
     EXPECT_EQ(request.GetHeader("Accept-Encoding"), "gzip");
-
-    m_loader.SetBody(ZVRequestMethod::Put, ZVRequestBodyKind::JSON, "{}", 2, false);
+    m_loader.SetBody(ZVRequestMethod::Put, ZVRequestBodyKind::JSON, "", 0, false);
     request = load();
     EXPECT_EQ(request.Method, "PUT");
-    EXPECT_EQ(request.Body, "{}");
+    EXPECT_EQ(request.GetHeader("Content-Length"), "0");
     EXPECT_EQ(request.GetHeader("Content-Type"), "application/json; charset=UTF-8");
-    m_loader.SetBody(ZVRequestMethod::Post, ZVRequestBodyKind::General, "", 1, true, L"text/x-own");
-    EXPECT_EQ(load().GetHeader("Content-Type"), "text/x-own; charset=UTF-8");
+    const std::string large = MakeContent(3'000'000);
+    m_loader.SetBody(ZVRequestMethod::Post, ZVRequestBodyKind::General, large.data(), 3'000'000, true, L"text/x-own");
+    request = load();
+    EXPECT_EQ(request.GetHeader("Content-Type"), "text/x-own; charset=UTF-8");
+    EXPECT_TRUE(request.Body == large && request.GetHeader("Expect").empty());
 
     // Not even when the load never began.
     m_loader.SetBody(ZVRequestMethod::Post, ZVRequestBodyKind::JSON, "{}", 2, false);
     m_loader.Cancel();
     EXPECT_FALSE(LoadFromServer("/post"));
-    EXPECT_EQ(m_buffer.GetUsed(), 0);
     m_loader.SetCancelTarget(nullptr);
     request = load();
     EXPECT_EQ(request.Method, "GET");
-    EXPECT_FALSE(request.HasHeader("Content-Type"));
-    EXPECT_FALSE(request.HasHeader("Accept-Encoding"));
+    EXPECT_EQ(request.GetHeader("Content-Type") + request.GetHeader("Accept-Encoding"), "");
 
     EXPECT_FALSE(m_loader.SetRequestOption(L"X-Evil", L"1\r\nX-More: 2"));
     EXPECT_FALSE(m_loader.SetRequestOption(L"X-Evil", L"1|X-More: 2"));
@@ -226,20 +207,12 @@ TEST_F(CFileLoaderTest, SendsTheRequestOnce)
     EXPECT_EQ(load().GetHeader("X-Own"), "2");
 }
 
-class Watcher final : public IZVFileLoaderProgress
-{
-public:
-    bool Poll() override { return MaximumPolls-- <= 0; }
-    void Notify(double fraction) override { Fractions.push_back(fraction); }
-
-    int MaximumPolls = INT_MAX;
-    std::vector<double> Fractions;
-};
-
 TEST_F(CFileLoaderTest, ReportsAndStopsOnDemand)
 {
     const ZVString path = Put("data", MakeContent(10'000'000));
+    int maximumPolls = INT_MAX;
     Watcher watcher;
+    watcher.OnPoll = [&] { return maximumPolls-- <= 0; };
     m_loader.SetProgressCallback(&watcher);
     EXPECT_TRUE(Load(path));
     EXPECT_EQ(watcher.Fractions.front(), 0);
@@ -247,12 +220,11 @@ TEST_F(CFileLoaderTest, ReportsAndStopsOnDemand)
     EXPECT_GE(watcher.Fractions.size(), 10u);
 
     // A load that was stopped tells that its resource opened, and keeps what it has.
-    watcher.MaximumPolls = 3;
+    maximumPolls = 3;
     EXPECT_TRUE(Load(path));
     EXPECT_TRUE(m_loader.IsCancelled());
-    EXPECT_GT(m_buffer.GetUsed(), 0);
-    EXPECT_LT(m_buffer.GetUsed(), 10'000'000);
-    watcher.MaximumPolls = INT_MAX;
+    EXPECT_TRUE(m_buffer.GetUsed() > 0 && m_buffer.GetUsed() < 10'000'000);
+    maximumPolls = INT_MAX;
     EXPECT_FALSE(Load(path)) << "it stays cancelled";
 
     // A file of its own goes again, and an old one is not touched before the first byte.
@@ -262,7 +234,7 @@ TEST_F(CFileLoaderTest, ReportsAndStopsOnDemand)
         if (polls == 0)
             Put("copy", "old");
         m_loader.SetCancelTarget(nullptr);
-        watcher.MaximumPolls = polls;
+        maximumPolls = polls;
         EXPECT_FALSE(m_loader.LoadToFile(path, target, ZVLoadToFileMode::Replace));
         EXPECT_EQ(Get("copy"), content);
     }
@@ -299,7 +271,6 @@ TEST_F(CFileLoaderTest, ShowsAWaitMessageFromBeforeItOpens)
     EXPECT_TRUE(Load(Put("data", MakeContent(100))));
     EXPECT_EQ(messages.Texts,
               L"Local resource|Reading 'data'  (0 bytes of 29 bytes)|0|Reading 'data'  (29 bytes of 29 bytes)|100");
-    EXPECT_FALSE(messages.IsShown);
 
     m_server.SetAnswer("/silent", {.DelayMilliseconds = 60'000});
     messages.Cancels = true;
@@ -312,47 +283,41 @@ TEST_F(CFileLoaderTest, CancelOrTimeoutEndsAWaitForTheServer)
 {
     m_server.SetAnswer("/silent", {.DelayMilliseconds = 60'000});
     m_server.SetAnswer("/stalls", {.Body = MakeContent(200'000), .StallAfter = 100'000, .StallMilliseconds = 60'000});
+    const ZVElapsedTime time;
     CFileLoader impatient;
     impatient.SetTimeout(100);
+    for (const char* target : {"/silent", "/stalls"})
+        EXPECT_FALSE(impatient.Load(m_server.GetURL(target), m_buffer));
     ZVCancelHelper cancel;
     m_loader.SetCancelTarget(&cancel);
-    for (const char* target : {"/silent", "/stalls"})
-    {
-        SCOPED_TRACE(target);
-        std::thread canceller(
-            [&]
-            {
-                while (m_server.GetRequests(target).empty())
-                    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-                std::this_thread::sleep_for(std::chrono::milliseconds(50));
-                cancel.Cancel();
-            });
-        LoadFromServer(target);
-        EXPECT_TRUE(m_loader.IsCancelled());
-        canceller.join();
-        EXPECT_FALSE(Load(Put("local", "x")));
-        cancel.Clear();
-        EXPECT_TRUE(Load(Put("local", "x")));
-        EXPECT_FALSE(impatient.Load(m_server.GetURL(target), m_buffer));
-    }
+    std::thread canceller(
+        [&]
+        {
+            std::this_thread::sleep_for(std::chrono::milliseconds(200));
+            cancel.Cancel();
+        });
+    LoadFromServer("/stalls");
+    EXPECT_TRUE(m_loader.IsCancelled());
+    canceller.join();
+    EXPECT_LT(time.GetMilliseconds(), 20'000);
+    EXPECT_FALSE(Load(Put("local", "x")));
+    cancel.Clear();
+    EXPECT_TRUE(Load(TextAt("local")));
 }
 
 TEST_F(CFileLoaderTest, ReadsTextAndRemoteFacts)
 {
-    const std::string gzip = ZVTestServer::Gzip("\xEF\xBB\xBFgr\xC3\xBC\xC3\x9F");
+    const std::string gzip = Gzip("\xEF\xBB\xBFgr\xC3\xBC\xC3\x9F");
     m_server.SetAnswer("/text", {.Headers = {"Content-Encoding: gzip"}, .Body = gzip});
     ZVString text = L"old";
     EXPECT_TRUE(text.LoadFromFile(m_server.GetURL("/text")));
     EXPECT_EQ(text, L"grüß");
-    EXPECT_TRUE(text.LoadFromFile(Put("utf16", std::string("\xFF\xFE"
-                                                           "a\0b\0",
-                                                           6))));
-    EXPECT_EQ(text, L"ab");
     EXPECT_TRUE(text.LoadFromFile(nullptr));
     EXPECT_TRUE(text.IsEmpty());
     // More than a string can hold.
-    std::filesystem::resize_file(m_folder + "utf16", uintmax_t {1} << 31);
-    for (const char* name : {"missing", "utf16"})
+    Put("huge", "\xFF\xFE");
+    std::filesystem::resize_file(m_folder + "huge", uintmax_t {1} << 31);
+    for (const char* name : {"missing", "huge"})
     {
         text = L"old";
         EXPECT_FALSE(text.LoadFromFile(TextAt(name))) << name;

@@ -1,17 +1,24 @@
 #pragma once
 
 #include "core/ZVToolsPointer.h"
+#include "siblings/tools/ToolsFolder.h"
+#include "support/MakeContent.h"
 #include "support/ZVTestServer.h"
 #include "system/library/ZVSiblingLibraries.h"
 #include "system/loader/CFileLoader.h"
+#include "system/loader/IZVFileLoaderProgress.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <iterator>
-#include <string>
+
+// Asks a function whether a load is to stop, and keeps how far it came.
+struct Watcher final : IZVFileLoaderProgress
+{
+    bool Poll() override { return OnPoll(); }
+    void Notify(double fraction) override { Fractions.push_back(fraction); }
+
+    std::function<bool()> OnPoll;
+    std::vector<double> Fractions;
+};
 
 // A test with the real libraries, a folder of its own and a server.
 class LoaderFixture : public testing::Test
@@ -23,7 +30,7 @@ protected:
         ZVSiblingLibraries::Get().UnloadAll();
         g_pZVTools = nullptr;
         for (const auto& entry : std::filesystem::directory_iterator(m_folder))
-            if (!IsOfTools(entry))
+            if (const std::string name = entry.path().filename(); name != "Logs" && !name.starts_with("Settings"))
                 std::filesystem::remove_all(entry);
     }
 
@@ -44,11 +51,12 @@ protected:
         return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(none)";
     }
 
-    // How many entries the folder has, but for the log's.
-    int64_t CountFiles() const
+    // The bytes as a gzip file.
+    std::string Gzip(const std::string& bytes) const
     {
-        const std::filesystem::directory_iterator entries(m_folder);
-        return std::count_if(begin(entries), end(entries), [](const auto& entry) { return !IsOfTools(entry); });
+        Put("bytes", bytes);
+        EXPECT_EQ(system(("gzip -f '" + m_folder + "bytes'").c_str()), 0);
+        return Get("bytes.gz");
     }
 
     static std::string Bytes(const ZVBuffer& buffer)
@@ -56,46 +64,18 @@ protected:
         return std::string(reinterpret_cast<const char*>(buffer.GetData()), static_cast<size_t>(buffer.GetUsed()));
     }
 
-    // A text in which every place is different from the others.
-    static std::string MakeContent(size_t size)
-    {
-        std::string content;
-        for (size_t number = 0; content.size() < size; ++number)
-            content += std::to_string(number) + ",";
-        content.resize(size);
-        return content;
-    }
-
 private:
     // The data folder of the process. The tools library asks for it once and stays, so all tests share it, and each leaves it
     // with nothing but what that library keeps open.
-    struct DataFolder
+    static const std::string& GetDataFolder()
     {
-        DataFolder()
-        {
-            Path = std::string(mkdtemp(Path.data())) + "/";
-            setenv("ZV_DATA_DIR", Path.c_str(), 1);
-        }
-        ~DataFolder()
-        {
-            std::error_code ignored;
-            std::filesystem::remove_all(Path, ignored);
-        }
-        std::string Path = std::filesystem::temp_directory_path() / "zvloader-XXXXXX";
-    };
-    static const DataFolder& GetDataFolder()
-    {
-        static const DataFolder s_folder;
-        return s_folder;
-    }
-
-    static bool IsOfTools(const std::filesystem::directory_entry& entry)
-    {
-        const std::string name = entry.path().filename();
-        return name == "Logs" || name.starts_with("Settings");
+        static const ToolsFolder s_folder;
+        static const std::string s_path = s_folder.PathOf("");
+        setenv("ZV_DATA_DIR", s_path.c_str(), 1);
+        return s_path;
     }
 
 protected:
-    const std::string& m_folder = GetDataFolder().Path;
+    const std::string& m_folder = GetDataFolder();
     ZVTestServer m_server;
 };

@@ -37,19 +37,18 @@ std::vector<int32_t> NumbersTo(int32_t count)
 TEST(ZVQSort, SortsWithAndWithoutAHelper)
 {
     using ValueAt = int32_t (*)(int32_t index, uint32_t random);
-    const std::pair<const char*, ValueAt> rows[] = {
-        {"random",       [](int32_t,       uint32_t random) { return static_cast<int32_t>(random); }    },
-        {"few distinct", [](int32_t,       uint32_t random) { return static_cast<int32_t>(random % 3); }},
-        {"reversed",     [](int32_t index, uint32_t) { return -index; }                                 },
-        {"up and down",  [](int32_t index, uint32_t) { return std::min(index, 30'000 - index); }        },
+    const ValueAt rows[] = {
+        [](int32_t, uint32_t random) { return static_cast<int32_t>(random); },
+        [](int32_t, uint32_t random) { return static_cast<int32_t>(random % 3); },
+        [](int32_t index, uint32_t) { return std::min(-index, index - 30'000); },
     };
     CompareBy compare(Difference);
     std::mt19937 random(7);
     for (const bool useHelper : {true, false})
-        for (const auto& [name, valueAt] : rows)
+        for (const ValueAt valueAt : rows)
         {
             ZVQSort<int32_t> sort(compare, useHelper);
-            for (const int32_t count : {0, 1, 2, 3, 4, 15, 16, 17, 18, 33, 1000, 60'000})
+            for (const int32_t count : {0, 1, 2, 3, 15, 16, 17, 18, 33, 60'000})
             {
                 std::vector<int32_t> values = NumbersTo(count);
                 for (int32_t& value : values)
@@ -57,9 +56,9 @@ TEST(ZVQSort, SortsWithAndWithoutAHelper)
                 std::vector<int32_t> expected = values;
                 std::ranges::sort(expected);
                 sort.Sort(values.data(), count);
-                EXPECT_TRUE(values == expected) << name << ", " << count;
+                EXPECT_TRUE(values == expected) << count;
             }
-            EXPECT_EQ(sort.GetStartedCount(), useHelper ? 1 : 0) << name;
+            EXPECT_EQ(sort.GetStartedCount(), useHelper ? 1 : 0);
             EXPECT_FALSE(sort.Start(0, false, 0)) << "a helper without a sort";
         }
 }
@@ -88,32 +87,8 @@ TEST(ZVQSort, ReturnsOnlyWhenItsHelperIsGone)
     for (int32_t round = 1; round <= 5; ++round)
     {
         sort.Sort();
-        EXPECT_FALSE(sort.IsRunning());
-        EXPECT_EQ(sort.GetStartedCount(), round);
+        EXPECT_TRUE(!sort.IsRunning() && sort.GetStartedCount() == round);
     }
-}
-
-TEST(ZVQSort, PartitionsAboveSixteenElements)
-{
-    // The places that a sort of sorted numbers asks about, in order.
-    const auto questionsFor = [](int32_t count)
-    {
-        std::vector<std::pair<int32_t, int32_t>> questions;
-        const auto ask = [&questions](const int32_t& first, const int32_t& second)
-        {
-            questions.emplace_back(first, second);
-            return Difference(first, second);
-        };
-        ZVQSort<int32_t>(std::make_unique<CompareBy>(ask), false).Sort(NumbersTo(count).data(), count);
-        return questions;
-    };
-    const auto partition = questionsFor(17);
-    EXPECT_TRUE(partition[0] == std::pair(0, 9) && partition[1] == std::pair(0, 16) && partition[2] == std::pair(9, 16));
-    // A Shell sort with the gaps 8, 3 and 1.
-    const auto shell = questionsFor(16);
-    ASSERT_EQ(shell.size(), 8u + 13u + 15u);
-    for (size_t index = 0; index < shell.size(); ++index)
-        EXPECT_EQ(shell[index].second - shell[index].first, index < 8 ? 8 : index < 21 ? 3 : 1);
 }
 
 TEST(ZVQSort, KeepsAllElementsWhateverTheComparisonAnswers)
@@ -140,16 +115,13 @@ TEST(ZVQSort, KeepsAllElementsWhateverTheComparisonAnswers)
         }
 }
 
-// The worst opponent of a quick sort: it settles the order while it is asked, always so that the present pivot turns out to be
-// low.
+// The worst opponent of a quick sort: it settles the order while it is asked, so that the pivot always turns out to be low.
 TEST(ZVQSort, ComparesNoMoreThanNLogNTimes)
 {
     constexpr int32_t Count = 20'000;
     constexpr int32_t Unsettled = Count;
     std::vector<int32_t> settled(Count, Unsettled);
-    int32_t nextValue = 0;
-    int32_t candidate = 0;
-    int64_t questions = 0;
+    int32_t nextValue = 0, candidate = 0, questions = 0;
     const auto oppose = [&](const int32_t& first, const int32_t& second)
     {
         ++questions;
@@ -163,6 +135,6 @@ TEST(ZVQSort, ComparesNoMoreThanNLogNTimes)
     };
     ZVQSort<int32_t>(std::make_unique<CompareBy>(oppose), false).Sort(NumbersTo(Count).data(), Count);
     // 14.3 is the logarithm of the count. A quadratic sort asks tens of millions of times.
-    EXPECT_LT(questions, 5 * int64_t {Count} * 15);
+    EXPECT_LT(questions, 5 * Count * 15);
 }
 }

@@ -1,11 +1,9 @@
 #include "video/codec/CZVAVLibraries.h"
 
 #include "FakeTools.h"
-#include "contracts/IZVApplicationInformation.h"
 #include "core/ZVToolsPointer.h"
+#include "siblings/tools/ToolsFolder.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -17,36 +15,27 @@ constexpr const char* FileNames[] = {"libavutil-zv.so.59",   "libswresample-zv.s
                                      "libavformat-zv.so.61", "libswscale-zv.so.8",    "libavfilter-zv.so.10"};
 
 // Tools with a data folder of the test's own, in which a set of stand-ins for the codec libraries is installed.
-class InstalledSet final : public FakeTools, private IZVApplicationInformation
+class InstalledSet final : public FakeTools
 {
 public:
     explicit InstalledSet(const char* source = nullptr)
     {
-        std::string name = fs::temp_directory_path() / "zv-codec-XXXXXX";
-        m_folder = fs::path(mkdtemp(name.data())) / "";
-        m_data = ZVString::FromUTF8(m_folder.c_str());
         fs::create_directories(PathOf(""));
         for (const char* file : FileNames)
             if (source != nullptr)
                 fs::copy_file(fs::path(source) / file, PathOf(file));
+        m_information.Data = m_data;
         g_pZVTools = this;
     }
-    ~InstalledSet() override
-    {
-        g_pZVTools = nullptr;
-        fs::remove_all(m_folder);
-    }
+    ~InstalledSet() override { g_pZVTools = nullptr; }
 
-    fs::path PathOf(const char* file) const { return m_folder / "Plugins/linux_avcodec64_v17" / file; }
-    IZVApplicationInformation* GetApplicationInformation() override { return this; }
+    fs::path PathOf(const char* file) const { return m_folder.PathOf("Plugins/linux_avcodec64_v17/") + file; }
+    IZVApplicationInformation* GetApplicationInformation() override { return &m_information; }
 
 private:
-    const wchar_t* GetProductName() override { return L""; }
-    const wchar_t* GetInstallDirectory() override { return L""; }
-    const wchar_t* GetDataDirectory() override { return m_data; }
-
-    fs::path m_folder;
-    ZVString m_data;
+    const ToolsFolder m_folder;
+    const ZVString m_data = m_folder.AsString();
+    FakeInformation m_information;
 };
 
 TEST(CZVAVLibraries, TakesASetThatHasEveryFunction)

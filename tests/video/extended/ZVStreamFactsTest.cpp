@@ -25,8 +25,6 @@ public:
             m_codec.av_dict_set(&Stream.metadata, tags[index], tags[index + 1], 0);
     }
     ~HandMadeStream() { m_codec.av_dict_free(&Stream.metadata); }
-    HandMadeStream(const HandMadeStream&) = delete;
-    HandMadeStream& operator=(const HandMadeStream&) = delete;
 
     AVFormatContext Context {};
     AVStream Stream {};
@@ -36,20 +34,6 @@ private:
     const CZVAVLibraries& m_codec;
     AVInputFormat m_container {};
 };
-
-TEST_F(ZVStreamFactsTest, ATagMayHaveALanguageBehindItsName)
-{
-    const auto getTag = [this](const TagList& tags)
-    {
-        const HandMadeStream stream(m_codec, "matroska,webm", AVMEDIA_TYPE_VIDEO, tags);
-        return ZVStreamFacts::GetStreamTag(m_codec, stream.Stream, "BPS");
-    };
-    EXPECT_EQ(getTag({}), L"");
-    EXPECT_EQ(getTag({"BPS", "1", "BPS-eng", "2"}), L"1");
-    EXPECT_EQ(getTag({"TITLE", "3", "bps-ENG", "2"}), L"2");
-    EXPECT_EQ(getTag({"BPSX", "1", "BPS_eng", "2"}), L"");
-    EXPECT_EQ(getTag({"BPS", "", "BPS-eng", "2"}), L"");
-}
 
 TEST_F(ZVStreamFactsTest, TheContainerDecidesWhatTellsTheBitrate)
 {
@@ -61,19 +45,18 @@ TEST_F(ZVStreamFactsTest, TheContainerDecidesWhatTellsTheBitrate)
     };
     constexpr AVMediaType video = AVMEDIA_TYPE_VIDEO;
     constexpr AVMediaType audio = AVMEDIA_TYPE_AUDIO;
-    EXPECT_EQ(getRate("matroska,webm", audio, 384'000, {"BPS-eng", "1500999"}), 1500) << "the tag wins";
+    // A tag may have a language behind its name.
+    EXPECT_EQ(getRate("matroska,webm", audio, 384'000, {"BPS", "1500999", "BPS-eng", "2000000"}), 1500);
+    EXPECT_EQ(getRate("matroska,webm", audio, 384'000, {"TITLE", "3000000", "bps-ENG", "2000000"}), 2000);
+    EXPECT_EQ(getRate("matroska,webm", audio, 384'000, {"BPSX", "1000000", "BPS_eng", "2000000"}), 384);
+    EXPECT_EQ(getRate("matroska,webm", video, 4'000'000), 0);
     EXPECT_EQ(getRate("matroska,webm", audio, 384'000, {"BPS", "1000"}), 384) << "a tag that counts kilobits";
     EXPECT_EQ(getRate("matroska,webm", audio, 384'000, {"BPS", "fast"}), 384) << "a tag that is no number";
-    EXPECT_EQ(getRate("matroska,webm", video, 4'000'000), 0) << "Matroska without a tag, video";
     EXPECT_EQ(getRate("mpegts", video, 0, {"BPS", "1500000"}), 0) << "a tag elsewhere is not read";
     EXPECT_EQ(getRate("mov,mp4,m4a", video, 4'000'999), 4000) << "MP4 video";
-    EXPECT_EQ(getRate("avi", video, 5001), 5) << "AVI video";
+    EXPECT_EQ(getRate("avi", video, 5001), 5);
     EXPECT_EQ(getRate("flv", video, 5000), 0) << "too small to be true";
-    EXPECT_EQ(getRate("mpegts", video, 4'000'000), 0) << "another container, video";
     EXPECT_EQ(getRate("mpegts", audio, 448'000), 448) << "another container, audio";
-    EXPECT_EQ(getRate("mpegts", audio, 5000), 0) << "another container, small";
-    EXPECT_EQ(getRate("movie", video, 4'000'000), 0) << "a name that only begins so";
-    EXPECT_EQ(getRate("AVI", video, 4'000'000), 0) << "in another case";
     EXPECT_EQ(getRate("mp4,mov", video, 4'000'000), 0) << "the first name counts";
 }
 
@@ -88,9 +71,7 @@ TEST(ZVStreamFacts, SideDataThatIsTooShortIsNone)
     EXPECT_EQ(ZVStreamFacts::FindSideData(parameters, AV_PKT_DATA_DOVI_CONF, 0), nullptr);
     parameters.coded_side_data = data;
     parameters.nb_coded_side_data = 2;
-    EXPECT_EQ(ZVStreamFacts::FindSideData(parameters, AV_PKT_DATA_DOVI_CONF, 4), bytes);
     EXPECT_EQ(ZVStreamFacts::FindSideData(parameters, AV_PKT_DATA_DOVI_CONF, 8), bytes + 4);
     EXPECT_EQ(ZVStreamFacts::FindSideData(parameters, AV_PKT_DATA_DOVI_CONF, 9), nullptr);
-    EXPECT_EQ(ZVStreamFacts::FindSideData(parameters, AV_PKT_DATA_SPHERICAL, 0), nullptr);
 }
 }
