@@ -48,6 +48,20 @@ TEST(ZVApp, RunsInOrderAndProcessesNothingWhenTheStartFails)
     EXPECT_EQ(failing.Calls, "IU");
 }
 
+TEST(ZVApp, ModuleEventsAreCounted)
+{
+    RecordingApp app;
+    int first = 0;
+    int second = 0;
+    EXPECT_TRUE(app.OnModuleEvent(&first, ZVModuleEvent::Attach));
+    EXPECT_TRUE(app.OnModuleEvent(&second, ZVModuleEvent::Attach));
+    EXPECT_EQ(app.GetHandle(), &first);
+    EXPECT_TRUE(app.OnModuleEvent(&second, ZVModuleEvent::Detach));
+    EXPECT_EQ(app.Calls, "I");
+    EXPECT_TRUE(app.OnModuleEvent(&first, ZVModuleEvent::Detach));
+    EXPECT_EQ(app.Calls, "IU");
+}
+
 TEST(ZVApp, RunHandlingHangupSurvivesAHangupAndAsksForTheEnd)
 {
     const auto run = []

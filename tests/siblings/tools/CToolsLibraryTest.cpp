@@ -12,7 +12,6 @@
 
 namespace
 {
-
 // The lines that a command prints.
 std::vector<std::string> OutputOf(const std::string& command)
 {
@@ -57,6 +56,7 @@ TEST(CToolsLibrary, GivesItsServices)
     EXPECT_STREQ(tools->GetApplicationInformation()->GetInstallDirectory(), L"/opt/zv/");
     ILogManager* const manager = tools->GetLogManager(false);
     EXPECT_STREQ(manager->GetFilePath(), folder.AsString() + L"data/Logs/ZVWorker.log");
+    EXPECT_NE(tools->GetSettings(true), nullptr);
     EXPECT_FALSE(folder.Has("data")) << "the library has touched the disk without being asked";
 
     // A string of this side's copy of the core, read by the other side's.

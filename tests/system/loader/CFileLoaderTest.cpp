@@ -185,6 +185,9 @@ TEST_F(CFileLoaderTest, SendsTheRequestOnce)
     EXPECT_EQ(request.Method, "PUT");
     EXPECT_EQ(request.GetHeader("Content-Length"), "0");
     EXPECT_EQ(request.GetHeader("Content-Type"), "application/json; charset=UTF-8");
+    m_loader.SetBody(ZVRequestMethod::Put, ZVRequestBodyKind::JSON, "[1]", 3, false);
+    request = load();
+    EXPECT_EQ(request.Method + " " + request.Body, "PUT [1]");
     const std::string large = MakeContent(3'000'000);
     m_loader.SetBody(ZVRequestMethod::Post, ZVRequestBodyKind::General, large.data(), 3'000'000, true, L"text/x-own");
     request = load();
