@@ -6,7 +6,6 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <regex>
 #include <sys/stat.h>
 
 namespace
@@ -48,7 +47,9 @@ std::set<std::string> WithStars(const std::set<std::string>& lines, const std::s
     std::set<std::string> result;
     for (const std::string& line : lines)
     {
-        const std::string starred = std::regex_replace(line, std::regex("=[1-9][0-9]*$"), "=*");
+        const size_t value = line.find('=') + 1;
+        const bool isNumber = line.find_first_not_of("0123456789", value) == std::string::npos && line.substr(value, 1) > "0";
+        const std::string starred = isNumber ? line.substr(0, value) + "*" : line;
         result.insert(expected.contains(starred) ? starred : line);
     }
     return result;

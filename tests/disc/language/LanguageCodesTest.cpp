@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <regex>
 #include <string>
 
 namespace
@@ -53,9 +52,12 @@ TEST(CodeFromName, FindsOneNameInAnyCaseAndGivesOtherTextsBack)
 // The value of a key in one of Debian's entries, or an empty text.
 ZVString GetValue(const std::string& entry, const std::string& key)
 {
-    std::smatch found;
-    const bool isThere = std::regex_search(entry, found, std::regex("\"" + key + "\": \"([^\"]*)"));
-    return isThere ? ZVString::FromUTF8(found[1].str().c_str()) : ZVString();
+    const std::string opening = "\"" + key + "\": \"";
+    const size_t found = entry.find(opening);
+    if (found == entry.npos)
+        return {};
+    const size_t start = found + opening.size();
+    return ZVString::FromUTF8(entry.substr(start, entry.find('"', start) - start).c_str());
 }
 
 // Every language of the standard, as the distribution keeps it, in each of its codes and names.
