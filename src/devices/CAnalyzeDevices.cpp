@@ -8,7 +8,8 @@
 
 namespace
 {
-constexpr wchar_t ScopeName[] = L"CAnalyzeDevices::EnumerateUSBDevices";
+constexpr ZVLogSource EnumerateSource {ZVLogCategory::Devices, L"CAnalyzeDevices::EnumerateUSBDevices"};
+constexpr ZVLogSource ListSource {ZVLogCategory::Devices, L"CAnalyzeDevices::GetDevices"};
 
 // What only the system's drives know of a device.
 constexpr const wchar_t* IdentityKeys[] = {L"DeviceName", L"VendorID",     L"ProductID",    L"FirmwareVersion",
@@ -50,8 +51,8 @@ bool CAnalyzeDevices::EnumerateUSBDevices(const ZVStringArray&)
         const int32_t index = FindDrive(candidates, device);
         if (index < 0)
             continue;
-        ZVLog(ZVLogCategory::Devices, ScopeName, "WPD <-> MSC device match found for device mapped to drive '%s'",
-              device.GetString(CDeviceInfo::DriveLetter));
+        EnumerateSource.Log("WPD <-> MSC device match found for device mapped to drive '%s'",
+                            device.GetString(CDeviceInfo::DriveLetter));
         CopyIdentity(device, candidates[index]);
         matched.Add(index);
     }
@@ -84,7 +85,7 @@ void CAnalyzeDevices::AddUnmatched(Candidate& candidate)
     const ZVString& path = candidate.DrivePaths[0];
     if (!ZVFileSystem::GetVolumeInformation(path, nullptr, nullptr))
     {
-        ZVLog(ZVLogCategory::Devices, ScopeName, "Skipping invalid device mapped to drive '%s' with no WMDM match", path);
+        EnumerateSource.Log("Skipping invalid device mapped to drive '%s' with no WMDM match", path);
         return;
     }
     CDeviceInfo& device = candidate.Device;
@@ -93,7 +94,7 @@ void CAnalyzeDevices::AddUnmatched(Candidate& candidate)
     device.SetString(CDeviceInfo::CanonicalName, device.GetString(CDeviceInfo::DeviceUID));
     device.SetInt(CDeviceInfo::IsDrive, 1);
     Devices[Devices.Add(device)].SetDefaults(CDeviceInfo::KeepType);
-    ZVLog(ZVLogCategory::Devices, ScopeName, "Adding valid device mapped to drive '%s' with no WMDM match", path);
+    EnumerateSource.Log("Adding valid device mapped to drive '%s' with no WMDM match", path);
 }
 
 int32_t CAnalyzeDevices::GetDevices(ZVStringArray& out) const
@@ -105,7 +106,7 @@ int32_t CAnalyzeDevices::GetDevices(ZVStringArray& out) const
         device.ToXML(text, L"XMLPH", false, 1.0);
         out.Add(text);
     }
-    ZVLog(ZVLogCategory::Devices, L"CAnalyzeDevices::GetDevices", "%d devices found", out.GetCount());
+    ListSource.Log("%d devices found", out.GetCount());
     return out.GetCount();
 }
 

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <cwchar>
+#include <string_view>
 
 class IZVFileLoaderProgress;
 class ZVBuffer;
@@ -81,6 +82,8 @@ public:
 
     operator const wchar_t*() const { return m_text; }
     const wchar_t* GetText() const { return m_text; }
+    // The characters for code that only looks. Valid as long as the string is neither changed nor gone.
+    std::wstring_view View() const { return {m_text, static_cast<size_t>(GetLength())}; }
     int32_t GetLength() const { return Data()->Length; }
     bool IsEmpty() const { return Data()->Length < 1; }
     // The character at a position, or NUL for one out of range.

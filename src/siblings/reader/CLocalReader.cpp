@@ -15,6 +15,8 @@
 
 namespace
 {
+constexpr ZVLogSource Source {ZVLogCategory::General, L"CLocalReader::Open"};
+
 // The most bytes of one call of the system: so long a Cancel has to wait.
 constexpr int64_t MaximumPiece = 0x1000000;
 
@@ -83,7 +85,7 @@ bool CLocalReader::OpenFile()
         return Fail("CLocalReader::Open", errno);
     if (const char* const reason = GetRefusal(status.st_mode))
     {
-        ZVLog(ZVLogCategory::General, L"CLocalReader::Open", "%s is not read: %s", m_path.c_str(), reason);
+        Source.Log("%s is not read: %s", m_path.c_str(), reason);
         return false;
     }
     char byte;

@@ -1,16 +1,16 @@
 #pragma once
 
 #include "contracts/IZVReader.h"
+#include "contracts/ZVReleasePointer.h"
 
 #include <atomic>
 
 // What all readers share: their state, and the operations that mean nothing to most of them. A reader of bytes that are at hand
 // leaves the request alone and has nothing to tell of an answer.
-class CReader : public IZVReader
+class CReader : public ZVReleasable<IZVReader>
 {
 public:
     CReader() = default;
-    virtual ~CReader() = default;
     CReader(const CReader&) = delete;
     CReader& operator=(const CReader&) = delete;
 
@@ -23,7 +23,6 @@ public:
     bool IsOpen() override { return m_isOpen; }
     bool HasFailed() override { return m_hasFailed; }
     void Cancel() override { m_isCancelled = true; }
-    void Release() override { delete this; }
 
 protected:
     bool IsCancelled() const { return m_isCancelled; }

@@ -15,7 +15,7 @@
 
 namespace
 {
-constexpr wchar_t ScopeName[] = L"ComponentArchive";
+constexpr ZVLogSource Source {ZVLogCategory::Network, L"ComponentArchive"};
 
 constexpr size_t ReadBlockSize = 0x10000;
 
@@ -27,7 +27,7 @@ constexpr int64_t MaximumSize = int64_t {16} << 30;
 
 void Refuse(const char* path, const char* reason)
 {
-    ZVLog(ZVLogCategory::Network, ScopeName, "The archive is refused: %s: %s", path, reason);
+    Source.Log("The archive is refused: %s: %s", path, reason);
 }
 
 // The depth of folders that a relative path leads to, or -1 when it is absolute or leaves its folder on the way.
@@ -72,18 +72,18 @@ class Reader
 {
 public:
     Reader(const ZVArchiveLibrary& library, const ZVString& path)
-        : m_library(library), m_archive(library.ReadNew()), m_entry(library.EntryNew())
+        : m_library(library), m_archive(library.archive_read_new()), m_entry(library.archive_entry_new())
     {
         // Not all that the library knows: for some it runs other programs.
-        m_library.SupportXZ(m_archive);
-        m_library.SupportTar(m_archive);
-        m_library.SupportZip(m_archive);
-        m_result = m_library.OpenFile(m_archive, ZVNativePath(path), ReadBlockSize);
+        m_library.archive_read_support_filter_xz(m_archive);
+        m_library.archive_read_support_format_tar(m_archive);
+        m_library.archive_read_support_format_zip(m_archive);
+        m_result = m_library.archive_read_open_filename(m_archive, ZVNativePath(path), ReadBlockSize);
     }
     ~Reader()
     {
-        m_library.EntryFree(m_entry);
-        m_library.ReadFree(m_archive);
+        m_library.archive_entry_free(m_entry);
+        m_library.archive_read_free(m_archive);
     }
     Reader(const Reader&) = delete;
     Reader& operator=(const Reader&) = delete;
@@ -92,7 +92,7 @@ public:
     bool Next()
     {
         if (m_result == ARCHIVE_OK)
-            m_result = m_library.NextHeader(m_archive, m_entry);
+            m_result = m_library.archive_read_next_header2(m_archive, m_entry);
         return m_result == ARCHIVE_OK;
     }
     // Gives the blocks of the entry to a function of bytes, a count and a position, until it says no. False also at a fault.
@@ -102,7 +102,7 @@ public:
         const void* bytes = nullptr;
         size_t count = 0;
         int64_t position = 0;
-        while ((m_result = m_library.ReadBlock(m_archive, &bytes, &count, &position)) == ARCHIVE_OK)
+        while ((m_result = m_library.archive_read_data_block(m_archive, &bytes, &count, &position)) == ARCHIVE_OK)
             if (!take(bytes, count, position))
                 return false;
         if (m_result != ARCHIVE_EOF)
@@ -114,7 +114,7 @@ public:
     bool IsAtEnd() const
     {
         if (m_result != ARCHIVE_EOF)
-            Refuse("it is damaged", GetError(m_library.GetError(m_archive)));
+            Refuse("it is damaged", GetError(m_library.archive_error_string(m_archive)));
         return m_result == ARCHIVE_EOF;
     }
     archive_entry* GetEntry() const { return m_entry; }
@@ -129,15 +129,15 @@ private:
 
 bool IsAllowed(const ZVArchiveLibrary& library, archive_entry* entry)
 {
-    const char* const path = library.GetPath(entry);
+    const char* const path = library.archive_entry_pathname(entry);
     if (path == nullptr || GetDepth(path, 0) < 0 || HasParentStep(path))
     {
         Refuse(path == nullptr ? "" : path, "the name leaves the folder");
         return false;
     }
-    const char* const hardLink = library.GetHardLink(entry);
-    const char* const symbolicLink = library.GetSymbolicLink(entry);
-    const auto type = library.GetFileType(entry);
+    const char* const hardLink = library.archive_entry_hardlink(entry);
+    const char* const symbolicLink = library.archive_entry_symlink(entry);
+    const auto type = library.archive_entry_filetype(entry);
     if (hardLink == nullptr && type != AE_IFREG && type != AE_IFDIR && type != AE_IFLNK)
     {
         Refuse(path, "it is neither a file nor a folder nor a link");
@@ -162,7 +162,7 @@ public:
     ~WorkingFolder()
     {
         if (m_isThere && fchdir(m_before) != 0)
-            ZVLog(ZVLogCategory::Network, ScopeName, "The working folder is gone");
+            Source.Log("The working folder is gone");
         if (m_before != -1)
             close(m_before);
     }
@@ -228,20 +228,21 @@ bool ComponentArchive::Unpack(const ZVString& path, const ZVString& folder)
     const WorkingFolder workingFolder(folder);
     if (!workingFolder.IsThere())
         return false;
-    const std::unique_ptr<archive, decltype(library->WriteFree)> disk(library->DiskNew(), library->WriteFree);
-    library->DiskOptions(disk.get(), Options);
+    const std::unique_ptr<archive, decltype(library->archive_write_free)> disk(library->archive_write_disk_new(),
+                                                                               library->archive_write_free);
+    library->archive_write_disk_set_options(disk.get(), Options);
     while (reader.Next())
     {
         const auto write = [&](const void* bytes, size_t count, int64_t position)
-        { return library->WriteBlock(disk.get(), bytes, count, position) >= ARCHIVE_OK; };
+        { return library->archive_write_data_block(disk.get(), bytes, count, position) >= ARCHIVE_OK; };
         if (!IsAllowed(*library, reader.GetEntry()))
             return false;
         // A file system that keeps no times is a warning.
-        if (library->WriteHeader(disk.get(), reader.GetEntry()) < ARCHIVE_WARN || !reader.ReadData(write) ||
-            library->FinishEntry(disk.get()) < ARCHIVE_WARN)
+        if (library->archive_write_header(disk.get(), reader.GetEntry()) < ARCHIVE_WARN || !reader.ReadData(write) ||
+            library->archive_write_finish_entry(disk.get()) < ARCHIVE_WARN)
         {
-            ZVLog(ZVLogCategory::Network, ScopeName, "Unpacking %s failed: %s", library->GetPath(reader.GetEntry()),
-                  Reader::GetError(library->GetError(disk.get())));
+            Source.Log("Unpacking %s failed: %s", library->archive_entry_pathname(reader.GetEntry()),
+                       Reader::GetError(library->archive_error_string(disk.get())));
             return false;
         }
     }

@@ -3,6 +3,7 @@
 #include "contracts/IZVNamedLocks.h"
 #include "contracts/IZVSettings.h"
 #include "contracts/IZVTools.h"
+#include "contracts/ZVReleasePointer.h"
 #include "core/ZVToolsPointer.h"
 #include "system/component/DependencyTable.h"
 #include "system/file/ZVFileSystem.h"
@@ -78,12 +79,7 @@ private:
     ZVString m_name;
 };
 
-struct LockRelease
-{
-    void operator()(IZVNamedLock* lock) const { lock->Release(); }
-};
-
-using LockPointer = std::unique_ptr<IZVNamedLock, LockRelease>;
+using LockPointer = ZVReleasePointer<IZVNamedLock>;
 
 LockPointer TakeLock(const ZVLogScope& scope, int32_t id)
 {

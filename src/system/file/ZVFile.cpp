@@ -19,6 +19,9 @@
 
 namespace
 {
+constexpr ZVLogSource ReopenSource {ZVLogCategory::General, L"ZVFile::Reopen"};
+constexpr ZVLogSource WriteSource {ZVLogCategory::General, L"ZVFile::Write"};
+
 constexpr mode_t NewFileMode = 0644;
 
 struct AccessFlags
@@ -134,7 +137,7 @@ bool ZVFile::Reopen()
     m_descriptor = OpenDescriptor();
     m_isOpen = m_descriptor != -1;
     if (!m_isOpen)
-        ZVLogFileError("ZVFile::Reopen", "Error %d opening file: %s", GetFilename());
+        ZVLogFileError(ReopenSource, "Error %d opening file: %s", GetFilename());
     return m_isOpen;
 }
 
@@ -196,7 +199,7 @@ bool ZVFile::Write(const void* buffer, int64_t length, int64_t& written)
     const ssize_t result = Transfer(length, [&](size_t size) { return write(m_descriptor, buffer, size); });
     written = result == -1 ? 0 : result;
     if (result == -1)
-        ZVLogFileError("ZVFile::Write", "Error %d writing file: %s", GetFilename());
+        ZVLogFileError(WriteSource, "Error %d writing file: %s", GetFilename());
     return result != -1;
 }
 

@@ -1,13 +1,10 @@
 #include "system/file/ZVFileError.h"
 
-#include "system/log/ZVLog.h"
-#include "system/log/ZVLogCategory.h"
-
 #include <cerrno>
 
-void ZVLogFileError(const char* scopeName, const char* format, const ZVString& path)
+void ZVLogFileError(const ZVLogSource& source, const char* format, const ZVString& path)
 {
     const int error = errno;
-    ZVLog(ZVLogCategory::General, ZVString::FromUTF8(scopeName), format, error, path);
+    source.Log(format, error, path);
     errno = error;
 }

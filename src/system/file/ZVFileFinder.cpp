@@ -13,6 +13,8 @@
 
 namespace
 {
+constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVFileFinder::Find"};
+
 // What glob would read as more than itself.
 constexpr std::string_view PatternCharacters = "?[]*\\";
 // The same without the wild cards.
@@ -56,7 +58,7 @@ int OnFolderError(const char* path, int error)
 {
     errno = error;
     if (error != ENOENT)
-        ZVLogFileError("ZVFileFinder::Find", "Error %d reading folder: %s", ZVNativePath::ToText(path));
+        ZVLogFileError(Source, "Error %d reading folder: %s", ZVNativePath::ToText(path));
     return 0;
 }
 }
@@ -70,7 +72,7 @@ bool ZVFileFinder::Find(const ZVFilename& pattern, bool listFolder)
     const int result = glob(MakePattern(pattern.GetPathOnly(), listFolder).c_str(), GLOB_MARK, OnFolderError, &m_result);
     m_isFound = result == 0 || result == GLOB_NOMATCH;
     if (!m_isFound)
-        ZVLogFileError("ZVFileFinder::Find", "Error %d listing: %s", pattern.GetPathOnly());
+        ZVLogFileError(Source, "Error %d listing: %s", pattern.GetPathOnly());
     return m_isFound;
 }
 

@@ -16,6 +16,9 @@
 
 namespace
 {
+constexpr ZVLogSource DeleteFileSource {ZVLogCategory::General, L"ZVFileSystem::DeleteFile"};
+constexpr ZVLogSource MakeDirectoryTreeSource {ZVLogCategory::General, L"ZVFileSystem::MakeDirectoryTree"};
+
 constexpr mode_t NewFolderMode = 0777;
 constexpr mode_t NewFileMode = 0644;
 
@@ -40,7 +43,7 @@ void MakeFolders(const ZVString& path, bool silent)
         if (ZVFileSystem::Exists(folder) || mkdir(ZVNativePath(folder), NewFolderMode) == 0 || errno == EEXIST)
             continue;
         if (!silent)
-            ZVLogFileError("ZVFileSystem::MakeDirectoryTree", "Error %d making folder: %s", folder);
+            ZVLogFileError(MakeDirectoryTreeSource, "Error %d making folder: %s", folder);
         return;
     }
 }
@@ -60,7 +63,7 @@ bool ZVFileSystem::MakeDirectoryTree(const ZVString& path, bool silent)
             return true;
     }
     if (!silent)
-        ZVLog(ZVLogCategory::General, L"ZVFileSystem::MakeDirectoryTree", "Failed! Path=%s", path);
+        MakeDirectoryTreeSource.Log("Failed! Path=%s", path);
     return false;
 }
 
@@ -84,6 +87,6 @@ bool ZVFileSystem::DeleteFile(const ZVString& path)
     if (unlink(ZVNativePath(path)) == 0)
         return true;
     if (errno != ENOENT)
-        ZVLogFileError("ZVFileSystem::DeleteFile", "Error %d deleting existing file: %s", path);
+        ZVLogFileError(DeleteFileSource, "Error %d deleting existing file: %s", path);
     return false;
 }

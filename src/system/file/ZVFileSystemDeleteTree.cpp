@@ -21,8 +21,7 @@
 
 namespace
 {
-constexpr char Scope[] = "ZVFileSystem::DeleteDirectoryTree";
-constexpr wchar_t ScopeName[] = L"ZVFileSystem::DeleteDirectoryTree";
+constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVFileSystem::DeleteDirectoryTree"};
 constexpr char RefusalFile[] = "/var/tmp/lddebug";
 constexpr mode_t RefusalFileMode = 0666;
 constexpr wchar_t ParentStep[] = L"..";
@@ -69,7 +68,7 @@ int OpenRefusalFile()
 // Notes a refusal where the developers look for it, in one write, so that the lines of several processes do not mix.
 void NoteRefusal(const ZVString& path)
 {
-    ZVLog(ZVLogCategory::General, ScopeName, "REJECTING DELETE BECAUSE PATH=%s", path);
+    Source.Log("REJECTING DELETE BECAUSE PATH=%s", path);
     ZVString line = L"REJECTING DELETE BECAUSE PATH=" + path;
     ZVFileSystem::ReplaceForbiddenCharacters(line);
     line.AppendCharacter(L'\n');
@@ -77,7 +76,7 @@ void NoteRefusal(const ZVString& path)
     const std::unique_ptr<char[]> bytes(line.GetUTF8());
     const size_t size = std::char_traits<char>::length(bytes.get());
     if (descriptor == -1 || write(descriptor, bytes.get(), size) != static_cast<ssize_t>(size))
-        ZVLogFileError(Scope, "Error %d writing file: %s", ZVString::FromUTF8(RefusalFile));
+        ZVLogFileError(Source, "Error %d writing file: %s", ZVString::FromUTF8(RefusalFile));
     if (descriptor != -1)
         close(descriptor);
 }
@@ -120,7 +119,7 @@ bool RemoveByCommand(const ZVString& folder)
     RunProgram(L"rm", parameters, nullptr, ZVRunMode::Blocking, &exitCode);
     if (!IsThere(folder))
         return true;
-    ZVLog(ZVLogCategory::General, ScopeName, "Command failed with %d: %s", exitCode, folder);
+    Source.Log("Command failed with %d: %s", exitCode, folder);
     return false;
 }
 
@@ -220,13 +219,13 @@ bool ZVFileSystem::DeleteDirectoryTree(const ZVString& path, bool keepRoot, cons
     {
         if (!keepRoot)
             return DeleteFile(plain);
-        ZVLog(ZVLogCategory::General, ScopeName, "A symbolic link is not entered: %s", path);
+        Source.Log("A symbolic link is not entered: %s", path);
         return false;
     }
     if (!IsDirectory(plain))
     {
         errno = IsThere(plain) ? ENOTDIR : ENOENT;
-        ZVLogFileError(Scope, "Error %d deleting folder: %s", path);
+        ZVLogFileError(Source, "Error %d deleting folder: %s", path);
         return false;
     }
     return TreeDeletion(filter, keepRoot).Run(plain + L"/");

@@ -23,6 +23,8 @@
 
 namespace
 {
+constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVFileSystem::GetDirectoryWorking"};
+
 constexpr wchar_t DataFolder[] = L".zivora/Generic/";
 constexpr wchar_t ProductFolder[] = L".zivora";
 constexpr wchar_t TempFolder[] = L"Temp";
@@ -184,7 +186,7 @@ ZVString ZVFileSystem::GetDirectoryWorking()
     char path[PATH_MAX];
     if (getcwd(path, sizeof path) != nullptr)
         return ZVPathLayout::WithClosingSlash(ZVNativePath::ToText(path));
-    ZVLogFileError("ZVFileSystem::GetDirectoryWorking", "Error %d asking for the path of: %s", L".");
+    ZVLogFileError(Source, "Error %d asking for the path of: %s", L".");
     return {};
 }
 

@@ -24,19 +24,25 @@ namespace
 // A function that moves or copies, with the name under which it logs and the command that it runs.
 struct Transfer
 {
-    const char* Scope;
+    ZVLogSource Source;
     const wchar_t* Program;
     const char* FailureFormat;
     bool KeepsSource;
 };
 
-constexpr Transfer Moving = {"ZVFileSystem::MoveFile", L"mv", "Error %d moving file: %s", false};
-constexpr Transfer Copying = {"ZVFileSystem::CopyFile", L"cp", "Error %d copying file: %s", true};
+constexpr Transfer Moving = {
+    {ZVLogCategory::General, L"ZVFileSystem::MoveFile"},
+    L"mv", "Error %d moving file: %s", false
+};
+constexpr Transfer Copying = {
+    {ZVLogCategory::General, L"ZVFileSystem::CopyFile"},
+    L"cp", "Error %d copying file: %s", true
+};
 
 bool Fail(const Transfer& transfer, int error, const ZVString& path)
 {
     errno = error;
-    ZVLogFileError(transfer.Scope, transfer.FailureFormat, path);
+    ZVLogFileError(transfer.Source, transfer.FailureFormat, path);
     return false;
 }
 
@@ -49,7 +55,7 @@ bool RunCommand(const Transfer& transfer, const ZVString& from, const ZVString& 
     int32_t exitCode = -1;
     if (RunProgram(transfer.Program, parameters, nullptr, ZVRunMode::Blocking, &exitCode) && exitCode == 0)
         return true;
-    ZVLog(ZVLogCategory::General, ZVString::FromUTF8(transfer.Scope), "Command failed with %d: %s to %s", exitCode, from, to);
+    transfer.Source.Log("Command failed with %d: %s to %s", exitCode, from, to);
     return false;
 }
 
@@ -91,7 +97,7 @@ ZVString GetNameBeside(const ZVString& path)
 
 void LogLeftBehind(const Transfer& transfer, const ZVString& path)
 {
-    ZVLog(ZVLogCategory::General, ZVString::FromUTF8(transfer.Scope), "What was moved or copied is left as: %s", path);
+    transfer.Source.Log("What was moved or copied is left as: %s", path);
 }
 
 // Lets the command bring the file to a name beside the new one, so that the command's failure, on a full disk above all, costs

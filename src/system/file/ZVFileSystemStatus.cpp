@@ -12,6 +12,9 @@
 
 namespace
 {
+constexpr ZVLogSource ZVStatFSSource {ZVLogCategory::General, L"ZVFileSystem::ZVStatFS"};
+constexpr ZVLogSource SetFileAttributesSource {ZVLogCategory::General, L"ZVFileSystem::SetFileAttributes"};
+
 constexpr mode_t NormalMode = 0644;
 constexpr mode_t PermissionBits = 07777;
 
@@ -35,7 +38,7 @@ bool ZVFileSystem::ZVStatFS(const ZVString& path, int64_t* totalSize, int64_t* f
     };
     const bool isKnown = statvfs(ZVNativePath(path), &status) == 0;
     if (!isKnown)
-        ZVLogFileError("ZVFileSystem::ZVStatFS", "Error %d asking for the space of: %s", path);
+        ZVLogFileError(ZVStatFSSource, "Error %d asking for the space of: %s", path);
     Give(totalSize, status.f_blocks, status.f_frsize);
     Give(freeSize, status.f_bfree, status.f_frsize);
     Give(availableSize, status.f_bavail, status.f_frsize);
@@ -71,7 +74,7 @@ bool ZVFileSystem::SetFileAttributes(const ZVString& path, uint32_t attributes)
     const mode_t mode = attributes == AttributesNormal ? NormalMode : attributes & PermissionBits;
     if (chmod(ZVNativePath(path), mode) == 0)
         return true;
-    ZVLogFileError("ZVFileSystem::SetFileAttributes", "Error %d setting attributes of: %s", path);
+    ZVLogFileError(SetFileAttributesSource, "Error %d setting attributes of: %s", path);
     return false;
 }
 

@@ -13,6 +13,9 @@
 
 namespace
 {
+constexpr ZVLogSource GetProgramFilenameSource {ZVLogCategory::General, L"ZVFileSystem::GetProgramFilename"};
+constexpr ZVLogSource GetComputerNameSource {ZVLogCategory::General, L"ZVFileSystem::GetComputerName"};
+
 // From which size on a unit is used, by the largest size below it, and the power of two that it counts.
 struct SizeUnit
 {
@@ -124,7 +127,7 @@ ZVString ZVFileSystem::GetProgramFilename()
     const ssize_t length = readlink("/proc/self/exe", path, ProgramPathSize);
     if (length == -1)
     {
-        ZVLogFileError("ZVFileSystem::GetProgramFilename", "Error %d asking for the path of: %s", L"/proc/self/exe");
+        ZVLogFileError(GetProgramFilenameSource, "Error %d asking for the path of: %s", L"/proc/self/exe");
         return {};
     }
     path[length] = '\0';
@@ -136,6 +139,6 @@ ZVString ZVFileSystem::GetComputerName()
     char name[HOST_NAME_MAX + 1] = {};
     if (gethostname(name, HOST_NAME_MAX) == 0)
         return ZVString::FromUTF8(name);
-    ZVLogFileError("ZVFileSystem::GetComputerName", "Error %d asking for the name of: %s", L"this machine");
+    ZVLogFileError(GetComputerNameSource, "Error %d asking for the name of: %s", L"this machine");
     return {};
 }

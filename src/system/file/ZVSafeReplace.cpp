@@ -16,13 +16,7 @@
 
 namespace
 {
-constexpr char Scope[] = "ZVFileSystem::SafeReplaceFile";
-
-template <class... Arguments>
-void Log(const char* format, const Arguments&... arguments)
-{
-    ZVLog(ZVLogCategory::General, ZVString::FromUTF8(Scope), format, arguments...);
-}
+constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVFileSystem::SafeReplaceFile"};
 
 // The 64-bit FNV-1a hash of the name's bytes.
 uint64_t HashOf(const ZVString& name)
@@ -68,7 +62,7 @@ public:
                 return;
             usleep(Pause);
         }
-        Log("Going on without a lock on: %s", folder);
+        Source.Log("Going on without a lock on: %s", folder);
     }
 
     ~FolderLock()
@@ -93,7 +87,7 @@ bool WriteThrough(const ZVString& path)
         return true;
     const bool isLost = fdatasync(descriptor) != 0 && (errno == EIO || errno == ENOSPC || errno == EDQUOT);
     if (isLost)
-        ZVLogFileError(Scope, "Error %d writing file to the disk: %s", path);
+        ZVLogFileError(Source, "Error %d writing file to the disk: %s", path);
     close(descriptor);
     return !isLost;
 }
@@ -112,7 +106,7 @@ bool ZVSafeReplace::Run(int64_t minimumSize, bool keepBackup)
     const FolderLock lock(FolderOf(m_path));
     if (IsOneFile())
     {
-        Log("A file cannot replace itself: %s", m_path);
+        Source.Log("A file cannot replace itself: %s", m_path);
         return false;
     }
     if (RestoreOriginal() && Replace(minimumSize, keepBackup))
@@ -133,7 +127,7 @@ bool ZVSafeReplace::RestoreOriginal()
 {
     if (ZVFileInfo(m_path).IsFound() || !ZVFileInfo(m_original).IsFound())
         return true;
-    Log("Putting back the original of: %s", m_path);
+    Source.Log("Putting back the original of: %s", m_path);
     return Move(m_original, m_path);
 }
 
@@ -142,12 +136,12 @@ bool ZVSafeReplace::Replace(int64_t minimumSize, bool keepBackup)
     const int64_t size = ZVFileSystem::GetFileSize(m_newPath);
     if (size < 0 || size < minimumSize)
     {
-        Log("The new file has %d bytes and not %d: %s", size, minimumSize, m_newPath);
+        Source.Log("The new file has %d bytes and not %d: %s", size, minimumSize, m_newPath);
         return false;
     }
     if (ZVFileSystem::IsDirectory(m_path))
     {
-        Log("A folder cannot be replaced: %s", m_path);
+        Source.Log("A folder cannot be replaced: %s", m_path);
         return false;
     }
     if (!BringBeside())
@@ -156,7 +150,7 @@ bool ZVSafeReplace::Replace(int64_t minimumSize, bool keepBackup)
         return Move(m_present, m_path);
     if (keepBackup && !Copy(m_path, DeriveName(m_path, BackupEnd)))
     {
-        Log("Error making backup of original file: %s", m_path);
+        Source.Log("Error making backup of original file: %s", m_path);
         return false;
     }
     return Exchange();
@@ -181,7 +175,7 @@ bool ZVSafeReplace::Exchange()
         return false;
     if (!Move(m_path, m_original))
     {
-        Log("Error renaming original file");
+        Source.Log("Error renaming original file");
         return false;
     }
     if (Move(m_present, m_path))
@@ -189,9 +183,9 @@ bool ZVSafeReplace::Exchange()
         Delete(m_original);
         return true;
     }
-    Log("Error moving new file into place of original name");
+    Source.Log("Error moving new file into place of original name");
     if (!Move(m_original, m_path))
-        Log("The original file is left as: %s", m_original);
+        Source.Log("The original file is left as: %s", m_original);
     return false;
 }
 

@@ -15,6 +15,8 @@
 
 namespace
 {
+constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVString::SaveToFile"};
+
 constexpr char16_t UTF16Mark = 0xfeff;
 constexpr uint8_t UTF8Mark[] = {0xef, 0xbb, 0xbf};
 constexpr wchar_t LargestCharacter = 0x10ffff;
@@ -100,7 +102,7 @@ bool Encode(const ZVString& text, int32_t mode, ZVBuffer& bytes)
 void RemoveShortFile(ZVFile& file)
 {
     const ZVString path = file.GetPathOnly();
-    ZVLogFileError("ZVString::SaveToFile", "Error %d, removing the incomplete file: %s", path);
+    ZVLogFileError(Source, "Error %d, removing the incomplete file: %s", path);
     file.Close();
     struct stat status;
     if (stat(ZVNativePath(path), &status) == 0 && S_ISREG(status.st_mode))

@@ -13,7 +13,7 @@
 
 namespace
 {
-constexpr char Scope[] = "ZVFileSystem::GetVolumeInformation";
+constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVFileSystem::GetVolumeInformation"};
 constexpr size_t EscapeLength = 4;
 
 struct CloseFolder
@@ -44,7 +44,7 @@ ZVString ZVVolumeLabels::Find(const ZVString& device, const ZVString& labelFolde
         char target[PATH_MAX];
         const std::string link = folderPath.GetBytes() + entry->d_name;
         if (realpath(link.c_str(), target) == nullptr)
-            ZVLogFileError(Scope, "realpath Error %d: %s", ZVNativePath::ToText(link.c_str()));
+            ZVLogFileError(Source, "realpath Error %d: %s", ZVNativePath::ToText(link.c_str()));
         else if (devicePath.GetBytes() == target)
             return Decode(entry->d_name);
     }

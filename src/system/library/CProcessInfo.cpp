@@ -14,6 +14,8 @@
 
 namespace
 {
+constexpr ZVLogSource Source {ZVLogCategory::General, L"CProcessInfo"};
+
 constexpr wchar_t ApplicationDataFolder[] = L"Application Data/";
 
 // A process that finds the block of a dead one under its own name removes it and tries once more.
@@ -167,8 +169,7 @@ int32_t CProcessInfo::TakeNextAttachValue()
 void CProcessInfo::LogStorage() const
 {
     if (!IsShared())
-        ZVLog(ZVLogCategory::General, L"CProcessInfo", "The process information is not shared with the libraries: %s",
-              strerror(m_memory.GetError()));
+        Source.Log("The process information is not shared with the libraries: %s", strerror(m_memory.GetError()));
 }
 
 void CProcessInfo::Remove()

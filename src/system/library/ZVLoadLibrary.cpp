@@ -9,6 +9,11 @@
 #include <cerrno>
 #include <dlfcn.h>
 
+namespace
+{
+constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVLoadLibrary"};
+}
+
 bool ZVLoadLibrary::Load(const ZVString& path, int32_t logFailure, int32_t)
 {
     Unload();
@@ -21,7 +26,7 @@ bool ZVLoadLibrary::Load(const ZVString& path, int32_t logFailure, int32_t)
         const int32_t error = errno;
         const char* const reason = dlerror();
         if (logFailure < 0)
-            ZVLog(ZVLogCategory::General, L"ZVLoadLibrary", "Loading %s failed, error: %d", path, error);
+            Source.Log("Loading %s failed, error: %d", path, error);
         ZVStandardOutput::PrintFormat(L"\n\nERROR in ZVLoadLibrary: error=%s, file=%s\n\n", reason, path);
         return false;
     }

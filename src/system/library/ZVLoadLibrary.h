@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/string/ZVString.h"
+#include "system/library/ZVFunctionTable.h"
 
 // A shared library that is opened at run time. A library may export "Attach", which is called with a number of its own after each
 // load, and "Detach", which is called before each unload. Not copied; the destructor unloads.
@@ -30,6 +31,14 @@ public:
     Function* GetFunction(const char* name) const
     {
         return reinterpret_cast<Function*>(GetSymbol(name));
+    }
+
+    // Fills a table of ZV_DEFINE_FUNCTION_TABLE in its order, up to the first function that the library does not have. Returns the
+    // name of that one, or null when all are there.
+    template <class Table>
+    const char* BindAll(Table& table) const
+    {
+        return ZVFunctionTable::BindAll(m_handle, table);
     }
 
 private:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "system/library/ZVFunctionTable.h"
+
 #include <dlfcn.h>
 
 // A library of the system that is opened when it is first needed, since most processes never need it and should not pay for it at
@@ -7,25 +9,17 @@
 class ZVRunTimeLibrary
 {
 public:
-    explicit ZVRunTimeLibrary(const char* fileName)
-        : m_handle(dlopen(fileName, RTLD_NOW | RTLD_LOCAL)), m_isComplete(m_handle != nullptr)
-    {
-    }
+    explicit ZVRunTimeLibrary(const char* fileName) : m_handle(dlopen(fileName, RTLD_NOW | RTLD_LOCAL)) {}
 
     bool IsOpen() const { return m_handle != nullptr; }
 
-    // Finds a function and keeps its address in a pointer of the function's type, or null when the library does not have it.
-    template <class Function>
-    void Bind(const char* name, Function*& function)
+    // Fills a table of ZV_DEFINE_FUNCTION_TABLE. False when the library is not open or lacks a function.
+    template <class Table>
+    bool BindAll(Table& table) const
     {
-        function = m_handle == nullptr ? nullptr : reinterpret_cast<Function*>(dlsym(m_handle, name));
-        m_isComplete = m_isComplete && function != nullptr;
+        return ZVFunctionTable::BindAll(m_handle, table) == nullptr;
     }
-
-    // True when the library is open and every function was found.
-    bool IsComplete() const { return m_isComplete; }
 
 private:
     void* m_handle;
-    bool m_isComplete;
 };

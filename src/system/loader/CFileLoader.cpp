@@ -16,7 +16,7 @@
 
 namespace
 {
-constexpr wchar_t ScopeName[] = L"CFileLoader";
+constexpr ZVLogSource Source {ZVLogCategory::Network, L"CFileLoader"};
 
 constexpr int64_t LocalBlock = 0x100000;
 constexpr int64_t InternetBlock = 0x10000;
@@ -48,7 +48,7 @@ int64_t GetBudget(const CFileLoaderOptions& options, int64_t remaining)
 
 void LogFailure(const ZVString& name, const char* reason)
 {
-    ZVLog(ZVLogCategory::Network, ScopeName, "Loading '%s' failed: %s", name, reason);
+    Source.Log("Loading '%s' failed: %s", name, reason);
 }
 }
 

@@ -1,20 +1,15 @@
 #pragma once
 
+#include "contracts/ZVReleasePointer.h"
 #include "core/string/ZVString.h"
 #include "system/loader/IZVWaitMessage.h"
 #include "system/log/ZVElapsedTime.h"
 
 #include <cstdint>
-#include <memory>
 
 struct CFileLoaderOptions;
 
-struct ZVWaitMessageRelease
-{
-    void operator()(IZVWaitMessage* message) const { message->Release(); }
-};
-
-using ZVWaitMessagePointer = std::unique_ptr<IZVWaitMessage, ZVWaitMessageRelease>;
+using ZVWaitMessagePointer = ZVReleasePointer<IZVWaitMessage>;
 
 // Tells those who follow a load how far it is: the wait message, and the progress callback as often as it makes sense.
 class CFileLoaderReport

@@ -2,6 +2,7 @@
 
 #include "contracts/IZVCompression.h"
 #include "contracts/IZVTools.h"
+#include "contracts/ZVReleasePointer.h"
 #include "core/ZVToolsPointer.h"
 #include "core/containers/ZVBuffer.h"
 #include "system/file/ZVFileSystem.h"
@@ -16,18 +17,13 @@
 
 namespace
 {
-constexpr wchar_t ScopeName[] = L"CFileLoader";
+constexpr ZVLogSource Source {ZVLogCategory::Network, L"CFileLoader"};
 
 // The output of a decoder is taken in blocks of three times the input, and grows in steps of this many bytes.
 constexpr int64_t OutputStep = 0x4000;
 constexpr int64_t LargestBlock = 0x4000000;
 
-struct DecoderRelease
-{
-    void operator()(IZVDecoder* decoder) const { decoder->Release(); }
-};
-
-using DecoderPointer = std::unique_ptr<IZVDecoder, DecoderRelease>;
+using DecoderPointer = ZVReleasePointer<IZVDecoder>;
 
 DecoderPointer CreateDecoder(const ZVBuffer& input)
 {
@@ -47,7 +43,7 @@ bool Inflate(const ZVBuffer& input, const ZVGzipContent::Limit& limit, const Tak
     const DecoderPointer decoder = CreateDecoder(input);
     if (decoder == nullptr)
     {
-        ZVLog(ZVLogCategory::Network, ScopeName, "There is nothing that inflates gzip content");
+        Source.Log("There is nothing that inflates gzip content");
         return false;
     }
     ZVBuffer block;
@@ -61,7 +57,7 @@ bool Inflate(const ZVBuffer& input, const ZVGzipContent::Limit& limit, const Tak
         const int64_t taken = std::min(count, limit.Bytes - total);
         if (taken < count && limit.FailIfLarger)
         {
-            ZVLog(ZVLogCategory::Network, ScopeName, "The content inflates to more than %d bytes", limit.Bytes);
+            Source.Log("The content inflates to more than %d bytes", limit.Bytes);
             return false;
         }
         if (!take(block.GetData(), taken))
@@ -74,7 +70,7 @@ bool Inflate(const ZVBuffer& input, const ZVGzipContent::Limit& limit, const Tak
     const bool isCut = !limit.FailIfLarger && input.GetUsed() >= limit.Bytes;
     const bool isDamaged = decoder->HasFailed() && !isCut;
     if (isDamaged)
-        ZVLog(ZVLogCategory::Network, ScopeName, "The gzip content is damaged");
+        Source.Log("The gzip content is damaged");
     return !isDamaged && total > 0;
 }
 }

@@ -1,17 +1,11 @@
 #pragma once
 
 #include "contracts/IZVReader.h"
+#include "contracts/ZVReleasePointer.h"
 #include "core/string/ZVString.h"
 
-#include <memory>
-
 // A reader of the reader library with its owner.
-struct ZVReaderRelease
-{
-    void operator()(IZVReader* reader) const { reader->Release(); }
-};
-
-using ZVReaderPointer = std::unique_ptr<IZVReader, ZVReaderRelease>;
+using ZVReaderPointer = ZVReleasePointer<IZVReader>;
 
 // The reader library, which the first call loads.
 namespace ZVReaders

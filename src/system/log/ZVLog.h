@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/string/ZVString.h"
+#include "system/log/ZVLogCategory.h"
 
 class ILogManager;
 
@@ -18,7 +19,26 @@ void Write(uint32_t category, const wchar_t* scopeName, const char* format, cons
            int32_t count);
 }
 
-// Logs one line under a scope name without a scope object, with at most 20 arguments.
+// Where log lines come from: their category and the name that stands in them. A constant of the file that logs:
+//
+//   constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVFileSystem::DeleteFile"};
+//   Source.Log("Error %d deleting existing file: %s", errno, path);
+struct ZVLogSource
+{
+    uint32_t Category;
+    const wchar_t* Name;
+
+    // Logs one line, with at most 20 arguments; the format is UTF-8. Without arguments it is a fixed text, which may hold percent
+    // signs.
+    template <class... Arguments>
+    void Log(const char* format, const Arguments&... arguments) const
+    {
+        const ZVFormatArguments<sizeof...(Arguments)> list(arguments...);
+        ZVLogManager::Write(Category, Name, format, list.Records(), list.Count());
+    }
+};
+
+// Logs one line under a name that is made at run time, with at most 20 arguments.
 template <class... Arguments>
 void ZVLog(uint32_t category, const ZVString& scopeName, const char* format, const Arguments&... arguments)
 {

@@ -16,6 +16,10 @@ ZVLogScope::ZVLogScope(uint32_t category, const char* name, bool logStartFinish)
     LogStart();
 }
 
+ZVLogScope::ZVLogScope(const ZVLogSource& source, bool logStartFinish) : ZVLogScope(source.Category, source.Name, logStartFinish)
+{
+}
+
 ZVLogScope::ZVLogScope(uint32_t category, const wchar_t* name, bool logStartFinish)
     : m_category(category), m_name(name), m_logStartFinish(logStartFinish)
 {

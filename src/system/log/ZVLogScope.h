@@ -9,6 +9,7 @@
 class ZVLogScope
 {
 public:
+    ZVLogScope(const ZVLogSource& source, bool logStartFinish);
     // The name is one byte a character, or wide.
     ZVLogScope(uint32_t category, const char* name, bool logStartFinish);
     ZVLogScope(uint32_t category, const wchar_t* name, bool logStartFinish);

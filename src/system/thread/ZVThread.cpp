@@ -12,6 +12,8 @@
 
 namespace
 {
+constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVThread::Stop"};
+
 constexpr int32_t ExitPollInterval = 10;
 constexpr int32_t WaitPollInterval = 10;
 constexpr int32_t IdleBodyInterval = 100;
@@ -223,8 +225,7 @@ void ZVThread::Abandon(int32_t startedCount, int32_t timeout)
             return;
         m_isInRun = false;
     }
-    ZVLog(ZVLogCategory::General, L"ZVThread::Stop", "Hard killing thread (handle=%x), it exceeded timeout=%d MS", handle,
-          timeout);
+    Source.Log("Hard killing thread (handle=%x), it exceeded timeout=%d MS", handle, timeout);
     fprintf(stderr, "Hard killing thread (handle=%lx), it exceeded timeout=%d MS\n", static_cast<unsigned long>(handle), timeout);
 }
 

@@ -6,24 +6,13 @@
 #include "system/log/ZVLogCategory.h"
 
 #include <cstddef>
-#include <cstring>
-#include <type_traits>
+#include <iterator>
 
 namespace
 {
-constexpr wchar_t ScopeName[] = L"CZVAVLibraries";
+constexpr ZVLogSource Source {ZVLogCategory::Media, L"CZVAVLibraries"};
 
-// In the order in which they are loaded: each needs those in front of it.
-enum class Family
-{
-    AVUtil,
-    SWResample,
-    AVCodec,
-    AVFormat,
-    SWScale,
-    AVFilter,
-};
-
+// In the order in which they are loaded.
 struct LibraryFile
 {
     const wchar_t* Suffixed;  // of the component, which never meets the system's
@@ -31,30 +20,23 @@ struct LibraryFile
 };
 
 constexpr LibraryFile LibraryFiles[] = {
-    {L"libavutil-zv.so.59",    L"libavutil.so.59"},
+    {L"libavutil-zv.so.59",    L"libavutil.so.59"   },
     {L"libswresample-zv.so.5", L"libswresample.so.5"},
-    {L"libavcodec-zv.so.61",   L"libavcodec.so.61"},
-    {L"libavformat-zv.so.61",  L"libavformat.so.61"},
-    {L"libswscale-zv.so.8",    L"libswscale.so.8"},
-    {L"libavfilter-zv.so.10",  L"libavfilter.so.10"},
+    {L"libavcodec-zv.so.61",   L"libavcodec.so.61"  },
+    {L"libavformat-zv.so.61",  L"libavformat.so.61" },
+    {L"libswscale-zv.so.8",    L"libswscale.so.8"   },
+    {L"libavfilter-zv.so.10",  L"libavfilter.so.10" },
 };
 
-struct FunctionPlace
+// True when all functions of a table are in the library.
+template <class Table>
+bool Bind(const ZVLoadLibrary& library, Table& table)
 {
-    Family Library;
-    size_t Offset;
-    const char* Name;
-};
-
-static_assert(std::is_standard_layout_v<ZVCodecFunctionTable>);
-
-constexpr FunctionPlace FunctionPlaces[] = {
-#define ZV_PLACE(family, name) {Family::family, offsetof(ZVCodecFunctionTable, name), #name},
-    ZV_CODEC_FUNCTIONS(ZV_PLACE)
-#undef ZV_PLACE
-};
-static_assert(sizeof FunctionPlaces / sizeof *FunctionPlaces == 127);
-static_assert(sizeof(ZVCodecFunctionTable) == 127 * sizeof(void*));
+    const char* const missing = library.BindAll(table);
+    if (missing != nullptr)
+        Source.Log("The codec libraries cannot be used: %s is missing", missing);
+    return missing == nullptr;
+}
 }
 
 CZVAVLibraries::CZVAVLibraries()
@@ -64,31 +46,22 @@ CZVAVLibraries::CZVAVLibraries()
         return;
     const bool isInstalled = ZVFileSystem::IsDirectory(folder);
     if (!isInstalled)
-        ZVLog(ZVLogCategory::Media, ScopeName, "The codec component is not in %s, so the system's libraries are tried", folder);
+        Source.Log("The codec component is not in %s, so the system's libraries are tried", folder);
     LoadAll(isInstalled ? folder : ZVString(), isInstalled);
-    Loaded = Bind();
+    Loaded = BindAll();
 }
 
-// A library that fails to load does not keep those behind it from being tried, so that the log names all that are missing.
+// A library that fails to load does not keep those after it from being tried, so that the log names all that are missing.
 void CZVAVLibraries::LoadAll(const ZVString& folder, bool hasSuffix)
 {
     ZVLoadLibrary* const libraries[] = {&m_avutil, &m_swresample, &m_avcodec, &m_avformat, &m_swscale, &m_avfilter};
-    for (size_t index = 0; index < sizeof libraries / sizeof *libraries; ++index)
+    for (size_t index = 0; index < std::size(LibraryFiles); ++index)
         libraries[index]->Load(folder + (hasSuffix ? LibraryFiles[index].Suffixed : LibraryFiles[index].Plain));
 }
 
-bool CZVAVLibraries::Bind()
+bool CZVAVLibraries::BindAll()
 {
-    const ZVLoadLibrary* const libraries[] = {&m_avutil, &m_swresample, &m_avcodec, &m_avformat, &m_swscale, &m_avfilter};
-    for (const FunctionPlace& place : FunctionPlaces)
-    {
-        void* const function = libraries[static_cast<size_t>(place.Library)]->GetSymbol(place.Name);
-        if (function == nullptr)
-        {
-            ZVLog(ZVLogCategory::Media, ScopeName, "The codec libraries cannot be used: %s is missing", place.Name);
-            return false;
-        }
-        memcpy(reinterpret_cast<char*>(static_cast<ZVCodecFunctionTable*>(this)) + place.Offset, &function, sizeof function);
-    }
-    return true;
+    return Bind<ZVAVUtilFunctions>(m_avutil, *this) && Bind<ZVSWResampleFunctions>(m_swresample, *this) &&
+           Bind<ZVAVCodecFunctions>(m_avcodec, *this) && Bind<ZVAVFormatFunctions>(m_avformat, *this) &&
+           Bind<ZVSWScaleFunctions>(m_swscale, *this) && Bind<ZVAVFilterFunctions>(m_avfilter, *this);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "system/library/ZVFunctionTable.h"
 #include "system/library/ZVLoadLibrary.h"
 #include "video/codec/ZVCodecFunctions.h"
 #include "video/codec/ZVCodecHeaders.h"
@@ -7,13 +8,12 @@
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
-// The functions of the codec libraries, each under its own name and with its own signature.
-struct ZVCodecFunctionTable
-{
-#define ZV_DECLARE(family, name) decltype(&::name) name = nullptr;
-    ZV_CODEC_FUNCTIONS(ZV_DECLARE)
-#undef ZV_DECLARE
-};
+ZV_DEFINE_FUNCTION_TABLE(ZVAVUtilFunctions, ZV_AVUTIL_FUNCTIONS);
+ZV_DEFINE_FUNCTION_TABLE(ZVSWResampleFunctions, ZV_SWRESAMPLE_FUNCTIONS);
+ZV_DEFINE_FUNCTION_TABLE(ZVAVCodecFunctions, ZV_AVCODEC_FUNCTIONS);
+ZV_DEFINE_FUNCTION_TABLE(ZVAVFormatFunctions, ZV_AVFORMAT_FUNCTIONS);
+ZV_DEFINE_FUNCTION_TABLE(ZVSWScaleFunctions, ZV_SWSCALE_FUNCTIONS);
+ZV_DEFINE_FUNCTION_TABLE(ZVAVFilterFunctions, ZV_AVFILTER_FUNCTIONS);
 
 #pragma GCC diagnostic pop
 
@@ -22,7 +22,12 @@ struct ZVCodecFunctionTable
 //
 // Whoever uses the functions tests Loaded first: it is true only when all libraries and all functions were found. Why not is in
 // the log. The libraries stay in the process when the object goes.
-class CZVAVLibraries : public ZVCodecFunctionTable
+class CZVAVLibraries : public ZVAVUtilFunctions,
+                       public ZVSWResampleFunctions,
+                       public ZVAVCodecFunctions,
+                       public ZVAVFormatFunctions,
+                       public ZVSWScaleFunctions,
+                       public ZVAVFilterFunctions
 {
 public:
     CZVAVLibraries();
@@ -33,7 +38,7 @@ public:
 
 private:
     void LoadAll(const ZVString& folder, bool hasSuffix);
-    bool Bind();
+    bool BindAll();
 
     ZVLoadLibrary m_avcodec;
     ZVLoadLibrary m_avformat;

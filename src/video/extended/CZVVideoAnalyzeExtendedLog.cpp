@@ -8,7 +8,7 @@
 
 namespace
 {
-constexpr wchar_t ScopeName[] = L"CZVVideoAnalyzeExtended::AVLog";
+constexpr ZVLogSource Source {ZVLogCategory::Image, L"CZVVideoAnalyzeExtended::AVLog"};
 
 constexpr int MaximumLength = 2047;
 
@@ -36,5 +36,5 @@ void CZVVideoAnalyzeExtended::AVLog(void* context, int level, const char* format
     const size_t length = strlen(message);
     if (length > 0 && message[length - 1] == '\n')
         message[length - 1] = '\0';
-    ZVLog(ZVLogCategory::Image, ScopeName, "%s%s", GetPrefix(context), message);
+    Source.Log("%s%s", GetPrefix(context), message);
 }

@@ -11,6 +11,8 @@
 
 namespace
 {
+constexpr ZVLogSource Source {ZVLogCategory::Network, L"CInternetReader"};
+
 constexpr int OK = 200;
 constexpr int PartialContent = 206;
 constexpr int RangeNotSatisfiable = 416;
@@ -255,7 +257,6 @@ void CInternetReader::GetInfo(const wchar_t* key, IZVDllString& value)
 
 bool CInternetReader::Refuse(const char* reason) const
 {
-    ZVLog(ZVLogCategory::Network, L"CInternetReader", "%s: %s",
-          m_address.empty() ? "(address)" : CResourceName::GetLoggedAddress(m_address).c_str(), reason);
+    Source.Log("%s: %s", m_address.empty() ? "(address)" : CResourceName::GetLoggedAddress(m_address).c_str(), reason);
     return false;
 }

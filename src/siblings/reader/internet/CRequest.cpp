@@ -8,6 +8,8 @@
 
 namespace
 {
+constexpr ZVLogSource Source {ZVLogCategory::Network, L"CRequest::SetHeaders"};
+
 struct MethodName
 {
     const char* Name;
@@ -79,8 +81,7 @@ void CRequest::AddLine(const std::string& line)
     if (!CHeaderText::Split(trimmed, name, value) || HasControlCharacter(value))
     {
         // Only the name: a value may be a secret.
-        ZVLog(ZVLogCategory::Network, L"CRequest::SetHeaders", "A line that is no header is left out: '%s'",
-              std::string(GetName(trimmed)).c_str());
+        Source.Log("A line that is no header is left out: '%s'", std::string(GetName(trimmed)).c_str());
         return;
     }
     if (SetOption(std::string(name), std::string(value)) || IsOneOf(MessageHeaders, name))
@@ -116,7 +117,7 @@ bool CRequest::SetOption(const std::string& name, const std::string& value)
     if (!isUnderstood)
     {
         m_isValid = false;
-        ZVLog(ZVLogCategory::Network, L"CRequest::SetHeaders", "%s cannot be '%s'", name.c_str(), value.c_str());
+        Source.Log("%s cannot be '%s'", name.c_str(), value.c_str());
     }
     return true;
 }

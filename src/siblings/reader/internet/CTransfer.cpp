@@ -16,6 +16,8 @@
 
 namespace
 {
+constexpr ZVLogSource Source {ZVLogCategory::Network, L"CTransfer"};
+
 // As many as browsers follow before they suspect a circle.
 constexpr long MaximumRedirects = 20;
 constexpr char Protocols[] = "http,https";
@@ -27,7 +29,7 @@ template <class Value>
 Value GetInformation(const CCurlLibrary& library, CURL* handle, CURLINFO name)
 {
     Value value = {};
-    return library.GetInformation(handle, name, &value) == CURLE_OK ? value : Value();
+    return library.curl_easy_getinfo(handle, name, &value) == CURLE_OK ? value : Value();
 }
 }
 
@@ -40,9 +42,9 @@ CTransfer::~CTransfer()
 {
     Stop();
     if (m_handle != nullptr)
-        m_library->FreeHandle(m_handle);
+        m_library->curl_easy_cleanup(m_handle);
     if (m_multi != nullptr)
-        m_library->FreeMulti(m_multi);
+        m_library->curl_multi_cleanup(m_multi);
     if (m_wakeUp != -1)
         close(m_wakeUp);
 }
@@ -76,12 +78,12 @@ bool CTransfer::Prepare(const CRequest& request, int64_t rangeStart, bool asksAg
     if (m_library == nullptr)
         return false;
     if (m_multi == nullptr)
-        m_multi = m_library->MakeMulti();
+        m_multi = m_library->curl_multi_init();
     if (m_handle == nullptr)
-        m_handle = m_library->MakeHandle();
+        m_handle = m_library->curl_easy_init();
     if (m_multi == nullptr || m_handle == nullptr)
         return false;
-    m_library->ResetHandle(m_handle);
+    m_library->curl_easy_reset(m_handle);
     // Without the first the library would first ask whether a large body is welcome and wait for the answer, and without the
     // second it would call every body a form.
     std::vector<std::string> lines = request.GetHeaders(asksAgain);
@@ -90,18 +92,18 @@ bool CTransfer::Prepare(const CRequest& request, int64_t rangeStart, bool asksAg
         lines.emplace_back("Content-Type:");
     for (const std::string& line : lines)
     {
-        curl_slist* const list = m_library->AppendToList(m_headers, line.c_str());
+        curl_slist* const list = m_library->curl_slist_append(m_headers, line.c_str());
         if (list == nullptr)
             return false;
         m_headers = list;
     }
-    return SetOptions(request, rangeStart) && m_library->AddHandle(m_multi, m_handle) == CURLM_OK;
+    return SetOptions(request, rangeStart) && m_library->curl_multi_add_handle(m_multi, m_handle) == CURLM_OK;
 }
 
 template <class Value>
 bool CTransfer::Set(CURLoption option, Value value)
 {
-    return m_library->SetOption(m_handle, option, value) == CURLE_OK;
+    return m_library->curl_easy_setopt(m_handle, option, value) == CURLE_OK;
 }
 
 bool CTransfer::SetOptions(const CRequest& request, int64_t rangeStart)
@@ -158,9 +160,9 @@ int64_t CTransfer::Read(void* bytes, int64_t count)
     if (m_isPaused)
     {
         m_isPaused = false;
-        const CURLcode result = m_library->Pause(m_handle, CURLPAUSE_CONT);
+        const CURLcode result = m_library->curl_easy_pause(m_handle, CURLPAUSE_CONT);
         if (result != CURLE_OK)
-            Fail(m_library->GetErrorText(result));
+            Fail(m_library->curl_easy_strerror(result));
     }
     Run([this] { return m_room == 0; });
     done = m_target - static_cast<char*>(bytes);
@@ -204,7 +206,7 @@ void CTransfer::Run(Condition condition)
             return;
         }
         curl_waitfd wakeUp = {m_wakeUp, CURL_WAIT_POLLIN, 0};
-        m_library->Poll(m_multi, &wakeUp, m_wakeUp == -1 ? 0 : 1, std::min(left, MaximumWait), nullptr);
+        m_library->curl_multi_poll(m_multi, &wakeUp, m_wakeUp == -1 ? 0 : 1, std::min(left, MaximumWait), nullptr);
     }
 }
 
@@ -214,7 +216,7 @@ bool CTransfer::Advance()
     if (m_isCancelled)
         Fail("cancelled");
     int running = 0;
-    if (m_isRunning && m_library->Perform(m_multi, &running) != CURLM_OK)
+    if (m_isRunning && m_library->curl_multi_perform(m_multi, &running) != CURLM_OK)
         Fail("libcurl cannot go on");
     if (m_isRunning)
         TakeMessages();
@@ -224,12 +226,12 @@ bool CTransfer::Advance()
 void CTransfer::TakeMessages()
 {
     int left = 0;
-    const CURLMsg* const message = m_library->ReadMessage(m_multi, &left);
+    const CURLMsg* const message = m_library->curl_multi_info_read(m_multi, &left);
     if (message == nullptr || message->msg != CURLMSG_DONE)
         return;
     const CURLcode result = message->data.result;
     if (result != CURLE_OK)
-        Fail(m_error[0] != '\0' ? m_error : m_library->GetErrorText(result));
+        Fail(m_error[0] != '\0' ? m_error : m_library->curl_easy_strerror(result));
     else
     {
         NoteLocation();
@@ -247,7 +249,7 @@ int64_t CTransfer::GetProgress() const
 
 void CTransfer::Fail(const char* reason)
 {
-    ZVLog(ZVLogCategory::Network, L"CTransfer", "%s: %s", CResourceName::GetLoggedAddress(m_address).c_str(), reason);
+    Source.Log("%s: %s", CResourceName::GetLoggedAddress(m_address).c_str(), reason);
     if (m_isRunning)
         NoteLocation();
     m_hasFailed = true;
@@ -259,7 +261,7 @@ void CTransfer::NoteLocation()
     m_location = m_answer.GetValue("Location");
     const char* address = nullptr;
     if (m_location.empty() && GetInformation<long>(*m_library, m_handle, CURLINFO_REDIRECT_COUNT) > 0 &&
-        m_library->GetInformation(m_handle, CURLINFO_EFFECTIVE_URL, &address) == CURLE_OK && address != nullptr)
+        m_library->curl_easy_getinfo(m_handle, CURLINFO_EFFECTIVE_URL, &address) == CURLE_OK && address != nullptr)
         m_location = address;
 }
 
@@ -270,9 +272,9 @@ void CTransfer::Stop()
     m_pending.clear();
     m_pendingStart = 0;
     if (m_handle != nullptr)
-        m_library->RemoveHandle(m_multi, m_handle);
+        m_library->curl_multi_remove_handle(m_multi, m_handle);
     if (m_headers != nullptr)
-        m_library->FreeList(m_headers);
+        m_library->curl_slist_free_all(m_headers);
     m_headers = nullptr;
 }
 

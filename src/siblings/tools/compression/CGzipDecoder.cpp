@@ -12,7 +12,7 @@ constexpr int GzipWindowBits = 15 + 16;
 CGzipDecoder::CGzipDecoder(const CZLibrary& library, const void* bytes, int64_t count)
     : m_library(library), m_next(static_cast<const unsigned char*>(bytes)), m_left(std::max<int64_t>(count, 0))
 {
-    m_isInitialized = m_library.InflateInit(&m_stream, GzipWindowBits, ZLIB_VERSION, static_cast<int>(sizeof m_stream)) == Z_OK;
+    m_isInitialized = m_library.inflateInit2_(&m_stream, GzipWindowBits, ZLIB_VERSION, static_cast<int>(sizeof m_stream)) == Z_OK;
     if (!m_isInitialized)
         End(true);
 }
@@ -20,7 +20,7 @@ CGzipDecoder::CGzipDecoder(const CZLibrary& library, const void* bytes, int64_t 
 CGzipDecoder::~CGzipDecoder()
 {
     if (m_isInitialized)
-        m_library.InflateEnd(&m_stream);
+        m_library.inflateEnd(&m_stream);
 }
 
 int64_t CGzipDecoder::Read(void* bytes, int64_t count)
@@ -31,7 +31,7 @@ int64_t CGzipDecoder::Read(void* bytes, int64_t count)
     while (!m_isAtEnd && m_stream.avail_out > 0)
     {
         GiveInput();
-        switch (m_library.Inflate(&m_stream, Z_NO_FLUSH))
+        switch (m_library.inflate(&m_stream, Z_NO_FLUSH))
         {
         case Z_OK:
             break;
@@ -72,7 +72,7 @@ bool CGzipDecoder::BeginNextMember()
     } while (m_stream.avail_in > 0 && *m_stream.next_in == 0);
     if (m_stream.avail_in == 0)
         return End(false);
-    return m_library.InflateReset(&m_stream) == Z_OK || End(true);
+    return m_library.inflateReset(&m_stream) == Z_OK || End(true);
 }
 
 bool CGzipDecoder::End(bool hasFailed)

@@ -1,21 +1,21 @@
 #pragma once
 
 #include "contracts/IZVCompression.h"
+#include "contracts/ZVReleasePointer.h"
 #include "siblings/tools/compression/CZLibrary.h"
 
 // A decoder of gzip data. Members follow one another as if they were one; zeros behind the last are padding, and anything else
 // there is a fault. What comes in front of a fault is given first.
-class CGzipDecoder final : public IZVDecoder
+class CGzipDecoder final : public ZVReleasable<IZVDecoder>
 {
 public:
     CGzipDecoder(const CZLibrary& library, const void* bytes, int64_t count);
-    ~CGzipDecoder();
+    ~CGzipDecoder() override;
     CGzipDecoder(const CGzipDecoder&) = delete;
     CGzipDecoder& operator=(const CGzipDecoder&) = delete;
 
     int64_t Read(void* bytes, int64_t count) override;
     bool HasFailed() override { return m_hasFailed; }
-    void Release() override { delete this; }
 
 private:
     void GiveInput();

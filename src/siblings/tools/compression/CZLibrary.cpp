@@ -17,9 +17,5 @@ const CZLibrary* CZLibrary::Get()
 bool CZLibrary::Load(const char* fileName)
 {
     ZVRunTimeLibrary library(fileName);
-    library.Bind("inflateInit2_", InflateInit);
-    library.Bind("inflate", Inflate);
-    library.Bind("inflateReset", InflateReset);
-    library.Bind("inflateEnd", InflateEnd);
-    return library.IsComplete();
+    return library.BindAll<CZFunctions>(*this);
 }

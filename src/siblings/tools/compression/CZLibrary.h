@@ -1,18 +1,24 @@
 #pragma once
 
+#include "system/library/ZVFunctionTable.h"
+
 #include <zlib.h>
+
+// clang-format off
+#define ZV_ZLIB_FUNCTIONS(function) \
+    function(inflateInit2_)         \
+    function(inflate)               \
+    function(inflateReset)          \
+    function(inflateEnd)
+// clang-format on
+ZV_DEFINE_FUNCTION_TABLE(CZFunctions, ZV_ZLIB_FUNCTIONS);
 
 // The functions of zlib that a decoder needs, bound when the first one is made: most processes inflate nothing and should not pay
 // for the library.
-struct CZLibrary
+struct CZLibrary : CZFunctions
 {
     // The bound library; null when it is not there or lacks a function. It is never closed.
     static const CZLibrary* Get();
-
-    decltype(&inflateInit2_) InflateInit = nullptr;
-    decltype(&inflate) Inflate = nullptr;
-    decltype(&inflateReset) InflateReset = nullptr;
-    decltype(&inflateEnd) InflateEnd = nullptr;
 
 private:
     bool Load(const char* fileName);

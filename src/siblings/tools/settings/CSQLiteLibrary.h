@@ -1,23 +1,29 @@
 #pragma once
 
+#include "system/library/ZVFunctionTable.h"
+
 #include <sqlite3.h>
+
+// clang-format off
+#define ZV_SQLITE_FUNCTIONS(function) \
+    function(sqlite3_open_v2)         \
+    function(sqlite3_close)           \
+    function(sqlite3_busy_timeout)    \
+    function(sqlite3_errmsg)          \
+    function(sqlite3_prepare_v2)      \
+    function(sqlite3_bind_text)       \
+    function(sqlite3_step)            \
+    function(sqlite3_column_text)     \
+    function(sqlite3_finalize)
+// clang-format on
+ZV_DEFINE_FUNCTION_TABLE(CSQLiteFunctions, ZV_SQLITE_FUNCTIONS);
 
 // The functions of SQLite that the settings need, bound at run time: most processes never read a setting and should not pay for
 // the library.
-struct CSQLiteLibrary
+struct CSQLiteLibrary : CSQLiteFunctions
 {
     // Opens the library, if it is not open, and binds all functions. False when it is not there or lacks one. It is never closed.
     bool Load(const char* fileName);
-
-    decltype(&sqlite3_open_v2) Open = nullptr;
-    decltype(&sqlite3_close) Close = nullptr;
-    decltype(&sqlite3_busy_timeout) SetBusyTimeout = nullptr;
-    decltype(&sqlite3_errmsg) GetErrorMessage = nullptr;
-    decltype(&sqlite3_prepare_v2) Prepare = nullptr;
-    decltype(&sqlite3_bind_text) BindText = nullptr;
-    decltype(&sqlite3_step) Step = nullptr;
-    decltype(&sqlite3_column_text) GetColumnText = nullptr;
-    decltype(&sqlite3_finalize) Finalize = nullptr;
 
 private:
     bool m_isLoaded = false;

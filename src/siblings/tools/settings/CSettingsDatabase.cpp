@@ -31,7 +31,7 @@ CSettingsResult CSettingsDatabase::Open(const char* path)
     Close();
     // The caller's lock does for this connection; another thread's connection is another one.
     constexpr int Flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
-    CSettingsResult result = ResultOf(m_library.Open(path, &m_connection, Flags, nullptr));
+    CSettingsResult result = ResultOf(m_library.sqlite3_open_v2(path, &m_connection, Flags, nullptr));
     if (result == CSettingsResult::Done)
         result = Prepare();
     if (result != CSettingsResult::Done)
@@ -41,7 +41,7 @@ CSettingsResult CSettingsDatabase::Open(const char* path)
 
 CSettingsResult CSettingsDatabase::Prepare()
 {
-    m_library.SetBusyTimeout(m_connection, BusyTimeoutMilliseconds);
+    m_library.sqlite3_busy_timeout(m_connection, BusyTimeoutMilliseconds);
     CSettingsResult result = UseWriteAheadLog();
     // In write-ahead mode this loses at most the last settings when the power fails, never the file.
     if (result == CSettingsResult::Done)
@@ -68,7 +68,7 @@ CSettingsResult CSettingsDatabase::UseWriteAheadLog()
 void CSettingsDatabase::Close()
 {
     if (m_connection != nullptr)
-        m_library.Close(m_connection);
+        m_library.sqlite3_close(m_connection);
     m_connection = nullptr;
 }
 
@@ -79,7 +79,7 @@ CSettingsResult CSettingsDatabase::ResultOf(int code)
     m_isBusy = kind == SQLITE_BUSY || kind == SQLITE_LOCKED;
     if (kind == SQLITE_OK || kind == SQLITE_ROW || kind == SQLITE_DONE)
         return CSettingsResult::Done;
-    m_error.SetFromUTF8(m_connection == nullptr ? "out of memory" : m_library.GetErrorMessage(m_connection));
+    m_error.SetFromUTF8(m_connection == nullptr ? "out of memory" : m_library.sqlite3_errmsg(m_connection));
     return kind == SQLITE_CORRUPT || kind == SQLITE_NOTADB ? CSettingsResult::Damaged : CSettingsResult::Failed;
 }
 
@@ -88,20 +88,20 @@ CSettingsResult CSettingsDatabase::ResultOf(int code)
 CSettingsResult CSettingsDatabase::Execute(const char* text, std::initializer_list<const wchar_t*> values, ZVString* result)
 {
     sqlite3_stmt* prepared = nullptr;
-    int code = m_library.Prepare(m_connection, text, -1, &prepared, nullptr);
+    int code = m_library.sqlite3_prepare_v2(m_connection, text, -1, &prepared, nullptr);
     // A statement that were left behind would keep the connection from being closed.
-    const std::unique_ptr<sqlite3_stmt, decltype(m_library.Finalize)> statement(prepared, m_library.Finalize);
+    const std::unique_ptr<sqlite3_stmt, decltype(m_library.sqlite3_finalize)> statement(prepared, m_library.sqlite3_finalize);
     int place = 0;
     for (const wchar_t* const value : values)
         if (KindOf(code) == SQLITE_OK)
-            code = m_library.BindText(prepared, ++place, ZVStringUTF8(value), -1, SQLITE_TRANSIENT);
+            code = m_library.sqlite3_bind_text(prepared, ++place, ZVStringUTF8(value), -1, SQLITE_TRANSIENT);
     if (KindOf(code) == SQLITE_OK)
-        code = m_library.Step(prepared);
+        code = m_library.sqlite3_step(prepared);
     CSettingsResult outcome = ResultOf(code);
     if (outcome == CSettingsResult::Done && result != nullptr)
     {
         if (code == SQLITE_ROW)
-            result->SetFromUTF8(reinterpret_cast<const char*>(m_library.GetColumnText(prepared, 0)));
+            result->SetFromUTF8(reinterpret_cast<const char*>(m_library.sqlite3_column_text(prepared, 0)));
         else
             outcome = CSettingsResult::NotFound;
     }
