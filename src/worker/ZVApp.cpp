@@ -34,7 +34,9 @@ bool ZVApp::OnModuleEvent(void* handle, ZVModuleEvent reason)
         ModuleHandle = handle;
         return Initialize();
     }
-    return AttachCount.fetch_sub(1) != 1 || Uninitialize();
+    if (reason == ZVModuleEvent::Detach)
+        return AttachCount.fetch_sub(1) != 1 || Uninitialize();
+    return true;
 }
 
 int32_t ZVApp::RunHandlingHangup(void* handle, void*, int32_t data)

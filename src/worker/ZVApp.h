@@ -17,7 +17,7 @@ extern ZVApp* g_pApp;
 // applications.
 extern volatile sig_atomic_t g_bExitRequested;
 
-// What OnModuleEvent tells.
+// What OnModuleEvent tells. Systems have further reasons, which mean nothing here.
 enum class ZVModuleEvent : int32_t
 {
     Detach = 0,
@@ -32,8 +32,8 @@ public:
     // The order of the virtual functions is fixed.
     virtual ~ZVApp() = default;
 
-    // Counts the users of a module: the first attach keeps the handle and starts up, the last detach shuts down. Tells how that
-    // went.
+    // Counts the users of a module: the first attach keeps the handle and starts up, the last detach shuts down. Returns how that
+    // went, and true for everything else.
     virtual bool OnModuleEvent(void* handle, ZVModuleEvent reason);
     // Run with a handler for SIGHUP, which asks the process to end. handle and data are kept as they are.
     virtual int32_t RunHandlingHangup(void* handle, void* reserved, int32_t data);

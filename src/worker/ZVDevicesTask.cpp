@@ -10,9 +10,6 @@ namespace
 constexpr wchar_t RootName[] = L"XMLPH";
 constexpr double Version = 1.0;
 
-// The main application reads this file as one byte a character.
-constexpr int32_t NarrowFile = 1;
-
 // The devices that the caller does not want. Whatever is wrong with the file of variables, there are then none.
 void ReadIgnoredDevices(const ZVString& path, ZVStringArray& ignored)
 {
@@ -34,20 +31,16 @@ void PrintDevices(const ZVStringArray& devices)
     }
 }
 
-bool WriteDevices(const ZVStringArray& devices, const ZVString& path)
+ZVString JoinDevices(const ZVStringArray& devices)
 {
     ZVString list;
     for (const ZVString& device : devices)
         list.AppendLengthPrefixed(device);
-    ZVPropertyMap result;
-    result.SetString(L"Devices", list);
-    ZVString text;
-    result.ToXML(text, RootName, false, Version);
-    return text.SaveToFile(path, NarrowFile);
+    return list;
 }
 }
 
-bool RunDevicesTask(const ZVWorkerRequest& request)
+bool RunDevicesTask(const ZVWorkerRequest& request, ZVPropertyMap& result)
 {
     ZVStringArray ignored;
     ReadIgnoredDevices(request.Match.GetPath(0), ignored);
@@ -64,5 +57,6 @@ bool RunDevicesTask(const ZVWorkerRequest& request)
     ZVStringArray devices;
     analysis.GetDevices(devices);
     PrintDevices(devices);
-    return WriteDevices(devices, request.Match.GetPath(1));
+    result.SetString(L"Devices", JoinDevices(devices));
+    return true;
 }

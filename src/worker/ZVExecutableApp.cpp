@@ -26,6 +26,15 @@ void ListenToChildren()
 {
     signal(SIGCHLD, SIG_DFL);
 }
+
+// A caller that closed its end of the output, and a file that reaches the limit of its size, are failed writes, with their ways
+// through the program, and no reason to end. A handler that does nothing, in the place of an ignored signal, is not passed on to
+// the programs that a task runs.
+void SurviveFailedWrites()
+{
+    for (const int number : {SIGPIPE, SIGXFSZ})
+        signal(number, [](int) {});
+}
 }
 
 bool ZVExecutableApp::Initialize()
@@ -34,6 +43,7 @@ bool ZVExecutableApp::Initialize()
         return false;
     OpenStandardDescriptors();
     ListenToChildren();
+    SurviveFailedWrites();
     ZVStringGlobals::Get().RebuildCharacterTables(true);
     ZVStandardOutput::MakeWide();
     OnInitialize();

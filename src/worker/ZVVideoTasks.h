@@ -1,6 +1,7 @@
 #pragma once
 
+class ZVPropertyMap;
 struct ZVWorkerRequest;
 
-// The task of /AnalyzeVideoExtended: parameter 0 is the film, 1 the result file, which gets the XMLPH form of what the film is.
-bool RunAnalyzeVideoExtendedTask(const ZVWorkerRequest& request);
+// The task of /AnalyzeVideoExtended: parameter 0 is the film. The result is what the film is.
+bool RunAnalyzeVideoExtendedTask(const ZVWorkerRequest& request, ZVPropertyMap& result);

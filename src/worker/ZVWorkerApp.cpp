@@ -1,5 +1,6 @@
 #include "worker/ZVWorkerApp.h"
 
+#include "core/property/ZVPropertyMap.h"
 #include "system/library/ZVSiblingLibraries.h"
 #include "system/library/ZVStandardOutput.h"
 #include "system/log/ZVElapsedTime.h"
@@ -25,16 +26,36 @@ constexpr const wchar_t* UsageText[] = {
     L"Example enumerate DSP filters: ZVWorker.exe /EnumDSPFilters \"c:\\FilterList.xml\"\n",
 };
 
+// The parameters of all commands whose result the dispatcher writes.
+constexpr int32_t InputParameter = 0;
+constexpr int32_t ResultParameter = 1;
+
+// A caller that confuses its parameters does not lose a film.
+bool RefuseOverwriting(const ZVWorkerCommand& command, const ZVWorkerRequest& request)
+{
+    const ZVString result = request.Match.GetPath(ResultParameter);
+    if (command.Form == ZVResultForm::None || !WouldReplace(result, request.Match.GetPath(InputParameter)))
+        return false;
+    request.Scope.Log("The result would take the place of the input: %s", result);
+    return true;
+}
+
 int32_t RunCommand(const ZVWorkerCommand& command, const ZVWorkerRequest& request)
 {
     if (command.StartText != nullptr)
         request.Scope.Log(command.StartText);
     if (command.IsVideoTask)
         g_bVideoTask = true;
-    const bool succeeded = command.Task(request);
-    if (succeeded && command.SuccessText != nullptr)
+    if (RefuseOverwriting(command, request))
+        return Failed;
+    ZVPropertyMap result;
+    if (!command.Task(request, result))
+        return Failed;
+    if (command.SuccessText != nullptr)
         request.Scope.Log(command.SuccessText);
-    return succeeded && !command.AlwaysFails ? Succeeded : Failed;
+    if (command.Form != ZVResultForm::None && !WriteResult(result, request.Match.GetPath(ResultParameter), command.Form))
+        return Failed;
+    return command.AlwaysFails ? Failed : Succeeded;
 }
 
 int32_t RefuseCommand(const ZVCommandLine& commandLine, const ZVLogScope& scope)
@@ -90,8 +111,6 @@ int32_t ZVWorkerApp::ProcessCommand(const ZVCommandLine& commandLine)
     const int32_t elapsed = elapsedTime.GetMilliseconds();
     ZVStandardOutput::PrintFormat(L"Total time: %d ms\n", elapsed);
     ZVStandardOutput::PrintFormat(L"Result: %d\n", result);
-    // A library that breaks while it is unloaded does not take the report with it.
-    ZVStandardOutput::Flush();
     scope.Log("Task completed in %d ms, result = %d", elapsed, result);
     return result;
 }

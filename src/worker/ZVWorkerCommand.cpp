@@ -7,35 +7,37 @@
 namespace
 {
 // The task of a command that this worker does not carry.
-bool RefuseTask(const ZVWorkerRequest& request)
+bool RefuseTask(const ZVWorkerRequest& request, ZVPropertyMap&)
 {
     request.Scope.Log("This worker does not carry the task of '%s'", request.Match.Command);
     return false;
 }
 
 // Shows the caller that the worker starts, reports and ends.
-bool Test(const ZVWorkerRequest&)
+bool Test(const ZVWorkerRequest&, ZVPropertyMap&)
 {
     return true;
 }
 
+using enum ZVResultForm;
+
 // clang-format off
 constexpr ZVWorkerCommand Commands[] = {
-    // Name,                    parameters, video, always fails, task, texts of the log
-    {L"/Thumbnail",             2, true,  false, RefuseTask,
+    // Name,                    parameters, video, always fails, result, task, texts of the log
+    {L"/Thumbnail",             2, true,  false, None,   RefuseTask,
      "Processing Thumbnail task...",             "Thumbnailing succeeded"},
-    {L"/AnalyzeZVVid",          2, true,  false, RefuseTask,
+    {L"/AnalyzeZVVid",          2, true,  false, UTF8,   RefuseTask,
      "Processing AnalyzeZVVid task...",          "AnalyzeZVVid succeeded..."},
-    {L"/AnalyzeVideoExtended",  2, true,  false, RunAnalyzeVideoExtendedTask,
+    {L"/AnalyzeVideoExtended",  2, true,  false, UTF8,   RunAnalyzeVideoExtendedTask,
      "Processing AnalyzeVideoExtended task...",  "AnalyzeVideoExtended succeeded..."},
-    {L"/AnalyzeVideoBlackBars", 2, true,  false, RefuseTask,
+    {L"/AnalyzeVideoBlackBars", 2, true,  false, UTF8,   RefuseTask,
      "Processing AnalyzeVideoBlackBars task...", "AnalyzeVideoBlackBars succeeded..."},
-    {L"/AnalyzeDevices",        2, false, false, RunDevicesTask,
+    {L"/AnalyzeDevices",        2, false, false, Narrow, RunDevicesTask,
      "Processing AnalyzeDevices task..."},
-    {L"/CleanCode",             0, false, true,  RefuseTask},
-    {L"/UpdateAppleProjects",   0, false, true,  RefuseTask},
-    {L"/GetMonitorRect",        2, false, true,  RefuseTask},
-    {L"/Test",                  0, false, true,  Test},
+    {L"/CleanCode",             0, false, true,  None,   RefuseTask},
+    {L"/UpdateAppleProjects",   0, false, true,  None,   RefuseTask},
+    {L"/GetMonitorRect",        2, false, true,  None,   RefuseTask},
+    {L"/Test",                  0, false, true,  None,   Test},
 };
 // clang-format on
 }

@@ -34,6 +34,11 @@ public:
     // Seconds since 1970.
     double GetModificationTime() const;
     const struct stat& GetStatus() const { return m_status; }
+    // Whether both are found and are one file, by whatever names and links.
+    bool IsSameFile(const ZVFileInfo& other) const
+    {
+        return m_isFound && other.m_isFound && m_status.st_dev == other.m_status.st_dev && m_status.st_ino == other.m_status.st_ino;
+    }
 
 private:
     bool m_isFound = false;

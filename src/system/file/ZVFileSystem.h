@@ -112,6 +112,8 @@ int64_t ParseFileSize(const ZVString& text);
 ZVString GetUniqueFilename(const ZVString& directory, const ZVString& base, const ZVString& extension);
 // Changes what a path may not hold, control characters, to "_".
 void ReplaceForbiddenCharacters(ZVString& path);
+// The path that ZVString::SaveToFile writes to when it is given this one.
+ZVString GetSavePath(const ZVString& path);
 // The path of the running program.
 ZVString GetProgramFilename();
 ZVString GetComputerName();

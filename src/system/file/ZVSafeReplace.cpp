@@ -117,10 +117,7 @@ bool ZVSafeReplace::Run(int64_t minimumSize, bool keepBackup)
 
 bool ZVSafeReplace::IsOneFile() const
 {
-    const ZVFileInfo oldFile(m_path);
-    const ZVFileInfo newFile(m_newPath);
-    return oldFile.IsFound() && newFile.IsFound() && oldFile.GetStatus().st_dev == newFile.GetStatus().st_dev &&
-           oldFile.GetStatus().st_ino == newFile.GetStatus().st_ino;
+    return ZVFileInfo(m_path).IsSameFile(ZVFileInfo(m_newPath));
 }
 
 bool ZVSafeReplace::RestoreOriginal()

@@ -110,6 +110,13 @@ void RemoveShortFile(ZVFile& file)
 }
 }
 
+ZVString ZVFileSystem::GetSavePath(const ZVString& path)
+{
+    ZVString safePath = ZVFilename(path).GetPathOnly();
+    ReplaceForbiddenCharacters(safePath);
+    return safePath;
+}
+
 bool ZVString::SaveToFile(const ZVString& path, int32_t mode) const
 {
     // Nothing is touched for a text that cannot be written.
@@ -117,10 +124,8 @@ bool ZVString::SaveToFile(const ZVString& path, int32_t mode) const
     if (!Encode(*this, mode, bytes))
         return false;
 
-    ZVFilename name(path);
-    ZVString safePath = name.GetPathOnly();
-    ZVFileSystem::ReplaceForbiddenCharacters(safePath);
-    name.SetListedPath(safePath);
+    ZVFilename name;
+    name.SetListedPath(ZVFileSystem::GetSavePath(path));
     const ZVString folder = name.GetDirectory();
     if (!folder.IsEmpty())
         ZVFileSystem::MakeDirectoryTree(folder);

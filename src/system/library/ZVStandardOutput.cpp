@@ -1,18 +1,47 @@
 #include "system/library/ZVStandardOutput.h"
 
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cwchar>
+#include <poll.h>
+#include <string>
+#include <string_view>
+#include <unistd.h>
 
 namespace
 {
-constexpr wchar_t Unprintable = L'?';
+constexpr char Unprintable = '?';
 
-bool CanBeWritten(wchar_t character)
+// Appends a character in the bytes of the locale.
+void AppendEncoded(std::string& bytes, wchar_t character)
 {
-    char bytes[MB_LEN_MAX];
+    char encoded[MB_LEN_MAX];
     mbstate_t state {};
-    return wcrtomb(bytes, character, &state) != static_cast<size_t>(-1);
+    const size_t count = wcrtomb(encoded, character, &state);
+    if (count == static_cast<size_t>(-1))
+        bytes.push_back(Unprintable);
+    else
+        bytes.append(encoded, count);
+}
+
+// The caller may have handed over a pipe that does not wait for its reader. This does: a report that is cut tells nothing. An output
+// that is gone takes the rest with it.
+void WriteAll(std::string_view bytes)
+{
+    while (!bytes.empty())
+    {
+        const ssize_t written = write(STDOUT_FILENO, bytes.data(), bytes.size());
+        if (written > 0)
+            bytes.remove_prefix(static_cast<size_t>(written));
+        else if (written == -1 && errno == EAGAIN)
+        {
+            pollfd output {STDOUT_FILENO, POLLOUT, 0};
+            poll(&output, 1, -1);
+        }
+        else if (written == -1 && errno != EINTR)
+            return;
+    }
 }
 }
 
@@ -23,12 +52,8 @@ void ZVStandardOutput::MakeWide()
 
 void ZVStandardOutput::Print(const ZVString& text)
 {
-    const int32_t length = text.GetLength();
-    for (int32_t index = 0; index < length; ++index)
-        putwc(CanBeWritten(text[index]) ? text[index] : Unprintable, stdout);
-}
-
-void ZVStandardOutput::Flush()
-{
-    fflush(stdout);
+    std::string bytes;
+    for (const wchar_t character : text.View())
+        AppendEncoded(bytes, character);
+    WriteAll(bytes);
 }

@@ -1,6 +1,6 @@
 #include "video/extended/ZVCodecName.h"
 
-#include "video/extended/RealCodec.h"
+#include "video/RealCodec.h"
 
 namespace
 {

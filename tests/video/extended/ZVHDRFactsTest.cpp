@@ -1,7 +1,7 @@
 #include "video/extended/ZVHDRFacts.h"
 
 #include "support/PropertyLines.h"
-#include "video/extended/RealCodec.h"
+#include "video/RealCodec.h"
 
 namespace
 {

@@ -1,6 +1,6 @@
 #include "video/extended/ZVStreamFacts.h"
 
-#include "video/extended/RealCodec.h"
+#include "video/RealCodec.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "video/extended/ZVCodecObjects.h"
+#include "video/film/ZVCodecObjects.h"
 
 #include <mutex>
 

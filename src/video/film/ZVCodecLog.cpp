@@ -1,13 +1,14 @@
-#include "video/extended/CZVVideoAnalyzeExtended.h"
+#include "video/film/ZVCodecLog.h"
 
 #include "system/log/ZVLog.h"
-#include "system/log/ZVLogCategory.h"
+#include "video/codec/ZVCodecHeaders.h"
 
 #include <cstdio>
 #include <cstring>
 
 namespace
 {
+// The name under which those who read the log know the lines of the libraries.
 constexpr ZVLogSource Source {ZVLogCategory::Image, L"CZVVideoAnalyzeExtended::AVLog"};
 
 constexpr int MaximumLength = 2047;
@@ -26,7 +27,7 @@ ZVString GetPrefix(void* context)
 }
 }
 
-void CZVVideoAnalyzeExtended::AVLog(void* context, int level, const char* format, va_list arguments)
+void ZVCodecLog::Write(void* context, int level, const char* format, va_list arguments)
 {
     if (level > AV_LOG_WARNING)
         return;

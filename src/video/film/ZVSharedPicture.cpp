@@ -1,4 +1,4 @@
-#include "video/extended/ZVSharedPicture.h"
+#include "video/film/ZVSharedPicture.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "video/extended/ZVSamplePositions.h"
+#include "video/blackbars/ZVSamplePositions.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,315 @@
+#include "video/film/ZVFilmReader.h"
+
+#include "system/file/ZVFileInfo.h"
+#include "system/filename/ZVFilename.h"
+#include "system/filename/ZVNativePath.h"
+#include "system/log/ZVLog.h"
+#include "video/film/ZVCodecLog.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <string>
+
+namespace
+{
+constexpr ZVLogSource OpenSource {ZVLogCategory::Media, L"ZVFilmReader::Open"};
+constexpr ZVLogSource ReadSource {ZVLogCategory::Media, L"ZVFilmReader::NextFrame"};
+
+// As much of a file is read to find out its container.
+constexpr int32_t FormatProbeSize = 0x400000;
+
+// A stream that gives no frame in that many packets is scrambled or of no use, and would otherwise be read to its end.
+constexpr int32_t MaximumPacketsWithoutFrame = 1000;
+
+// The same for a stream of which nothing comes while the others go on: ten minutes of sound and more.
+constexpr int32_t MaximumPacketsOfOthers = 100'000;
+
+// What the libraries return when the machine has no memory or no threads left.
+constexpr int ShortageErrors[] = {AVERROR(ENOMEM), AVERROR(EAGAIN)};
+
+bool IsShortage(int result)
+{
+    return std::find(std::begin(ShortageErrors), std::end(ShortageErrors), result) != std::end(ShortageErrors);
+}
+
+// The name as the codec libraries take it. A local one gets their prefix for files, so that no ":" in it is taken for a protocol.
+std::string GetInputName(const ZVString& path)
+{
+    const ZVNativePath native(path);
+    return ZVFilename::IsRemote(path) ? native.GetBytes() : "file:" + native.GetBytes();
+}
+}
+
+ZVFilmReader::ZVFilmReader(const ZVFilmOptions& options) : m_options(options), m_budget(options.Limits) {}
+
+bool ZVFilmReader::Open(const ZVString& path)
+{
+    Close();
+    // A pipe would be waited for without an end.
+    const ZVFileInfo info(path);
+    if (info.IsFound() && !S_ISREG(info.GetMode()) && !S_ISBLK(info.GetMode()))
+    {
+        OpenSource.Log("This is no file: %s", path);
+        return false;
+    }
+    m_codec.av_log_set_callback(ZVCodecLog::Write);
+    AVFormatContext* context = m_codec.avformat_alloc_context();
+    if (context == nullptr)
+        return Fail(AVERROR(ENOMEM), path);
+    context->format_probesize = FormatProbeSize;
+    m_budget.Serve(*context);
+    // On a failure the context is freed by the call.
+    int result = m_codec.avformat_open_input(&context, GetInputName(path).c_str(), nullptr, nullptr);
+    if (result >= 0)
+    {
+        m_context = ZVFormatContextPointer(context, {m_codec.avformat_close_input});
+        if (m_options.Probe == ZVFilmOptions::Probing::Streams)
+            result = m_codec.avformat_find_stream_info(context, nullptr);
+    }
+    return result >= 0 || Fail(result, path);
+}
+
+bool ZVFilmReader::Fail(int result, const ZVString& path)
+{
+    if (m_budget.IsSpent())
+        OpenSource.Log("The file does not open within %d s and %d MiB of reading: %s", m_options.Limits.Microseconds / 1'000'000,
+                       m_options.Limits.Bytes >> 20, path);
+    else
+        OpenSource.Log("The file does not open (%s): %s", GetReason(result), path);
+    Close();
+    return false;
+}
+
+void ZVFilmReader::Close()
+{
+    m_source = nullptr;
+    m_isPending = false;
+    m_frame.reset();
+    m_packet.reset();
+    m_second = Layer();
+    m_main = Layer();
+    m_context.reset();
+}
+
+ZVString ZVFilmReader::GetReason(int error) const
+{
+    char reason[AV_ERROR_MAX_STRING_SIZE] = {};
+    m_codec.av_strerror(error, reason, sizeof reason);
+    return ZVString::FromUTF8(reason);
+}
+
+// A cover picture is a video stream too, and may be larger than the film.
+const AVStream* ZVFilmReader::ChooseMainStream()
+{
+    int64_t largest = -1;
+    for (AVStream* const stream : GetStreams())
+    {
+        const int64_t size = int64_t {stream->codecpar->width} * stream->codecpar->height;
+        if (stream->codecpar->codec_type != AVMEDIA_TYPE_VIDEO || (stream->disposition & AV_DISPOSITION_ATTACHED_PIC) != 0 ||
+            size <= largest)
+            continue;
+        largest = size;
+        m_main.Stream = stream;
+    }
+    return m_main.Stream;
+}
+
+ZVFilmDecoders ZVFilmReader::OpenDecoders()
+{
+    const ZVFilmDecoders result = OpenDecoder(m_main);
+    if (result != ZVFilmDecoders::Open)
+        return result;
+    if (m_second.Stream != nullptr && OpenDecoder(m_second) == ZVFilmDecoders::NoMemory)
+        return ZVFilmDecoders::NoMemory;
+    m_packet = ZVPacketPointer(m_codec.av_packet_alloc(), {m_codec.av_packet_free});
+    m_frame = ZVFramePointer(m_codec.av_frame_alloc(), {m_codec.av_frame_free});
+    if (m_packet == nullptr || m_frame == nullptr)
+        return ZVFilmDecoders::NoMemory;
+    if (m_options.Read == ZVFilmOptions::Packets::OfDecodedStreams)
+        LeaveOutOtherStreams();
+    BeginPlace();
+    return ZVFilmDecoders::Open;
+}
+
+ZVFilmDecoders ZVFilmReader::OpenDecoder(Layer& layer)
+{
+    const AVCodecParameters& parameters = *layer.Stream->codecpar;
+    const AVCodec* const decoder = m_codec.avcodec_find_decoder(parameters.codec_id);
+    if (decoder == nullptr)
+        return ZVFilmDecoders::None;
+    ZVCodecContextPointer context(m_codec.avcodec_alloc_context3(decoder), {m_codec.avcodec_free_context});
+    if (context == nullptr || IsShortage(m_codec.avcodec_parameters_to_context(context.get(), &parameters)))
+        return ZVFilmDecoders::NoMemory;
+    context->pkt_timebase = layer.Stream->time_base;
+    context->thread_count = m_options.ThreadCount;
+    context->thread_type = FF_THREAD_FRAME;
+    if (parameters.codec_id == AV_CODEC_ID_H264)
+        context->strict_std_compliance = FF_COMPLIANCE_STRICT;
+    if (m_options.Filter == ZVFilmOptions::LoopFilter::Skip)
+        context->skip_loop_filter = AVDISCARD_ALL;
+    if (m_options.Frames == ZVFilmOptions::Memory::Shared)
+        m_picture.ServeDecoder(*context);
+    const int result = m_codec.avcodec_open2(context.get(), decoder, nullptr);
+    if (result < 0)
+        return IsShortage(result) ? ZVFilmDecoders::NoMemory : ZVFilmDecoders::None;
+    layer.Decoder = std::move(context);
+    return ZVFilmDecoders::Open;
+}
+
+void ZVFilmReader::LeaveOutOtherStreams()
+{
+    for (AVStream* const stream : GetStreams())
+        if (FindLayer(stream->index) == nullptr)
+            stream->discard = AVDISCARD_ALL;
+}
+
+void ZVFilmReader::SeekTo(int32_t seconds)
+{
+    const AVRational timeBase = m_main.Stream->time_base;
+    int64_t target = m_codec.av_rescale(seconds, timeBase.den, timeBase.num);
+    if ((m_context->start_time & INT64_MAX) != 0)
+    {
+        const int64_t start = m_codec.av_rescale(m_context->start_time, timeBase.den, int64_t {timeBase.num} * AV_TIME_BASE);
+        // A file may tell any start, so the sum may wrap.
+        target = static_cast<int64_t>(static_cast<uint64_t>(target) + static_cast<uint64_t>(start));
+    }
+    BeginPlace();
+    m_codec.av_seek_frame(m_context.get(), m_main.Stream->index, target, AVSEEK_FLAG_BACKWARD);
+    for (const Layer* const layer : {&m_main, &m_second})
+        if (layer->Decoder != nullptr)
+            m_codec.avcodec_flush_buffers(layer->Decoder.get());
+}
+
+void ZVFilmReader::BeginPlace()
+{
+    m_source = nullptr;
+    m_isPending = false;
+    m_place = Place();
+    m_budget.Restart();
+}
+
+const AVFrame* ZVFilmReader::NextFrame()
+{
+    while (CanGoOn() && ReadPacket())
+    {
+        SendPacket();
+        if (const AVFrame* const frame = NextFrameOfPacket())
+            return frame;
+    }
+    return nullptr;
+}
+
+const AVFrame* ZVFilmReader::NextFrameOfPacket()
+{
+    if (m_source == nullptr)
+        return nullptr;
+    const AVFrame* frame = ReceiveFrame();
+    if (frame != nullptr || !m_isPending)
+        return frame;
+    m_isPending = false;
+    NoteResult(m_codec.avcodec_send_packet(m_source->Decoder.get(), m_packet.get()));
+    return ReceiveFrame();
+}
+
+// Ends the place when it has cost enough.
+bool ZVFilmReader::CanGoOn()
+{
+    if (m_place.IsAtEnd || m_hasNoMemory)
+        return false;
+    if (m_place.PacketsOfOthers >= MaximumPacketsOfOthers)
+        ReadSource.Log("No packet of the main stream came among %d", m_place.PacketsOfOthers);
+    else if (m_place.PacketsWithoutFrame >= MaximumPacketsWithoutFrame)
+        ReadSource.Log("No frame came out of %d packets", m_place.PacketsWithoutFrame);
+    else
+        return true;
+    m_place.IsAtEnd = true;
+    return false;
+}
+
+// Reads the next packet of any stream.
+bool ZVFilmReader::ReadPacket()
+{
+    int result;
+    do
+    {
+        m_codec.av_packet_unref(m_packet.get());
+        result = m_codec.av_read_frame(m_context.get(), m_packet.get());
+    } while (result == AVERROR(EAGAIN));
+    if (result < 0)
+    {
+        EndPlace(result);
+        return false;
+    }
+    m_packet->time_base = m_context->streams[m_packet->stream_index]->time_base;
+    ++m_place.PacketsOfOthers;
+    m_source = FindLayer(m_packet->stream_index);
+    if (m_source == &m_main)
+    {
+        m_place.PacketsOfOthers = 0;
+        ++m_place.PacketsWithoutFrame;
+    }
+    return true;
+}
+
+void ZVFilmReader::EndPlace(int result)
+{
+    m_place.IsAtEnd = true;
+    m_source = nullptr;
+    if (m_budget.IsSpent())
+    {
+        ReadSource.Log("No frame came within %d s and %d MiB of reading", m_options.Limits.Microseconds / 1'000'000,
+                       m_options.Limits.Bytes >> 20);
+        return;
+    }
+    if (result != AVERROR_EOF)
+        ReadSource.Log("The film cannot be read to its end (%s)", GetReason(result));
+    // A sound film of a few pictures ends while its decoder still keeps them.
+    const int32_t keptFrames = m_main.Decoder->thread_count + m_main.Decoder->has_b_frames;
+    if (!m_place.HasFrame && (m_place.RefusedPackets > 0 || m_place.PacketsWithoutFrame > keptFrames))
+        ReadSource.Log("No frame came out of %d packets", m_place.PacketsWithoutFrame);
+}
+
+ZVFilmReader::Layer* ZVFilmReader::FindLayer(int32_t streamIndex)
+{
+    for (Layer* const layer : {&m_main, &m_second})
+        if (layer->Decoder != nullptr && layer->Stream->index == streamIndex)
+            return layer;
+    return nullptr;
+}
+
+// A decoder that is full takes the packet once its frames are fetched.
+void ZVFilmReader::SendPacket()
+{
+    if (m_source == nullptr)
+        return;
+    const int result = m_codec.avcodec_send_packet(m_source->Decoder.get(), m_packet.get());
+    m_isPending = result == AVERROR(EAGAIN);
+    if (!m_isPending)
+        NoteResult(result);
+}
+
+const AVFrame* ZVFilmReader::ReceiveFrame()
+{
+    const int result = m_codec.avcodec_receive_frame(m_source->Decoder.get(), m_frame.get());
+    if (result != AVERROR(EAGAIN) && result != AVERROR_EOF)
+        NoteResult(result);
+    if (result != 0 || m_frame->buf[0] == nullptr)
+        return nullptr;
+    m_frame->time_base = m_source->Decoder->pkt_timebase;
+    if (IsOfMainStream())
+    {
+        m_place.HasFrame = true;
+        m_place.PacketsWithoutFrame = 0;
+        m_budget.Restart();
+    }
+    return m_frame.get();
+}
+
+// Keeps in mind what the main stream's decoder says of a packet or of a frame.
+void ZVFilmReader::NoteResult(int result)
+{
+    m_hasNoMemory = m_hasNoMemory || result == AVERROR(ENOMEM);
+    if (result < 0 && IsOfMainStream())
+        ++m_place.RefusedPackets;
+}

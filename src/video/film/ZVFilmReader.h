@@ -1,0 +1,113 @@
+#pragma once
+
+#include "core/string/ZVString.h"
+#include "video/film/ZVCodecObjects.h"
+#include "video/film/ZVFilmBudget.h"
+#include "video/film/ZVFilmOptions.h"
+#include "video/film/ZVSharedPicture.h"
+
+#include <cstdint>
+#include <span>
+
+// What became of opening the decoders.
+enum class ZVFilmDecoders
+{
+    Open,
+    None,      // there is none for the main stream, or it does not take the stream's parameters: a fact about the film
+    NoMemory,  // the machine cannot open it now, which says nothing about the film
+};
+
+// Reads one film through the codec libraries: opens it, chooses its main video stream, decodes that and if wanted a second stream,
+// and goes to other places of the film.
+//
+// Failures that are not facts about the film are logged. Whatever a film does, each place of it ends: after a budget of time and
+// bytes without a frame, and after many packets that give none; the log then says so. The codec libraries must be loaded for
+// everything but the construction.
+class ZVFilmReader
+{
+public:
+    explicit ZVFilmReader(const ZVFilmOptions& options);
+    ZVFilmReader(const ZVFilmReader&) = delete;
+    ZVFilmReader& operator=(const ZVFilmReader&) = delete;
+
+    const CZVAVLibraries& GetCodec() const { return m_codec; }
+
+    // Opens a file, or an address where the libraries have a protocol for it; nothing but files and disks is read. False, with
+    // the reason in the log, when it is none that the libraries read.
+    bool Open(const ZVString& path);
+    // Frees the file and all that came out of it. What was open stays open without it until the end of the object.
+    void Close();
+
+    // The container, while the film is open.
+    const AVFormatContext& GetContainer() const { return *m_context; }
+    std::span<AVStream* const> GetStreams() const { return {m_context->streams, m_context->nb_streams}; }
+
+    // Chooses the largest video stream, the first of equals, for the main stream; a cover picture is none. Null when there is none.
+    const AVStream* ChooseMainStream();
+    const AVStream* GetMainStream() const { return m_main.Stream; }
+    // Has one more video stream decoded, beside the main stream, if there is a decoder for it.
+    void SetSecondStream(AVStream& stream) { m_second.Stream = &stream; }
+
+    // Opens the decoders of the chosen streams. The place of the film is its beginning.
+    ZVFilmDecoders OpenDecoders();
+
+    // Reads on to the next packet that gives a frame, and returns its first. Null at the end of the place: the end of the film,
+    // or one of the bounds above. A frame is valid until the next call.
+    const AVFrame* NextFrame();
+    // The further frames that came out of the same packet; null when there are no more.
+    const AVFrame* NextFrameOfPacket();
+    // Whether the frame that was returned last is one of the main stream.
+    bool IsOfMainStream() const { return m_source == &m_main; }
+    // True once the memory did not suffice to decode: what came out then says nothing about the film.
+    bool HasNoMemory() const { return m_hasNoMemory; }
+
+    // Goes to a time of the main stream, counted from the start of the film, or to a key frame before it. A film that cannot go
+    // there stays where it is. The decoders must be open.
+    void SeekTo(int32_t seconds);
+
+    // What a result code of the libraries means.
+    ZVString GetReason(int error) const;
+
+private:
+    struct Layer
+    {
+        AVStream* Stream = nullptr;
+        ZVCodecContextPointer Decoder;
+    };
+
+    // What one place of the film has given since its beginning.
+    struct Place
+    {
+        int32_t PacketsOfOthers = 0;      // since the last packet of the main stream
+        int32_t PacketsWithoutFrame = 0;  // packets of the main stream since its last frame
+        int32_t RefusedPackets = 0;       // of the main stream
+        bool HasFrame = false;
+        bool IsAtEnd = false;
+    };
+
+    bool Fail(int result, const ZVString& path);
+    ZVFilmDecoders OpenDecoder(Layer& layer);
+    void LeaveOutOtherStreams();
+    void BeginPlace();
+    void EndPlace(int result);
+    bool ReadPacket();
+    bool CanGoOn();
+    Layer* FindLayer(int32_t streamIndex);
+    void SendPacket();
+    const AVFrame* ReceiveFrame();
+    void NoteResult(int result);
+
+    const ZVFilmOptions m_options;
+    CZVAVLibraries m_codec;
+    ZVFilmBudget m_budget;
+    ZVSharedPicture m_picture {m_codec};
+    ZVFormatContextPointer m_context;
+    Layer m_main;
+    Layer m_second;
+    ZVPacketPointer m_packet;
+    ZVFramePointer m_frame;
+    Layer* m_source = nullptr;  // whose packet was sent last
+    bool m_isPending = false;   // the packet waits for room in the decoder
+    bool m_hasNoMemory = false;
+    Place m_place;
+};
