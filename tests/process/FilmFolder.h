@@ -39,8 +39,10 @@ public:
     // Runs ffmpeg with arguments; the last is the film.
     static void Make(const std::string& arguments) { RunProgram("ffmpeg -v error -y " + arguments); }
 
-    // Has the worker analyze a film of the working folder, with more settings of the environment.
-    static FilmAnalysis Analyze(const std::string& name, std::vector<std::string> environment = {})
+    // Has the worker analyze a film of the working folder, with more settings of the environment and with what a function changes
+    // in its process.
+    static FilmAnalysis Analyze(
+        const std::string& name, std::vector<std::string> environment = {}, const std::function<void()>& prepare = [] {})
     {
         constexpr char ResultName[] = "result/film.xml";
         std::filesystem::remove(ResultName);
@@ -49,7 +51,7 @@ public:
         environment.push_back("ZV_LOG_FILE=" + std::filesystem::absolute("worker.log").string());
 
         FilmAnalysis analysis;
-        analysis.Run = RunWorker({"/AnalyzeVideoExtended", name, ResultName}, environment);
+        analysis.Run = RunWorker({"/AnalyzeVideoExtended", name, ResultName}, environment, prepare);
         analysis.HasResult = std::filesystem::exists(ResultName);
         analysis.Log = Read("worker.log");
         ZVPropertyMap properties;

@@ -7,6 +7,11 @@ namespace
 {
 using testing::MatchesRegex;
 
+void CloseOutput()
+{
+    close(STDOUT_FILENO);
+}
+
 constexpr char ReportPattern[] = "Total time: [0-9]+ ms\nResult: -1\n";
 
 constexpr char Usage[] =
@@ -24,7 +29,7 @@ TEST(Report, TestPrintsTheTwoLinesAndFails)
     EXPECT_EQ(run.Status, 255);
     EXPECT_THAT(run.Output, MatchesRegex(ReportPattern));
     EXPECT_EQ(run.Error, "");
-    EXPECT_EQ(RunWorker({"/Test"}, {}, false).Status, 255) << "without an output too";
+    EXPECT_EQ(RunWorker({"/Test"}, {}, CloseOutput).Status, 255) << "without an output too";
 }
 
 TEST(Report, AnUnknownCommandIsNamedAndExplained)

@@ -3,6 +3,7 @@
 #include "WorkFolder.h"
 
 #include <csignal>
+#include <functional>
 #include <string>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -25,9 +26,10 @@ inline std::string GetWorkerProgram()
 }
 
 // Runs the worker with arguments and environment settings ("NAME=value", on top of a bare environment) and waits for its end. Its
-// standard output is a file, or closed. It starts with SIGCHLD ignored, as a careless caller leaves it. The program is
-// ZV_WORKER_PROGRAM of the environment, or the one of this build.
-inline WorkerRun RunWorker(std::vector<std::string> arguments, std::vector<std::string> settings = {}, bool hasOutput = true)
+// standard output is a file. It starts with SIGCHLD ignored, as a careless caller leaves it, and with what a function changes in the
+// new process. The program is ZV_WORKER_PROGRAM of the environment, or the one of this build.
+inline WorkerRun RunWorker(
+    std::vector<std::string> arguments, std::vector<std::string> settings = {}, const std::function<void()>& prepare = [] {})
 {
     const std::string program = GetWorkerProgram();
     arguments.insert(arguments.begin(), program);
@@ -51,11 +53,9 @@ inline WorkerRun RunWorker(std::vector<std::string> arguments, std::vector<std::
     if (child == 0)
     {
         dup2(errors, STDERR_FILENO);
-        if (hasOutput)
-            dup2(output, STDOUT_FILENO);
-        else
-            close(STDOUT_FILENO);
+        dup2(output, STDOUT_FILENO);
         signal(SIGCHLD, SIG_IGN);
+        prepare();
         execve(program.c_str(), argv.data(), envp.data());
         _exit(127);
     }

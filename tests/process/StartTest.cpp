@@ -46,7 +46,7 @@ TEST(Start, TheLibrariesLearnOfTheProcess)
 {
     const LoneWorker worker(ZV_FAKE_SIBLING);
     const std::string install = "install='" + worker.PathOf("") + "'";
-    const WorkerRun run = RunWorker({"/Test"}, {"FAKE_TOOLS_ERROR=describe"}, false);
+    const WorkerRun run = RunWorker({"/Test"}, {"FAKE_TOOLS_ERROR=describe"}, [] { close(STDOUT_FILENO); });
     EXPECT_THAT(run.Error, HasSubstr("product='' " + install + " data='' attach=1 shared=1 "));
     EXPECT_THAT(run.Error, HasSubstr("ignoresChildren=0")) << "though the caller does";
     EXPECT_THAT(run.Error, HasSubstr("output='/dev/null'")) << "no file takes the place of the closed standard output";

@@ -67,14 +67,17 @@ bool ZVFilmReader::Open(const ZVString& path)
         if (m_options.Probe == ZVFilmOptions::Probing::Streams)
             result = m_codec.avformat_find_stream_info(context, nullptr);
     }
-    return result >= 0 || Fail(result, path);
+    if (result < 0)
+        return Fail(result, path);
+    if (m_budget.IsSpent())
+        OpenSource.Log("Not all of its streams became known within %s: %s", GetLimits(), path);
+    return true;
 }
 
 bool ZVFilmReader::Fail(int result, const ZVString& path)
 {
     if (m_budget.IsSpent())
-        OpenSource.Log("The file does not open within %d s and %d MiB of reading: %s", m_options.Limits.Microseconds / 1'000'000,
-                       m_options.Limits.Bytes >> 20, path);
+        OpenSource.Log("The file does not open within %s: %s", GetLimits(), path);
     else
         OpenSource.Log("The file does not open (%s): %s", GetReason(result), path);
     Close();
@@ -97,6 +100,12 @@ ZVString ZVFilmReader::GetReason(int error) const
     char reason[AV_ERROR_MAX_STRING_SIZE] = {};
     m_codec.av_strerror(error, reason, sizeof reason);
     return ZVString::FromUTF8(reason);
+}
+
+// The limits of a place in words.
+ZVString ZVFilmReader::GetLimits() const
+{
+    return ZVFormat(L"%d s and %d MiB of reading", m_options.Limits.Microseconds / 1'000'000, m_options.Limits.Bytes >> 20);
 }
 
 // A cover picture is a video stream too, and may be larger than the film.
@@ -258,8 +267,7 @@ void ZVFilmReader::EndPlace(int result)
     m_source = nullptr;
     if (m_budget.IsSpent())
     {
-        ReadSource.Log("No frame came within %d s and %d MiB of reading", m_options.Limits.Microseconds / 1'000'000,
-                       m_options.Limits.Bytes >> 20);
+        ReadSource.Log("No frame came within %s", GetLimits());
         return;
     }
     if (result != AVERROR_EOF)

@@ -86,6 +86,7 @@ private:
     };
 
     bool Fail(int result, const ZVString& path);
+    ZVString GetLimits() const;
     ZVFilmDecoders OpenDecoder(Layer& layer);
     void LeaveOutOtherStreams();
     void BeginPlace();

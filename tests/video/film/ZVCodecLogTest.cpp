@@ -1,33 +1,23 @@
-#include "video/extended/CZVVideoAnalyzeExtended.h"
+#include "video/film/ZVCodecLog.h"
 
 #include "FakeTools.h"
 #include "core/ZVToolsPointer.h"
-#include "support/PropertyLines.h"
+#include "video/codec/ZVCodecHeaders.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace
 {
-TEST(CZVVideoAnalyzeExtended, HasNothingToTellOfWhatItRefusesButThatThereAreNoBars)
-{
-    for (const bool blackBars : {false, true})
-    {
-        CZVVideoAnalyzeExtended analysis;
-        EXPECT_FALSE(analysis.AnalyzeFile(ZVString(L"/films/disc.iso"), blackBars));
-        EXPECT_EQ(GetLines(analysis.Properties), GetLines(std::string(blackBars ? "Video Crop=0x0x0x0\n" : "")));
-    }
-}
-
 __attribute__((format(printf, 3, 4))) void Write(void* context, int level, const char* format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    CZVVideoAnalyzeExtended::AVLog(context, level, format, arguments);
+    ZVCodecLog::Write(context, level, format, arguments);
     va_end(arguments);
 }
 
-TEST(CZVVideoAnalyzeExtended, LogKeepsWarningsAndWorseOnLinesOfTheirOwn)
+TEST(ZVCodecLog, KeepsWarningsAndWorseOnLinesOfTheirOwn)
 {
     FakeTools tools;
     g_pZVTools = &tools;
