@@ -1,6 +1,7 @@
 #include "system/library/CProcessBlockSweep.h"
 
 #include "system/library/CProcessBlock.h"
+#include "system/library/ZVDescriptor.h"
 
 #include <cerrno>
 #include <csignal>
@@ -22,32 +23,32 @@ bool IsGone(pid_t processId)
     return kill(processId, 0) == -1 && errno == ESRCH;
 }
 
-bool IsOwnFile(int folder, const char* name)
+bool IsOwnFile(const ZVDescriptor& folder, const char* name)
 {
     struct stat status
     {
     };
-    return fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid();
+    return fstatat(folder.Get(), name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) &&
+           status.st_uid == geteuid();
 }
 
-// Looks at one name of the folder.
-void SweepName(int folder, const char* name, pid_t ownProcess)
+void SweepName(const ZVDescriptor& folder, const char* name, pid_t ownProcess)
 {
     const pid_t processId = CProcessBlock::GetProcessOfName(name);
     if (processId != 0 && processId != ownProcess && IsGone(processId) && IsOwnFile(folder, name))
-        unlinkat(folder, name, 0);
+        unlinkat(folder.Get(), name, 0);
 }
 }
 
-// The folder is read without the system library's directory stream, which takes a buffer from the heap that is larger than
-// anything else a start needs.
+// The folder is read without the directory stream of the C library, whose buffer would be larger than anything else that a start
+// takes from the heap.
 void SweepProcessBlocks(pid_t ownProcess)
 {
-    const int folder = open(SharedMemoryFolder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder == -1)
+    const ZVDescriptor folder(open(SharedMemoryFolder, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.IsOpen())
         return;
     alignas(dirent64) char buffer[BufferSize];
-    for (ssize_t size = getdents64(folder, buffer, sizeof buffer); size > 0; size = getdents64(folder, buffer, sizeof buffer))
+    for (ssize_t size = 0; (size = getdents64(folder.Get(), buffer, sizeof buffer)) > 0;)
     {
         for (ssize_t position = 0; position < size;)
         {
@@ -56,5 +57,4 @@ void SweepProcessBlocks(pid_t ownProcess)
             position += entry->d_reclen;
         }
     }
-    close(folder);
 }

@@ -2,6 +2,6 @@
 
 #include <sys/types.h>
 
-// Removes the blocks of processes that ended without removing their own, as a crashed or killed worker does. Only blocks of the
-// user are touched.
+// Removes the blocks of processes that ended without removing them, because they crashed or were killed. Only the user's own
+// blocks are touched.
 void SweepProcessBlocks(pid_t ownProcess);

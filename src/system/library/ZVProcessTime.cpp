@@ -1,5 +1,7 @@
 #include "system/library/ZVProcessTime.h"
 
+#include "system/library/ZVDescriptor.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -11,10 +13,9 @@ namespace
 {
 constexpr int64_t NanosecondsPerSecond = 1'000'000'000;
 
-// The field of /proc/<id>/stat with the start time in clock ticks, and the first one behind the program's name, both counted from
-// 1.
+// Fields of /proc/<id>/stat, counted from 1: the start time in clock ticks, and the first field after the program's name.
 constexpr int StartTimeField = 22;
-constexpr int FirstFieldBehindName = 3;
+constexpr int FirstFieldAfterName = 3;
 }
 
 int64_t ZVProcessTime::GetNow()
@@ -26,18 +27,16 @@ int64_t ZVProcessTime::GetNow()
 
 int64_t ZVProcessTime::GetProcessStart()
 {
-    const int file = open("/proc/self/stat", O_RDONLY | O_CLOEXEC);
+    const ZVDescriptor file(open("/proc/self/stat", O_RDONLY | O_CLOEXEC));
     char line[1024];
-    const ssize_t length = file == -1 ? -1 : read(file, line, sizeof line - 1);
-    if (file != -1)
-        close(file);
+    const ssize_t length = file.IsOpen() ? read(file.Get(), line, sizeof line - 1) : -1;
     if (length < 1)
         return INT64_MAX;
     line[length] = '\0';
 
-    // The program's name is in parentheses and may itself hold blanks and parentheses.
+    // The program's name is in parentheses and may itself contain blanks and parentheses.
     const char* field = strrchr(line, ')');
-    for (int number = FirstFieldBehindName; field != nullptr && number <= StartTimeField; ++number)
+    for (int number = FirstFieldAfterName; field != nullptr && number <= StartTimeField; ++number)
         field = strchr(field + 1, ' ');
     if (field == nullptr)
         return INT64_MAX;

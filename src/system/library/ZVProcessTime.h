@@ -2,12 +2,11 @@
 
 #include <cstdint>
 
-// Moments on the clock that counts from the start of the machine, in nanoseconds. It runs on while the machine sleeps and is
-// never set.
+// Moments in nanoseconds since the machine started. The clock runs on while the machine sleeps, and nobody can set it.
 namespace ZVProcessTime
 {
 int64_t GetNow();
 
-// When this process was started, exact to the system's tick of 10 ms and never too late; INT64_MAX when the system does not tell.
+// When this process was started, rounded down to the system's tick of 10 ms; INT64_MAX when the system does not tell.
 int64_t GetProcessStart();
 }

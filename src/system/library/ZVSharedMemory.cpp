@@ -24,10 +24,10 @@ bool ZVSharedMemory::Create(const ZVString& name, size_t size)
 {
     Close();
     const ZVStringUTF8 systemName(SystemName(name));
-    m_descriptor = shm_open(systemName, O_RDWR | O_CREAT | O_EXCL, BlockMode);
-    if (m_descriptor == -1)
+    m_block = ZVDescriptor(shm_open(systemName, O_RDWR | O_CREAT | O_EXCL, BlockMode));
+    if (!m_block.IsOpen())
         return Fail(errno);
-    if (ftruncate(m_descriptor, static_cast<off_t>(size)) == 0 && Map(size))
+    if (ftruncate(m_block.Get(), static_cast<off_t>(size)) == 0 && Map(size))
         return true;
     const int32_t error = errno;
     shm_unlink(systemName);
@@ -38,17 +38,17 @@ bool ZVSharedMemory::Open(const ZVString& name, size_t size)
 {
     Close();
     // A name that is a symbolic link is not followed.
-    m_descriptor = shm_open(ZVStringUTF8(SystemName(name)), O_RDWR, 0);
-    if (m_descriptor == -1)
+    m_block = ZVDescriptor(shm_open(ZVStringUTF8(SystemName(name)), O_RDWR, 0));
+    if (!m_block.IsOpen())
         return Fail(errno);
     struct stat status
     {
     };
-    if (fstat(m_descriptor, &status) != 0)
+    if (fstat(m_block.Get(), &status) != 0)
         return Fail(errno);
     if (!S_ISREG(status.st_mode) || status.st_uid != geteuid())
         return Fail(EPERM);
-    // A shorter block would end the process at the first access behind its end.
+    // A shorter block would end the process at the first access beyond its end.
     if (status.st_size != static_cast<off_t>(size) || (status.st_mode & OthersMode) != 0)
         return Fail(EINVAL);
     return Map(size) || Fail(errno);
@@ -58,10 +58,8 @@ void ZVSharedMemory::Close()
 {
     if (m_data != nullptr)
         munmap(m_data, m_size);
-    if (m_descriptor != -1)
-        close(m_descriptor);
     m_data = nullptr;
-    m_descriptor = -1;
+    m_block.Close();
 }
 
 bool ZVSharedMemory::Remove(const ZVString& name)
@@ -73,7 +71,7 @@ bool ZVSharedMemory::Reserve(size_t offset, size_t size)
 {
     int32_t error = EINTR;
     while (error == EINTR)
-        error = posix_fallocate(m_descriptor, static_cast<off_t>(offset), static_cast<off_t>(size));
+        error = posix_fallocate(m_block.Get(), static_cast<off_t>(offset), static_cast<off_t>(size));
     if (error != 0)
         m_error = error;
     return error == 0;
@@ -88,7 +86,7 @@ bool ZVSharedMemory::Fail(int32_t error)
 
 bool ZVSharedMemory::Map(size_t size)
 {
-    void* const data = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, m_descriptor, 0);
+    void* const data = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, m_block.Get(), 0);
     if (data == MAP_FAILED)
         return false;
     m_data = data;

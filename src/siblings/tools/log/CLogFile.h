@@ -3,22 +3,23 @@
 #include "core/string/ZVString.h"
 #include "core/string/ZVStringUTF8.h"
 #include "siblings/tools/CPause.h"
+#include "system/library/ZVDescriptor.h"
 #include "system/thread/ZVCriticalSection.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <sys/stat.h>
 
-// The file that log lines are appended to, by any number of threads and processes at once. A line is one write, so lines never
-// mix. The file and the folders above it are made by the first line.
+// The file that log lines are appended to, by any number of threads and processes at once. Each line is a single write, so lines
+// never mix. The first line makes the file and the folders above it.
 //
-// A file that has reached the rotation size is renamed to its path with ".1" behind it, in the place of the one before, and the
-// next line begins a new file. Processes that still have the renamed file open notice it with their next line, which is then in
-// the old file. A line is never left in a file that a rotation has dropped. That somebody else removed the file is noticed
-// within two seconds. A path that is a symbolic link is followed and not rotated.
+// A file that has reached the rotation size is renamed to its path with ".1" added, replacing the one before, and the next line
+// begins a new file. A process that still has the renamed file open notices it with its next line, which is then in the old
+// file. A line is never left in a file that a rotation has dropped. When somebody else removes the file, that is noticed within
+// two seconds. A path that is a symbolic link is followed and not rotated.
 //
-// A line that cannot be written is dropped, and after such a failure all lines of the next seconds are, without a look at the
-// disk: the log never holds up its caller.
+// A line that cannot be written is dropped. After such a failure all lines of the next two seconds are dropped without looking at
+// the disk: the log never holds up its caller.
 class CLogFile
 {
 public:
@@ -26,25 +27,23 @@ public:
 
     // An empty path is no file; every line is dropped. rotationSize is in bytes.
     explicit CLogFile(const ZVString& path, int64_t rotationSize = DefaultRotationSize);
-    ~CLogFile();
 
     CLogFile(const CLogFile&) = delete;
     CLogFile& operator=(const CLogFile&) = delete;
 
     const ZVString& GetPath() const { return m_path; }
 
-    // Appends the bytes of a line, its line break among them.
+    // Appends the bytes of a line, including its line break.
     void Append(const char* line, size_t size);
 
 private:
-    static constexpr int NoDescriptor = -1;
-
     bool Open();
-    int OpenPath() const;
+    ZVDescriptor OpenPath() const;
     bool Write(const char* line, size_t size);
     bool HasName();
     void Rotate();
-    void Replace(int descriptor);
+    void Use(ZVDescriptor file);
+    void Close();
 
     const ZVString m_path;
     const ZVStringUTF8 m_systemPath;
@@ -52,10 +51,10 @@ private:
     const int64_t m_rotationSize;
 
     ZVCriticalSection m_mutex;  // guards what follows
-    int m_descriptor = NoDescriptor;
+    ZVDescriptor m_file;
     bool m_canLoseName = false;  // false for a device and the like
-    bool m_isLineOpen = false;   // the last line could be written in part only
+    bool m_isLineOpen = false;   // only a part of the last line could be written
     int64_t m_rotateAt;          // at least the rotation size; more where a rotation is not possible
     CPause m_failure;
-    CPause m_look;  // since the name of the file was looked at
+    CPause m_look;  // since it was last checked whether the file has a name
 };

@@ -2,6 +2,7 @@
 
 #include "core/string/ZVStringUTF8.h"
 #include "siblings/tools/CDataFolder.h"
+#include "system/library/ZVDescriptor.h"
 
 #include <cerrno>
 #include <charconv>
@@ -20,11 +21,9 @@ constexpr mode_t FileMode = 0666;
 
 bool WriteFile(const char* path, std::string_view text)
 {
-    const int descriptor = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, FileMode);
-    if (descriptor == -1)
-        return false;
-    const bool isWritten = write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-    return (close(descriptor) == 0) && isWritten;
+    ZVDescriptor file(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, FileMode));
+    const bool isWritten = file.IsOpen() && write(file.Get(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    return isWritten && file.Close();
 }
 }
 
@@ -52,13 +51,9 @@ bool CLogMaskFile::Read(uint32_t& mask) const
 {
     if (m_path.IsEmpty())
         return false;
-    const int descriptor = open(ZVStringUTF8(m_path), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor == -1)
-        return false;
+    const ZVDescriptor file(open(ZVStringUTF8(m_path), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     char text[MaximumFileSize + 1] = {};
-    const ssize_t size = read(descriptor, text, MaximumFileSize);
-    close(descriptor);
-    return size > 0 && Parse(text, mask);
+    return file.IsOpen() && read(file.Get(), text, MaximumFileSize) > 0 && Parse(text, mask);
 }
 
 bool CLogMaskFile::Write(uint32_t mask) const
