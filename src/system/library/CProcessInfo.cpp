@@ -3,7 +3,6 @@
 #include "system/library/CProcessBlockSweep.h"
 #include "system/library/ZVInstallFolder.h"
 #include "system/library/ZVProcessTime.h"
-#include "system/log/ZVLogCategory.h"
 #include "system/log/ZVLogScope.h"
 
 #include <atomic>
@@ -15,6 +14,7 @@
 namespace
 {
 constexpr ZVLogSource Source {ZVLogCategory::General, L"CProcessInfo"};
+constexpr ZVLogSource SetInstallPathSource {ZVLogCategory::General, L"CProcessInfo::SetInstallPathFromProductName"};
 
 constexpr wchar_t ApplicationDataFolder[] = L"Application Data/";
 
@@ -122,7 +122,7 @@ bool CProcessInfo::Fill(CProcessBlock* block)
 
 bool CProcessInfo::SetInstallPathFromProductName(const ZVString& productName)
 {
-    ZVLogScope scope(ZVLogCategory::General, "CProcessInfo::SetInstallPathFromProductName", true);
+    ZVLogScope scope(SetInstallPathSource, true);
     const ZVString folder = ZVInstallFolder::Find(productName);
     const bool isSet = !folder.IsEmpty() && SetInstallPath(folder);
     scope.SetResult(isSet);

@@ -2,7 +2,6 @@
 
 #include "core/containers/ZVBuffer.h"
 #include "core/string/ZVStringUTF8.h"
-#include "system/log/ZVLogCategory.h"
 #include "system/log/ZVLogScope.h"
 
 #include <algorithm>
@@ -16,14 +15,16 @@
 
 namespace
 {
+constexpr ZVLogSource Source {ZVLogCategory::General, L"RunProgram"};
+
 constexpr int32_t UnknownExitCode = -1;
 
-// What a shell adds to the number of the signal that ended a program.
+// A shell adds this to the number of the signal that ended a program.
 constexpr int32_t SignalExitCode = 128;
 
 constexpr int PieceSize = 1024;
 
-// A command line as the system takes it, which must be complete before the process forks.
+// A command line in the form that the system takes. It must be complete before the process forks.
 class ArgumentVector
 {
 public:
@@ -48,6 +49,12 @@ private:
     std::vector<char*> m_pointers;
 };
 
+// Waits for the program of a stream that an exception leaves open.
+struct StreamEnd
+{
+    void operator()(FILE* stream) const { pclose(stream); }
+};
+
 int32_t ToExitCode(int status)
 {
     if (status == -1)
@@ -55,8 +62,8 @@ int32_t ToExitCode(int status)
     return WIFSIGNALED(status) ? SignalExitCode + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-// Reads a program's output to its end, so that the program never waits for a reader. Only the whole is decoded: a piece may end
-// within a character.
+// Reads a program's output to its end, so that the program never waits for a reader. It is decoded as a whole, because a piece may
+// end inside a character.
 void ReadOutput(FILE* stream, ZVString* output)
 {
     ZVBuffer bytes;
@@ -79,35 +86,34 @@ void ReadOutput(FILE* stream, ZVString* output)
 }
 
 // The child is not waited for. Its entry stays in the system's process table until this process ends, which a worker does soon.
-bool RunNonBlocking(const ZVString& program, const ZVStringArray& parameters, const ZVLogScope& scope)
+bool RunNonBlocking(const ZVString& program, const ZVStringArray& parameters)
 {
-    scope.Log("Running non-blocking command: %s / Parameters: %s", program, parameters.GetJoined(L" "));
+    Source.Log("Running non-blocking command: %s / Parameters: %s", program, parameters.GetJoined(L" "));
     const ArgumentVector arguments(program, parameters);
     const pid_t child = fork();
     if (child == 0)
     {
-        // Between fork and exec other threads' locks may be held for ever, so nothing else is called here.
+        // Between fork and exec the locks of other threads may stay held for ever, so nothing else is called here.
         execvp(arguments.Get()[0], arguments.Get());
         _exit(1);
     }
     if (child == -1)
-        scope.Log("Failed to fork!");
+        Source.Log("Failed to fork!");
     return child != -1;
 }
 
-bool RunBlocking(const ZVString& program, const ZVStringArray& parameters, ZVString* output, int32_t* exitCode,
-                 const ZVLogScope& scope)
+bool RunBlocking(const ZVString& program, const ZVStringArray& parameters, ZVString* output, int32_t* exitCode)
 {
     const ZVString commandLine = ZVFormat(L"%s %s", program, parameters.GetJoined(L" "));
-    scope.Log("Running blocking command via popen: %s", commandLine);
-    FILE* const stream = popen(ZVStringUTF8(commandLine), "r");
+    Source.Log("Running blocking command via popen: %s", commandLine);
+    std::unique_ptr<FILE, StreamEnd> stream(popen(ZVStringUTF8(commandLine), "r"));
     if (stream == nullptr)
     {
-        scope.Log("Failed to start the shell: %s", strerror(errno));
+        Source.Log("Failed to start the shell: %s", strerror(errno));
         return false;
     }
-    ReadOutput(stream, output);
-    const int32_t code = ToExitCode(pclose(stream));
+    ReadOutput(stream.get(), output);
+    const int32_t code = ToExitCode(pclose(stream.release()));
     if (exitCode != nullptr)
         *exitCode = code;
     return true;
@@ -116,12 +122,12 @@ bool RunBlocking(const ZVString& program, const ZVStringArray& parameters, ZVStr
 
 bool RunProgram(const ZVString& program, const ZVStringArray& parameters, ZVString* output, ZVRunMode mode, int32_t* exitCode)
 {
-    ZVLogScope scope(ZVLogCategory::General, "RunProgram", true);
+    const ZVLogScope scope(Source, true);
     if (exitCode != nullptr)
         *exitCode = UnknownExitCode;
     if (program.IsEmpty())
         return false;
     if (mode == ZVRunMode::NonBlocking)
-        return RunNonBlocking(program, parameters, scope);
-    return RunBlocking(program, parameters, output, exitCode, scope);
+        return RunNonBlocking(program, parameters);
+    return RunBlocking(program, parameters, output, exitCode);
 }

@@ -4,7 +4,6 @@
 #include "system/library/CProcessInfo.h"
 #include "system/library/ZVStandardOutput.h"
 #include "system/log/ZVLog.h"
-#include "system/log/ZVLogCategory.h"
 
 #include <cerrno>
 #include <dlfcn.h>

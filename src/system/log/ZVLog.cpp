@@ -1,6 +1,5 @@
 #include "system/log/ZVLog.h"
 
-#include "contracts/ILogManager.h"
 #include "contracts/IZVTools.h"
 #include "core/ZVToolsPointer.h"
 
@@ -9,16 +8,14 @@ ILogManager* ZVLogManager::Find()
     return g_pZVTools == nullptr ? nullptr : g_pZVTools->GetLogManager(false);
 }
 
-void ZVLogManager::Write(uint32_t category, const wchar_t* scopeName, const wchar_t* format,
-                         const ZVFormatRecord* const* arguments, int32_t count)
+void ZVLogManager::Write(const ZVLogSource& source, const char* format, const ZVFormatRecord* const* arguments, int32_t count)
 {
     if (ILogManager* manager = Find())
-        manager->LogWide(category, scopeName, format, arguments, count);
+        manager->LogNarrow(source.Category, source.Name, format, arguments, count);
 }
 
-void ZVLogManager::Write(uint32_t category, const wchar_t* scopeName, const char* format, const ZVFormatRecord* const* arguments,
-                         int32_t count)
+void ZVLogManager::Write(const ZVLogSource& source, const wchar_t* format, const ZVFormatRecord* const* arguments, int32_t count)
 {
     if (ILogManager* manager = Find())
-        manager->LogNarrow(category, scopeName, format, arguments, count);
+        manager->LogWide(source.Category, source.Name, format, arguments, count);
 }

@@ -1,7 +1,6 @@
 #include "system/thread/ZVThread.h"
 
-#include "system/log/ZVLogCategory.h"
-#include "system/log/ZVLogScope.h"
+#include "system/log/ZVLog.h"
 #include "system/thread/ZVThreadPriority.h"
 #include "system/thread/ZVTimer.h"
 
@@ -12,7 +11,8 @@
 
 namespace
 {
-constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVThread::Stop"};
+constexpr ZVLogSource StartThreadSource {ZVLogCategory::General, L"ZVThread::StartThread"};
+constexpr ZVLogSource StopSource {ZVLogCategory::General, L"ZVThread::Stop"};
 
 constexpr int32_t ExitPollInterval = 10;
 constexpr int32_t WaitPollInterval = 10;
@@ -124,7 +124,7 @@ bool ZVThread::StartThread(int32_t priority)
             --m_startedCount;
     }
     if (!isCreated)
-        ZVLogScope(ZVLogCategory::General, "ZVThread::StartThread", false).Log("Error creating thread!");
+        StartThreadSource.Log("Error creating thread!");
     return isCreated;
 }
 
@@ -225,7 +225,7 @@ void ZVThread::Abandon(int32_t startedCount, int32_t timeout)
             return;
         m_isInRun = false;
     }
-    Source.Log("Hard killing thread (handle=%x), it exceeded timeout=%d MS", handle, timeout);
+    StopSource.Log("Hard killing thread (handle=%x), it exceeded timeout=%d MS", handle, timeout);
     fprintf(stderr, "Hard killing thread (handle=%lx), it exceeded timeout=%d MS\n", static_cast<unsigned long>(handle), timeout);
 }
 

@@ -1,35 +1,38 @@
 #include "siblings/tools/locks/CNamedLock.h"
 
-#include "contracts/ILogManager.h"
 #include "core/string/ZVStringUTF8.h"
 #include "siblings/tools/CDataFolder.h"
-#include "system/log/ZVLogCategory.h"
+#include "system/log/ZVLog.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/file.h>
 #include <thread>
 #include <unistd.h>
 
 namespace
 {
+constexpr ZVLogSource Source {ZVLogCategory::General, L"CNamedLock"};
+
 constexpr mode_t FileMode = 0600;
 
-// How long to wait between two tries, at first and at most: a lock is held for seconds or minutes, if it is held at all.
+// How long to wait between two tries, at first and at most: a lock that is held is usually held for seconds or minutes.
 constexpr std::chrono::milliseconds FirstWait {5};
 constexpr std::chrono::milliseconds LongestWait {100};
 
-// A name as a file name: letters, digits, "-" and "_" as they are, every other byte of its UTF-8 as "%" and two digits.
+// The file name for a lock: letters, digits, "-" and "_" stay, and every other byte of the UTF-8 becomes "%" and two hexadecimal
+// digits.
 ZVString GetFileName(const ZVString& name)
 {
     const ZVStringUTF8 bytes(name);
     ZVString fileName;
-    for (const char* byte = bytes; *byte != '\0'; ++byte)
+    for (const char byte : std::string_view(bytes.Get()))
     {
-        const auto value = static_cast<unsigned char>(*byte);
+        const auto value = static_cast<unsigned char>(byte);
         const bool isPlain = (value >= 'a' && value <= 'z') || (value >= 'A' && value <= 'Z') || (value >= '0' && value <= '9') ||
                              value == '-' || value == '_';
         if (isPlain)
@@ -50,13 +53,13 @@ bool CNamedLock::Lock(int32_t milliseconds)
 {
     using Clock = std::chrono::steady_clock;
 
-    if (m_descriptor != NoDescriptor)
+    if (m_file.IsOpen())
         return true;
     if (!OpenFile())
         return false;
     const Clock::time_point end = Clock::now() + std::chrono::milliseconds(std::max(milliseconds, 0));
     std::chrono::milliseconds wait = FirstWait;
-    while (flock(m_descriptor, LOCK_EX | LOCK_NB) != 0)
+    while (flock(m_file.Get(), LOCK_EX | LOCK_NB) != 0)
     {
         const bool isHeld = errno == EWOULDBLOCK || errno == EINTR;
         if (!isHeld)
@@ -75,26 +78,22 @@ bool CNamedLock::Lock(int32_t milliseconds)
 
 void CNamedLock::Unlock()
 {
-    if (m_descriptor != NoDescriptor)
-        close(m_descriptor);
-    m_descriptor = NoDescriptor;
+    m_file.Close();
 }
 
 bool CNamedLock::OpenFile()
 {
     constexpr int Flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW;
     const ZVStringUTF8 path(m_path);
-    m_descriptor = open(path, Flags, FileMode);
-    if (m_descriptor == NoDescriptor && errno == ENOENT && CDataFolder::MakeFoldersOf(path))
-        m_descriptor = open(path, Flags, FileMode);
-    if (m_descriptor == NoDescriptor)
+    m_file = ZVDescriptor(open(path, Flags, FileMode));
+    if (!m_file.IsOpen() && errno == ENOENT && CDataFolder::MakeFoldersOf(path))
+        m_file = ZVDescriptor(open(path, Flags, FileMode));
+    if (!m_file.IsOpen())
         LogFailure("opening");
-    return m_descriptor != NoDescriptor;
+    return m_file.IsOpen();
 }
 
 void CNamedLock::LogFailure(const char* what) const
 {
-    const ZVFormatArguments<3> arguments(what, m_path, strerror(errno));
-    m_log.LogNarrow(ZVLogCategory::General, L"CNamedLock", "Error %s the lock file %s: %s", arguments.Records(),
-                    arguments.Count());
+    Source.LogTo(m_log, "Error %s the lock file %s: %s", what, m_path, strerror(errno));
 }

@@ -8,8 +8,8 @@ class ILogManager;
 class CNamedLocks final : public IZVNamedLocks
 {
 public:
-    // Keeps its files in the folder "Locks" of the data folder, which ends in "/"; without a data folder no lock can be taken.
-    // The log outlives the object.
+    // The locks are files in the folder "Locks" of the data folder, whose path ends in "/"; without a data folder no lock can be
+    // taken. The log must outlive the object.
     CNamedLocks(const ZVString& dataFolder, ILogManager& log);
 
     IZVNamedLock* CreateLock(const wchar_t* name) override;

@@ -41,16 +41,16 @@ wchar_t CleanCharacter(wchar_t character)
 }
 }
 
-CLogLine::CLogLine(uint32_t category, const wchar_t* scopeName, const wchar_t* format, const ZVFormatRecord* const* arguments,
+CLogLine::CLogLine(const ZVLogSource& source, const wchar_t* format, const ZVFormatRecord* const* arguments,
                    int32_t argumentCount)
 {
     m_line.GetBuffer(UsualLength);
     m_line.ReleaseBuffer(0);
     AppendTimeStamp();
-    m_line.AppendFormat(L"\t%d\t%d\t%u\t", getpid(), gettid(), category);
+    m_line.AppendFormat(L"\t%d\t%d\t%u\t", getpid(), gettid(), source.Category);
 
     const int32_t scopeStart = m_line.GetLength();
-    m_line.Append(scopeName);
+    m_line.Append(source.Name);
     CleanFrom(scopeStart);
     m_line.AppendCharacter(L'\t');
 

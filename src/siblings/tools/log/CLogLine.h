@@ -2,6 +2,7 @@
 
 #include "contracts/ZVFormatRecord.h"
 #include "core/string/ZVString.h"
+#include "system/log/ZVLog.h"
 
 #include <cstdint>
 #include <memory>
@@ -22,10 +23,9 @@
 class CLogLine
 {
 public:
-    // Takes the time and formats. A null scope name or format counts as empty; with a null array the format is the text. Throws
+    // Takes the time and formats. A null name or format counts as empty; with a null array the format is the text. Throws
     // std::bad_alloc.
-    CLogLine(uint32_t category, const wchar_t* scopeName, const wchar_t* format, const ZVFormatRecord* const* arguments,
-             int32_t argumentCount);
+    CLogLine(const ZVLogSource& source, const wchar_t* format, const ZVFormatRecord* const* arguments, int32_t argumentCount);
 
     // The last field alone; not NUL-terminated.
     const wchar_t* GetText() const { return m_line.GetText() + m_textStart; }

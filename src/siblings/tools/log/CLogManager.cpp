@@ -72,26 +72,25 @@ void CLogManager::LogWide(uint32_t category, const wchar_t* scopeName, const wch
                           const ZVFormatRecord* const* arguments, int32_t argumentCount)
 {
     if (!IsOff(category))
-        Log(category, scopeName, format, arguments, argumentCount);
+        Log({category, scopeName}, format, arguments, argumentCount);
 }
 
 void CLogManager::LogNarrow(uint32_t category, const wchar_t* scopeName, const char* format,
                             const ZVFormatRecord* const* arguments, int32_t argumentCount)
 {
     if (!IsOff(category))
-        Log(category, scopeName, format, arguments, argumentCount);
+        Log({category, scopeName}, format, arguments, argumentCount);
 }
 
 template <class Format>
-void CLogManager::Log(uint32_t category, const wchar_t* scopeName, Format format, const ZVFormatRecord* const* arguments,
-                      int32_t argumentCount)
+void CLogManager::Log(const ZVLogSource& source, Format format, const ZVFormatRecord* const* arguments, int32_t argumentCount)
 {
     Guarded(
         [&]
         {
             LearnMask();
-            if (!IsOff(category))
-                Write(category, CLogLine(category, scopeName, AsWide(format), arguments, argumentCount));
+            if (!IsOff(source.Category))
+                Write(source.Category, CLogLine(source, AsWide(format), arguments, argumentCount));
         });
 }
 

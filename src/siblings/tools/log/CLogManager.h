@@ -5,6 +5,7 @@
 #include "core/string/ZVString.h"
 #include "siblings/tools/log/CLogFile.h"
 #include "siblings/tools/log/CLogMaskFile.h"
+#include "system/log/ZVLog.h"
 #include "system/thread/ZVCriticalSection.h"
 
 #include <atomic>
@@ -50,8 +51,7 @@ private:
 
     bool IsOff(uint32_t category) const;
     template <class Format>
-    void Log(uint32_t category, const wchar_t* scopeName, Format format, const ZVFormatRecord* const* arguments,
-             int32_t argumentCount);
+    void Log(const ZVLogSource& source, Format format, const ZVFormatRecord* const* arguments, int32_t argumentCount);
     void Write(uint32_t category, const CLogLine& line);
     void HandToOutputs(uint32_t category, const CLogLine& line);
     void LearnMask();
