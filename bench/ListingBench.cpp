@@ -46,7 +46,7 @@ private:
 
 void ListWithFinder(benchmark::State& state)
 {
-    const ZVFilename folder(ZVString::FromUTF8(LargeFolder::Path().c_str()));
+    const ZVFilename folder = ZVFilename::FromPath(ZVString::FromUTF8(LargeFolder::Path().c_str()));
     for (auto _ : state)
     {
         ZVFileFinder finder;

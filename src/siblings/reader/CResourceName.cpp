@@ -26,8 +26,7 @@ constexpr KnownScheme KnownSchemes[] = {
 
 ZVString MapAliases(const ZVString& name)
 {
-    ZVFilename filename;
-    filename.SetListedPath(name);
+    ZVFilename filename = ZVFilename::FromPath(name);
     filename.MapProtocolAliases();
     return filename.GetFilename();
 }

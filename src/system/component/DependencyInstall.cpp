@@ -119,7 +119,7 @@ private:
         CFileLoader loader;
         loader.SetLimits(MaximumChecksumFile, false);
         ZVString expected;
-        if (!loader.LoadText(url + L".sha256", expected, ZVEncoding::UTF8, false))
+        if (!loader.LoadText(ZVFilename(url + L".sha256"), expected, ZVEncoding::UTF8, false))
         {
             const bool isAbsent =
                 ZVFilename::IsRemote(url) ? loader.GetStatusCode() == L"404" : !ZVFileSystem::Exists(url + L".sha256");
@@ -175,7 +175,7 @@ private:
     {
         bool isDone = true;
         ZVFileFinder finder;
-        finder.Find(ZVFilename(m_plugins));
+        finder.Find(ZVFilename::FromPath(m_plugins));
         for (ZVFileInfo info; finder.GetNext(info);)
             if (info.IsDirectory() && info.GetName().StartsWith(ZVString(m_dependency.Package) + L"_v"))
                 isDone = ZVFileSystem::DeleteDirectoryTree(info.GetPath(), false) && isDone;
@@ -186,7 +186,7 @@ private:
     {
         bool isDone = true;
         ZVFileFinder finder;
-        finder.Find(ZVFilename(m_folder));
+        finder.Find(ZVFilename::FromPath(m_folder));
         for (ZVFileInfo info; finder.GetNext(info);)
         {
             const bool isOwn = info.IsDirectory() ? info.GetName().IsEqual(RendererLookUpTables, false)

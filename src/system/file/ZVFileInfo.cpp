@@ -28,7 +28,7 @@ bool ZVFileInfo::LoadNative(const char* path)
     ZVString text = ZVNativePath::ToText(path);
     if (IsDirectory() && !text.EndsWith(L'/'))
         text.AppendCharacter(L'/');
-    m_filename.SetListedPath(text);
+    m_filename = ZVFilename::FromPath(text);
     return true;
 }
 

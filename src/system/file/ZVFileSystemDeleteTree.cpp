@@ -163,9 +163,7 @@ private:
         }
         auto folder = std::make_unique<Folder>();
         folder->Path = path;
-        ZVFilename name;
-        name.SetListedPath(path);
-        folder->Listing.Find(name, true);
+        folder->Listing.Find(ZVFilename::FromPath(path), true);
         m_folders.Add(folder.get());
         folder.release();
     }

@@ -137,8 +137,7 @@ private:
 ZVString GetTempFromSetting(bool addProductFolder)
 {
     const CTempSetting setting;
-    ZVFilename folder;
-    folder.SetListedPath(setting.Get());
+    ZVFilename folder = ZVFilename::FromPath(setting.Get());
     if (folder.IsEmpty())
         return {};
     if (addProductFolder)

@@ -13,7 +13,7 @@ std::string ZVSmallFile::Read(const ZVString& path)
 {
     std::string bytes;
     ZVFile file;
-    if (!ZVFileSystem::Exists(path) || !file.Open(path, ZVFileAccess::Read))
+    if (!ZVFileSystem::Exists(path) || !file.Open(ZVFilename::FromPath(path), ZVFileAccess::Read))
         return bytes;
     // Files of the kernel tell no length, so they are read to their end.
     char block[BlockSize];

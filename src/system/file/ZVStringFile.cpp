@@ -124,8 +124,7 @@ bool ZVString::SaveToFile(const ZVString& path, int32_t mode) const
     if (!Encode(*this, mode, bytes))
         return false;
 
-    ZVFilename name;
-    name.SetListedPath(ZVFileSystem::GetSavePath(path));
+    const ZVFilename name = ZVFilename::FromPath(ZVFileSystem::GetSavePath(path));
     const ZVString folder = name.GetDirectory();
     if (!folder.IsEmpty())
         ZVFileSystem::MakeDirectoryTree(folder);

@@ -55,10 +55,11 @@ void ZVFilename::SetFilename(const ZVString& text, bool clearProperties)
     Parse(clearProperties);
 }
 
-void ZVFilename::SetListedPath(const ZVString& path)
+ZVFilename ZVFilename::FromPath(const ZVString& path)
 {
-    m_path = path;
-    m_properties.Clear();
+    ZVFilename name;
+    name.m_path = path;
+    return name;
 }
 
 ZVString ZVFilename::GetProperty(const wchar_t* key, const ZVString& defaultValue) const

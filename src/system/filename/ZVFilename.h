@@ -26,16 +26,16 @@ public:
     static constexpr int32_t HTTPSScheme = 4;
 
     ZVFilename() = default;
-    // Takes the text and parses it.
-    ZVFilename(const ZVString& text) { SetFilename(text); }
-    ZVFilename(const wchar_t* text) { SetFilename(text); }
+    // Takes a text and parses it. A path that the system gave is no such text: it is made with FromPath.
+    explicit ZVFilename(const ZVString& text) { SetFilename(text); }
+    // The name of a path as it stands, for what the system listed or our own code put together: its file may be called
+    // "film.mkv;1" or begin like an XMLFN form, and is found under that name.
+    static ZVFilename FromPath(const ZVString& path);
 
     // --- The path as a whole ---------------------------------------------------------------------------------------------------
 
     // Takes a text and parses it; the properties that were set are dropped unless clearProperties is false.
     void SetFilename(const ZVString& text, bool clearProperties = true);
-    // Takes a path as it stands: one that the system listed, and that must not be read as anything else. Drops all properties.
-    void SetListedPath(const ZVString& path);
     // The path, without properties.
     const ZVString& GetFilename() const { return m_path; }
     const ZVString& GetPathOnly() const { return m_path; }

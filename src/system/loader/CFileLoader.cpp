@@ -29,8 +29,7 @@ constexpr int64_t LargestText = INT32_MAX - 16;
 // The name as the rest of the product sees it: a local file by its path, and one of two schemes for what is not.
 ZVString GetPlainName(const ZVFilename& name)
 {
-    ZVFilename plain;
-    plain.SetListedPath(name.GetPathOnly());
+    ZVFilename plain = ZVFilename::FromPath(name.GetPathOnly());
     plain.MapProtocolAliases();
     ZVString path = plain.GetPathOnly();
     if (path.StartsWith(L"file://", false))
@@ -145,10 +144,8 @@ bool CFileLoader::RunJob(const Job& job)
 
 bool CFileLoader::RunDirectPath(const Job& job)
 {
-    ZVFilename name;
-    name.SetListedPath(job.Name);
     ZVFile file;
-    if (job.Buffer == nullptr || !file.Open(name, ZVFileAccess::Read, ZVFileShare::Write))
+    if (job.Buffer == nullptr || !file.Open(ZVFilename::FromPath(job.Name), ZVFileAccess::Read, ZVFileShare::Write))
         return false;
     const int64_t size = file.GetLength();
     m_resourceSize = size;

@@ -16,7 +16,7 @@ constexpr int32_t LongestSilenceMs = 500;
 
 CFileLoaderReport::CFileLoaderReport(const CFileLoaderOptions& options, IZVWaitMessage* message, const ZVString& name,
                                      bool isInternet)
-    : m_options(options), m_message(message), m_name(ZVFilename(name).GetNameAndExtension()), m_isInternet(isInternet)
+    : m_options(options), m_message(message), m_name(ZVFilename::FromPath(name).GetNameAndExtension()), m_isInternet(isInternet)
 {
 }
 

@@ -47,7 +47,7 @@ bool CFileLoader::LoadTemporary(const ZVFilename& url, ZVFilename& target)
 {
     CFileSink sink(ZVString(), url.GetNameOnly(), url.GetExtension());
     const bool isLoaded = LoadWhole(url, sink, false);
-    target.SetListedPath(sink.GetPath());
+    target = ZVFilename::FromPath(sink.GetPath());
     return isLoaded;
 }
 
@@ -97,7 +97,7 @@ bool CFileLoader::LoadIfNewer(const ZVFilename& url, const ZVString& path)
     const double modified = ZVDate::FromUnix(static_cast<int64_t>(target.GetModificationTime()));
     SetRequestOption(ZVRequestHeaders::IfModifiedSince, ZVDate::ToRFC1123(modified));
     SetRequestOption(ZVRequestHeaders::UseCache, L"1");
-    const ZVFilename name(path);
+    const ZVFilename name = ZVFilename::FromPath(path);
     CFileSink sink(name.GetDirectory(), name.GetNameOnly(), L"download");
     const bool isLoaded = EndFile(RunLoad(url, nullptr, &sink, path, sink.GetPath(), nullptr, modified), sink, false);
     if (m_statusCode == NotModified)

@@ -47,7 +47,7 @@ bool CFileSink::OpenOnce()
     m_wasOpened = Open();
     for (int32_t tries = 1; !m_wasOpened && errno == EEXIST && tries < MaximumTries; ++tries)
     {
-        const ZVFilename taken(m_path);
+        const ZVFilename taken = ZVFilename::FromPath(m_path);
         m_path = ZVFileSystem::GetUniqueFilename(taken.GetDirectory(), taken.GetNameOnly(), taken.GetExtension());
         m_wasOpened = Open();
     }
@@ -56,7 +56,5 @@ bool CFileSink::OpenOnce()
 
 bool CFileSink::Open()
 {
-    ZVFilename name;
-    name.SetListedPath(m_path);
-    return m_file.Open(name, ZVFileAccess::Write, ZVFileShare::None, m_creation);
+    return m_file.Open(ZVFilename::FromPath(m_path), ZVFileAccess::Write, ZVFileShare::None, m_creation);
 }

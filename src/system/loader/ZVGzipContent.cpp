@@ -94,13 +94,13 @@ bool ZVGzipContent::InflateBuffer(ZVBuffer& buffer, const Limit& limit)
 
 bool ZVGzipContent::InflateFile(const ZVString& path, const Limit& limit)
 {
+    const ZVFilename name = ZVFilename::FromPath(path);
     ZVBuffer input;
     CFileLoader loader;
     loader.SetStreaming(false);
-    if (!loader.Load(path, input))
+    if (!loader.Load(name, input))
         return false;
 
-    const ZVFilename name(path);
     CFileSink inflated(name.GetDirectory(), name.GetNameOnly(), L"inflated");
     const auto write = [&inflated](const uint8_t* bytes, int64_t count) { return inflated.Write(bytes, count) == count; };
     if (Inflate(input, limit, write) && inflated.Close(true) && ZVFileSystem::MoveFile(inflated.GetPath(), path))

@@ -24,7 +24,7 @@ bool ZVLoadFile(const wchar_t* path, ZVBuffer& buffer, IZVFileLoaderProgress* pr
         return true;
     CFileLoader loader;
     SetUp(loader, progress, requestHeaders);
-    return loader.Load(path, buffer);
+    return loader.Load(ZVFilename(path), buffer);
 }
 
 bool ZVString::LoadFromFile(const wchar_t* path, ZVEncoding encoding, bool dropNulBytes, IZVFileLoaderProgress* progress,
@@ -37,5 +37,5 @@ bool ZVString::LoadFromFile(const wchar_t* path, ZVEncoding encoding, bool dropN
     }
     CFileLoader loader;
     SetUp(loader, progress, requestHeaders);
-    return loader.LoadText(path, *this, encoding, dropNulBytes);
+    return loader.LoadText(ZVFilename(path), *this, encoding, dropNulBytes);
 }

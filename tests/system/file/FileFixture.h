@@ -1,5 +1,6 @@
 #pragma once
 
+#include "system/filename/ZVFilename.h"
 #include "system/filename/ZVNativePath.h"
 #include "system/log/ToolsFixture.h"
 
@@ -39,6 +40,7 @@ protected:
     // The path of a name in the folder, or of an absolute one, as bytes and as text.
     std::string At(const std::string& name) const { return std::filesystem::path(m_folder) / name; }
     ZVString TextAt(const std::string& name) const { return ZVNativePath::ToText(At(name).c_str()); }
+    ZVFilename NameAt(const std::string& name) const { return ZVFilename::FromPath(TextAt(name)); }
     static std::string Bytes(const ZVString& text) { return ZVNativePath(text).GetBytes(); }
     bool IsAt(const std::string& name) const { return exists(std::filesystem::symlink_status(At(name))); }
     void MakeFolder(const std::string& name) const { std::filesystem::create_directories(At(name)); }

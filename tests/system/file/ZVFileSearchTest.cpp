@@ -22,7 +22,7 @@ protected:
     std::string Find(const std::string& pattern, bool listFolder = false) const
     {
         ZVFileFinder finder;
-        EXPECT_TRUE(finder.Find(TextAt(pattern), listFolder));
+        EXPECT_TRUE(finder.Find(NameAt(pattern), listFolder));
         ZVStringArray paths;
         for (ZVFileInfo info; finder.GetNext(info);)
             paths.Add(info.GetPath());
@@ -39,11 +39,16 @@ TEST_F(ZVFileSearchTest, AFolderIsListedWithoutHiddenNames)
     EXPECT_EQ(Find("a") + Find("missing/") + Find("a/c/"), "a/ ");
     ZVFileFinder finder;
     ZVFileInfo info;
-    EXPECT_FALSE(finder.Find(L"", true));
-    EXPECT_TRUE(finder.Find(TextAt("a/")) && finder.GetNext(info) && info.IsDirectory() && info.GetName() == L"b");
+    EXPECT_FALSE(finder.Find(ZVFilename(), true));
+    EXPECT_TRUE(finder.Find(NameAt("a/")) && finder.GetNext(info) && info.IsDirectory() && info.GetName() == L"b");
     EXPECT_TRUE(finder.GetNext(info) && S_ISLNK(info.GetMode()) && !finder.GetNext(info));
-    EXPECT_TRUE(finder.Find(TextAt("a/b/")) && std::filesystem::remove(At("a/b/file")));
+    EXPECT_TRUE(finder.Find(NameAt("a/b/")) && std::filesystem::remove(At("a/b/file")));
     EXPECT_FALSE(finder.GetNext(info) || info.IsFound() || info.IsDirectory()) << "what vanishes after the listing";
+    // A name that a text would not survive.
+    Put("semicolon/film.mkv;1", "12345");
+    ASSERT_TRUE(finder.Find(NameAt("semicolon/")));
+    ASSERT_TRUE(finder.GetNext(info));
+    EXPECT_EQ(info.GetFilename().GetFileSize(), 5);
     chmod(At("a").c_str(), 0);
     const auto listClosed = [&]
     {

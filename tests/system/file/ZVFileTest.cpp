@@ -31,7 +31,7 @@ TEST_F(ZVFileTest, TheCreationModeDecidesWhatAnOpenDoes)
             Put("old", "abc");
             std::filesystem::remove(At("new"));
             for (const char* name : {"new", "old"})
-                if (ZVFile file; file.Open(TextAt(name), ZVFileAccess::Write, share, creation))
+                if (ZVFile file; file.Open(NameAt(name), ZVFileAccess::Write, share, creation))
                     file.Write("xy", 2);
             EXPECT_TRUE(GetAt("new") == newContent && GetAt("old") == oldContent) << static_cast<int>(creation);
         }
@@ -40,8 +40,8 @@ TEST_F(ZVFileTest, TheCreationModeDecidesWhatAnOpenDoes)
 TEST_F(ZVFileTest, AFailedOpenTellsWhy)
 {
     ZVFile file;
-    EXPECT_TRUE(!file.Open(TextAt(""), ZVFileAccess::Read) && errno == EISDIR);
-    EXPECT_TRUE(!file.Open(TextAt("missing"), ZVFileAccess::Read) && errno == ENOENT);
+    EXPECT_TRUE(!file.Open(NameAt(""), ZVFileAccess::Read) && errno == EISDIR);
+    EXPECT_TRUE(!file.Open(NameAt("missing"), ZVFileAccess::Read) && errno == ENOENT);
     ExpectLogged("1|ZVFile::Reopen|Error 2 opening file: " + At("missing"));
     EXPECT_TRUE(!file.IsOpen() && file.Close());
     EXPECT_TRUE(file.GetPosition() == -1 && file.Seek(0, ZVSeekOrigin::Start) == -1 && file.GetLength() == -1);
@@ -51,16 +51,16 @@ TEST_F(ZVFileTest, ASecondWriterIsKeptOutUnlessTheFirstShares)
 {
     Put("file", "abc");
     const auto open = [&](ZVFile& file, ZVFileShare share)
-    { return file.Open(TextAt("file"), ZVFileAccess::Write, share, ZVFileCreation::CreateAndTruncate); };
+    { return file.Open(NameAt("file"), ZVFileAccess::Write, share, ZVFileCreation::CreateAndTruncate); };
     ZVFile first;
-    ASSERT_TRUE(first.Open(TextAt("file"), ZVFileAccess::ReadWrite));
+    ASSERT_TRUE(first.Open(NameAt("file"), ZVFileAccess::ReadWrite));
     const auto openLocked = [&]
     {
         ZVFile second;
         EXPECT_FALSE(open(second, Alone));
         // The refused writer must not have emptied the file either.
         EXPECT_EQ(GetAt("file"), "abc");
-        EXPECT_TRUE(second.Open(TextAt("file"), ZVFileAccess::Write, Shared) && second.Open(TextAt("file"), ZVFileAccess::Read));
+        EXPECT_TRUE(second.Open(NameAt("file"), ZVFileAccess::Write, Shared) && second.Open(NameAt("file"), ZVFileAccess::Read));
     };
     openLocked();
     InChild(openLocked);
@@ -79,7 +79,7 @@ TEST_F(ZVFileTest, PositionsAndLengthsAreThoseOfTheFile)
     constexpr int64_t BeyondFourGigabytes = 0x1'0000'0001;
     Put("file", "0123456789");
     ZVFile file;
-    ASSERT_TRUE(file.Open(TextAt("file"), ZVFileAccess::ReadWrite));
+    ASSERT_TRUE(file.Open(NameAt("file"), ZVFileAccess::ReadWrite));
     EXPECT_EQ(file.Seek(BeyondFourGigabytes, ZVSeekOrigin::Start), BeyondFourGigabytes);
     EXPECT_TRUE(file.Seek(-6, ZVSeekOrigin::End) == 4 && file.Seek(2, ZVSeekOrigin::Current) == 6);
     // Where space can be had in advance the file grows and never shrinks; for no bytes at all it cannot be had.
@@ -98,7 +98,7 @@ TEST_F(ZVFileTest, AWriteIsTrueOnlyWhenEverythingWasTaken)
 {
     Put("file", "abc");
     ZVFile file;
-    ASSERT_TRUE(file.Open(TextAt("file"), ZVFileAccess::Read));
+    ASSERT_TRUE(file.Open(NameAt("file"), ZVFileAccess::Read));
     int64_t count = 7;
     EXPECT_TRUE(!file.Write("abc", 3, count) && count == 0);
     ExpectLogged("1|ZVFile::Write|Error 9 writing file: " + At("file"));
@@ -107,7 +107,7 @@ TEST_F(ZVFileTest, AWriteIsTrueOnlyWhenEverythingWasTaken)
     const std::string block(48 * 1024, 'x');
     const auto fillDisk = [&]
     {
-        ASSERT_TRUE(file.Open(TextAt("disk/file"), ZVFileAccess::Write, Alone, ZVFileCreation::CreateNew));
+        ASSERT_TRUE(file.Open(NameAt("disk/file"), ZVFileAccess::Write, Alone, ZVFileCreation::CreateNew));
         EXPECT_TRUE(file.Write(block.data(), 48 * 1024) && !file.Write(block.data(), 48 * 1024));
         EXPECT_EQ(file.GetLength(), 64 * 1024);
     };
@@ -119,11 +119,11 @@ TEST_F(ZVFileTest, TextIsWrittenInEachForm)
     const ZVString text = L"a\u00e4\u65e5";
     ZVFile file;
     ZVBuffer scratch;
-    ASSERT_TRUE(file.Open(TextAt("file"), ZVFileAccess::ReadWrite, Alone, ZVFileCreation::CreateNew));
+    ASSERT_TRUE(file.Open(NameAt("file"), ZVFileAccess::ReadWrite, Alone, ZVFileCreation::CreateNew));
     EXPECT_TRUE(file.WriteUTF8(text, scratch) && file.WriteUTF8(L"") && file.WriteUTF8(L"|") && file.WriteNarrow(text));
     EXPECT_TRUE(file.WriteWide(text) && file.Flush());
     EXPECT_EQ(GetAt("file"), "a\xc3\xa4\xe6\x97\xa5|a\xe4?" + std::string(reinterpret_cast<const char*>(text.GetText()), 12));
-    ASSERT_TRUE(file.Open(L"/dev/full", ZVFileAccess::Write, Shared));
+    ASSERT_TRUE(file.Open(ZVFilename::FromPath(L"/dev/full"), ZVFileAccess::Write, Shared));
     EXPECT_TRUE(file.WriteNarrow(text) && !file.WriteUTF8(text));
 }
 
@@ -132,7 +132,8 @@ TEST_F(ZVFileTest, LinesAreReadOneByOne)
     ZVFile file;
     const auto readLines = [&](bool (ZVFile::*readLine)(ZVString&), const std::string& content)
     {
-        EXPECT_TRUE(file.Open(ZVNativePath::ToText(Put("lines", content).c_str()), ZVFileAccess::Read));
+        Put("lines", content);
+        EXPECT_TRUE(file.Open(NameAt("lines"), ZVFileAccess::Read));
         std::string lines;
         for (ZVString line; (file.*readLine)(line);)
             lines += Bytes(line) + "|";

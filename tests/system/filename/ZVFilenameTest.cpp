@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <tuple>
+#include <type_traits>
 #include <unistd.h>
 
 namespace
@@ -33,6 +34,17 @@ TEST(ZVFilename, WhatStandsBehindAShortExtensionIsAProperty)
     ZVFilename name(L"/a/film.mkv;disc");
     name.SetFilename(L"/b.mkv", false);
     EXPECT_TRUE(name.GetPathOnly() == L"/b.mkv" && name.GetPostExtensionData() == L"disc");
+}
+
+TEST(ZVFilename, APathOfTheSystemIsTakenAsItStands)
+{
+    static_assert(!std::is_convertible_v<ZVString, ZVFilename>);
+    for (const wchar_t* path : {L"/a/film.mkv;1", L"<XMLFN version=\"1.0\"><Item Name=\"k\">v</Item></XMLFN>"})
+    {
+        const ZVFilename name = ZVFilename::FromPath(path);
+        EXPECT_EQ(name.GetPathOnly(), path);
+        EXPECT_EQ(name.GetProperties().GetCount(), 0) << Bytes(path);
+    }
 }
 
 TEST(ZVFilename, TheSerialFormHoldsPathAndProperties)

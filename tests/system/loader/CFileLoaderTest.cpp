@@ -13,7 +13,7 @@ class CFileLoaderTest : public LoaderFixture
 protected:
     CFileLoaderTest() { m_buffer.Append("old", 3); }
 
-    bool Load(const ZVString& name) { return m_loader.Load(name, m_buffer); }
+    bool Load(const ZVString& name) { return m_loader.Load(ZVFilename(name), m_buffer); }
     bool LoadFromServer(const std::string& target) { return Load(m_server.GetURL(target)); }
 
     CFileLoader m_loader;
@@ -105,8 +105,9 @@ TEST_F(CFileLoaderTest, InflatesWhatCameAsGzip)
         EXPECT_EQ(LoadFromServer("/gzip"), !expected.empty());
         EXPECT_TRUE(Bytes(m_buffer) == expected) << m_buffer.GetUsed();
 
-        ZVFilename target = TextAt("inflated.txt");
-        EXPECT_EQ(m_loader.LoadToFile(m_server.GetURL("/gzip"), target, ZVLoadToFileMode::Replace), !expected.empty());
+        ZVFilename target = ZVFilename::FromPath(TextAt("inflated.txt"));
+        EXPECT_EQ(m_loader.LoadToFile(ZVFilename(m_server.GetURL("/gzip")), target, ZVLoadToFileMode::Replace),
+                  !expected.empty());
         EXPECT_TRUE(Get("inflated.txt") == (expected.empty() ? "(none)" : expected));
         std::filesystem::remove(m_folder + "inflated.txt");
     };
@@ -143,10 +144,10 @@ TEST_F(CFileLoaderTest, TestsTheFirstBytes)
         for (const bool intoFile : {false, true})
         {
             const ZVString path = Put("data", resource);
-            ZVFilename target = TextAt("target");
+            ZVFilename target = ZVFilename::FromPath(TextAt("target"));
             s_seen.clear();
             m_loader.SetValidation(bytes, SeeBytes, context, validateAtEnd, marker);
-            EXPECT_EQ(intoFile ? m_loader.LoadToFile(path, target, ZVLoadToFileMode::Replace) : Load(path), isLoaded);
+            EXPECT_EQ(intoFile ? m_loader.LoadToFile(ZVFilename(path), target, ZVLoadToFileMode::Replace) : Load(path), isLoaded);
             EXPECT_TRUE(s_seen == seen);
             EXPECT_TRUE(!isLoaded || (intoFile ? Get("target") : Bytes(m_buffer)) == resource);
         }
@@ -231,14 +232,14 @@ TEST_F(CFileLoaderTest, ReportsAndStopsOnDemand)
     EXPECT_FALSE(Load(path)) << "it stays cancelled";
 
     // A file of its own goes again, and an old one is not touched before the first byte.
-    ZVFilename target = TextAt("copy");
+    ZVFilename target = ZVFilename::FromPath(TextAt("copy"));
     for (const auto& [polls, content] : {std::pair(3, "(none)"), std::pair(0, "old")})
     {
         if (polls == 0)
             Put("copy", "old");
         m_loader.SetCancelTarget(nullptr);
         maximumPolls = polls;
-        EXPECT_FALSE(m_loader.LoadToFile(path, target, ZVLoadToFileMode::Replace));
+        EXPECT_FALSE(m_loader.LoadToFile(ZVFilename(path), target, ZVLoadToFileMode::Replace));
         EXPECT_EQ(Get("copy"), content);
     }
 }
@@ -290,7 +291,7 @@ TEST_F(CFileLoaderTest, CancelOrTimeoutEndsAWaitForTheServer)
     CFileLoader impatient;
     impatient.SetTimeout(100);
     for (const char* target : {"/silent", "/stalls"})
-        EXPECT_FALSE(impatient.Load(m_server.GetURL(target), m_buffer));
+        EXPECT_FALSE(impatient.Load(ZVFilename(m_server.GetURL(target)), m_buffer));
     ZVCancelHelper cancel;
     m_loader.SetCancelTarget(&cancel);
     std::thread canceller(

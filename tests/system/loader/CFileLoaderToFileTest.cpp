@@ -21,8 +21,8 @@ protected:
         if (old != nullptr)
             Put("to/target", old);
         CFileLoader loader;
-        ZVFilename target = TextAt("to/target");
-        EXPECT_EQ(loader.LoadToFile(source.IsEmpty() ? m_server.GetURL("/file") : source, target, mode), isLoaded);
+        ZVFilename target = ZVFilename::FromPath(TextAt("to/target"));
+        EXPECT_EQ(loader.LoadToFile(ZVFilename(source.IsEmpty() ? m_server.GetURL("/file") : source), target, mode), isLoaded);
         const std::string content = Get("to/target");
         std::filesystem::remove(folder + "/target");
         EXPECT_TRUE(std::filesystem::is_empty(folder)) << "something was left behind";
@@ -74,8 +74,8 @@ TEST_F(CFileLoaderToFileTest, LeavesNothingOfAFailureButWhatIsWanted)
     for (const ZVString& path : {TextAt("missing folder/target"), ZVString(L"/dev/full")})
     {
         CFileLoader loader;
-        ZVFilename target = path;
-        EXPECT_FALSE(loader.LoadToFile(m_server.GetURL("/file"), target, ZVLoadToFileMode::Replace));
+        ZVFilename target = ZVFilename::FromPath(path);
+        EXPECT_FALSE(loader.LoadToFile(ZVFilename(m_server.GetURL("/file")), target, ZVLoadToFileMode::Replace));
     }
     EXPECT_TRUE(std::filesystem::exists("/dev/full"));
 }
@@ -97,10 +97,10 @@ TEST_F(CFileLoaderToFileTest, LoadsOnlyWhatIsNewer)
 
     // The answer to an earlier load is none to one that never began.
     CFileLoader loader;
-    ZVFilename target = Put("target", "old");
-    EXPECT_TRUE(loader.LoadToFile(m_server.GetURL("/file"), target, ZVLoadToFileMode::IfNewer));
+    ZVFilename target = ZVFilename::FromPath(Put("target", "old"));
+    EXPECT_TRUE(loader.LoadToFile(ZVFilename(m_server.GetURL("/file")), target, ZVLoadToFileMode::IfNewer));
     loader.Cancel();
-    EXPECT_FALSE(loader.LoadToFile(m_server.GetURL("/file"), target, ZVLoadToFileMode::IfNewer));
+    EXPECT_FALSE(loader.LoadToFile(ZVFilename(m_server.GetURL("/file")), target, ZVLoadToFileMode::IfNewer));
 
     m_server.SetAnswer("/file", {.Body = "new"});
     EXPECT_EQ(LoadOver(nullptr, ZVLoadToFileMode::IfNewer, true), "new");
@@ -125,8 +125,8 @@ TEST_F(CFileLoaderToFileTest, MakesATemporaryFile)
     for (const std::string& name : {std::string("/cover.jpg"), longName})
     {
         m_server.SetAnswer(name, {.Body = "picture"});
-        ZVFilename target = TextAt("untouched");
-        ASSERT_TRUE(loader.LoadToFile(m_server.GetURL(name), target, ZVLoadToFileMode::Temporary));
+        ZVFilename target = ZVFilename::FromPath(TextAt("untouched"));
+        ASSERT_TRUE(loader.LoadToFile(ZVFilename(m_server.GetURL(name)), target, ZVLoadToFileMode::Temporary));
         EXPECT_EQ(target.GetExtension(), L"jpg");
         ZVString text;
         EXPECT_TRUE(text.LoadFromFile(target.GetPathOnly()));
@@ -142,8 +142,8 @@ TEST_F(CFileLoaderToFileTest, SendsAForm)
     m_server.SetAnswer("/form", {.Status = 500, .Body = "the reason"});
     ZVMultipartForm form;
     form.AddText(L"na\"me\r\n", L"gr\u00fcn");
-    EXPECT_TRUE(form.AddFile(L"cover", Put("a b.jpg", std::string("\0\x01\xff", 3))));
-    EXPECT_FALSE(form.AddFile(L"data", TextAt("missing")));
+    EXPECT_TRUE(form.AddFile(L"cover", ZVFilename::FromPath(Put("a b.jpg", std::string("\0\x01\xff", 3)))));
+    EXPECT_FALSE(form.AddFile(L"data", ZVFilename::FromPath(TextAt("missing"))));
     form.Finish();
 
     CFileLoader loader;
@@ -151,7 +151,7 @@ TEST_F(CFileLoaderToFileTest, SendsAForm)
     for (const bool succeedOnError : {false, true})
     {
         loader.SetForm(ZVRequestMethod::Post, form, succeedOnError);
-        EXPECT_EQ(loader.Load(m_server.GetURL("/form"), buffer), succeedOnError);
+        EXPECT_EQ(loader.Load(ZVFilename(m_server.GetURL("/form")), buffer), succeedOnError);
         EXPECT_EQ(Bytes(buffer), succeedOnError ? "the reason" : "");
     }
     const std::string boundary = "----------ieoau._._+2_8_GoodLuck8.3-ds0d0J0S0Kl234324jfLdsjfdAuaoei-----";
@@ -166,14 +166,14 @@ TEST_F(CFileLoaderToFileTest, SendsAForm)
 TEST_F(CFileLoaderToFileTest, RunsOnAThread)
 {
     m_server.SetAnswer("/silent", {.DelayMilliseconds = 60'000});
-    CFileLoaderThread thread(Put("first", "1"), Put("second", "22"));
+    CFileLoaderThread thread(ZVFilename(Put("first", "1")), ZVFilename(Put("second", "22")));
     EXPECT_TRUE(thread.Start(0, false, 0));
     thread.WaitForExit();
     EXPECT_TRUE(thread.Stop(ZVThread::NoTimeout));
     EXPECT_EQ(Bytes(thread.GetBuffer()) + Bytes(thread.GetSecondBuffer()), "122");
 
     // The end of the object cancels the load.
-    CFileLoaderThread stopped(m_server.GetURL("/silent"), TextAt("first"));
+    CFileLoaderThread stopped(ZVFilename(m_server.GetURL("/silent")), ZVFilename(TextAt("first")));
     EXPECT_TRUE(stopped.Start(0, false, 0));
     while (m_server.GetRequests("/silent").empty())
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
