@@ -159,17 +159,22 @@ TEST_F(SurroundingsOfFilms, FoldersMayHaveAnyBytesInTheirNames)
         fs::copy(program.parent_path() / "Plugins", fs::path(name) / "Plugins",
                  fs::copy_options::copy_symlinks | fs::copy_options::recursive);
         setenv("ZV_WORKER_PROGRAM", fs::absolute(name + "/ZVWorker").c_str(), 1);
-        const std::string result = name + "/result.xml";
-        for (const std::string& setting :
-             {"ZV_DATA_DIR=" + fs::absolute(name + "/data").string(), "HOME=" + fs::absolute(name + "/home").string()})
+        const std::string result = "result.xml";
+        const std::string data = fs::absolute(name + "/data");
+        const std::string home = fs::absolute(name + "/home");
+        const std::vector<std::string> settings[] = {
+            {"ZV_DATA_DIR=" + data},
+            { "ZV_DATA_DIR=",       "HOME=" + home}
+        };
+        for (const std::vector<std::string>& setting : settings)
         {
             fs::remove(result);
-            EXPECT_EQ(RunWorker({"/AnalyzeVideoExtended", "film.mkv", result}, {setting}).Status, 0);
+            EXPECT_EQ(RunWorker({"/AnalyzeVideoExtended", "film.mkv", result}, setting).Status, 0);
             EXPECT_TRUE(fs::exists(result));
         }
         setenv("ZV_WORKER_PROGRAM", program.c_str(), 1);
-        EXPECT_TRUE(fs::exists(name + "/data/Logs/ZVWorker.log"));
-        EXPECT_TRUE(fs::exists(name + "/home/.zivora/Generic/Logs/ZVWorker.log"));
+        EXPECT_TRUE(fs::exists(data + "/Logs/ZVWorker.log"));
+        EXPECT_TRUE(fs::exists(home + "/.zivora/Generic/Logs/ZVWorker.log"));
     }
 }
 }

@@ -1,6 +1,7 @@
 #include "siblings/tools/CApplicationInformation.h"
 
 #include "siblings/tools/CDataFolder.h"
+#include "system/library/ZVNativeBytes.h"
 
 #include <cstdlib>
 
@@ -12,7 +13,7 @@ CApplicationInformation::CApplicationInformation(IZVApplicationInformation* give
         m_installDirectory = CDataFolder::WithClosingSlash(given->GetInstallDirectory());
         m_dataDirectory = CDataFolder::WithClosingSlash(given->GetDataDirectory());
     }
-    const ZVString fromEnvironment = ZVString::FromUTF8(getenv("ZV_DATA_DIR"));
+    const ZVString fromEnvironment = ZVNativeBytes::ToText(getenv("ZV_DATA_DIR"));
     if (!fromEnvironment.IsEmpty())
         m_dataDirectory = CDataFolder::WithClosingSlash(fromEnvironment);
 }

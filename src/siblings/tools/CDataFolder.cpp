@@ -1,5 +1,7 @@
 #include "siblings/tools/CDataFolder.h"
 
+#include "system/library/ZVNativeBytes.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -23,7 +25,7 @@ ZVString CDataFolder::Find(const wchar_t* dataDirectory)
 {
     if (*dataDirectory != L'\0')
         return WithClosingSlash(dataDirectory);
-    const ZVString home = WithClosingSlash(ZVString::FromUTF8(getenv("HOME")));
+    const ZVString home = WithClosingSlash(ZVNativeBytes::ToText(getenv("HOME")));
     return home.IsEmpty() ? home : home + L".zivora/Generic/";
 }
 

@@ -1,31 +1,11 @@
 #pragma once
 
-#include "core/string/ZVString.h"
+#include "system/library/ZVNativeBytes.h"
 
-#include <string>
-
-// A path in the form in which every system call gets it: file system style, so that literals with backslashes work, and UTF-8.
-//
-// A name on a disk is any run of bytes, and the product's text carries neither bytes that are no UTF-8, nor characters above
-// U+FFFF, nor a backslash that is part of a name. Each such byte of a name that the system gave stands in the text as the
-// character U+DC00 plus the byte, which no valid UTF-8 decodes to, and becomes that byte again here. So a listed name always
-// leads back to its own file and never to another.
-class ZVNativePath
+// A path in the form in which a system call gets it, whatever form it has: in the style of the file system, so that literals with
+// backslashes work, and in bytes.
+class ZVNativePath : public ZVNativeBytes
 {
 public:
     explicit ZVNativePath(const ZVString& path);
-
-    // NUL-terminated; lives as long as the object.
-    const char* Get() const { return m_bytes.c_str(); }
-    operator const char*() const { return Get(); }
-    const std::string& GetBytes() const { return m_bytes; }
-
-    // The text of a path that the system gave; null is an empty path. One that a user gave may have backslashes for separators,
-    // which then stay what they are.
-    static ZVString ToText(const char* path, bool keepBackslashes = false);
-    // The byte that a character of such a text carries, or 0 when it stands for itself.
-    static unsigned char GetCarriedByte(wchar_t character);
-
-private:
-    std::string m_bytes;
 };

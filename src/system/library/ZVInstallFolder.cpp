@@ -1,6 +1,6 @@
 #include "system/library/ZVInstallFolder.h"
 
-#include "core/string/ZVStringUTF8.h"
+#include "system/library/ZVNativeBytes.h"
 #include "system/library/ZVSiblingTable.h"
 
 #include <bit>
@@ -16,7 +16,7 @@ constexpr wchar_t ProductsFolder[] = L"/usr/lib/zivora/";
 
 ZVString GetFolder(const char* file)
 {
-    const ZVString path = ZVString::FromUTF8(file);
+    const ZVString path = ZVNativeBytes::ToText(file);
     return path.Left(path.ReverseFind(L'/') + 1);
 }
 
@@ -46,7 +46,7 @@ ZVString GetProgramFolder()
 
 bool HoldsToolsLibrary(const ZVString& folder)
 {
-    return !folder.IsEmpty() && access(ZVStringUTF8(folder + GetSiblingLibrary(ZVSibling::Tools).File), F_OK) == 0;
+    return !folder.IsEmpty() && access(ZVNativeBytes(folder + GetSiblingLibrary(ZVSibling::Tools).File), F_OK) == 0;
 }
 }
 

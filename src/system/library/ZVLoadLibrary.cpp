@@ -1,7 +1,7 @@
 #include "system/library/ZVLoadLibrary.h"
 
-#include "core/string/ZVStringUTF8.h"
 #include "system/library/CProcessInfo.h"
+#include "system/library/ZVNativeBytes.h"
 #include "system/library/ZVStandardOutput.h"
 #include "system/log/ZVLog.h"
 
@@ -19,7 +19,7 @@ bool ZVLoadLibrary::Load(const ZVString& path, int32_t logFailure, int32_t)
     if (path.IsEmpty())
         return false;
     errno = 0;
-    m_handle = dlopen(ZVStringUTF8(path), RTLD_LAZY | RTLD_NODELETE);
+    m_handle = dlopen(ZVNativeBytes(path), RTLD_LAZY | RTLD_NODELETE);
     if (m_handle == nullptr)
     {
         const int32_t error = errno;

@@ -77,6 +77,8 @@ TEST(CLogManager, CleansScopeAndText)
     EXPECT_EQ(write(L"\x7f", L"\x1b[1m\x85\x9f|"), " \t [1m  |");
     EXPECT_EQ(write(L"S", L"a\x2028z\x2029\xa0\uffff"), "S\ta z \xc2\xa0\xef\xbf\xbf");
     EXPECT_EQ(write(L"S", L"\U0001f600-\xd800-"), "S\t?-?-");
+    // Bytes of a path: one that is no UTF-8, a backslash, an emoji.
+    EXPECT_EQ(write(L"S", L"\xdcff|\xdc5c|\xdcf0\xdc9f\xdc98\xdc80|"), "S\t\xc3\xbf|\\|?|");
     EXPECT_EQ(write(L"%s", L"100% %d %% %"), "%s\t100% %d %% %");
     EXPECT_EQ(write(nullptr, nullptr), "\t");
 }

@@ -2,6 +2,7 @@
 
 #include "core/string/ZVStringUTF8.h"
 #include "siblings/tools/CDataFolder.h"
+#include "system/library/ZVNativeBytes.h"
 #include "system/log/ZVLog.h"
 
 #include <algorithm>
@@ -84,7 +85,7 @@ void CNamedLock::Unlock()
 bool CNamedLock::OpenFile()
 {
     constexpr int Flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW;
-    const ZVStringUTF8 path(m_path);
+    const ZVNativeBytes path(m_path);
     m_file = ZVDescriptor(open(path, Flags, FileMode));
     if (!m_file.IsOpen() && errno == ENOENT && CDataFolder::MakeFoldersOf(path))
         m_file = ZVDescriptor(open(path, Flags, FileMode));

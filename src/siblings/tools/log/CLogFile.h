@@ -1,9 +1,9 @@
 #pragma once
 
 #include "core/string/ZVString.h"
-#include "core/string/ZVStringUTF8.h"
 #include "siblings/tools/CPause.h"
 #include "system/library/ZVDescriptor.h"
+#include "system/library/ZVNativeBytes.h"
 #include "system/thread/ZVCriticalSection.h"
 
 #include <cstddef>
@@ -46,8 +46,8 @@ private:
     void Close();
 
     const ZVString m_path;
-    const ZVStringUTF8 m_systemPath;
-    const ZVStringUTF8 m_oldSystemPath;
+    const ZVNativeBytes m_systemPath;
+    const ZVNativeBytes m_oldSystemPath;
     const int64_t m_rotationSize;
 
     ZVCriticalSection m_mutex;  // guards what follows

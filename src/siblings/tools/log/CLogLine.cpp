@@ -1,6 +1,7 @@
 #include "siblings/tools/log/CLogLine.h"
 
 #include "core/string/ZVUTF8.h"
+#include "system/library/ZVNativeBytes.h"
 
 #include <chrono>
 #include <ctime>
@@ -80,11 +81,28 @@ void CLogLine::AppendTimeStamp()
 
 void CLogLine::CleanFrom(int32_t start)
 {
+    ShowCarriedBytes(start);
     const int32_t length = m_line.GetLength();
     wchar_t* const characters = m_line.GetBuffer(length);
     for (int32_t index = start; index < length; ++index)
         characters[index] = CleanCharacter(characters[index]);
     m_line.ReleaseBuffer(length);
+}
+
+// The text of a path may carry bytes of its name. They are shown as the characters that the report shows for them.
+void CLogLine::ShowCarriedBytes(int32_t start)
+{
+    for (int32_t index = start; index < m_line.GetLength(); ++index)
+    {
+        int32_t end = index;
+        while (ZVNativeBytes::GetCarriedByte(m_line[end]) != 0)
+            ++end;
+        if (end == index)
+            continue;
+        const ZVString shown = ZVString::FromUTF8(ZVNativeBytes(m_line.Mid(index, end - index)));
+        m_line.Replace(index, end, shown);
+        index += shown.GetLength() - 1;
+    }
 }
 
 int32_t CLogLine::GetTextLength() const

@@ -19,7 +19,8 @@
 //   text       what was logged
 //
 // Tabs, line breaks and all other control characters within scope and text become blanks, so one call is one line of six
-// fields. Characters above U+FFFF and halves of surrogate pairs become "?".
+// fields. Characters above U+FFFF and halves of surrogate pairs become "?", and the bytes that a path carries become what the
+// report shows in their place.
 class CLogLine
 {
 public:
@@ -37,6 +38,7 @@ public:
 private:
     void AppendTimeStamp();
     void CleanFrom(int32_t start);
+    void ShowCarriedBytes(int32_t start);
 
     ZVString m_line;
     int32_t m_textStart = 0;

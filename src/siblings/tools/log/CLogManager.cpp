@@ -10,7 +10,7 @@ namespace
 {
 ZVString ChooseFile(const ZVString& dataFolder)
 {
-    ZVString fromEnvironment = ZVString::FromUTF8(getenv("ZV_LOG_FILE"));
+    ZVString fromEnvironment = ZVNativeBytes::ToText(getenv("ZV_LOG_FILE"));
     if (!fromEnvironment.IsEmpty())
         return fromEnvironment;
     return dataFolder.IsEmpty() ? dataFolder : dataFolder + L"Logs/ZVWorker.log";

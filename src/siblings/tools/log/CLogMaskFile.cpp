@@ -1,8 +1,8 @@
 #include "siblings/tools/log/CLogMaskFile.h"
 
-#include "core/string/ZVStringUTF8.h"
 #include "siblings/tools/CDataFolder.h"
 #include "system/library/ZVDescriptor.h"
+#include "system/library/ZVNativeBytes.h"
 
 #include <cerrno>
 #include <charconv>
@@ -51,7 +51,7 @@ bool CLogMaskFile::Read(uint32_t& mask) const
 {
     if (m_path.IsEmpty())
         return false;
-    const ZVDescriptor file(open(ZVStringUTF8(m_path), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const ZVDescriptor file(open(ZVNativeBytes(m_path), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     char text[MaximumFileSize + 1] = {};
     return file.IsOpen() && read(file.Get(), text, MaximumFileSize) > 0 && Parse(text, mask);
 }
@@ -60,8 +60,8 @@ bool CLogMaskFile::Write(uint32_t mask) const
 {
     if (m_path.IsEmpty())
         return false;
-    const ZVStringUTF8 path(m_path);
-    const ZVStringUTF8 temporaryPath(m_path + ZVFormat(L".%d.tmp", getpid()));
+    const ZVNativeBytes path(m_path);
+    const ZVNativeBytes temporaryPath(m_path + ZVFormat(L".%d.tmp", getpid()));
     char text[16];
     const int size = snprintf(text, sizeof text, "%u\n", mask);
     if (!CDataFolder::MakeFoldersOf(path))
@@ -76,5 +76,5 @@ bool CLogMaskFile::Write(uint32_t mask) const
 
 bool CLogMaskFile::Remove() const
 {
-    return m_path.IsEmpty() || unlink(ZVStringUTF8(m_path)) == 0 || errno == ENOENT;
+    return m_path.IsEmpty() || unlink(ZVNativeBytes(m_path)) == 0 || errno == ENOENT;
 }

@@ -1,6 +1,7 @@
 #include "siblings/tools/settings/CSettingsStore.h"
 
 #include "contracts/ILogManager.h"
+#include "core/string/ZVStringUTF8.h"
 #include "siblings/tools/CDataFolder.h"
 #include "system/log/ZVLogCategory.h"
 
@@ -212,11 +213,11 @@ void CSettingsStore::SetAside(const CFileIdentity& damaged)
         // The file goes last: a new one must not find the journal of the old.
         for (const wchar_t* const suffix : CompanionSuffixes)
         {
-            const ZVStringUTF8 newCompanion(newPath + suffix);
-            if (rename(ZVStringUTF8(m_path + suffix), newCompanion) != 0)
+            const ZVNativeBytes newCompanion(newPath + suffix);
+            if (rename(ZVNativeBytes(m_path + suffix), newCompanion) != 0)
                 unlink(newCompanion);
         }
-        if (rename(m_systemPath, ZVStringUTF8(newPath)) == 0)
+        if (rename(m_systemPath, ZVNativeBytes(newPath)) == 0)
             Log("The settings in %s were damaged. They are now in %s, and new ones are begun", m_path, newPath);
         else
             Log("The settings in %s are damaged and could not be renamed, error: %d", m_path, errno);

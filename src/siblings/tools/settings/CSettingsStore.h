@@ -2,11 +2,11 @@
 
 #include "contracts/IZVSettings.h"
 #include "core/string/ZVString.h"
-#include "core/string/ZVStringUTF8.h"
 #include "siblings/tools/CFileIdentity.h"
 #include "siblings/tools/CPause.h"
 #include "siblings/tools/log/CLogMaskFile.h"
 #include "siblings/tools/settings/CSettingsDatabase.h"
+#include "system/library/ZVNativeBytes.h"
 #include "system/thread/ZVCriticalSection.h"
 
 class ILogManager;
@@ -56,7 +56,7 @@ private:
     ILogManager& m_log;
     const char* const m_sqliteFile;
     const ZVString m_path;
-    const ZVStringUTF8 m_systemPath;
+    const ZVNativeBytes m_systemPath;
     const CLogMaskFile m_logMaskFile;
 
     ZVCriticalSection m_mutex;  // guards what follows
