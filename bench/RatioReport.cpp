@@ -1,4 +1,4 @@
-// Runs the benchmarks and prints, behind Google Benchmark's own table, one line for each comparison with the ratio of its two sides.
+// Runs the benchmarks and prints, after Google Benchmark's own table, one line for each comparison with the ratio of its two sides.
 
 #include "RatioReport.h"
 

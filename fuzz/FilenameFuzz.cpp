@@ -10,7 +10,7 @@
 
 namespace
 {
-// The parts are the path again, but for the case of a drive letter, a "." at the end of a name and what stands behind the path of
+// The parts are the path again, but for the case of a drive letter, a "." at the end of a name and what follows the path of
 // a URL.
 void CheckParts(const ZVFilename& name)
 {

@@ -1,4 +1,4 @@
-// What a server sends in front of a body, and what a caller and a user write into a request: header lines, options, addresses.
+// What a server sends before a body, and what a caller and a user write into a request: header lines, options, addresses.
 
 #include "Require.h"
 #include "core/string/ZVString.h"
@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     CheckAnswer(bytes);
 
-    // Nothing that a caller gives ends a line of the request.
+    // No text of a caller ends a line of the request.
     CRequest request;
     request.SetHeaders(bytes);
     for (const bool asksAgain : {false, true})

@@ -38,7 +38,7 @@ extern "C" __attribute__((visibility("default"))) const char* __ubsan_default_op
 
 namespace
 {
-constexpr size_t MaximumCuts = 64;          // evenly spread over a long seed; a short one is cut behind each byte
+constexpr size_t MaximumCuts = 64;          // evenly spread over a long seed; a short one is cut after each byte
 constexpr unsigned RandomNeighbours = 256;  // per seed
 constexpr size_t MaximumDamages = 4;        // more only turns every input into noise that the first check refuses
 constexpr size_t MaximumMovedBytes = 256;   // removed or repeated at once
@@ -67,7 +67,7 @@ void OnFatalSignal(int)
     _exit(1);
 }
 
-// Feeds one input from a block of exactly its size, so that a read behind its end is a read outside the block.
+// Feeds one input from a block of exactly its size, so that a read past its end is a read outside the block.
 void Feed(const std::string& input, const char* seed, unsigned neighbour)
 {
     const auto block = std::make_unique<uint8_t[]>(input.size());

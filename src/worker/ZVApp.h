@@ -24,7 +24,7 @@ enum class ZVModuleEvent : int32_t
     Attach = 1,
 };
 
-// The root of the application classes: one object a process, which starts up, does its work and shuts down.
+// The root of the application classes: one object in each process, which starts up, does its work and shuts down.
 class ZVApp
 {
 public:
@@ -37,7 +37,7 @@ public:
     virtual bool OnModuleEvent(void* handle, ZVModuleEvent reason);
     // Run with a handler for SIGHUP, which asks the process to end. handle and data are kept as they are.
     virtual int32_t RunHandlingHangup(void* handle, void* reserved, int32_t data);
-    // Starts up, processes and shuts down; gives the exit value. When the start fails nothing is processed and the value is 0.
+    // Starts up, processes and shuts down; returns the exit value. When the start fails nothing is processed and the value is 0.
     virtual int32_t Run();
     virtual bool Initialize();
     virtual bool Uninitialize();

@@ -11,15 +11,15 @@ public:
     // pointer.
     void Assign(int32_t argc, char** argv);
 
-    // Looks for an argument that is the name, ignoring case, and has at least minAfter arguments behind it, from the first on.
-    // match, if given, receives it with everything behind it, or is cleared.
+    // Looks for the first argument that equals the name, ignoring case, and is followed by at least minAfter others. match, if
+    // given, receives it with everything after it, or is cleared.
     bool Match(const wchar_t* name, ZVCommandMatch* match, int32_t minAfter) const;
 
     // The arguments from an index on with a blank between them, each as a shell user would have typed it: double quotes inside
     // are escaped, and what is empty or holds a blank, an apostrophe or a parenthesis stands in double quotes.
     ZVString GetJoined(int32_t from) const;
 
-    // An argument, or the empty string for one that is missing.
+    // An argument, or the empty string if it is missing.
     ZVString GetArgument(int32_t index) const;
 
     const ZVStringArray& GetArguments() const { return m_arguments; }

@@ -6,7 +6,7 @@
 struct ZVCommandMatch
 {
     ZVString Command;          // as it was typed
-    ZVStringArray Parameters;  // all arguments behind it
+    ZVStringArray Parameters;  // all arguments after it
     ZVStringArray Paths;       // the same as paths, see GetPath
 
     // A parameter, or the empty string for one that is missing.
@@ -15,7 +15,7 @@ struct ZVCommandMatch
         return index >= 0 && index < Parameters.GetCount() ? Parameters[index] : ZVString();
     }
 
-    // A parameter that is a path. Its text stands for the bytes that were given, while that of GetParameter has lost those that are
+    // A parameter that is a path. Its text keeps every byte that was given, while that of GetParameter has lost those that are
     // no characters of the product: a film may have any name.
     ZVString GetPath(int32_t index) const { return index >= 0 && index < Paths.GetCount() ? Paths[index] : ZVString(); }
 

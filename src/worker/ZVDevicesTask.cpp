@@ -10,7 +10,7 @@ namespace
 constexpr wchar_t RootName[] = L"XMLPH";
 constexpr double Version = 1.0;
 
-// The devices that the caller does not want. Whatever is wrong with the file of variables, there are then none.
+// The devices that the caller does not want. If anything is wrong with the file of variables, no device is left out.
 void ReadIgnoredDevices(const ZVString& path, ZVStringArray& ignored)
 {
     ZVString text;
@@ -25,7 +25,7 @@ void PrintDevices(const ZVStringArray& devices)
     for (int32_t index = 0; index < devices.GetCount(); ++index)
     {
         ZVStandardOutput::PrintFormat(L"Device %d:\n", index);
-        // As it stands: a percent sign in a device's name is no conversion.
+        // As it stands: a percent sign in the name of a device starts no conversion.
         ZVStandardOutput::Print(devices[index]);
         ZVStandardOutput::Print(L"\n\n");
     }

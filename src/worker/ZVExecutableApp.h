@@ -6,8 +6,9 @@
 class ZVExecutableApp : public ZVApp
 {
 public:
-    // Mends what a caller may pass on, closed standard streams and ignored children, sets the locale from the environment, makes
-    // the standard output wide, makes the process information, installs the signal policy and loads the product's information.
+    // Mends what a caller may pass on (closed standard streams, ignored children), turns signals of failed writes into failed
+    // writes, sets the locale from the environment, makes the standard output wide, makes the process information, installs the
+    // signal policy and loads the product's information.
     bool Initialize() override;
     // Unloads the product's libraries and takes the process information away. May be called after a start that failed.
     bool Uninitialize() override;

@@ -15,7 +15,7 @@ public:
     bool Process() override;
     bool InstallSignalPolicy() override;
 
-    // Runs the task of the first command of the table that matches, and prints the report, which ends every run. Gives 0 for a
-    // task that succeeded and -1 for everything else.
+    // Runs the task of the first command of the table that matches, and prints the report, which ends every run. Returns 0 when
+    // the task succeeded and its result was written, and -1 otherwise.
     int32_t ProcessCommand(const ZVCommandLine& commandLine);
 };

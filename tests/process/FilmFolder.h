@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-// What the analysis of one film left behind.
+// What came of the analysis of one film.
 struct FilmAnalysis
 {
     WorkerRun Run;

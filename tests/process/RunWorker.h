@@ -10,7 +10,7 @@
 #include <unistd.h>
 #include <vector>
 
-// What a run of the real worker left behind.
+// What came of a run of the real worker.
 struct WorkerRun
 {
     int Status = -1;  // the exit status, or 128 and the signal that ended it

@@ -58,6 +58,8 @@ TEST(ZVApp, ModuleEventsAreCounted)
     EXPECT_EQ(app.GetHandle(), &first);
     EXPECT_TRUE(app.OnModuleEvent(&second, ZVModuleEvent::Detach));
     EXPECT_EQ(app.Calls, "I");
+    EXPECT_TRUE(app.OnModuleEvent(&first, static_cast<ZVModuleEvent>(2))) << "a reason that means nothing";
+    EXPECT_EQ(app.Calls, "I");
     EXPECT_TRUE(app.OnModuleEvent(&first, ZVModuleEvent::Detach));
     EXPECT_EQ(app.Calls, "IU");
 }
@@ -73,8 +75,11 @@ TEST(ZVApp, RunHandlingHangupSurvivesAHangupAndAsksForTheEnd)
             return static_cast<int>(g_bExitRequested);
         };
         int handle = 0;
-        const bool kept = app.RunHandlingHangup(&handle, nullptr, 5) == 1 && app.GetHandle() == &handle && app.GetData() == 5;
-        _exit(kept && app.Calls == "IPU" ? 42 : 1);
+        EXPECT_EQ(app.RunHandlingHangup(&handle, nullptr, 5), 1);
+        EXPECT_EQ(app.GetHandle(), &handle);
+        EXPECT_EQ(app.GetData(), 5);
+        EXPECT_EQ(app.Calls, "IPU");
+        _exit(testing::Test::HasFailure() ? 1 : 42);
     };
     EXPECT_EXIT(run(), testing::ExitedWithCode(42), testing::Eq("Received a hangup signal, will exit!\n"));
 }

@@ -28,29 +28,36 @@ TEST(ZVCommandLine, StripsBlanksAndDoubleQuotesFromBothEnds)
     EXPECT_STREQ(Line({"\" \""}).GetArgument(0), L"");
 }
 
-// The parameters behind the command, each behind a bar.
-std::wstring Match(const std::vector<std::string>& arguments, int32_t minAfter)
+TEST(ZVCommandLine, MatchesACommandThatIsFollowedByEnoughArguments)
 {
-    ZVCommandMatch match;
-    match.Parameters.Add(L"left over");
-    const bool isMatch = Line(arguments).Match(L"/Thumbnail", &match, minAfter);
-    EXPECT_EQ(match.Command.IsEmpty(), !isMatch);
-    EXPECT_STREQ(match.GetParameter(match.Parameters.GetCount()), L"");
-    std::wstring text = isMatch ? L"match" : L"none";
-    for (int32_t index = 0; index < match.Parameters.GetCount(); ++index)
-        text += std::wstring(L"|") + match.GetParameter(index).GetText();
-    return text;
-}
-
-TEST(ZVCommandLine, MatchesACommandThatLeavesEnoughArgumentsBehindIt)
-{
-    EXPECT_EQ(Match({}, 0), L"none");
-    EXPECT_EQ(Match({"foo", "/THUMBnail", "a", "b", "c"}, 2), L"match|a|b|c");
-    EXPECT_EQ(Match({"/Thumbnail", "a", "b"}, 2), L"match|a|b");
-    EXPECT_EQ(Match({"x", "y", "/Thumbnail", "a"}, 2), L"none") << "arguments in front do not count";
-    EXPECT_EQ(Match({"/Thumbnail", "/Thumbnail", "b"}, 1), L"match|/Thumbnail|b");
-    EXPECT_EQ(Match({"/Thumbnails", "a", "b"}, 2), L"none");
-    EXPECT_EQ(Match({"/Thumbnail"}, 0), L"match");
+    struct Row
+    {
+        std::vector<std::string> Arguments;
+        int32_t MinimumAfter;
+        bool IsMatch;
+        std::vector<std::wstring> Parameters;
+    };
+    const Row rows[] = {
+        {{},                                   0, false, {}                   },
+        {{"foo", "/THUMBnail", "a", "b", "c"}, 2, true,  {L"a", L"b", L"c"}   },
+        {{"/Thumbnail", "a", "b"},             2, true,  {L"a", L"b"}         },
+        {{"x", "y", "/Thumbnail", "a"},        2, false, {}                   },
+        {{"/Thumbnail", "/Thumbnail", "b"},    1, true,  {L"/Thumbnail", L"b"}},
+        {{"/Thumbnails", "a", "b"},            2, false, {}                   },
+        {{"/Thumbnail"},                       0, true,  {}                   },
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(testing::PrintToString(row.Arguments));
+        ZVCommandMatch match;
+        match.Parameters.Add(L"left over");
+        EXPECT_EQ(Line(row.Arguments).Match(L"/Thumbnail", &match, row.MinimumAfter), row.IsMatch);
+        EXPECT_EQ(match.Command.IsEmpty(), !row.IsMatch);
+        std::vector<std::wstring> parameters;
+        for (const ZVString& parameter : match.Parameters)
+            parameters.emplace_back(parameter);
+        EXPECT_EQ(parameters, row.Parameters);
+    }
 }
 
 // The text of a parameter follows the product's rules for characters, while its path leads to the file that was named.

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// The places of a film, in seconds, where frames are looked at: its beginning, 45 seconds into it, and where its length is known
-// seven more, an eighth of it apart. They need not be in order.
+// The places of a film, in seconds, where frames are looked at: its beginning, 45 seconds into it and, if its length is known,
+// seven more, an eighth of the length apart. They need not be in order.
 class ZVSamplePositions
 {
 public:
@@ -14,7 +14,7 @@ public:
     int32_t Get(int32_t index) const { return m_seconds[index]; }
 
     // Whether a place lies before the end. Its microseconds are counted in 32 bits, so beyond 2147 seconds the answer is that for
-    // the wrapped value: callers know the results that this gives.
+    // the wrapped value. Callers rely on the results that come of this.
     bool IsBeforeEnd(int32_t index) const;
 
     // A film's opening, with its logos, tells less than the other places when there are enough of them.

@@ -20,8 +20,8 @@ ZV_DEFINE_FUNCTION_TABLE(ZVAVFilterFunctions, ZV_AVFILTER_FUNCTIONS);
 // The codec libraries, opened at run time from the folder of the optional component, so that the worker starts without them.
 // Where the component's folder is not there and the system has libraries of the same versions, those are opened in its place.
 //
-// Whoever uses the functions tests Loaded first: it is true only when all libraries and all functions were found. Why not is in
-// the log. The libraries stay in the process when the object goes.
+// Whoever uses the functions tests Loaded first: it is true only when all libraries and all functions were found. Otherwise the
+// log says what is missing. The libraries stay in the process when the object goes.
 class CZVAVLibraries : public ZVAVUtilFunctions,
                        public ZVSWResampleFunctions,
                        public ZVAVCodecFunctions,

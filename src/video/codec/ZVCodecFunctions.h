@@ -1,7 +1,8 @@
 #pragma once
 
 // The functions that the product calls in the codec libraries, a list for each library and in the order in which they are looked
-// up. It is the binding of the whole product, so a set of libraries that lacks one of them is no set for any of its programs.
+// up. It is the binding of the whole product, so a set of libraries that lacks one of them cannot be used by any of its
+// programs.
 //
 // Each list applies a macro to the names of its functions; see ZVFunctionTable.h.
 

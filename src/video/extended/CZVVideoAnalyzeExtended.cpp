@@ -15,7 +15,7 @@ constexpr ZVLogSource Source {ZVLogCategory::Media, L"CZVVideoAnalyzeExtended::A
 // How many frames of the main stream are looked at.
 constexpr int32_t FrameLimit = 10;
 
-// What is told comes with the frames; no pixel of them is looked at.
+// The facts come with the frames; their pixels are not looked at.
 constexpr ZVFilmOptions FilmOptions = {
     .Filter = ZVFilmOptions::LoopFilter::Skip,
     .Frames = ZVFilmOptions::Memory::Shared,
@@ -25,7 +25,7 @@ constexpr ZVFilmOptions FilmOptions = {
 constexpr const wchar_t* BlurayExtensions[] = {L"bdmv", L"mpls", L"bluray", L"bluray3d"};
 constexpr const wchar_t* RefusedExtensions[] = {L"iso", L"ifo"};
 
-// In these containers the aspect of a pixel that the container tells is better than that of the frames.
+// In these containers the pixel aspect of the container is to be trusted more than that of the frames.
 constexpr const wchar_t* ContainersWithAspect[] = {L"mkv", L"webm", L"mp4", L"mov", L"m4v"};
 
 template <size_t Count>
@@ -203,7 +203,7 @@ void CZVVideoAnalyzeExtended::WriteAspectRatio(const ZVString& extension)
         pixelAspect = av_q2d(m_sampleAspect);
 
     const AVCodecParameters& parameters = *m_film.GetMainStream()->codecpar;
-    // Without a size there is no aspect to tell.
+    // Without a size there is no aspect.
     if (parameters.width < 1 || parameters.height < 1)
         return;
     const double aspect = static_cast<double>(parameters.width) / parameters.height * pixelAspect;

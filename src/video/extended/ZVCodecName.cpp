@@ -95,13 +95,13 @@ constexpr uint32_t DTSExpressTag = 0xA2;
 // What a profile text does to the name.
 enum class ProfileRule
 {
-    Append,        // behind the name, which is the rule of every codec that is not listed
-    Replace,       // in its place
-    DTS,           // in its place, but for the form without a profile of its own
-    LevelTenths,   // behind the name, and the level in tenths behind that
-    LevelThirds,   // the same with a level that counts thirds of tenths
+    Append,        // follows the name; the rule of every codec that is not listed
+    Replace,       // takes the place of the name
+    DTS,           // takes the place of the name, except for the form that has no profile of its own
+    LevelTenths,   // follows the name and is followed by the level, which counts tenths
+    LevelThirds,   // the same with a level that counts thirtieths
     LevelInteger,  // the same with the level as it stands
-    Atmos,         // an own name for the profile that says so
+    Atmos,         // one profile has a name of its own
 };
 
 struct CodecProfile
@@ -125,7 +125,7 @@ constexpr CodecProfile CodecProfiles[] = {
 };
 // clang-format on
 
-// A level of this size or above is no level of H.264 or HEVC.
+// H.264 and HEVC have no level as high as this.
 constexpr int32_t LevelLimit = 1000;
 
 const CodecProfile& FindProfileRule(AVCodecID codec)

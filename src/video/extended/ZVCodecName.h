@@ -4,5 +4,5 @@
 #include "video/codec/CZVAVLibraries.h"
 
 // How the product calls a stream's codec: "H264 High L4.1", "HEVC Main 10 L5.1", "AC-3", "TrueHD Atmos". "Unknown" for a codec
-// that the libraries have no name for. The libraries must be loaded.
+// without a name in the libraries. The libraries must be loaded.
 ZVString CodecName(const CZVAVLibraries& codec, const AVCodecParameters& parameters);

@@ -105,7 +105,7 @@ AVColorPrimariesDesc GetPrimaries(const AVMasteringDisplayMetadata& mastering)
     return primaries;
 }
 
-// A value with a denominator of 0 is none.
+// A value with a denominator of 0 does not count as given.
 bool IsValid(const AVRational& value)
 {
     return value.den != 0;

@@ -10,12 +10,12 @@ class ZVPropertyMap;
 // What a container says of its streams. The libraries must be loaded.
 namespace ZVStreamFacts
 {
-// A tag of a stream. Without it the tag with "-" and a language behind it, as Matroska's statistics have: "BPS-eng". Empty for
-// none.
+// A tag of a stream. If it is missing, the tag with "-" and a language after its name, as Matroska's statistics have it:
+// "BPS-eng". Empty if there is neither.
 ZVString GetStreamTag(const CZVAVLibraries& codec, const AVStream& stream, const char* key);
 
-// The bit rate in kilobits per second, or 0. Of the containers some tell the truth about it in a tag, some in the stream's
-// parameters, and most about their audio alone.
+// The bit rate in kilobits per second, or 0. Some containers tell the truth about it in a tag, some in the stream's parameters,
+// and most of them only for audio.
 int32_t BitrateKbps(const CZVAVLibraries& codec, const AVFormatContext& context, const AVStream& stream);
 
 // Add one more stream to the lists of its kind, in which every entry is followed by ";", an empty one too.
@@ -23,6 +23,6 @@ void AddAudioStream(ZVPropertyMap& properties, const CZVAVLibraries& codec, cons
                     const AVStream& stream);
 void AddSubtitleStream(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVStream& stream);
 
-// The bytes of a kind of side data of a stream that has at least so many of them, or null.
+// The first side data of a kind with at least that many bytes, or null.
 const void* FindSideData(const AVCodecParameters& parameters, AVPacketSideDataType type, size_t minimumSize);
 }

@@ -14,7 +14,7 @@ struct AVIOContext;
 class ZVFilmBudget
 {
 public:
-    // A sound film gives its first frame after some milliseconds and megabytes. On a slow disc it takes seconds, and the largest
+    // From a sound film the first frame comes after some milliseconds and megabytes. A slow disc takes seconds, and the largest
     // uncompressed pictures have some hundred megabytes.
     static constexpr int64_t MaximumMicroseconds = 30'000'000;
     static constexpr int64_t MaximumBytes = int64_t {512} << 20;

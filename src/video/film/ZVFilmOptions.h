@@ -22,13 +22,13 @@ struct ZVFilmOptions
     enum class LoopFilter
     {
         Run,
-        Skip,  // in less time the decoder gives wrong pixels
+        Skip,  // faster, but the pixels come out wrong
     };
 
     enum class Memory
     {
         OfEachFrame,
-        Shared,  // the frames of a decoder are written over each other; see ZVSharedPicture
+        Shared,  // less memory and faster, but frames are written over each other; see ZVSharedPicture
     };
 
     Probing Probe = Probing::Streams;

@@ -19,10 +19,10 @@ constexpr ZVLogSource ReadSource {ZVLogCategory::Media, L"ZVFilmReader::NextFram
 // As much of a file is read to find out its container.
 constexpr int32_t FormatProbeSize = 0x400000;
 
-// A stream that gives no frame in that many packets is scrambled or of no use, and would otherwise be read to its end.
+// A stream without a frame in that many packets is scrambled or of no use, and would otherwise be read to its end.
 constexpr int32_t MaximumPacketsWithoutFrame = 1000;
 
-// The same for a stream of which nothing comes while the others go on: ten minutes of sound and more.
+// The same for a stream that brings no packet while the others go on: more than ten minutes of sound.
 constexpr int32_t MaximumPacketsOfOthers = 100'000;
 
 // What the libraries return when the machine has no memory or no threads left.
@@ -314,7 +314,7 @@ const AVFrame* ZVFilmReader::ReceiveFrame()
     return m_frame.get();
 }
 
-// Keeps in mind what the main stream's decoder says of a packet or of a frame.
+// Counts what the main stream's decoder refuses, and remembers that memory ran out.
 void ZVFilmReader::NoteResult(int result)
 {
     m_hasNoMemory = m_hasNoMemory || result == AVERROR(ENOMEM);

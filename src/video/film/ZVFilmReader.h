@@ -13,7 +13,7 @@
 enum class ZVFilmDecoders
 {
     Open,
-    None,      // there is none for the main stream, or it does not take the stream's parameters: a fact about the film
+    None,      // no decoder is known for the main stream, or it does not take the stream: a fact about the film
     NoMemory,  // the machine cannot open it now, which says nothing about the film
 };
 
@@ -21,7 +21,7 @@ enum class ZVFilmDecoders
 // and goes to other places of the film.
 //
 // Failures that are not facts about the film are logged. Whatever a film does, each place of it ends: after a budget of time and
-// bytes without a frame, and after many packets that give none; the log then says so. The codec libraries must be loaded for
+// bytes without a frame, and after many packets without one; the log then says so. The codec libraries must be loaded for
 // everything but the construction.
 class ZVFilmReader
 {
@@ -32,17 +32,17 @@ public:
 
     const CZVAVLibraries& GetCodec() const { return m_codec; }
 
-    // Opens a file, or an address where the libraries have a protocol for it; nothing but files and disks is read. False, with
-    // the reason in the log, when it is none that the libraries read.
+    // Opens a file or a disk, or an address where the libraries have a protocol for it. False, with the reason in the log, when
+    // the libraries cannot read it.
     bool Open(const ZVString& path);
-    // Frees the file and all that came out of it. What was open stays open without it until the end of the object.
+    // Frees the file and everything that came out of it, which the end of the object does too.
     void Close();
 
     // The container, while the film is open.
     const AVFormatContext& GetContainer() const { return *m_context; }
     std::span<AVStream* const> GetStreams() const { return {m_context->streams, m_context->nb_streams}; }
 
-    // Chooses the largest video stream, the first of equals, for the main stream; a cover picture is none. Null when there is none.
+    // Chooses the largest video stream for the main stream, the first of several. Null when there is no video but cover pictures.
     const AVStream* ChooseMainStream();
     const AVStream* GetMainStream() const { return m_main.Stream; }
     // Has one more video stream decoded, beside the main stream, if there is a decoder for it.
@@ -51,14 +51,14 @@ public:
     // Opens the decoders of the chosen streams. The place of the film is its beginning.
     ZVFilmDecoders OpenDecoders();
 
-    // Reads on to the next packet that gives a frame, and returns its first. Null at the end of the place: the end of the film,
-    // or one of the bounds above. A frame is valid until the next call.
+    // Reads on to the next packet that brings out a frame, and returns that frame, which is valid until the next call. Null at the
+    // end of the place: the end of the film, or one of the bounds above.
     const AVFrame* NextFrame();
     // The further frames that came out of the same packet; null when there are no more.
     const AVFrame* NextFrameOfPacket();
     // Whether the frame that was returned last is one of the main stream.
     bool IsOfMainStream() const { return m_source == &m_main; }
-    // True once the memory did not suffice to decode: what came out then says nothing about the film.
+    // True once a decoder ran out of memory: what came out of it does not say what the film is.
     bool HasNoMemory() const { return m_hasNoMemory; }
 
     // Goes to a time of the main stream, counted from the start of the film, or to a key frame before it. A film that cannot go

@@ -4,8 +4,8 @@
 
 #include <mutex>
 
-// The memory that all frames of a decoder are decoded into, for an analysis that looks at what comes with a frame and at none of
-// its pixels. Fresh memory for each frame, which the system has to clear, is a quarter of such a decoder's time and most of its
+// The memory that all frames of a decoder are decoded into, for an analysis that looks at what comes with a frame and not at its
+// pixels. Fresh memory for each frame, which the system has to clear, is a quarter of such a decoder's time and most of its
 // memory.
 //
 // What H.264 and HEVC decoders read out of a stream never depends on a pixel; only further pixels do. Frames may therefore be

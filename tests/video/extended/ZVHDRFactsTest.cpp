@@ -28,7 +28,7 @@ Lines Changed(const wchar_t* key, const wchar_t* before, Change change)
     return GetLines(properties);
 }
 
-// Side data of a frame, laid out as the libraries do: the parts behind the record that has their places.
+// Side data of a frame, laid out as the libraries do it: the record with the places of the parts that follow it.
 struct DolbyVisionFrame
 {
     AVDOVIMetadata Metadata {};

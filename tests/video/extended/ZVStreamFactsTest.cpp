@@ -6,7 +6,7 @@
 
 namespace
 {
-// Each name with its value behind it.
+// Names and their values in turn.
 using TagList = std::vector<const char*>;
 
 using ZVStreamFactsTest = RealCodec;
@@ -45,7 +45,7 @@ TEST_F(ZVStreamFactsTest, TheContainerDecidesWhatTellsTheBitrate)
     };
     constexpr AVMediaType video = AVMEDIA_TYPE_VIDEO;
     constexpr AVMediaType audio = AVMEDIA_TYPE_AUDIO;
-    // A tag may have a language behind its name.
+    // The name of a tag may end in a language.
     EXPECT_EQ(getRate("matroska,webm", audio, 384'000, {"BPS", "1500999", "BPS-eng", "2000000"}), 1500);
     EXPECT_EQ(getRate("matroska,webm", audio, 384'000, {"TITLE", "3000000", "bps-ENG", "2000000"}), 2000);
     EXPECT_EQ(getRate("matroska,webm", audio, 384'000, {"BPSX", "1000000", "BPS_eng", "2000000"}), 384);
