@@ -36,7 +36,9 @@ private:
         close(mkstemp(m_path.data()));
         std::string line;
         for (int number = 0; line.size() < 1'000'000; ++number)
-            line += "Line " + std::to_string(number) + " of a recording: \xC3\xBC" "ber\n";
+            line += "Line " + std::to_string(number) +
+                    " of a recording: \xC3\xBC"
+                    "ber\n";
         line.resize(1'000'000, '\n');
         std::ofstream file(m_path, std::ios::binary);
         for (int64_t size = 0; size < FileSize; size += 1'000'000)

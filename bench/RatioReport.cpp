@@ -77,9 +77,12 @@ int main(int argc, char** argv)
     // A process that had a second thread counts references and locks from then on, so what starts one comes last.
     std::stable_partition(Comparisons().begin(), Comparisons().end(), [](const Comparison& item) { return !item.StartsThreads; });
     for (const Comparison& comparison : Comparisons())
-        for (const auto& [name, function] : {std::pair(OurName(comparison.Name), comparison.Ours),
-                                             std::pair(PeerBenchmarkName(comparison), comparison.Peer)})
-            benchmark::RegisterBenchmark(name.c_str(), function)->Repetitions(Repetitions)->ReportAggregatesOnly(false)->UseRealTime();
+        for (const auto& [name, function] :
+             {std::pair(OurName(comparison.Name), comparison.Ours), std::pair(PeerBenchmarkName(comparison), comparison.Peer)})
+            benchmark::RegisterBenchmark(name.c_str(), function)
+                ->Repetitions(Repetitions)
+                ->ReportAggregatesOnly(false)
+                ->UseRealTime();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

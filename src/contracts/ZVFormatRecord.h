@@ -5,12 +5,12 @@
 // What the value of a format record holds. The numbers are part of the contract between the libraries.
 enum class ZVFormatCode : int32_t
 {
-    None = 0,       // an unused place
-    UTF8Text = 1,   // pointer to a NUL-terminated UTF-8 text
-    WideText = 2,   // pointer to a NUL-terminated wide text
-    String = 3,     // pointer to a ZVString object, not to its characters
-    Integer = 4,    // a 64-bit integer
-    Double = 5,     // the 64 bits of a double
+    None = 0,      // an unused place
+    UTF8Text = 1,  // pointer to a NUL-terminated UTF-8 text
+    WideText = 2,  // pointer to a NUL-terminated wide text
+    String = 3,    // pointer to a ZVString object, not to its characters
+    Integer = 4,   // a 64-bit integer
+    Double = 5,    // the 64 bits of a double
 };
 
 // One typed argument of a format text, in the shape in which it crosses a library boundary. A record owns nothing: what it points to must

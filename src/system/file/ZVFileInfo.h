@@ -37,7 +37,8 @@ public:
     // Whether both are found and are one file, by whatever names and links.
     bool IsSameFile(const ZVFileInfo& other) const
     {
-        return m_isFound && other.m_isFound && m_status.st_dev == other.m_status.st_dev && m_status.st_ino == other.m_status.st_ino;
+        return m_isFound && other.m_isFound && m_status.st_dev == other.m_status.st_dev &&
+               m_status.st_ino == other.m_status.st_ino;
     }
 
 private:
