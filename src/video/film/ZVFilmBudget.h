@@ -35,6 +35,9 @@ public:
     // Begins anew, for another place of the film or after a frame has come.
     void Restart();
 
+    // Looks at what is left; false from then on when that is nothing.
+    bool Ask();
+    // What the last look found.
     bool IsSpent() const { return m_isSpent; }
 
 private:
@@ -45,7 +48,6 @@ private:
     static int OpenFile(AVFormatContext* context, AVIOContext** file, const char* name, int flags, AVDictionary** options);
     static int CloseFile(AVFormatContext* context, AVIOContext* file);
 
-    bool Ask();
     void Replace(const AVIOContext* from, const AVIOContext* to);
     int64_t GetBytesRead() const;
 

@@ -230,8 +230,10 @@ bool ZVFilmReader::CanGoOn()
         ReadSource.Log("No packet of the main stream came among %d", m_place.PacketsOfOthers);
     else if (m_place.PacketsWithoutFrame >= MaximumPacketsWithoutFrame)
         ReadSource.Log("No frame came out of %d packets", m_place.PacketsWithoutFrame);
-    else
+    else if (m_budget.Ask())
         return true;
+    else
+        EndPlace(AVERROR_EXIT);
     m_place.IsAtEnd = true;
     return false;
 }
@@ -244,7 +246,7 @@ bool ZVFilmReader::ReadPacket()
     {
         m_codec.av_packet_unref(m_packet.get());
         result = m_codec.av_read_frame(m_context.get(), m_packet.get());
-    } while (result == AVERROR(EAGAIN));
+    } while (result == AVERROR(EAGAIN) && m_budget.Ask());
     if (result < 0)
     {
         EndPlace(result);
