@@ -258,7 +258,8 @@ void ZVPropertyMap::ReadItems(ZVXMLDocument& document)
 {
     Clear();
     while (document.FindElement(ItemElement))
-        SetString(document.GetAttribute(NameAttribute), document.GetText(), false);
+        if (document.IsElementComplete())
+            SetString(document.GetAttribute(NameAttribute), document.GetText(), false);
 }
 
 void ZVPropertyMap::ToDisplayText(ZVString& result) const

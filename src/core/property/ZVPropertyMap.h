@@ -68,8 +68,9 @@ public:
     // The XMLPH form: an element rootName with the attribute version, to one decimal with the locale's point, around the items.
     // With emptyIfNoItems the text for no entries is empty.
     virtual void ToXML(ZVString& result, const wchar_t* rootName, bool emptyIfNoItems, double version) const;
-    // Replaces the entries by those of the XMLPH form. Items in front of damage are read. False, with no entries, for another
-    // root or another version; an empty text is a map without entries and gives true.
+    // Replaces the entries by those of the XMLPH form. Items before damage are read; an item that the end of the text cuts off is
+    // left out, since nobody knows the rest of its value. False, with no entries, for another root or another version; an empty
+    // text is a map without entries and gives true.
     virtual bool FromXML(const ZVString& text, const wchar_t* rootName, double version);
     // Adds an element Item for each entry at the position of the document, which is then at the last of them.
     virtual void WriteItems(ZVXMLDocument& document) const;

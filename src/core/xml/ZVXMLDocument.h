@@ -86,6 +86,8 @@ public:
     // child elements. After FindNode has found another node than an element, GetText gives that one's content without its
     // markers.
     ZVString GetText() const;
+    // False for the main element when the text was cut off inside it, so that its own text may be only the beginning.
+    bool IsElementComplete() const { return !m_index[m_position.Main].Has(ZVXMLElement::CutOff); }
     ZVString GetChildText() const { return GetElementText(m_position.Child); }
     // The decoded value of an attribute, empty when it is missing.
     ZVString GetAttribute(const wchar_t* name) const { return GetAttributeOf(m_position.Main, name); }

@@ -20,6 +20,8 @@ struct ZVXMLElement
     static constexpr uint32_t EmptyElement = 0x100000;
     static constexpr uint32_t FirstSibling = 0x200000;
     static constexpr uint32_t LastSibling = 0x800000;
+    // The element was still open where reading ended: at the end of the text, or at a tag that could not be read.
+    static constexpr uint32_t CutOff = 0x40000000;
     // The record is on the free list.
     static constexpr uint32_t Freed = 0x80000000;
 

@@ -93,7 +93,10 @@ void ZVXMLIndexBuilder::FinishOpen(int32_t end, int32_t endTagLength)
 void ZVXMLIndexBuilder::FinishAllOpen(int32_t end)
 {
     while (m_open != 0)
+    {
+        m_index[m_open].FlagsAndLevel |= ZVXMLElement::CutOff;
         FinishOpen(end, 0);
+    }
 }
 
 bool ZVXMLIndexBuilder::IsEndTagOf(uint32_t element) const

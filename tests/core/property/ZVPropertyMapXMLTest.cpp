@@ -79,6 +79,8 @@ TEST(ZVPropertyMapXML, ReadsWhatItCan)
         // Cut off in several places.
         {start + L"\r\n" + item + L"\r\n", one}, {start + item + L"\r\n<Item Name=\"b", one},
         {L"<XMLPH version=\"1.0\"", L"no"}, {start + L"<Item Name=\"a\">1" + end, one},
+        {start + item + L"<Item Name=\"b\">2", one}, {start + item + L"<Item Name=\"b\">2</Item", one},
+        {start + item + L"<Item Name=\"b\"><![CDATA[2]]>", one}, {start + L"<Item Name=\"a\">1<2", L""},
     }, read);
 }
 

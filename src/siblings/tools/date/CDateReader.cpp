@@ -260,7 +260,7 @@ private:
     {
         if (m_fields.ShortYear != NotGiven)
             m_fields.Year = ZVDate::YearOf(ZVDate::FromFields(m_fields.ShortYear == 0 ? 2000 : m_fields.ShortYear, 1, 1));
-        if (m_fields.Year < ZVCalendar::FirstYear)
+        if (m_fields.Year < ZVCalendar::FirstYear || !ForgetZeros())
             return false;
         if (m_date.Precision == ZVDatePrecision::None)
         {
@@ -272,6 +272,23 @@ private:
         if (m_fields.Week != NotGiven)
             return SetWeekDay();
         return SetMonthDay();
+    }
+
+    // Tags write 00 for a month or a day that nobody knew. There is no day of an unknown month, and no time of an unknown day.
+    bool ForgetZeros()
+    {
+        if (m_fields.Day == 0)
+        {
+            m_fields.Day = NotGiven;
+            if (m_date.Precision == ZVDatePrecision::Time)
+                return false;
+        }
+        if (m_fields.Month == 0)
+        {
+            m_fields.Month = NotGiven;
+            return m_fields.Day == NotGiven;
+        }
+        return true;
     }
 
     bool SetYearDay()

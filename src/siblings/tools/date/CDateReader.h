@@ -28,7 +28,9 @@ struct CParsedDate
 // +02, +02:00, +0200 or one of the names in RFC 822. Names are English, in any case, and may be cut down to three letters.
 // Blanks around the date do not count. Digits may be of any script in ZVDigits.
 //
-// Anything else is no date, and neither is a day that the calendar has not got. Two digits of a year are those of
+// 00 for a day, or for both month and day, means that they are not known: 2024-05-00 is read as 2024-05, and 2024-00-00 as 2024.
+//
+// Anything else is no date, and neither is a day that is not in the calendar. Two digits of a year are read as by
 // ZVDate::FromFields.
 namespace CDateReader
 {
