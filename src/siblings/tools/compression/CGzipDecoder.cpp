@@ -7,14 +7,18 @@ namespace
 {
 // The largest window, and 16 for a gzip header and trailer around the data, whose checksum and length zlib then tests.
 constexpr int GzipWindowBits = 15 + 16;
+
+// How every member begins (RFC 1952, 2.3.1).
+constexpr unsigned char MemberStart[] = {0x1f, 0x8b};
 }
 
-CGzipDecoder::CGzipDecoder(const CZLibrary& library, const void* bytes, int64_t count)
-    : m_library(library), m_next(static_cast<const unsigned char*>(bytes)), m_left(std::max<int64_t>(count, 0))
+CGzipDecoder::CGzipDecoder(const CZLibrary& library, const void* bytes, int64_t count) : m_library(library)
 {
+    m_stream.next_in = static_cast<Bytef*>(const_cast<void*>(bytes));
+    m_end = m_stream.next_in + std::max<int64_t>(count, 0);
     m_isInitialized = m_library.inflateInit2_(&m_stream, GzipWindowBits, ZLIB_VERSION, static_cast<int>(sizeof m_stream)) == Z_OK;
     if (!m_isInitialized)
-        End(true);
+        Fail();
 }
 
 CGzipDecoder::~CGzipDecoder()
@@ -30,7 +34,9 @@ int64_t CGzipDecoder::Read(void* bytes, int64_t count)
     m_stream.avail_out = static_cast<uInt>(room);
     while (!m_isAtEnd && m_stream.avail_out > 0)
     {
-        GiveInput();
+        // zlib counts its input in 32 bits.
+        if (m_stream.avail_in == 0)
+            m_stream.avail_in = static_cast<uInt>(std::min<int64_t>(m_end - m_stream.next_in, INT_MAX));
         switch (m_library.inflate(&m_stream, Z_NO_FLUSH))
         {
         case Z_OK:
@@ -39,45 +45,29 @@ int64_t CGzipDecoder::Read(void* bytes, int64_t count)
             BeginNextMember();
             break;
         default:
-            // Nothing more can be done with what is left: it is damaged, or nothing is left of a member that has not ended.
-            End(true);
+            // The rest is damaged, or the input has ended inside a member.
+            Fail();
             break;
         }
     }
     return room - m_stream.avail_out;
 }
 
-// zlib counts its input in 32 bits.
-void CGzipDecoder::GiveInput()
+void CGzipDecoder::BeginNextMember()
 {
-    if (m_stream.avail_in > 0 || m_left == 0)
-        return;
-    const int64_t count = std::min<int64_t>(m_left, INT_MAX);
-    m_stream.next_in = const_cast<Bytef*>(m_next);
-    m_stream.avail_in = static_cast<uInt>(count);
-    m_next += count;
-    m_left -= count;
+    m_stream.avail_in = 0;
+    while (m_stream.next_in != m_end && *m_stream.next_in == 0)
+        ++m_stream.next_in;
+    const bool isMember = m_end - m_stream.next_in >= static_cast<int64_t>(sizeof MemberStart) &&
+                          std::equal(std::begin(MemberStart), std::end(MemberStart), m_stream.next_in);
+    if (!isMember)
+        m_isAtEnd = true;
+    else if (m_library.inflateReset(&m_stream) != Z_OK)
+        Fail();
 }
 
-bool CGzipDecoder::BeginNextMember()
-{
-    do
-    {
-        while (m_stream.avail_in > 0 && *m_stream.next_in == 0)
-        {
-            ++m_stream.next_in;
-            --m_stream.avail_in;
-        }
-        GiveInput();
-    } while (m_stream.avail_in > 0 && *m_stream.next_in == 0);
-    if (m_stream.avail_in == 0)
-        return End(false);
-    return m_library.inflateReset(&m_stream) == Z_OK || End(true);
-}
-
-bool CGzipDecoder::End(bool hasFailed)
+void CGzipDecoder::Fail()
 {
     m_isAtEnd = true;
-    m_hasFailed = hasFailed;
-    return false;
+    m_hasFailed = true;
 }

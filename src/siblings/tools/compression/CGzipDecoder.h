@@ -4,8 +4,8 @@
 #include "contracts/ZVReleasePointer.h"
 #include "siblings/tools/compression/CZLibrary.h"
 
-// A decoder of gzip data. Members follow one another as if they were one; zeros behind the last are padding, and anything else
-// there is a fault. What comes in front of a fault is given first.
+// A decoder of gzip data. Members follow one another as if they were one; zeros between them are padding, and whatever else comes
+// after the last one is ignored, as gzip itself does. What comes before a fault is given first.
 class CGzipDecoder final : public ZVReleasable<IZVDecoder>
 {
 public:
@@ -18,13 +18,12 @@ public:
     bool HasFailed() override { return m_hasFailed; }
 
 private:
-    void GiveInput();
-    bool BeginNextMember();
-    bool End(bool hasFailed);
+    void BeginNextMember();
+    void Fail();
 
     const CZLibrary& m_library;
-    const unsigned char* m_next;
-    int64_t m_left;
+    const unsigned char* m_end = nullptr;
+    // Its next_in is the place in the input.
     z_stream m_stream {};
     bool m_isInitialized = false;
     bool m_isAtEnd = false;

@@ -17,7 +17,7 @@ ZV_DEFINE_FUNCTION_TABLE(CZFunctions, ZV_ZLIB_FUNCTIONS);
 // for the library.
 struct CZLibrary : CZFunctions
 {
-    // The bound library; null when it is not there or lacks a function. It is never closed.
+    // The bound library, which is never closed; null when it is missing or lacks a function.
     static const CZLibrary* Get();
 
 private:
