@@ -49,6 +49,13 @@ ZVString WithNextCopyNumber(ZVString name, bool forFolder)
 }
 }
 
+ZVFilename ZVFilename::FromPath(const ZVString& path)
+{
+    ZVFilename name;
+    name.m_path = path;
+    return name;
+}
+
 void ZVFilename::SetFilename(const ZVString& text, bool clearProperties)
 {
     m_path = text;
