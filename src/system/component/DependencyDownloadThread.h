@@ -5,7 +5,7 @@
 #include "system/thread/ZVThread.h"
 
 // Downloads one package on a thread of its own: into a new temporary file, or into a buffer when it is given one. The thread's
-// result tells whether it is there. The members are read when the thread has ended.
+// result tells whether it is there. Read the members only after the thread has ended.
 class DependencyDownloadThread final : public ZVThread
 {
 public:
@@ -13,7 +13,7 @@ public:
     DependencyDownloadThread(const ZVString& url, const ZVString& text, ZVBuffer* buffer = nullptr);
     ~DependencyDownloadThread() override;
 
-    // The file, which is the caller's to delete.
+    // The file. The caller deletes it.
     const ZVString& GetPath() const { return m_target.GetPathOnly(); }
     const CFileLoader& GetLoader() const { return m_loader; }
 
@@ -21,7 +21,7 @@ public:
 
 protected:
     bool Run() override;
-    // The load uses the members, and ends soon once it is cancelled.
+    // The load uses the members, and ends soon after it is cancelled.
     bool OnStopTimeout() override { return false; }
 
 private:

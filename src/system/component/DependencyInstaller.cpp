@@ -1,61 +1,29 @@
 #include "system/component/DependencyInstaller.h"
 
-#include "contracts/IZVNamedLocks.h"
 #include "contracts/IZVSettings.h"
 #include "contracts/IZVTools.h"
-#include "contracts/ZVReleasePointer.h"
 #include "core/ZVToolsPointer.h"
-#include "system/component/DependencyTable.h"
+#include "system/component/ZVComponentFolder.h"
+#include "system/component/ZVComponentInstallation.h"
+#include "system/component/ZVComponentLock.h"
+#include "system/component/ZVComponentTable.h"
 #include "system/file/ZVFileSystem.h"
-#include "system/library/CProcessInfo.h"
 #include "system/library/ZVDllString.h"
-#include "system/log/ZVLogCategory.h"
 #include "system/log/ZVLogScope.h"
-
-#include <memory>
 
 namespace
 {
-constexpr wchar_t PluginsFolder[] = L"Plugins/";
+constexpr ZVLogSource GetInstalledFilenameSource {ZVLogCategory::Network, L"DependencyInstaller::GetInstalledFilename"};
+constexpr ZVLogSource InstallSource {ZVLogCategory::Network, L"DependencyInstaller::Install"};
+
 constexpr wchar_t SettingsSection[] = L"Dependencies";
 
-// Every process of the product knows the lock by this name.
-constexpr wchar_t LockName[] = L"Zivora DS Filter Downloading Lock";
-constexpr int32_t LockTimeoutMs = 120000;
-
-const Dependency* FindDependency(int32_t id)
-{
-    return DependencyTable::Find(DependencyTable::Map(id));
-}
-
-ZVString GetField(int32_t id, const wchar_t* Dependency::*field)
-{
-    const Dependency* const dependency = FindDependency(id);
-    return dependency == nullptr ? ZVString() : ZVString(dependency->*field);
-}
-
-ZVString GetFolderName(int32_t id)
-{
-    const Dependency* const dependency = FindDependency(id);
-    if (dependency == nullptr || *dependency->Package == L'\0')
-        return ZVString();
-    return ZVFormat(L"%s_v%s", dependency->Package, dependency->Version);
-}
-
-// The folder of a name below the data folder, or where a packager has put it when it is only there.
-ZVString FindFolder(const ZVString& name)
-{
-    const ZVString own = ZVFileSystem::GetDirectoryAppData() + PluginsFolder + name + L"/";
-    const ZVString packaged = CProcessInfo::Get().GetInstallPath() + ZVString(PluginsFolder) + name + L"/";
-    return !ZVFileSystem::IsDirectory(own) && ZVFileSystem::IsDirectory(packaged) ? packaged : own;
-}
-
+// The setting with the name of the folder that a component was last found in.
 class FolderRecord
 {
 public:
-    explicit FolderRecord(int32_t id)
-        : m_settings(g_pZVTools == nullptr ? nullptr : g_pZVTools->GetSettings(true)),
-          m_name(ZVString::FromInt(DependencyTable::Map(id)))
+    explicit FolderRecord(const ZVComponent& component)
+        : m_settings(g_pZVTools == nullptr ? nullptr : g_pZVTools->GetSettings(true)), m_name(ZVString::FromInt(component.Number))
     {
     }
 
@@ -78,61 +46,29 @@ private:
     IZVSettings* m_settings;
     ZVString m_name;
 };
-
-using LockPointer = ZVReleasePointer<IZVNamedLock>;
-
-LockPointer TakeLock(const ZVLogScope& scope, int32_t id)
-{
-    IZVNamedLocks* const locks = g_pZVTools == nullptr ? nullptr : g_pZVTools->GetNamedLocks(true);
-    LockPointer lock(locks == nullptr ? nullptr : locks->CreateLock(LockName));
-    if (lock != nullptr && !lock->Lock(LockTimeoutMs))
-        scope.Log("Timed out waiting for a named lock. Checking for dependency %d", id);
-    return lock;
-}
-}
-
-ZVString DependencyInstaller::GetPackageName(int32_t id)
-{
-    return GetField(id, &Dependency::Package);
-}
-
-ZVString DependencyInstaller::GetDisplayName(int32_t id)
-{
-    return GetField(id, &Dependency::DisplayName);
-}
-
-ZVString DependencyInstaller::GetMainFile(int32_t id)
-{
-    return GetField(id, &Dependency::MainFile);
-}
-
-ZVString DependencyInstaller::GetVersion(int32_t id)
-{
-    return GetField(id, &Dependency::Version);
-}
-
-ZVString DependencyInstaller::GetFolder(int32_t id)
-{
-    const ZVString name = GetFolderName(id);
-    return name.IsEmpty() ? name : FindFolder(name);
 }
 
 ZVString DependencyInstaller::GetInstalledFilename(int32_t id, bool install)
 {
-    const ZVLogScope scope(ZVLogCategory::Network, "DependencyInstaller::GetInstalledFilename", true);
+    const ZVLogScope scope(GetInstalledFilenameSource, true);
     const ZVString mainFile = GetMainFile(id);
-    const ZVString folderName = GetFolderName(id);
-    if (folderName.IsEmpty())
+    const ZVComponent* const component = ZVComponentTable::Find(ZVComponentTable::Map(id));
+    if (component == nullptr || !component->HasPackage())
         return mainFile;
 
-    const FolderRecord record(id);
+    // Before the record counts, since it may name an older version, which goes then.
+    if (install)
+        ZVComponentInstallation(*component).FinishEarlier();
+    const FolderRecord record(*component);
     const ZVString recorded = record.Get();
-    if (!recorded.IsEmpty() && ZVFileSystem::Exists(FindFolder(recorded) + mainFile))
-        return FindFolder(recorded) + mainFile;
+    if (!recorded.IsEmpty() && ZVFileSystem::Exists(ZVComponentFolder::Find(recorded) + mainFile))
+        return ZVComponentFolder::Find(recorded) + mainFile;
     if (!install)
         return ZVString();
 
-    const LockPointer lock = TakeLock(scope, id);
+    const ZVComponentLock lock(ZVComponentLock::Fetching);
+    if (lock.IsRefused())
+        scope.Log("Timed out waiting for a named lock. Checking for dependency %d", id);
     if (!ZVFileSystem::Exists(GetFolder(id) + mainFile))
     {
         scope.Log("Dependency '%s' (%d) is missing, installing", GetDisplayName(id), id);
@@ -142,6 +78,20 @@ ZVString DependencyInstaller::GetInstalledFilename(int32_t id, bool install)
             return ZVString();
         }
     }
-    record.Set(folderName);
+    record.Set(ZVComponentFolder::GetName(*component));
     return GetFolder(id) + mainFile;
+}
+
+bool DependencyInstaller::Install(int32_t id)
+{
+    ZVLogScope scope(InstallSource, true);
+    const ZVComponent* const component = ZVComponentTable::Find(ZVComponentTable::Map(id));
+    if (component == nullptr || !component->HasPackage())
+    {
+        scope.Log("There is no package of dependency %d", id);
+        return false;
+    }
+    const bool isInstalled = ZVComponentInstallation(*component).Run();
+    scope.SetResult(isInstalled);
+    return isInstalled;
 }

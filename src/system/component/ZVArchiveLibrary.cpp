@@ -2,7 +2,6 @@
 
 #include "system/library/ZVRunTimeLibrary.h"
 #include "system/log/ZVLog.h"
-#include "system/log/ZVLogCategory.h"
 
 namespace
 {
@@ -20,8 +19,8 @@ const ZVArchiveLibrary* ZVArchiveLibrary::Get()
 
 bool ZVArchiveLibrary::Load()
 {
-    ZVRunTimeLibrary library(FileName);
-    if (!library.BindAll<ZVArchiveFunctions>(*this))
+    const bool isBound = ZVRunTimeLibrary(FileName).BindAll<ZVArchiveFunctions>(*this);
+    if (!isBound)
         Source.Log("%s cannot be used, so no archive can be unpacked", FileName);
-    return library.BindAll<ZVArchiveFunctions>(*this);
+    return isBound;
 }

@@ -1,13 +1,21 @@
 #include "system/component/DependencyInstaller.h"
 
+#include "contracts/IZVNamedLocks.h"
 #include "contracts/IZVSettings.h"
 #include "contracts/IZVTools.h"
+#include "contracts/ZVReleasePointer.h"
 #include "core/string/ZVStringUTF8.h"
 #include "system/file/ZVFileSystem.h"
+#include "system/library/ZVDescriptor.h"
 #include "system/loader/LoaderFixture.h"
 #include "system/log/CLogToStringItem.h"
 
 #include <gmock/gmock.h>
+
+#include <clocale>
+#include <fcntl.h>
+#include <future>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 namespace
@@ -18,12 +26,15 @@ using testing::HasSubstr;
 // A component of which only one version is kept, by its generic number and by that of this platform.
 constexpr int32_t Downloader = 23;
 constexpr int32_t MappedDownloader = 47;
-constexpr int32_t Renderer = 13;
-constexpr char Folder[] = "Plugins/linux_youtube-dl_v8/";
+constexpr int32_t Encoder = 38;   // packed as a zip file
+constexpr int32_t Renderer = 13;  // whose users have files of their own in its folder
+constexpr int32_t Decoders = 36;  // of which all versions stay, and in them what no package replaces
+constexpr char Folder[] = "Plugins/linux_youtube-dl_v8";
 constexpr char MainFile[] = "Plugins/linux_youtube-dl_v8/yt-dlp";
 constexpr char OlderMainFile[] = "Plugins/linux_youtube-dl_v7/yt-dlp";
 constexpr char ArchiveTarget[] = "/packages/linux_youtube-dl_v8.tar.xz";
 constexpr char ChecksumTarget[] = "/packages/linux_youtube-dl_v8.tar.xz.sha256";
+constexpr char LockName[] = "Zivora DS Filter Downloading Lock";
 
 class DependencyInstallerTest : public LoaderFixture
 {
@@ -49,11 +60,11 @@ protected:
         return result;
     }
 
-    // The bytes of a tar file of a component.
+    // The bytes of a tar file of a component, which says that its names are UTF-8.
     std::string MakeDownloader() const
     {
-        return MakeResult("echo new > yt-dlp && chmod 4777 yt-dlp && mkdir sub && ln -s ../yt-dlp sub/link && ln yt-dlp hard && "
-                          "tar cf ../result *");
+        return MakeResult("echo new > yt-dlp && chmod 4777 yt-dlp && mkdir sub && ln -s ../yt-dlp sub/\u65e5\u672c && "
+                          "ln yt-dlp hard && tar --format=pax -cf ../result *");
     }
 
     std::string ChecksumOf(const std::string& bytes) const
@@ -61,6 +72,23 @@ protected:
         Put("content/bytes", bytes);
         return MakeResult("sha256sum < bytes > ../result");
     }
+
+    // Has a package in a folder as the server.
+    void ServeFromFolder(const std::string& archive, const std::string& bytes) const
+    {
+        Put("server/" + archive, bytes);
+        SetServer("file://" + m_folder + "server");
+    }
+
+    std::vector<std::string> ListPlugins() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(m_folder + "Plugins"))
+            names.push_back(entry.path().filename());
+        return names;
+    }
+
+    bool IsTempEmpty() const { return !fs::exists(m_folder + "Temp") || fs::is_empty(m_folder + "Temp"); }
 
     std::string GetLog() const { return ZVStringUTF8(m_log.GetLines().GetJoined(L"\n")).Get(); }
 
@@ -86,20 +114,21 @@ TEST_F(DependencyInstallerTest, InstallsWhatIsMissing)
 {
     const std::string archive = MakeDownloader();
     m_server.SetAnswer(ArchiveTarget, {.Body = archive});
-    m_server.SetAnswer(ChecksumTarget, {.Body = ChecksumOf(archive)});
+    m_server.SetAnswer(ChecksumTarget, {.Body = "\xef\xbb\xbf" + ChecksumOf(archive)});
     Put(OlderMainFile, "older");
     Put("Plugins/linux_youtube-dl-other_v7/yt-dlp", "other");
     umask(022);
+    ASSERT_STREQ(setlocale(LC_CTYPE, nullptr), "C") << "in which UTF-8 has no meaning";
 
     const ZVString expected = TextAt(MainFile);
-    EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, true), expected);
-    for (const char* file : {"yt-dlp", "sub/link", "hard"})
+    EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, true), expected) << GetLog();
+    for (const char* file : {"/yt-dlp", "/sub/\u65e5\u672c", "/hard"})
         EXPECT_EQ(Get(std::string(Folder) + file), "new\n");
     EXPECT_EQ(static_cast<int>(fs::status(m_folder + MainFile).permissions()), 0755);
-    EXPECT_FALSE(fs::exists(m_folder + "Plugins/linux_youtube-dl_v7"));
-    EXPECT_TRUE(fs::exists(m_folder + "Plugins/linux_youtube-dl-other_v7"));
+    EXPECT_THAT(ListPlugins(), testing::UnorderedElementsAre("linux_youtube-dl_v8", "linux_youtube-dl-other_v7"));
     EXPECT_THAT(GetLog(), HasSubstr("Dependency 'YouTube Downloader' (23) is missing, installing"));
-    EXPECT_TRUE(fs::is_empty(m_folder + "Temp"));
+    EXPECT_THAT(GetLog(), testing::Not(HasSubstr("has no checksum")));
+    EXPECT_TRUE(IsTempEmpty());
 
     // It is there now, and nobody is asked again, not even when another process has installed it.
     unsetenv("ZV_COMPONENT_SERVER");
@@ -107,27 +136,6 @@ TEST_F(DependencyInstallerTest, InstallsWhatIsMissing)
     ForgetInstallation();
     EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, false), L"");
     EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, true), expected);
-
-    // From a folder, where no checksum is.
-    Put("server/linux_youtube-dl_v8.tar.xz", archive);
-    SetServer("file://" + m_folder + "server");
-    EXPECT_TRUE(DependencyInstaller::Install(Downloader));
-}
-
-TEST_F(DependencyInstallerTest, LeavesNoHalfComponent)
-{
-    // Its last entry goes through a link, which shows only when it is unpacked.
-    m_server.SetAnswer(
-        ArchiveTarget,
-        {.Body = MakeResult("echo new > yt-dlp && mkdir sub && ln -s sub link && tar cf ../result yt-dlp sub link && "
-                            "tar rf ../result --transform s,^,link/, yt-dlp")});
-    Put("Plugins/linux_youtube-dl_v8.part/yt-dlp", "of an installation that was killed");
-    for (int32_t attempt = 0; attempt < 2; ++attempt)
-    {
-        EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, true), L"");
-        EXPECT_TRUE(fs::is_empty(m_folder + "Plugins"));
-    }
-    EXPECT_THAT(GetLog(), HasSubstr("Unpacking files failed"));
 }
 
 TEST_F(DependencyInstallerTest, InstallsTheDecodersAsTheyArePacked)
@@ -142,64 +150,186 @@ TEST_F(DependencyInstallerTest, InstallsTheDecodersAsTheyArePacked)
     EXPECT_THAT(GetLog(), testing::Not(HasSubstr("has no checksum")));
 }
 
+TEST_F(DependencyInstallerTest, RefusesAZipFileWhoseDirectoryIsCut)
+{
+    if (system("command -v zip > /dev/null") != 0)
+        GTEST_SKIP() << "zip is not installed";
+    const std::string archive = MakeResult("echo new > lame && zip -qr ../result.zip . && mv ../result.zip ../result");
+    ServeFromFolder("linux_mp3_encoder64_v1.zip", archive);
+    EXPECT_TRUE(DependencyInstaller::Install(Encoder)) << GetLog();
+
+    const size_t directory = archive.find("PK\1\2");
+    for (const size_t size : {directory, directory + 50, archive.size() - 1})
+    {
+        const size_t logged = GetLog().size();
+        Put("server/linux_mp3_encoder64_v1.zip", archive.substr(0, size));
+        EXPECT_FALSE(DependencyInstaller::Install(Encoder)) << size;
+        EXPECT_THAT(GetLog().substr(logged), HasSubstr("it is damaged"));
+    }
+    EXPECT_EQ(Get("Plugins/linux_mp3_encoder64_v1/lame"), "new\n");
+}
+
 TEST_F(DependencyInstallerTest, LeavesWhatIsThereWhenThePackageIsBad)
 {
     const std::string good = MakeDownloader();
-    const auto check = [this](const ZVTestAnswer& archive, const ZVTestAnswer& checksum, const std::string& reason)
+    const ZVTestAnswer none {.Status = 404};
+    const ZVTestAnswer whole {.Body = good};
+    const std::string checksum = ChecksumOf(good).substr(0, 64);
+    const auto script = [this](const std::string& text) { return ZVTestAnswer {.Body = MakeResult(text)}; };
+    const struct
     {
-        SCOPED_TRACE(reason);
-        Put(OlderMainFile, "older");
-        m_server.SetAnswer(ArchiveTarget, archive);
-        m_server.SetAnswer(ChecksumTarget, checksum);
+        const char* Reason;
+        ZVTestAnswer Archive;
+        ZVTestAnswer Checksum;
+    } rows[] = {
+        {"Downloading package failed",                none,                                                                                none                     },
+        {"bytes remaining to read",                   {.Body = good, .CutAfter = 3000},                                                    none                     },
+        {"it is damaged",                             {.Body = good.substr(0, 700)},                                                       none                     },
+        {"is not the one that its checksum tells of", whole,                                                                               {.Body = ChecksumOf("x")}},
+        {"is not the one that its checksum tells of", whole,                                                                               {.Body = " "}            },
+        {"is not the one that its checksum tells of", whole,                                                                               {.Body = checksum + "0"} },
+        {"did not load",                              whole,                                                                               {.Status = 500}          },
+        {"it is empty",                               script("tar cf ../result -T /dev/null"),                                             none                     },
+        {"the name leaves the folder",                script("touch x && tar cPf ../result --transform s,^,/tmp/, x"),                     none                     },
+        {"neither a file",                            script("mkfifo pipe && tar cf ../result pipe"),                                      none                     },
+        {"the name is there twice",                   script("touch yt-dlp && tar cf ../result yt-dlp ./yt-dlp --hard-dereference"),       none                     },
+        {"has no file yt-dlp",                        script("touch other && tar cf ../result other"),                                     none                     },
+        {"has no file yt-dlp",                        script("mkdir yt-dlp && tar cf ../result yt-dlp"),                                   none                     },
+ // A name that is longer than the system takes shows only when it is unpacked.
+        {"Unpacking files failed",                    script("touch yt-dlp && tar cf ../result --transform s,^,$(printf %0300d), yt-dlp"), none                     },
+    };
+    Put(OlderMainFile, "older");
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.Reason);
+        m_server.SetAnswer(ArchiveTarget, row.Archive);
+        m_server.SetAnswer(ChecksumTarget, row.Checksum);
         const size_t logged = GetLog().size();
         EXPECT_EQ(DependencyInstaller::GetInstalledFilename(MappedDownloader, true), L"");
-        EXPECT_THAT(GetLog().substr(logged), testing::AllOf(HasSubstr(reason), HasSubstr("Failed installing dependency 47")));
+        EXPECT_THAT(GetLog().substr(logged), HasSubstr(row.Reason));
+        EXPECT_THAT(GetLog().substr(logged), HasSubstr("Failed installing dependency 47"));
         EXPECT_EQ(Get(OlderMainFile), "older");
-        EXPECT_FALSE(fs::exists(m_folder + Folder));
-        EXPECT_TRUE(!fs::exists(m_folder + "Temp") || fs::is_empty(m_folder + "Temp"));
-    };
-    const ZVTestAnswer none {.Status = 404};
-    check(none, none, "Downloading package failed");
-    check({.Body = good, .CutAfter = 3000}, none, "bytes remaining to read");
-    check({.Body = good.substr(0, 700)}, none, "it is damaged");
-    check({.Body = good}, {.Body = ChecksumOf("x")}, "is not the one that its checksum tells of");
-    check({.Body = good}, {.Body = " "}, "is not the one that its checksum tells of");
-    check({.Body = good}, {.Status = 500}, "did not load");
-    const auto checkScript = [&](const char* script, const char* reason) { check({.Body = MakeResult(script)}, none, reason); };
-    checkScript("touch x && tar cPf ../result --transform s,^,/tmp/, x", "leaves the folder");
-    checkScript("touch x && tar cPf ../result --transform s,^,a/../../, x", "leaves the folder");
-    checkScript("mkdir a && ln -s ../../x a/link && tar cf ../result a", "link leaves");
-    checkScript("mkdir -p a/b && ln -s ../.. a/b/up && ln -s b/up/../x a/link && tar cf ../result a", "link leaves");
-    checkScript("ln -s /etc/passwd link && tar cf ../result link", "link leaves");
-    checkScript("mkfifo pipe && tar cf ../result pipe", "neither a file");
-    checkScript("tar cf ../result -T /dev/null", "it is empty");
-
+        EXPECT_THAT(ListPlugins(), testing::ElementsAre("linux_youtube-dl_v7"));
+        EXPECT_TRUE(IsTempEmpty());
+    }
     unsetenv("ZV_COMPONENT_SERVER");
     EXPECT_FALSE(DependencyInstaller::Install(Downloader));
-    EXPECT_FALSE(DependencyInstaller::Install(2));
     EXPECT_THAT(GetLog(), HasSubstr("There is no component server"));
+    EXPECT_FALSE(DependencyInstaller::Install(2));
 }
 
 TEST_F(DependencyInstallerTest, KeepsTheRenderersOwnFiles)
 {
-    m_server.SetAnswer("/packages/madvr_v40.tar.xz",
-                       {.Body = MakeResult("echo new | tee madVR64.ax settings.bin > other.bin && tar cf ../result *")});
+    ServeFromFolder("madvr_v40.tar.xz", MakeResult("echo new | tee madVR64.ax settings.bin > other.bin && tar cf ../result *"));
     const std::string folder = "Plugins/madvr_v40/";
     const auto kept = {"settings.bin", "3dlut/table.3dlut", "own.bin"};
     for (const std::string name : kept)
         Put(folder + name, "old\n");
+    fs::create_symlink("nowhere", m_folder + folder + "link.bin");
     Put(folder + "folder/file.bin", "old\n");
     Put(folder + "madVR64.ax", "old\n");
-    EXPECT_TRUE(DependencyInstaller::Install(Renderer));
+    EXPECT_TRUE(DependencyInstaller::Install(Renderer)) << GetLog();
     for (const std::string name : kept)
         EXPECT_EQ(Get(folder + name), "old\n") << name;
-    EXPECT_EQ(Get(folder + "folder/file.bin") + Get(folder + "settings_temp.bin"), "(none)(none)");
-    EXPECT_EQ(Get(folder + "madVR64.ax") + Get(folder + "other.bin"), "new\nnew\n");
+    EXPECT_EQ(fs::read_symlink(m_folder + folder + "link.bin"), "nowhere");
+    for (const std::string name : {"folder/file.bin", "settings_temp.bin"})
+        EXPECT_EQ(Get(folder + name), "(none)") << name;
+    for (const std::string name : {"madVR64.ax", "other.bin"})
+        EXPECT_EQ(Get(folder + name), "new\n") << name;
 
     // An installation that ended early had saved them.
     Put(folder + "settings.bin", "of the archive\n");
     Put(folder + "settings_temp.bin", "own\n");
     EXPECT_TRUE(DependencyInstaller::Install(Renderer));
     EXPECT_EQ(Get(folder + "settings.bin"), "own\n");
+    EXPECT_EQ(Get(folder + "settings_temp.bin"), "(none)");
+}
+
+// The link lies so deep that it stays in the folder; under the name of the settings it leads out of it.
+TEST_F(DependencyInstallerTest, WritesTheRenderersSettingsThroughNoLink)
+{
+    ServeFromFolder("madvr_v40.tar.xz", MakeResult("mkdir -p a/b && ln -s ../../victim a/b/link && ln a/b/link settings.bin && "
+                                                   "touch madVR64.ax && tar cf ../result a madVR64.ax settings.bin"));
+    Put("victim", "outside");
+    Put("Plugins/madvr_v40/settings.bin", "own");
+    EXPECT_FALSE(DependencyInstaller::Install(Renderer));
+    EXPECT_THAT(GetLog(), HasSubstr("settings.bin: the link leads to what is no file"));
+    EXPECT_EQ(Get("Plugins/madvr_v40/settings.bin"), "own");
+
+    ServeFromFolder("madvr_v40.tar.xz",
+                    MakeResult("ln -s madVR64.ax settings.bin && echo new > madVR64.ax && tar cf ../result *"));
+    EXPECT_TRUE(DependencyInstaller::Install(Renderer)) << GetLog();
+    EXPECT_EQ(Get("Plugins/madvr_v40/settings.bin"), "own");
+    EXPECT_EQ(Get("Plugins/madvr_v40/madVR64.ax"), "new\n");
+    EXPECT_EQ(Get("victim"), "outside");
+}
+
+TEST_F(DependencyInstallerTest, KeepsTheFilesThatAPackageDoesNotReplace)
+{
+    const std::string folder = "Plugins/linux_avcodec_v17/";
+    Put("Plugins/linux_avcodec_v16/libavcodec-zv.so.61", "older");
+    Put(folder + "libavcodec-zv.so.61", "old");
+    Put(folder + "sub/own", "own");
+    const std::string script = "echo new > libavcodec-zv.so.61 && ";
+    ServeFromFolder("linux_avcodec_v17.tar.xz", MakeResult(script + "mkdir sub && touch sub/new && tar cf ../result *"));
+    EXPECT_TRUE(DependencyInstaller::Install(Decoders)) << GetLog();
+    EXPECT_EQ(Get(folder + "libavcodec-zv.so.61"), "new\n");
+    EXPECT_EQ(Get(folder + "sub/own"), "own");
+    EXPECT_EQ(Get("Plugins/linux_avcodec_v16/libavcodec-zv.so.61"), "older");
+
+    // A file has no room where a folder stays.
+    ServeFromFolder("linux_avcodec_v17.tar.xz", MakeResult(script + "touch sub && tar cf ../result *"));
+    EXPECT_FALSE(DependencyInstaller::Install(Decoders));
+    EXPECT_THAT(GetLog(), HasSubstr("Moving preserved files failed"));
+    EXPECT_EQ(Get(folder + "sub/own"), "own");
+}
+
+TEST_F(DependencyInstallerTest, SeveralInstallAtOnce)
+{
+    ServeFromFolder("linux_youtube-dl_v8.tar.xz", MakeDownloader());
+    Put(OlderMainFile, "older");
+    std::vector<std::future<bool>> installations;
+    for (int32_t number = 0; number < 4; ++number)
+        installations.push_back(std::async(std::launch::async, [] { return DependencyInstaller::Install(Downloader); }));
+    for (std::future<bool>& installation : installations)
+        EXPECT_TRUE(installation.get()) << GetLog();
+    EXPECT_EQ(Get(MainFile), "new\n");
+    EXPECT_THAT(ListPlugins(), testing::ElementsAre("linux_youtube-dl_v8"));
+    EXPECT_TRUE(IsTempEmpty());
+}
+
+TEST_F(DependencyInstallerTest, HoldsTheLockWhileItDownloads)
+{
+    m_server.SetAnswer(ArchiveTarget, {.Body = MakeDownloader(), .DelayMilliseconds = 300});
+    const ZVReleasePointer<IZVNamedLock> lock(g_pZVTools->GetNamedLocks(true)->CreateLock(ZVString::FromUTF8(LockName)));
+    auto installation =
+        std::async(std::launch::async, [] { return DependencyInstaller::GetInstalledFilename(Downloader, true); });
+    while (m_server.GetRequests(ArchiveTarget).empty())
+        usleep(1000);
+    EXPECT_FALSE(lock->Lock(0));
+    EXPECT_EQ(installation.get(), TextAt(MainFile)) << GetLog();
+    EXPECT_TRUE(lock->Lock(0));
+}
+
+TEST_F(DependencyInstallerTest, ClearsAwayWhatEarlierInstallationsLeft)
+{
+    // One that was killed while it replaced the component, one at work, and a download.
+    Put(std::string(Folder) + ".1-0.part/old/yt-dlp", "old");
+    Put(std::string(Folder) + ".1-1.part/lock", "");
+    Put("Temp/linux_youtube-dl_v8.tar - 1.xz", "half");
+    {
+        const ZVDescriptor atWork(open((m_folder + Folder + ".1-1.part/lock").c_str(), O_RDWR | O_CLOEXEC));
+        ASSERT_EQ(flock(atWork.Get(), LOCK_EX), 0);
+        EXPECT_FALSE(DependencyInstaller::Install(Downloader)) << "the server has no package";
+    }
+    EXPECT_EQ(Get(MainFile), "old");
+    EXPECT_THAT(ListPlugins(), testing::UnorderedElementsAre("linux_youtube-dl_v8", "linux_youtube-dl_v8.1-1.part"));
+    EXPECT_FALSE(IsTempEmpty()) << "the download may be that of the installation at work";
+
+    // Killed before the old version went.
+    Put(OlderMainFile, "older");
+    EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, true), TextAt(MainFile));
+    EXPECT_THAT(ListPlugins(), testing::ElementsAre("linux_youtube-dl_v8"));
+    EXPECT_TRUE(IsTempEmpty());
 }
 }

@@ -1,4 +1,4 @@
-#include "system/component/DependencyTable.h"
+#include "system/component/ZVComponentTable.h"
 
 namespace
 {
@@ -8,7 +8,7 @@ struct PlatformForm
     int32_t Platform;
 };
 
-// What generic numbers are on 64-bit Linux. Of these only one version is kept.
+// What generic numbers stand for on 64-bit Linux. Of these only one version is kept.
 constexpr PlatformForm PlatformForms[] = {
     {1,  38},
     {3,  35},
@@ -22,7 +22,7 @@ constexpr PlatformForm PlatformForms[] = {
 
 // Names of packages are keys on the server, in folder names and in settings.
 // clang-format off
-constexpr Dependency Dependencies[] = {
+constexpr ZVComponent Components[] = {
     {0,  L"",                        L"",                       L"",                       L"9",  L""},
     {1,  L"mp3_encoder",             L"MP3 Encoder",            L"lame.exe",               L"2",  L".zip"},
     {2,  L"",                        L"",                       L"mpcenc",                 L"",   L""},
@@ -84,7 +84,7 @@ constexpr Dependency Dependencies[] = {
 // clang-format on
 }
 
-int32_t DependencyTable::Map(int32_t number)
+int32_t ZVComponentTable::Map(int32_t number)
 {
     for (const PlatformForm& form : PlatformForms)
         if (form.Generic == number)
@@ -92,7 +92,7 @@ int32_t DependencyTable::Map(int32_t number)
     return number;
 }
 
-bool DependencyTable::KeepsOneVersion(int32_t number)
+bool ZVComponentTable::KeepsOneVersion(int32_t number)
 {
     for (const PlatformForm& form : PlatformForms)
         if (form.Generic == number || form.Platform == number)
@@ -100,10 +100,10 @@ bool DependencyTable::KeepsOneVersion(int32_t number)
     return false;
 }
 
-const Dependency* DependencyTable::Find(int32_t number)
+const ZVComponent* ZVComponentTable::Find(int32_t number)
 {
-    for (const Dependency& dependency : Dependencies)
-        if (dependency.Number == number)
-            return &dependency;
+    for (const ZVComponent& component : Components)
+        if (component.Number == number)
+            return &component;
     return nullptr;
 }
