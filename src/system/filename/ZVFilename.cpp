@@ -62,13 +62,6 @@ void ZVFilename::SetFilename(const ZVString& text, bool clearProperties)
     Parse(clearProperties);
 }
 
-ZVFilename ZVFilename::FromPath(const ZVString& path)
-{
-    ZVFilename name;
-    name.m_path = path;
-    return name;
-}
-
 ZVString ZVFilename::GetProperty(const wchar_t* key, const ZVString& defaultValue) const
 {
     return m_properties.GetString(key, defaultValue);

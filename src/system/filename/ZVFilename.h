@@ -32,9 +32,6 @@ public:
     // "film.mkv;1" or begin like an XMLFN form, and is found under that name.
     static ZVFilename FromPath(const ZVString& path);
 
-    // A name with a path as it stands, unparsed.
-    static ZVFilename FromPath(const ZVString& path);
-
     // --- The path as a whole ---------------------------------------------------------------------------------------------------
 
     // Takes a text and parses it; the properties that were set are dropped unless clearProperties is false.
