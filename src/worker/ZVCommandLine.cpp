@@ -29,7 +29,7 @@ void ZVCommandLine::Assign(int32_t argc, char** argv)
         ZVString argument = ZVString::FromUTF8(argv[index]);
         argument.Trim(StrippedCharacters);
         m_arguments.Add(argument);
-        ZVString path = ZVNativePath::ToText(argv[index], true);
+        ZVString path = ZVNativePath::UserPathToText(argv[index]);
         path.Trim(StrippedCharacters);
         m_paths.Add(path);
     }

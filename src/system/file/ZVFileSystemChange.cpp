@@ -34,10 +34,17 @@ int64_t GetWriteTestNumber()
     return (now.tv_sec % Seconds * NanosecondsPerSecond + now.tv_nsec) * ProcessIdRange + getpid();
 }
 
-// Makes each folder on the way that is not there, and stops at the first that cannot be made.
+// Where the first folder of a path can end: what is before it is not made. To this system a network name is an ordinary folder
+// after two slashes.
+int32_t GetFirstFolderStart(const ZVString& path)
+{
+    return path.StartsWith(L"//") ? 2 : ZVPathLayout::Of(path).DriveEnd + 1;
+}
+
+// Makes each missing folder of a path that ends in "/", and stops at the first that cannot be made.
 void MakeFolders(const ZVString& path, bool silent)
 {
-    for (int32_t end = path.Find(L'/', ZVPathLayout::Of(path).DriveEnd + 1); end != -1; end = path.Find(L'/', end + 1))
+    for (int32_t end = path.Find(L'/', GetFirstFolderStart(path)); end != -1; end = path.Find(L'/', end + 1))
     {
         const ZVString folder = path.Left(end);
         if (ZVFileSystem::Exists(folder) || mkdir(ZVNativePath(folder), NewFolderMode) == 0 || errno == EEXIST)

@@ -21,13 +21,13 @@ bool IsCopyNumber(const ZVString& digits)
 {
     if (digits.IsEmpty() || digits.GetLength() > MaximumCopyNumberDigits || digits[0] == L'0')
         return false;
-    for (int32_t index = 0; index < digits.GetLength(); ++index)
-        if (digits[index] < L'0' || digits[index] > L'9')
+    for (const wchar_t digit : digits.View())
+        if (digit < L'0' || digit > L'9')
             return false;
     return true;
 }
 
-// Takes the number in parentheses from the end of a name and leaves what is in front of it, a blank too; 0 when there is none.
+// Takes the number in parentheses off the end of a name; a blank before it stays. 0 if there is none.
 int32_t TakeCopyNumber(ZVString& name)
 {
     const int32_t open = name.ReverseFind(L'(');
@@ -74,18 +74,13 @@ int32_t ZVFilename::GetIntegerProperty(const wchar_t* key, int32_t defaultValue)
 
 void ZVFilename::SplitPath(ZVString* drive, ZVString* directory, ZVString* name, ZVString* extension) const
 {
-    SplitPath(m_path, drive, directory, name, extension);
-}
-
-void ZVFilename::SplitPath(const ZVString& path, ZVString* drive, ZVString* directory, ZVString* name, ZVString* extension)
-{
-    ZVString text = path;
+    ZVString text = m_path;
     MakeFileSystemPath(text);
     const ZVPathLayout layout = ZVPathLayout::Of(text);
     if (drive != nullptr)
     {
         *drive = text.Left(layout.DriveEnd);
-        if (ZVPathLayout::HasDriveLetter(*drive))
+        if (layout.HasDriveLetter)
             drive->MakeUpper();
     }
     if (directory != nullptr)
@@ -103,12 +98,12 @@ ZVString ZVFilename::GetDrive() const
     return drive;
 }
 
-ZVString ZVFilename::GetDirectory(bool includeDrive) const
+ZVString ZVFilename::GetDirectory() const
 {
     ZVString drive;
     ZVString directory;
     SplitPath(&drive, &directory, nullptr, nullptr);
-    return includeDrive ? drive + directory : directory;
+    return drive + directory;
 }
 
 ZVString ZVFilename::GetNameOnly() const
@@ -141,7 +136,8 @@ ZVString ZVFilename::GetNameAndExtension(bool withPostExtensionData) const
 
 ZVString ZVFilename::GetParentFolderName(bool keepSlash) const
 {
-    const ZVString directory = GetDirectory(false);
+    ZVString directory;
+    SplitPath(nullptr, &directory, nullptr, nullptr);
     const int32_t last = directory.GetLength() - 1;
     if (last < 1)
         return {};

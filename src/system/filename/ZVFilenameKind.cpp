@@ -14,19 +14,19 @@ struct SchemeCode
 };
 
 constexpr SchemeCode SchemeCodes[] = {
-    {L"https://", ZVFilename::HTTPSScheme},
-    {L"http://",  ZVFilename::HTTPScheme },
-    {L"ftp://",   ZVFilename::FTPScheme  },
+    {L"https", ZVFilename::HTTPSScheme},
+    {L"http",  ZVFilename::HTTPScheme },
+    {L"ftp",   ZVFilename::FTPScheme  },
 };
 
 constexpr const wchar_t* RTMPStarts[] = {L"rtmp://", L"rtmps://", L"rtmpe://", L"rtmpt://"};
 
-// Entries of the library that are no files: by a part of their text, and by its start with case folded. The last start is
-// an internet radio entry as its provider's list writes it.
+// Entries of the library that are no files, told by a part of their text, or by its start with case folded. The last start is
+// that of an internet radio entry, as its provider's list writes it.
 constexpr const wchar_t* SpecialParts[] = {L".tvlb", L".zvtv", L".tvgd"};
 constexpr const wchar_t* SpecialStarts[] = {L"<XMLPH version=", L"Radio Paradise: "};
 
-// A handle in the place of a file: "(0x", eight characters, "):" and what it stands for.
+// A handle that stands for a file: "(0x", eight characters, "):", and the file's name.
 constexpr wchar_t HandleStart[] = L"(0x";
 constexpr int32_t HandleMinimumLength = 14;
 constexpr int32_t HandleEndPosition = 11;
@@ -79,13 +79,13 @@ bool ZVFilename::IsSpecial(const ZVString& text)
     return text.IsLengthPrefixed() || StartsWithAny(text, SpecialStarts);
 }
 
-bool ZVFilename::IsSpecialFileName(const ZVString& text, bool allowEmpty, bool allowHandleForm, bool allowURL, bool allowSpecial)
+bool ZVFilename::IsSpecialFileName(const ZVString& text, const Allowed& allowed)
 {
     if (text.IsEmpty())
-        return allowEmpty;
-    if (allowHandleForm && IsHandle(text))
+        return allowed.Empty;
+    if (allowed.HandleForm && IsHandle(text))
         return true;
-    if (IsRemote(text) && !allowURL)
+    if (IsRemote(text) && !allowed.URL)
         return false;
-    return allowSpecial || !IsSpecial(text);
+    return allowed.Special || !IsSpecial(text);
 }

@@ -1,8 +1,7 @@
-// The XMLFN form of ZVFilename, and what else is read from a text that enters.
+// The XMLFN form of ZVFilename, and the rest of what Parse reads.
 
 #include "core/xml/ZVXMLDocument.h"
 #include "system/filename/ZVFilename.h"
-#include "system/filename/ZVPathLayout.h"
 
 namespace
 {
@@ -14,10 +13,10 @@ constexpr wchar_t ItemElement[] = L"Item";
 constexpr wchar_t NameAttribute[] = L"Name";
 constexpr wchar_t FilenameItem[] = L"Filename";
 
-// EscapeQuotationMarks and HandleControlCharacters, and a bit that asks for nothing.
+// EscapeQuotationMarks and HandleControlCharacters. No escape looks at the third bit.
 constexpr uint32_t EscapeFlags = 0x1a;
 
-// The longest extension that may stand in front of a ";".
+// The most characters that may stand between the last "." and a ";".
 constexpr int32_t MaximumExtensionLength = 5;
 
 ZVString Escaped(const ZVString& text)
@@ -46,7 +45,7 @@ void ZVFilename::Parse(bool clearProperties)
 
 void ZVFilename::ParseSerialized()
 {
-    // A damaged form still gives the items in front of the damage.
+    // A damaged form still gives the items before the damage.
     ZVXMLDocument document(ZVXMLDocument::FoldNames);
     document.SetDocument(m_path);
     m_path = ZVString();
@@ -71,9 +70,6 @@ void ZVFilename::CutPostExtensionData()
     const int32_t extensionLength = semicolon - dot - 1;
     if (semicolon == -1 || extensionLength < 1 || extensionLength > MaximumExtensionLength)
         return;
-    for (int32_t position = dot + 1; position < semicolon; ++position)
-        if (ZVPathLayout::IsSeparator(m_path[position]))
-            return;
     if (IsRemote(m_path) || m_path.EndsWith(L"/", false))
         return;
     m_properties.SetString(PostExtensionDataProperty, m_path.Mid(semicolon + 1));

@@ -1,4 +1,4 @@
-// The ways in which a path is written, and the names that stand for others.
+// The ways in which a path is written, and names that stand for other names.
 
 #include "core/string/ZVDigits.h"
 #include "system/filename/ZVFilename.h"
@@ -12,7 +12,7 @@ constexpr wchar_t FileScheme[] = L"file://";
 constexpr wchar_t LocalHost[] = L"localhost/";
 constexpr wchar_t InstallDriveMark[] = L"(Install Drive):";
 
-// The product's private names of schemes. They stand for the same transport.
+// The product's private scheme names. They mean the same transport.
 struct SchemeAlias
 {
     const wchar_t* Alias;
@@ -32,7 +32,7 @@ bool CutStart(ZVString& text, const wchar_t* start)
     return true;
 }
 
-// The byte of the percent-escape at a position, or 0 when there is none. An escaped NUL counts as none, since no path holds it.
+// The byte of the percent-escape at a position, or 0 if there is no escape. An escaped NUL counts as none: no path can hold it.
 int GetEscapedByte(const ZVString& text, int32_t position)
 {
     if (text.GetAt(position) != L'%')
@@ -49,7 +49,7 @@ void DecodePercentEscapes(ZVString& text)
     int32_t position = 0;
     while (position < text.GetLength())
     {
-        // Only a whole run of escapes has the bytes of a character together.
+        // A character's bytes may be spread over several escapes, so a run of them is decoded as a whole.
         std::string bytes;
         for (int byte = GetEscapedByte(text, position); byte != 0; byte = GetEscapedByte(text, position))
         {
@@ -77,8 +77,7 @@ bool ZVFilename::MapInstallDrive(ZVString& path)
 {
     if (!CutStart(path, InstallDriveMark))
         return false;
-    ZVString drive;
-    SplitPath(ZVInstallFolder::Fixed, &drive, nullptr, nullptr, nullptr);
+    const ZVString drive = FromPath(ZVInstallFolder::Fixed).GetDrive();
     path.Replace(InstallDriveMark, drive, false);
     path.Prepend(drive);
     return true;

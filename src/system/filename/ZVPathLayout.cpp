@@ -18,10 +18,9 @@ int32_t FindOrEnd(const ZVString& text, const wchar_t* set, int32_t start)
     return position == -1 ? text.GetLength() : position;
 }
 
+// The end of the drive of a path without a drive letter.
 int32_t GetLocalDriveEnd(const ZVString& path)
 {
-    if (ZVPathLayout::HasDriveLetter(path))
-        return DriveLetterLength;
     if (ZVPathLayout::IsSeparator(path.GetAt(0)) && ZVPathLayout::IsSeparator(path.GetAt(1)))
         return FindOrEnd(path, Separators, NetworkMarkLength);
     if (path.StartsWith(DeviceFolder, false) && ZVPathLayout::IsSeparator(path.GetAt(DeviceFolderLength)))
@@ -41,12 +40,6 @@ ZVString ZVPathLayout::WithClosingSlash(ZVString path)
     return path;
 }
 
-bool ZVPathLayout::HasDriveLetter(const ZVString& path)
-{
-    const wchar_t letter = path.GetAt(0) | 0x20;
-    return path.GetAt(1) == L':' && letter >= L'a' && letter <= L'z';
-}
-
 ZVPathLayout ZVPathLayout::Of(const ZVString& path)
 {
     ZVPathLayout layout;
@@ -54,7 +47,8 @@ ZVPathLayout ZVPathLayout::Of(const ZVString& path)
     if (schemeEnd == -1)
     {
         layout.End = path.GetLength();
-        layout.DriveEnd = GetLocalDriveEnd(path);
+        layout.HasDriveLetter = path.GetAt(DriveLetterLength - 1) == L':';
+        layout.DriveEnd = layout.HasDriveLetter ? DriveLetterLength : GetLocalDriveEnd(path);
     }
     else
     {
@@ -67,7 +61,7 @@ ZVPathLayout ZVPathLayout::Of(const ZVString& path)
     while (layout.NameStart > layout.DriveEnd && !IsSeparator(path[layout.NameStart - 1]))
         --layout.NameStart;
 
-    // A "." that begins the name, and the second one of "..", belong to it.
+    // A "." at the start of the name belongs to it, and so does the second one of "..".
     const int32_t leadingDots = path.GetAt(layout.NameStart) != L'.' ? 0 : path.GetAt(layout.NameStart + 1) != L'.' ? 1 : 2;
     layout.NameEnd = layout.End;
     layout.ExtensionStart = layout.End;

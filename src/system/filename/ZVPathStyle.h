@@ -5,7 +5,7 @@
 // The ways in which a path is written.
 enum class ZVPathStyle : int32_t
 {
-    Unknown = 0,         // taken from the text: forward slashes when it has a "/", otherwise backslashes
+    Unknown = 0,         // taken from the text: forward slashes if it has a "/", otherwise backslashes
     Native = 1,          // the platform's own, with backslashes on Windows builds
     ForwardSlashes = 2,  // the style of everything that reaches the file system
     Backslashes = 3,

@@ -2,14 +2,16 @@
 
 #include "core/string/ZVUTF8.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace
 {
 constexpr wchar_t CarriedByteBase = 0xdc00;
 
-// The sequences of valid UTF-8 up to U+FFFF by their first byte, with what the second may be (Unicode 15, table 3-7).
+// The valid UTF-8 sequences up to U+FFFF by their first byte, with the range of the second (Unicode 15, table 3-7).
 struct SequenceRange
 {
     uint8_t FirstLead;
@@ -27,7 +29,7 @@ constexpr SequenceRange SequenceRanges[] = {
     {0xee, 0xef, 0x80, 0xbf, 3},
 };
 
-// Bytes of the valid sequence at the start of a NUL-terminated text, or 0.
+// The length in bytes of the valid sequence at the start of a NUL-terminated text, or 0.
 int32_t ValidSequenceLength(const uint8_t* bytes)
 {
     if (bytes[0] < 0x80)
@@ -43,37 +45,15 @@ int32_t ValidSequenceLength(const uint8_t* bytes)
     return 0;
 }
 
-void AppendEncoded(std::string& bytes, const wchar_t* text, size_t length)
+void AppendEncoded(std::string& bytes, std::wstring_view text)
 {
     const size_t start = bytes.size();
-    bytes.resize(start + ZVUTF8::EncodedSize(text, length));
-    ZVUTF8::Encode(text, length, bytes.data() + start);
-}
-}
-
-ZVNativeBytes::ZVNativeBytes(const ZVString& path)
-{
-    const wchar_t* position = path.GetText();
-    const wchar_t* const end = position + path.GetLength();
-    while (position < end)
-    {
-        const wchar_t* run = position;
-        while (position < end && GetCarriedByte(*position) == 0)
-            ++position;
-        AppendEncoded(m_bytes, run, static_cast<size_t>(position - run));
-        for (; position < end && GetCarriedByte(*position) != 0; ++position)
-            m_bytes.push_back(static_cast<char>(GetCarriedByte(*position)));
-    }
+    bytes.resize(start + ZVUTF8::EncodedSize(text.data(), text.size()));
+    ZVUTF8::Encode(text.data(), text.size(), bytes.data() + start);
 }
 
-unsigned char ZVNativeBytes::GetCarriedByte(wchar_t character)
-{
-    // Without a sign, since a character can have any value of 32 bits.
-    const uint32_t byte = static_cast<uint32_t>(character) - CarriedByteBase;
-    return (byte >= 0x80 && byte <= 0xff) || byte == '\\' ? static_cast<unsigned char>(byte) : 0;
-}
-
-ZVString ZVNativeBytes::ToText(const char* path, bool keepBackslashes)
+// Decodes a path, and carries the bytes that no text can hold; a backslash too if it is one of them.
+ZVString Decode(const char* path, bool carriesBackslashes)
 {
     ZVString text;
     if (path == nullptr)
@@ -83,10 +63,44 @@ ZVString ZVNativeBytes::ToText(const char* path, bool keepBackslashes)
     wchar_t* target = start;
     for (const uint8_t* bytes = reinterpret_cast<const uint8_t*>(path); *bytes != 0;)
     {
-        const int32_t length = *bytes == '\\' && !keepBackslashes ? 0 : ValidSequenceLength(bytes);
+        const int32_t length = *bytes == '\\' && carriesBackslashes ? 0 : ValidSequenceLength(bytes);
         *target++ = length == 0 ? CarriedByteBase + *bytes : ZVUTF8::DecodeSequence(bytes, length);
         bytes += length == 0 ? 1 : length;
     }
     text.ReleaseBuffer(static_cast<int32_t>(target - start));
     return text;
+}
+}
+
+ZVNativeBytes::ZVNativeBytes(const ZVString& path)
+{
+    ZVString native = path;
+    ZVFilename::MakeFileSystemPath(native);
+    const auto isCarried = [](wchar_t character) { return GetCarriedByte(character) != 0; };
+    std::wstring_view rest = native.View();
+    while (!rest.empty())
+    {
+        const auto plain = static_cast<size_t>(std::find_if(rest.begin(), rest.end(), isCarried) - rest.begin());
+        AppendEncoded(m_bytes, rest.substr(0, plain));
+        rest.remove_prefix(plain);
+        for (; !rest.empty() && isCarried(rest.front()); rest.remove_prefix(1))
+            m_bytes.push_back(static_cast<char>(GetCarriedByte(rest.front())));
+    }
+}
+
+unsigned char ZVNativeBytes::GetCarriedByte(wchar_t character)
+{
+    // Unsigned, since a character can have any 32-bit value.
+    const uint32_t byte = static_cast<uint32_t>(character) - CarriedByteBase;
+    return (byte >= 0x80 && byte <= 0xff) || byte == '\\' ? static_cast<unsigned char>(byte) : 0;
+}
+
+ZVString ZVNativeBytes::ToText(const char* path)
+{
+    return Decode(path, true);
+}
+
+ZVString ZVNativeBytes::UserPathToText(const char* path)
+{
+    return Decode(path, false);
 }

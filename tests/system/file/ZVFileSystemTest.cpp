@@ -53,6 +53,18 @@ TEST_F(ZVFileSystemTest, FoldersAreMadeAndTriedOut)
     EXPECT_EQ(List("a"), "b ");
 }
 
+TEST_F(ZVFileSystemTest, AFolderAfterTwoSlashesIsMade)
+{
+    const auto makeInRoot = [&]
+    {
+        if (chroot(m_folder.c_str()) != 0)
+            GTEST_SKIP() << "the root folder cannot be changed here";
+        EXPECT_TRUE(ZVFileSystem::MakeDirectoryTree(L"//new/x"));
+    };
+    InChild(makeInRoot);
+    EXPECT_EQ(List("new"), "x ");
+}
+
 TEST_F(ZVFileSystemTest, StatusTellsFilesFromFolders)
 {
     const ZVString file = ZVNativePath::ToText(Put("file", "12345").c_str());

@@ -15,25 +15,27 @@ std::string Bytes(const ZVString& text)
     return ZVNativePath(text).GetBytes();
 }
 
-TEST(ZVFilename, WhatStandsBehindAShortExtensionIsAProperty)
+TEST(ZVFilename, ATextIsCutAfterAShortExtension)
 {
     const wchar_t* const rows[][3] = {
         {L"/a/film.12345;x;y",   L"/a/film.12345",       L"x;y"},
         {L"/a/film.123456;x",    L"/a/film.123456;x",    L""   },
         {L"/a/film.;x",          L"/a/film.;x",          L""   },
         {L"/a/film.mkv;x.y",     L"/a/film.mkv;x.y",     L""   },
-        {L"/a.b/c;d",            L"/a.b/c;d",            L""   },
+        {L"/a.b/c;d",            L"/a.b/c",              L"d"  },
+        {L"/a/film.mkv;x/",      L"/a/film.mkv;x/",      L""   },
         {L"http://host/a.mkv;x", L"http://host/a.mkv;x", L""   },
     };
-    for (const auto& row : rows)
+    for (const auto& [text, path, data] : rows)
     {
-        const ZVFilename name(row[0]);
-        EXPECT_TRUE(name.GetPathOnly() == row[1] && name.GetPostExtensionData() == row[2]) << Bytes(row[0]);
+        SCOPED_TRACE(Bytes(text));
+        const ZVFilename name {ZVString(text)};
+        EXPECT_STREQ(name.GetPathOnly(), path);
+        EXPECT_STREQ(name.GetPostExtensionData(), data);
     }
-
     ZVFilename name(L"/a/film.mkv;disc");
     name.SetFilename(L"/b.mkv", false);
-    EXPECT_TRUE(name.GetPathOnly() == L"/b.mkv" && name.GetPostExtensionData() == L"disc");
+    EXPECT_STREQ(name.GetPostExtensionData(), L"disc") << "the properties were not to be dropped";
 }
 
 TEST(ZVFilename, APathOfTheSystemIsTakenAsItStands)
@@ -42,7 +44,7 @@ TEST(ZVFilename, APathOfTheSystemIsTakenAsItStands)
     for (const wchar_t* path : {L"/a/film.mkv;1", L"<XMLFN version=\"1.0\"><Item Name=\"k\">v</Item></XMLFN>"})
     {
         const ZVFilename name = ZVFilename::FromPath(path);
-        EXPECT_EQ(name.GetPathOnly(), path);
+        EXPECT_STREQ(name.GetPathOnly(), path);
         EXPECT_EQ(name.GetProperties().GetCount(), 0) << Bytes(path);
     }
 }
@@ -50,14 +52,14 @@ TEST(ZVFilename, APathOfTheSystemIsTakenAsItStands)
 TEST(ZVFilename, TheSerialFormHoldsPathAndProperties)
 {
     ZVFilename name(L"/a/b & \"c\" <d>\x1\x2.mkv");
-    EXPECT_EQ(name.GetSerialized(), name.GetPathOnly());
+    EXPECT_STREQ(name.GetSerialized(), name.GetPathOnly());
     name.SetProperty(L"FileType", L"a'\u00e4");
-    EXPECT_EQ(name.GetSerialized(),
-              L"<XMLFN version=\"1.0\"><Item Name=\"Filename\">/a/b &amp; &quot;c&quot; &lt;d&gt;&#x1;&#x2;.mkv</Item>"
-              L"<Item Name=\"FileType\">a'\u00e4</Item></XMLFN>");
-    // Never a second item of that name.
+    const wchar_t* const form = L"<XMLFN version=\"1.0\"><Item Name=\"Filename\">/a/b &amp; &quot;c&quot; &lt;d&gt;&#x1;&#x2;.mkv"
+                                L"</Item><Item Name=\"FileType\">a'\u00e4</Item></XMLFN>";
+    EXPECT_STREQ(name.GetSerialized(), form);
+    // There is never a second item of that name.
     name.SetProperty(L"filename", L"7");
-    EXPECT_TRUE(name.GetSerialized().CountOf(L"<Item") == 2 && name.GetIntegerProperty(L"Filename", 0) == 7);
+    EXPECT_STREQ(name.GetSerialized(), form);
 }
 
 TEST(ZVFilename, ReadsTheSerialForm)
@@ -69,10 +71,12 @@ TEST(ZVFilename, ReadsTheSerialForm)
         {L"<XMLFN version=\"1.0\"><Item Name=\"k\">v</Item></XMLFN>",                          L"",         L"v"},
         {L"<XMLFN version=\"1.0\"><Item Name=\"Filename\">/a</Item><Item Name=\"k",            L"/a",       L"" },
     };
-    for (const auto& row : rows)
+    for (const auto& [text, path, value] : rows)
     {
-        const ZVFilename name(row[0]);
-        EXPECT_TRUE(name.GetPathOnly() == row[1] && name.GetProperty(L"k") == row[2]) << Bytes(row[0]);
+        SCOPED_TRACE(Bytes(text));
+        const ZVFilename name {ZVString(text)};
+        EXPECT_STREQ(name.GetPathOnly(), path);
+        EXPECT_STREQ(name.GetProperty(L"k"), value);
     }
 }
 
@@ -92,101 +96,122 @@ TEST(ZVFilename, StylesAreConverted)
     {
         ZVString text = path;
         ZVFilename::ConvertPathStyle(text, from, to);
-        EXPECT_EQ(text, result) << Bytes(path);
+        EXPECT_STREQ(text, result) << Bytes(path);
     }
 }
 
 TEST(ZVFilename, PrivateNamesAreMapped)
 {
     ZVFilename name(L"M01P://host/a?m01p://");
-    EXPECT_TRUE(name.MapProtocolAliases() && name.GetPathOnly() == L"http://host/a?m01p://" && !name.MapProtocolAliases());
+    EXPECT_TRUE(name.MapProtocolAliases());
+    EXPECT_STREQ(name.GetPathOnly(), L"http://host/a?m01p://");
+    EXPECT_FALSE(name.MapProtocolAliases());
     ZVString text = L"(INSTALL drive):/a/(Install Drive):b";
-    EXPECT_TRUE(ZVFilename::MapInstallDrive(text) && text == L"/a/b");
+    EXPECT_TRUE(ZVFilename::MapInstallDrive(text));
+    EXPECT_STREQ(text, L"/a/b");
     EXPECT_FALSE(ZVFilename::MapInstallDrive(text = L"/(Install Drive):"));
 }
 
-TEST(ZVFilename, KindsAreToldByTheText)
+TEST(ZVFilename, TheTextTellsTheKind)
 {
-    // The scheme's code, then R is remote, T is RTMP, W is a web service and S is special.
-    const std::pair<const wchar_t*, const char*> rows[] = {
-        {L"/LDWS/film.mkv",          "0"  },
-        {L"file:///films/film.mkv",  "0R" },
-        {L"HTTPS://host",            "4R" },
-        {L"http://host/ldws/a",      "3RW"},
-        {L"RTMPE://host/a",          "0RT"},
-        {L"12.tvlb",                 "0S" },
-        {L"(3:abc)",                 "0S" },
-        {L"<xmlph version=\"1.0\">", "0S" },
-    };
-    for (const auto& [text, expected] : rows)
+    struct Row
     {
-        const ZVFilename name(text);
-        const std::string remote = name.GetIsFileRemote() ? "R" : "";
-        const char* const kind = name.IsRTMP() ? "T" : name.IsWebServiceURL() ? "W" : name.IsSpecial() ? "S" : "";
-        EXPECT_EQ(std::to_string(name.GetSchemeCode()) + remote + kind, expected) << Bytes(text);
+        const wchar_t* Text;
+        int32_t SchemeCode = 0;
+        bool IsRemote = false;
+        bool IsRTMP = false;
+        bool IsWebService = false;
+        bool IsSpecial = false;
+    };
+    const Row rows[] = {
+        {.Text = L"/LDWS/film.mkv"    },
+        {                 .Text = L"file:///films/film.mkv",             .IsRemote = true},
+        {                 .Text = L"HTTPS://host",              .SchemeCode = 4, .IsRemote = true},
+        { .Text = L"https",              .SchemeCode = 4},
+        { .Text = L"http://host/ldws/a", .SchemeCode = 3, .IsRemote = true, .IsWebService = true},
+        { .Text = L"FTP:",         .SchemeCode = 1},
+        {                         .Text = L"RTMPE://host/a",      .IsRemote = true, .IsRTMP = true},
+        {                      .Text = L"12.tvlb",        .IsSpecial = true},
+        {          .Text = L"(3:abc)",            .IsSpecial = true},
+        {.Text = L"<xmlph version=\"1.0\">",            .IsSpecial = true},
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(Bytes(row.Text));
+        const ZVFilename name {ZVString(row.Text)};
+        EXPECT_EQ(name.GetSchemeCode(), row.SchemeCode);
+        EXPECT_EQ(name.GetIsFileRemote(), row.IsRemote);
+        EXPECT_EQ(name.IsRTMP(), row.IsRTMP);
+        EXPECT_EQ(name.IsWebServiceURL(), row.IsWebService);
+        EXPECT_EQ(name.IsSpecial(), row.IsSpecial);
     }
 }
 
-TEST(ZVFilename, ASpecialTextIsAFileNameOnlyWhereItMayBe)
+TEST(ZVFilename, ASpecialTextIsAFileNameOnlyWhereItIsAllowed)
 {
-    // The flags with one of which, set alone, the text passes: none, empty, handle, URL, special.
-    const std::pair<const wchar_t*, const char*> rows[] = {
-        {L"",                      " e   "},
-        {L"/film.mkv",             "nehus"},
-        {L"http://host/a",         "   u "},
-        {L"(0x12345678):http://a", "  hu "},
-        {L"(0x1234567):a.tvlb",    "    s"},
+    using Allowed = ZVFilename::Allowed;
+    const std::tuple<const wchar_t*, Allowed, bool> rows[] = {
+        {L"",                      {.Special = true},    false},
+        {L"",                      {.Empty = true},      true },
+        {L"/film.mkv",             {},                   true },
+        {L"http://host/a",         {.HandleForm = true}, false},
+        {L"http://host/a",         {.URL = true},        true },
+        {L"(0x12345678):http://a", {},                   false},
+        {L"(0x12345678):http://a", {.HandleForm = true}, true },
+        {L"(0x1234567):a.tvlb",    {.HandleForm = true}, false},
+        {L"(0x1234567):a.tvlb",    {.Special = true},    true },
     };
-    for (const auto& [text, expected] : rows)
-    {
-        std::string passes;
-        for (const char flag : {'n', 'e', 'h', 'u', 's'})
-            passes += ZVFilename::IsSpecialFileName(text, flag == 'e', flag == 'h', flag == 'u', flag == 's') ? flag : ' ';
-        EXPECT_EQ(passes, expected) << Bytes(text);
-    }
+    for (const auto& [text, allowed, passes] : rows)
+        EXPECT_EQ(ZVFilename::IsSpecialFileName(text, allowed), passes) << Bytes(text);
 }
 
 TEST(ZVFilename, SplitsAPathIntoDriveDirectoryNameAndExtension)
 {
-    const std::pair<const wchar_t*, const char*> rows[] = {
-        {L"/films/two.parts.tar.gz",                      "|/films/|two.parts.tar|gz"        },
-        {L"/films/v1.2/film",                             "|/films/v1.2/|film|"              },
-        {L"/films/film.",                                 "|/films/|film|"                   },
-        {L"/films/.hidden",                               "|/films/|.hidden|"                },
-        {L"..",                                           "||..|"                            },
-        {L"/films/...mkv",                                "|/films/|..|mkv"                  },
-        {L"c:\\films\\film.mkv",                          "C:|/films/|film|mkv"              },
-        {L"1:film.mkv",                                   "||1:film|mkv"                     },
-        {L"\\\\server\\share\\film.mkv",                  "//server|/share/|film|mkv"        },
-        {L"/dev/sr0",                                     "/dev/sr0|||"                      },
-        {L"/dev/",                                        "|/dev/||"                         },
-        {L"/devices/film.mkv",                            "|/devices/|film|mkv"              },
-        {L"http://host.org/films/film.m3u8?part=1.5#a/b", "http://host.org|/films/|film|m3u8"},
-        {L"http://host.org?a/b.c",                        "http://host.org|||"               },
+    const wchar_t* const rows[][5] = {
+        {L"/films/two.parts.tar.gz",                      L"",                L"/films/",      L"two.parts.tar", L"gz"  },
+        {L"/films/v1.2/film",                             L"",                L"/films/v1.2/", L"film",          L""    },
+        {L"/films/film.",                                 L"",                L"/films/",      L"film",          L""    },
+        {L"/films/.hidden",                               L"",                L"/films/",      L".hidden",       L""    },
+        {L"..",                                           L"",                L"",             L"..",            L""    },
+        {L"/films/...mkv",                                L"",                L"/films/",      L"..",            L"mkv" },
+        {L"c:\\films\\film.mkv",                          L"C:",              L"/films/",      L"film",          L"mkv" },
+        {L"1:film.mkv",                                   L"1:",              L"",             L"film",          L"mkv" },
+        {L"\\\\server\\share\\film.mkv",                  L"//server",        L"/share/",      L"film",          L"mkv" },
+        {L"/dev/sr0",                                     L"/dev/sr0",        L"",             L"",              L""    },
+        {L"/dev/",                                        L"",                L"/dev/",        L"",              L""    },
+        {L"/devices/film.mkv",                            L"",                L"/devices/",    L"film",          L"mkv" },
+        {L"http://host.org/films/film.m3u8?part=1.5#a/b", L"http://host.org", L"/films/",      L"film",          L"m3u8"},
+        {L"x://host?a/b.c",                               L"x://host",        L"",             L"",              L""    },
     };
-    for (const auto& [path, parts] : rows)
+    for (const auto& [path, drive, directory, name, extension] : rows)
     {
-        ZVString drive, directory, name, extension;
-        ZVFilename::SplitPath(path, &drive, &directory, &name, &extension);
-        EXPECT_EQ(Bytes(drive + L"|" + directory + L"|" + name + L"|" + extension), parts) << Bytes(path);
+        SCOPED_TRACE(Bytes(path));
+        ZVString foundDrive, foundDirectory, foundName, foundExtension;
+        ZVFilename::FromPath(path).SplitPath(&foundDrive, &foundDirectory, &foundName, &foundExtension);
+        EXPECT_STREQ(foundDrive, drive);
+        EXPECT_STREQ(foundDirectory, directory);
+        EXPECT_STREQ(foundName, name);
+        EXPECT_STREQ(foundExtension, extension);
     }
 }
 
 TEST(ZVFilename, NamesAreBuiltFromTheParts)
 {
     ZVFilename film(L"/films/a/film.mkv;disc 2");
-    EXPECT_EQ(Bytes(film.GetNameAndExtension() + film.GetNameAndExtension(true)), "film.mkvfilm.mkv;disc 2");
+    EXPECT_STREQ(film.GetNameAndExtension(), L"film.mkv");
+    EXPECT_STREQ(film.GetNameAndExtension(true), L"film.mkv;disc 2");
+    EXPECT_STREQ(film.GetParentFolderName(), L"a");
+    EXPECT_STREQ(film.GetParentFolderName(true), L"a/");
+    EXPECT_STREQ(ZVFilename(L"/film.mkv").GetParentFolderName(true), L"");
     film.SetProperty(ZVFilename::FileTypeProperty, L"webm");
-    EXPECT_EQ(Bytes(film.GetExtension() + film.GetExtension(true)), "mkvwebm");
-    EXPECT_EQ(Bytes(film.GetSidecarName()), "/films/a/film_webm_ZVSidecar.xml");
-    EXPECT_EQ(Bytes(film.GetParentFolderName() + film.GetParentFolderName(true)), "aa/");
-    EXPECT_EQ(Bytes(ZVFilename(L"/film.mkv").GetParentFolderName(true)), "");
-    const ZVFilename disc(L"/DEV/sr0/BDMV/index.bdmv");
-    EXPECT_EQ(Bytes(disc.GetDrive() + L"|" + disc.GetDirectory(false) + L"|" + disc.GetNameOnly()), "/DEV/sr0|/BDMV/|index");
+    EXPECT_STREQ(film.GetExtension(), L"mkv");
+    EXPECT_STREQ(film.GetExtension(true), L"webm");
+    EXPECT_STREQ(film.GetSidecarName(), L"/films/a/film_webm_ZVSidecar.xml");
 
     const std::string index = testing::TempDir() + "index" + std::to_string(getpid()) + ".ts.zhli";
-    const ZVFilename stream(ZVNativePath::ToText(index.substr(0, index.size() - 5).c_str()));
-    EXPECT_TRUE(stream.GetHLSIndexName(true).IsEmpty() && Bytes(stream.GetHLSIndexName(false)) == index);
+    const ZVFilename stream = ZVFilename::FromPath(ZVNativePath::ToText(index.substr(0, index.size() - 5).c_str()));
+    EXPECT_EQ(Bytes(stream.GetHLSIndexName(true)), "");
+    EXPECT_EQ(Bytes(stream.GetHLSIndexName(false)), index);
     std::ofstream(index).close();
     EXPECT_EQ(Bytes(stream.GetHLSIndexName(true)), index);
     unlink(index.c_str());
@@ -194,7 +219,7 @@ TEST(ZVFilename, NamesAreBuiltFromTheParts)
     ZVFilename name;
     for (const wchar_t* part : {L"/a", L"//b//", L"/c\\", L"d", L""})
         name.AddPathPart(part);
-    EXPECT_EQ(name.GetPathOnly(), L"/a/b/c/d/");
+    EXPECT_STREQ(name.GetPathOnly(), L"/a/b/c/d/");
 }
 
 TEST(ZVFilename, CopiesAreNumbered)
@@ -211,15 +236,15 @@ TEST(ZVFilename, CopiesAreNumbered)
     };
     for (const auto& [path, forFolder, next] : rows)
     {
-        ZVFilename name(path);
+        ZVFilename name = ZVFilename::FromPath(path);
         name.AddCopyNumber(forFolder);
-        EXPECT_EQ(Bytes(name.GetPathOnly()), Bytes(next));
+        EXPECT_STREQ(name.GetPathOnly(), next);
     }
 }
 
 TEST(ZVNativePath, EveryNameOnADiskComesBackFromItsText)
 {
-    // Whole, cut, overlong, a surrogate, above U+FFFF, a backslash, and no sequences at all.
+    // Whole, cut, overlong, a surrogate, above U+FFFF, a backslash, and bytes that begin no sequence.
     for (const std::string bytes : {"/\xc3\xa4/\xe6\x97\xa5\xef\xbf\xbf", "/\xe6\x97", "/\xc0\xaf\xe0\x80\xaf", "/\xed\xb2\x80",
                                     "/film \xf0\x9f\x8e\xac.mkv", "/a\\b", "\x80\xbf\xfe", ""})
     {
@@ -230,5 +255,6 @@ TEST(ZVNativePath, EveryNameOnADiskComesBackFromItsText)
     // Two names that the plain conversion could not tell apart.
     EXPECT_NE(ZVNativePath::ToText("\xff"), ZVNativePath::ToText("\xc3\xbf"));
     EXPECT_EQ(Bytes(L"C:\\films\\\u00ff"), "C:/films/\xc3\xbf");
+    EXPECT_STREQ(ZVNativePath::UserPathToText("C:\\films"), L"C:\\films");
 }
 }
