@@ -178,7 +178,7 @@ bool ZVComponentInstallation::MatchesChecksum(const ZVString& url, const ZVStrin
     CFileLoader loader;
     loader.SetLimits(MaximumChecksumFile, false);
     ZVString expected;
-    if (!loader.LoadText(url + ChecksumEnding, expected, ZVEncoding::Detect, false))
+    if (!loader.LoadText(ZVFilename(url + ChecksumEnding), expected, ZVEncoding::Detect, false))
     {
         const bool isAbsent =
             ZVFilename::IsRemote(url) ? loader.GetStatusCode() == L"404" : !ZVFileSystem::Exists(url + ChecksumEnding);

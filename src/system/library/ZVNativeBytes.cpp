@@ -74,10 +74,8 @@ ZVString Decode(const char* path, bool carriesBackslashes)
 
 ZVNativeBytes::ZVNativeBytes(const ZVString& path)
 {
-    ZVString native = path;
-    ZVFilename::MakeFileSystemPath(native);
     const auto isCarried = [](wchar_t character) { return GetCarriedByte(character) != 0; };
-    std::wstring_view rest = native.View();
+    std::wstring_view rest = path.View();
     while (!rest.empty())
     {
         const auto plain = static_cast<size_t>(std::find_if(rest.begin(), rest.end(), isCarried) - rest.begin());
