@@ -157,6 +157,9 @@ bool ZVTestServer::Send(int socket, const ZVTestRequest& request, ZVTestAnswer a
 {
     if (!Wait(socket, answer.DelayMilliseconds))
         return false;
+    for (int count = 0; count < answer.InterimAnswers; ++count)
+        if (!Wait(socket, answer.PieceMilliseconds) || !SendAll(socket, "HTTP/1.1 102 Processing\r\n\r\n"))
+            return false;
     CutToRange(request, answer);
     const bool hasBody = answer.Status >= 200 && answer.Status != 204 && answer.Status != 304;
     std::string head = "HTTP/1.1 " + std::to_string(answer.Status) + " Test\r\n";
@@ -178,7 +181,8 @@ bool ZVTestServer::SendBody(int socket, const ZVTestAnswer& answer)
     const int64_t size = static_cast<int64_t>(answer.Body.size());
     for (int64_t sent = 0; sent != answer.CutAfter;)
     {
-        if (sent == answer.StallAfter && !Wait(socket, answer.StallMilliseconds))
+        const bool stalls = sent == answer.StallAfter;
+        if (!Wait(socket, stalls ? answer.StallMilliseconds : answer.PieceMilliseconds))
             return false;
         if (sent == size)
             return answer.IsChunked ? SendAll(socket, "0\r\n\r\n") : !answer.HidesLength;

@@ -45,6 +45,10 @@ struct ZVTestAnswer
     int DelayMilliseconds = 0;
     int64_t StallAfter = -1;
     int StallMilliseconds = 0;
+    // That many interim answers go out first.
+    int InterimAnswers = 0;
+    // Waits before each interim answer and before each thousand bytes of the body.
+    int PieceMilliseconds = 0;
 };
 
 // An HTTP/1.1 server on a free port of the loopback address, for the life of the object. Each connection has a thread of its

@@ -11,13 +11,13 @@
 #include <fcntl.h>
 #include <new>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace
 {
-constexpr ZVLogSource Source {ZVLogCategory::General, L"CLocalReader::Open"};
+constexpr ZVLogSource OpenSource {ZVLogCategory::General, L"CLocalReader::Open"};
+constexpr ZVLogSource ReadSource {ZVLogCategory::General, L"CLocalReader::Read"};
 
-// The most bytes of one call of the system: so long a Cancel has to wait.
+// The most bytes of one call of the system, which a Cancel has to wait for.
 constexpr int64_t MaximumPiece = 0x1000000;
 
 struct Refusal
@@ -41,12 +41,12 @@ const char* GetRefusal(mode_t mode)
     return nullptr;
 }
 
-// Bytes at a place, 0 at the end, -1 with the cause in errno.
-int64_t ReadAt(int descriptor, void* bytes, int64_t count, int64_t position)
+// Reads bytes at a place and returns their count: 0 at the end, -1 with the cause in errno.
+int64_t ReadAt(const ZVDescriptor& descriptor, void* bytes, int64_t count, int64_t position)
 {
     ssize_t result;
     do
-        result = pread64(descriptor, bytes, static_cast<size_t>(std::min(count, MaximumPiece)), position);
+        result = pread64(descriptor.Get(), bytes, static_cast<size_t>(std::min(count, MaximumPiece)), position);
     while (result == -1 && errno == EINTR);
     return result;
 }
@@ -61,8 +61,9 @@ CLocalReader::CLocalReader(const ZVString& name)
 
 bool CLocalReader::Open()
 {
-    Close();
+    m_descriptor.Close();
     m_position = 0;
+    m_isOpen = false;
     try
     {
         m_isOpen = !IsCancelled() && OpenFile();
@@ -71,7 +72,7 @@ bool CLocalReader::Open()
     {
     }
     if (!m_isOpen)
-        Close();
+        m_descriptor.Close();
     m_hasFailed = !m_isOpen;
     return m_isOpen;
 }
@@ -81,11 +82,11 @@ bool CLocalReader::OpenFile()
     if (!OpenDescriptor())
         return false;
     struct stat status;
-    if (fstat(m_descriptor, &status) != 0)
-        return Fail("CLocalReader::Open", errno);
+    if (fstat(m_descriptor.Get(), &status) != 0)
+        return Fail(OpenSource, errno);
     if (const char* const reason = GetRefusal(status.st_mode))
     {
-        Source.Log("%s is not read: %s", m_path.c_str(), reason);
+        OpenSource.Log("%s is not read: %s", m_path.c_str(), reason);
         return false;
     }
     char byte;
@@ -95,14 +96,14 @@ bool CLocalReader::OpenFile()
 
 bool CLocalReader::OpenDescriptor()
 {
-    // To open a pipe waits for its other side, unless told not to.
+    // Opening a pipe waits for its other side unless told not to.
     constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-    m_descriptor = open64(m_path.c_str(), flags);
-    if (m_descriptor == -1 && errno == ENOENT && m_isAddress && m_path.find('%') != std::string::npos)
-        m_descriptor = open64(CResourceName::DecodePercent(m_path).c_str(), flags);
-    if (m_descriptor == -1)
-        return Fail("CLocalReader::Open", errno);
-    fcntl(m_descriptor, F_SETFL, fcntl(m_descriptor, F_GETFL) & ~O_NONBLOCK);
+    m_descriptor = ZVDescriptor(open64(m_path.c_str(), flags));
+    if (!m_descriptor.IsOpen() && errno == ENOENT && m_isAddress && m_path.find('%') != std::string::npos)
+        m_descriptor = ZVDescriptor(open64(CResourceName::DecodePercent(m_path).c_str(), flags));
+    if (!m_descriptor.IsOpen())
+        return Fail(OpenSource, errno);
+    fcntl(m_descriptor.Get(), F_SETFL, fcntl(m_descriptor.Get(), F_GETFL) & ~O_NONBLOCK);
     return true;
 }
 
@@ -117,7 +118,7 @@ int64_t CLocalReader::Read(void* bytes, int64_t count)
             break;
         if (read < 0)
         {
-            Fail("CLocalReader::Read", errno);
+            Fail(ReadSource, errno);
             break;
         }
         done += read;
@@ -132,22 +133,14 @@ int64_t CLocalReader::GetSize()
     if (!m_isOpen || m_hidesSize)
         return -1;
     struct stat status;
-    if (fstat(m_descriptor, &status) != 0)
+    if (fstat(m_descriptor.Get(), &status) != 0)
         return -1;
-    return S_ISREG(status.st_mode) ? status.st_size : lseek64(m_descriptor, 0, SEEK_END);
+    return S_ISREG(status.st_mode) ? status.st_size : lseek64(m_descriptor.Get(), 0, SEEK_END);
 }
 
-bool CLocalReader::Fail(const char* scope, int error)
+bool CLocalReader::Fail(const ZVLogSource& source, int error)
 {
     m_hasFailed = true;
-    ZVLog(ZVLogCategory::General, ZVString::FromUTF8(scope), "Error %d reading %s: %s", error, m_path.c_str(), strerror(error));
+    source.Log("Error %d reading %s: %s", error, m_path.c_str(), strerror(error));
     return false;
-}
-
-void CLocalReader::Close()
-{
-    if (m_descriptor != -1)
-        close(m_descriptor);
-    m_descriptor = -1;
-    m_isOpen = false;
 }

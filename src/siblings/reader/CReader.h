@@ -6,7 +6,7 @@
 #include <atomic>
 
 // What all readers share: their state, and the operations that mean nothing to most of them. A reader of bytes that are at hand
-// leaves the request alone and has nothing to tell of an answer.
+// ignores the request and has no answer to report.
 class CReader : public ZVReleasable<IZVReader>
 {
 public:

@@ -38,7 +38,7 @@ int GetHexDigit(char character)
     return found == nullptr ? -1 : static_cast<int>(found - digits) & 15;
 }
 
-// Where the host ends: the first "/", "?" or "#" behind the scheme.
+// Where the host ends: at the first "/", "?" or "#" after the scheme.
 size_t FindHostEnd(const std::string& address)
 {
     return std::min(address.find_first_of("/?#", address.find("://") + 3), address.size());
@@ -49,8 +49,9 @@ CResourceName::Kind CResourceName::GetKind(const ZVString& name)
 {
     if (name.IsEmpty())
         return Kind::None;
-    const int32_t schemeEnd = name.Find(SchemeEnd);
-    if (schemeEnd < 1 || name.Left(schemeEnd).FindOneOf(L"/\\") != -1)
+    const std::wstring_view text = name.View();
+    const size_t schemeEnd = text.find(SchemeEnd);
+    if (schemeEnd == text.npos || schemeEnd == 0 || text.find_first_of(L"/\\") < schemeEnd)
         return Kind::Local;
     const ZVString address = MapAliases(name);
     for (const KnownScheme& scheme : KnownSchemes)

@@ -1,4 +1,4 @@
-// The entry points of the library: what it needs from the process, and the factories of contracts/IZVReader.h. No exception
+// The entry points of the library: those that bind it to its process, and the factories of contracts/IZVReader.h. No exception
 // leaves them.
 
 #include "contracts/IZVReader.h"
@@ -8,18 +8,44 @@
 #include "siblings/reader/CMemoryReader.h"
 #include "siblings/reader/CResourceName.h"
 #include "siblings/reader/internet/CInternetReader.h"
-#include "system/filename/ZVFilename.h"
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
 #include <dlfcn.h>
+#include <memory>
 #include <new>
 
 #define ZV_EXPORT extern "C" __attribute__((visibility("default")))
 
 namespace
 {
-void* s_toolsLibrary = nullptr;
+struct LibraryCloser
+{
+    void operator()(void* handle) const { dlclose(handle); }
+};
+
+std::unique_ptr<void, LibraryCloser> s_toolsLibrary;
+
+// A factory by name, with the kinds of names that it makes a reader for.
+struct Factory
+{
+    ZVLogSource Source;
+    bool MakesLocal;
+    bool MakesInternet;
+};
+
+constexpr Factory GenericFactory = {
+    {ZVLogCategory::General, L"CreateGenericReaderDLL"},
+    true, true
+};
+constexpr Factory LocalFactory = {
+    {ZVLogCategory::General, L"CreateLocalReaderDLL"},
+    true, false
+};
+constexpr Factory InternetFactory = {
+    {ZVLogCategory::General, L"CreateInternetReaderDLL"},
+    false, true
+};
 
 template <class Reader, class... Arguments>
 IZVReader* Make(const Arguments&... arguments)
@@ -34,18 +60,18 @@ IZVReader* Make(const Arguments&... arguments)
     }
 }
 
-// A reader for a name whose kind is one of those that the factory makes.
-IZVReader* MakeByName(const char* factory, const wchar_t* text, bool makesLocal, bool makesInternet)
+// The name is taken as it stands: parsing it would cut a path at a ";".
+IZVReader* MakeByName(const Factory& factory, const wchar_t* text)
 {
     try
     {
-        const ZVString name = ZVFilename(text).GetFilename();
+        const ZVString name = text;
         const CResourceName::Kind kind = CResourceName::GetKind(name);
-        if (kind == CResourceName::Kind::Local && makesLocal)
+        if (kind == CResourceName::Kind::Local && factory.MakesLocal)
             return Make<CLocalReader>(name);
-        if (kind == CResourceName::Kind::HTTP && makesInternet)
+        if (kind == CResourceName::Kind::HTTP && factory.MakesInternet)
             return Make<CInternetReader>(name);
-        ZVLog(ZVLogCategory::General, ZVString::FromUTF8(factory), "There is no reader for '%s'", name.GetBefore(L"?#", true));
+        factory.Source.Log("There is no reader for '%s'", name.GetBefore(L"?#", true));
     }
     catch (const std::bad_alloc&)
     {
@@ -54,15 +80,15 @@ IZVReader* MakeByName(const char* factory, const wchar_t* text, bool makesLocal,
 }
 }
 
-// Binds the tools library that the process has loaded, for this library's log lines; without one nothing is logged. The flag
-// means nothing here.
+// Binds the tools library that the process has loaded, for this library's log lines. Without it nothing is logged. The flag means
+// nothing here.
 ZV_EXPORT void ZVReaderInitialize(int32_t)
 {
     if (s_toolsLibrary == nullptr)
-        s_toolsLibrary = dlopen("libZVTools.so", RTLD_LAZY | RTLD_NOLOAD);
+        s_toolsLibrary.reset(dlopen("libZVTools.so", RTLD_LAZY | RTLD_NOLOAD));
     if (s_toolsLibrary == nullptr)
         return;
-    if (auto* const getTools = reinterpret_cast<IZVTools* (*)(int32_t)>(dlsym(s_toolsLibrary, "GetZVToolsDLL")))
+    if (auto* const getTools = reinterpret_cast<IZVTools* (*)(int32_t)>(dlsym(s_toolsLibrary.get(), "GetZVToolsDLL")))
         g_pZVTools = getTools(IZVTools::InterfaceVersion);
 }
 
@@ -70,25 +96,23 @@ ZV_EXPORT void ZVReaderInitialize(int32_t)
 ZV_EXPORT void ZVReaderUninitialize()
 {
     g_pZVTools = nullptr;
-    if (s_toolsLibrary != nullptr)
-        dlclose(s_toolsLibrary);
-    s_toolsLibrary = nullptr;
+    s_toolsLibrary.reset();
 }
 
 // A path, or an address with "file", "http" or "https".
 ZV_EXPORT IZVReader* CreateGenericReaderDLL(const wchar_t* name)
 {
-    return MakeByName("CreateGenericReaderDLL", name, true, true);
+    return MakeByName(GenericFactory, name);
 }
 
 ZV_EXPORT IZVReader* CreateLocalReaderDLL(const wchar_t* name)
 {
-    return MakeByName("CreateLocalReaderDLL", name, true, false);
+    return MakeByName(LocalFactory, name);
 }
 
 ZV_EXPORT IZVReader* CreateInternetReaderDLL(const wchar_t* name)
 {
-    return MakeByName("CreateInternetReaderDLL", name, false, true);
+    return MakeByName(InternetFactory, name);
 }
 
 ZV_EXPORT IZVReader* CreateFromMemoryReaderDLL(const void* bytes, int64_t count)

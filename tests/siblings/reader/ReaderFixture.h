@@ -2,24 +2,20 @@
 
 #include "FakeTools.h"
 #include "contracts/IZVReader.h"
+#include "contracts/ZVReleasePointer.h"
 #include "core/ZVToolsPointer.h"
 #include "core/string/ZVStringUTF8.h"
 #include "support/MakeContent.h"
 #include "system/library/ZVDllString.h"
 
 #include <gtest/gtest.h>
-#include <memory>
 #include <string>
 
 // The factories of the library, whose objects the tests are linked with.
 extern "C" ZVCreateReaderByName CreateGenericReaderDLL, CreateLocalReaderDLL, CreateInternetReaderDLL;
 extern "C" ZVCreateReaderOfMemory CreateFromMemoryReaderDLL;
 
-struct ReaderRelease
-{
-    void operator()(IZVReader* reader) const { reader->Release(); }
-};
-using ReaderPointer = std::unique_ptr<IZVReader, ReaderRelease>;
+using ReaderPointer = ZVReleasePointer<IZVReader>;
 
 // Reads count bytes, or up to the end.
 inline std::string ReadBytes(IZVReader& reader, int64_t count)
@@ -45,7 +41,7 @@ inline std::string GetInfo(IZVReader& reader, const wchar_t* key)
     return ZVStringUTF8(text).Get();
 }
 
-// A test with the log lines that it makes.
+// A test with the log lines that it causes.
 class ReaderTest : public testing::Test
 {
 protected:

@@ -1,6 +1,7 @@
 #include "siblings/reader/internet/CAnswer.h"
 
 #include "siblings/reader/internet/CHeaderText.h"
+#include "siblings/reader/internet/CRedirect.h"
 
 #include <algorithm>
 
@@ -8,8 +9,9 @@ namespace
 {
 constexpr std::string_view StatusLineStart = "HTTP/";
 constexpr std::string_view BytesUnit = "bytes";
+constexpr std::string_view ListSeparator = ", ";
 
-// The status of "HTTP/1.1 200 OK": three digits behind the first blank. 0 for a line without.
+// The status of "HTTP/1.1 200 OK": three digits after the first blank. 0 for a line without them.
 int ReadStatus(std::string_view line)
 {
     const size_t blank = line.find(' ');
@@ -21,59 +23,105 @@ int ReadStatus(std::string_view line)
     return status < 100 ? 0 : static_cast<int>(status);
 }
 
-// Behind "bytes" and its blanks, or empty.
+// The rest after "bytes" and its blanks, or empty.
 std::string_view CutBytesUnit(std::string_view text)
 {
     if (!CHeaderText::IsEqual(text.substr(0, BytesUnit.size()), BytesUnit))
         return {};
     return CHeaderText::Trim(text.substr(BytesUnit.size()));
 }
+
+// Takes the first entry from a list.
+std::string_view TakeEntry(std::string_view& list)
+{
+    const std::string_view entry = list.substr(0, list.find(','));
+    list.remove_prefix(std::min(entry.size() + 1, list.size()));
+    return CHeaderText::Trim(entry);
+}
 }
 
 bool CAnswer::AddLine(std::string_view line)
 {
     m_size += line.size();
-    if (m_size > MaximumSize)
-        return false;
     while (!line.empty() && (line.back() == '\n' || line.back() == '\r'))
         line.remove_suffix(1);
-    if (m_isComplete && line.substr(0, StatusLineStart.size()) == StatusLineStart)
+    if (m_size > MaximumSize)
+        m_fault = "the answer has too many header lines";
+    else if (m_isComplete && line.substr(0, StatusLineStart.size()) == StatusLineStart)
     {
         m_headers.clear();
         m_status = ReadStatus(line);
         m_isComplete = false;
     }
     else if (line.empty())
+    {
         m_isComplete = true;
+        // Who believes the one and who believes the other would see two different answers (RFC 9112, 6.3).
+        if (HasTwoLengths())
+            m_fault = "the answer has two lengths";
+    }
     else if (!m_isComplete)
         m_headers.append(line).append("\r\n");
-    return true;
+    return m_fault == nullptr;
 }
 
-bool CAnswer::IsFinal() const
+bool CAnswer::IsRedirect() const
 {
-    return m_isComplete && m_status >= 200 && (m_status < 300 || m_status > 399 || GetValue("Location").empty());
+    return m_isComplete && CRedirect::IsRedirectStatus(m_status) && !GetValue("Location").empty();
+}
+
+// Finds the next header of a name, starting at a position in the lines, and moves the position past it.
+bool CAnswer::FindValue(const char* name, size_t& position, std::string_view& value) const
+{
+    const std::string_view headers = m_headers;
+    while (position < headers.size())
+    {
+        const size_t end = std::min(headers.find("\r\n", position), headers.size());
+        const std::string_view line = headers.substr(position, end - position);
+        position = end + 2;
+        std::string_view found;
+        if (CHeaderText::Split(line, found, value) && CHeaderText::IsEqual(found, name))
+            return true;
+    }
+    return false;
 }
 
 std::string CAnswer::GetValue(const char* name) const
 {
-    const std::string_view headers = m_headers;
-    for (size_t start = 0; start < headers.size();)
-    {
-        const size_t end = std::min(headers.find("\r\n", start), headers.size());
-        std::string_view found;
-        std::string_view value;
-        if (CHeaderText::Split(headers.substr(start, end - start), found, value) && CHeaderText::IsEqual(found, name))
-            return std::string(value);
-        start = end + 2;
-    }
-    return {};
+    size_t position = 0;
+    std::string_view value;
+    return FindValue(name, position, value) ? std::string(value) : std::string();
+}
+
+std::string CAnswer::GetList(const char* name) const
+{
+    std::string list;
+    std::string_view value;
+    for (size_t position = 0; FindValue(name, position, value);)
+        list.append(list.empty() ? "" : ListSeparator).append(value);
+    return list;
+}
+
+bool CAnswer::HasTwoLengths() const
+{
+    const std::string lengths = GetList("Content-Length");
+    std::string_view rest = lengths;
+    const int64_t first = CHeaderText::ReadNumber(TakeEntry(rest));
+    while (!rest.empty())
+        if (CHeaderText::ReadNumber(TakeEntry(rest)) != first)
+            return true;
+    return false;
 }
 
 int64_t CAnswer::GetContentLength() const
 {
     // A body in chunks tells its length at its end, whatever else is said (RFC 9112, 6.3).
-    return GetValue("Transfer-Encoding").empty() ? CHeaderText::ReadNumber(GetValue("Content-Length")) : -1;
+    if (!GetValue("Transfer-Encoding").empty())
+        return -1;
+    // The header may say the same length several times.
+    const std::string lengths = GetValue("Content-Length");
+    std::string_view rest = lengths;
+    return CHeaderText::ReadNumber(TakeEntry(rest));
 }
 
 int64_t CAnswer::GetRangeStart() const

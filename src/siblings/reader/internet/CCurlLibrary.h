@@ -3,6 +3,7 @@
 #include "system/library/ZVFunctionTable.h"
 
 #include <curl/curl.h>
+#include <memory>
 
 // clang-format off
 #define ZV_CURL_FUNCTIONS(function)    \
@@ -22,7 +23,12 @@
     function(curl_multi_remove_handle) \
     function(curl_multi_perform)       \
     function(curl_multi_poll)          \
-    function(curl_multi_info_read)
+    function(curl_multi_info_read)     \
+    function(curl_url)                 \
+    function(curl_url_cleanup)         \
+    function(curl_url_set)             \
+    function(curl_url_get)             \
+    function(curl_free)
 // clang-format on
 ZV_DEFINE_FUNCTION_TABLE(CCurlFunctions, ZV_CURL_FUNCTIONS);
 
@@ -30,10 +36,28 @@ ZV_DEFINE_FUNCTION_TABLE(CCurlFunctions, ZV_CURL_FUNCTIONS);
 // the library.
 struct CCurlLibrary : CCurlFunctions
 {
-    // The library, which the first call opens and initialises, or null when it is not there. It is never closed. May be called
-    // from any thread.
+    // The library, which the first call opens and initialises and nobody closes; null when it is missing. May be called from any
+    // thread.
     static const CCurlLibrary* Get();
 
 private:
     bool Load();
 };
+
+// Calls the function of libcurl that frees an object.
+template <auto Free>
+struct CCurlReleaser
+{
+    template <class Object>
+    void operator()(Object* object) const
+    {
+        (CCurlLibrary::Get()->*Free)(object);
+    }
+};
+
+// The owners of what libcurl hands out.
+using CCurlMultiPointer = std::unique_ptr<CURLM, CCurlReleaser<&CCurlFunctions::curl_multi_cleanup>>;
+using CCurlEasyPointer = std::unique_ptr<CURL, CCurlReleaser<&CCurlFunctions::curl_easy_cleanup>>;
+using CCurlListPointer = std::unique_ptr<curl_slist, CCurlReleaser<&CCurlFunctions::curl_slist_free_all>>;
+using CCurlAddressPointer = std::unique_ptr<CURLU, CCurlReleaser<&CCurlFunctions::curl_url_cleanup>>;
+using CCurlTextPointer = std::unique_ptr<char, CCurlReleaser<&CCurlFunctions::curl_free>>;

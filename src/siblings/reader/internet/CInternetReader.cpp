@@ -11,13 +11,13 @@
 
 namespace
 {
-constexpr ZVLogSource Source {ZVLogCategory::Network, L"CInternetReader"};
+constexpr ZVLogSource Source {ZVLogCategory::Network, L"CInternetReader::Refuse"};
 
 constexpr int OK = 200;
 constexpr int PartialContent = 206;
 constexpr int RangeNotSatisfiable = 416;
 
-// To read over so much is faster than to ask again, even on a fast line.
+// Reading over this many bytes is faster than asking again, even on a fast line.
 constexpr int64_t MaximumSkip = 0x40000;
 constexpr size_t SkipBlockSize = 0x4000;
 }
@@ -71,7 +71,7 @@ bool CInternetReader::OpenAnswer()
         return Refuse("an address has no control characters");
     if (!m_request.IsValid() || !m_hasHeaders)
         return Refuse("the header lines cannot be sent");
-    return m_transfer.Start(m_address, m_request, m_request.GetRangeStart(), false) && TakeAnswer();
+    return m_transfer.Start(m_address, {m_request, m_request.GetRangeStart()}) && TakeAnswer();
 }
 
 // Judges the first answer and learns from it.
@@ -83,7 +83,7 @@ bool CInternetReader::TakeAnswer()
     m_tag = answer.GetValue("ETag");
     if (isPart || isTooFar)
         m_size = answer.GetRangeTotal();
-    // A 304 is no error, but it has nothing to read, as little as a redirect that leads nowhere.
+    // A 304 is no error but has nothing to read, and neither has a redirect that leads nowhere.
     const bool isReadable = answer.IsSuccess() || (answer.GetStatus() >= 400 && m_request.SucceedsOnError());
     if (!isReadable)
         return Refuse(ZVStringUTF8(ZVFormat(L"the server answers with %d", answer.GetStatus())));
@@ -129,7 +129,7 @@ int64_t CInternetReader::ReadStream(char* bytes, int64_t count)
         m_isBroken = m_transfer.HasFailed();
         if (done == count || m_isBroken || m_size < 0 || m_position == m_size)
             break;
-        // The answer has ended in front of the end. A server may send less than the range that it was asked for (RFC 9110,
+        // The answer has ended before the resource. A server may send less than the range that it was asked for (RFC 9110,
         // 15.3.7); a caller that named its range gets no more than that.
         if (m_request.HasHeader("Range"))
             break;
@@ -151,7 +151,7 @@ int64_t CInternetReader::Seek(int64_t position)
     m_isBroken = wasBroken && !CanAskAgain();
     if (m_size >= 0 || m_request.GetMethod() == CRequestMethod::Head)
         return m_position;
-    // Only the server knows whether there is such a place.
+    // Only the server knows whether the resource reaches that far.
     bool isThere = false;
     try
     {
@@ -160,7 +160,7 @@ int64_t CInternetReader::Seek(int64_t position)
     catch (const std::bad_alloc&)
     {
     }
-    // What was refused may have told the size, and the end is a place.
+    // The refusal may have told the size, and the end itself can be reached.
     if (!isThere && position != m_size)
     {
         m_position = former;
@@ -170,7 +170,7 @@ int64_t CInternetReader::Seek(int64_t position)
     return m_position;
 }
 
-// Makes the transfer give the bytes from a place on.
+// Brings the transfer to a place in the resource.
 bool CInternetReader::GoTo(int64_t position)
 {
     if (m_isStreaming && position == m_streamPosition)
@@ -186,7 +186,7 @@ bool CInternetReader::GoTo(int64_t position)
 bool CInternetReader::AskAgain(int64_t position)
 {
     m_isStreaming = false;
-    if (!m_transfer.Start(m_address, m_request, position, true))
+    if (!m_transfer.Start(m_address, {m_request, position, CRequest::Conditions}))
         return false;
     const CAnswer& answer = m_transfer.GetAnswer();
     const bool isPart = answer.GetStatus() == PartialContent;
@@ -247,7 +247,7 @@ void CInternetReader::GetInfo(const wchar_t* key, IZVDllString& value)
         else if (name == L"Location")
             text = ZVString::FromUTF8(m_transfer.GetLocation().c_str());
         else if (name == L"ContentEncoding")
-            text = ZVString::FromUTF8(answer.GetValue("Content-Encoding").c_str());
+            text = ZVString::FromUTF8(answer.GetList("Content-Encoding").c_str());
         value.SetString(text, text.GetLength());
     }
     catch (const std::bad_alloc&)

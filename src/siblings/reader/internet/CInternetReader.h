@@ -7,13 +7,16 @@
 
 #include <string>
 
-// Reads what an HTTP address gives, as it comes in. A seek takes effect with the next Read: a short way forward is read over,
-// any other place is asked for as a range, and a server that sends the whole resource instead has the bytes in front read
+// Reads what an HTTP address gives, as it comes in. A seek takes effect with the next Read. A short way forward is read over; any
+// other place is asked for as a range, and when a server sends the whole resource instead, the bytes up to that place are read
 // over. The answer to a POST or PUT is never asked for again, so in it there is no way back.
 class CInternetReader final : public CReader
 {
 public:
     explicit CInternetReader(const ZVString& name);
+
+    // Before Open.
+    void SetLimits(const CTransferLimits& limits) { m_transfer.SetLimits(limits); }
 
     bool Open() override;
     int64_t Read(void* bytes, int64_t count) override;

@@ -5,6 +5,7 @@
 #include "system/log/ZVLogCategory.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace
 {
@@ -26,14 +27,35 @@ constexpr MethodName MethodNames[] = {
 // Headers that the transfer makes by itself: a wrong length or framing would let a server read the body as another request.
 constexpr const char* MessageHeaders[] = {"Content-Length", "Transfer-Encoding", "Expect"};
 
-// Headers that make the answer depend on something (RFC 9110, 13.1 and 14.2).
-constexpr const char* ConditionHeaders[] = {"If-Match", "If-None-Match", "If-Modified-Since", "If-Unmodified-Since",
-                                            "If-Range", "Range"};
-
-template <size_t Count>
-bool IsOneOf(const char* const (&names)[Count], std::string_view name)
+struct HeaderGroup
 {
-    return std::any_of(names, names + Count, [&](const char* entry) { return CHeaderText::IsEqual(entry, name); });
+    const char* Name;
+    uint32_t Group;
+};
+
+// For the conditions see RFC 9110, 13.1 and 14.2.
+constexpr HeaderGroup HeaderGroups[] = {
+    {"If-Match",            CRequest::Conditions },
+    {"If-None-Match",       CRequest::Conditions },
+    {"If-Modified-Since",   CRequest::Conditions },
+    {"If-Unmodified-Since", CRequest::Conditions },
+    {"If-Range",            CRequest::Conditions },
+    {"Range",               CRequest::Conditions },
+    {"Authorization",       CRequest::Credentials},
+    {"Cookie",              CRequest::Credentials},
+};
+
+bool IsMessageHeader(std::string_view name)
+{
+    return std::any_of(std::begin(MessageHeaders), std::end(MessageHeaders),
+                       [&](const char* entry) { return CHeaderText::IsEqual(entry, name); });
+}
+
+bool IsInGroup(std::string_view name, uint32_t groups)
+{
+    return std::any_of(std::begin(HeaderGroups), std::end(HeaderGroups),
+                       [&](const HeaderGroup& entry)
+                       { return (entry.Group & groups) != 0 && CHeaderText::IsEqual(entry.Name, name); });
 }
 
 std::string_view GetName(std::string_view line)
@@ -80,13 +102,13 @@ void CRequest::AddLine(const std::string& line)
     std::string_view value;
     if (!CHeaderText::Split(trimmed, name, value) || HasControlCharacter(value))
     {
-        // Only the name: a value may be a secret.
+        // Only its name, since a value may be a secret.
         Source.Log("A line that is no header is left out: '%s'", std::string(GetName(trimmed)).c_str());
         return;
     }
-    if (SetOption(std::string(name), std::string(value)) || IsOneOf(MessageHeaders, name))
+    if (SetOption(std::string(name), std::string(value)) || IsMessageHeader(name))
         return;
-    // In this form the library sends a header without a value; with a colon it would drop it.
+    // libcurl sends a header without a value only in this form; with a colon it would drop the line.
     m_headers.push_back(value.empty() ? std::string(name) + ";" : std::string(name) + ": " + std::string(value));
 }
 
@@ -135,11 +157,11 @@ bool CRequest::HasHeader(const char* name) const
                        [&](const std::string& line) { return CHeaderText::IsEqual(GetName(line), name); });
 }
 
-std::vector<std::string> CRequest::GetHeaders(bool asksAgain) const
+std::vector<std::string> CRequest::GetHeaders(uint32_t leftOut) const
 {
     std::vector<std::string> headers;
     for (const std::string& line : m_headers)
-        if (!asksAgain || !IsOneOf(ConditionHeaders, GetName(line)))
+        if (!IsInGroup(GetName(line), leftOut))
             headers.push_back(line);
     if (!m_usesCache && !HasHeader("Cache-Control"))
         headers.emplace_back("Cache-Control: no-cache");

@@ -16,25 +16,30 @@ enum class CRequestMethod
 class CRequest
 {
 public:
-    // Reads the text of IZVReader::SetHeaders, as UTF-8. A line that is no header is logged and left out, and so are the lines
-    // that describe the message itself, which the transfer makes: "Content-Length", "Transfer-Encoding" and "Expect". Nothing
-    // that comes out of here can end a line of the request.
+    // Groups of headers that GetHeaders can leave out: those that make an answer depend on a condition or ask for a part, and
+    // those that prove who the caller is.
+    static constexpr uint32_t Conditions = 1;
+    static constexpr uint32_t Credentials = 2;
+
+    // Reads the text of IZVReader::SetHeaders, as UTF-8. A line that is no header is logged and left out. The lines that describe
+    // the message itself, "Content-Length", "Transfer-Encoding" and "Expect", are left out too, since the transfer makes them.
+    // Nothing that comes out of here can end a line of the request.
     void SetHeaders(const std::string& text);
     // The bytes stay with the caller.
     void SetBody(const void* bytes, int64_t size);
 
     // False when an option has a value that means nothing.
     bool IsValid() const { return m_isValid; }
-    // Without the option, POST for a request with a body and GET for others.
+    // Without the option POST for a request with a body, and GET for others.
     CRequestMethod GetMethod() const;
     // True when asking again may change something at the server.
     bool HasEffect() const { return GetMethod() == CRequestMethod::Post || GetMethod() == CRequestMethod::Put; }
     // The first byte wanted; 0 for the whole resource.
     int64_t GetRangeStart() const { return m_rangeStart; }
     bool SucceedsOnError() const { return m_succeedsOnError; }
-    // The header lines without their ends. A request that does not want to be answered from a cache tells those on its way so.
-    // With asksAgain the lines are left out that make an answer depend on a condition or ask for a part.
-    std::vector<std::string> GetHeaders(bool asksAgain) const;
+    // The header lines without their ends and without some groups. A request that must not be answered from a cache tells the
+    // caches on its way so.
+    std::vector<std::string> GetHeaders(uint32_t leftOut) const;
     bool HasHeader(const char* name) const;
     const void* GetBody() const { return m_body; }
     int64_t GetBodySize() const { return m_bodySize; }
