@@ -1,14 +1,9 @@
 #include "system/component/DependencyDownloadThread.h"
 
-namespace
-{
-constexpr int32_t ProgressDelayMs = 4000;
-}
-
 DependencyDownloadThread::DependencyDownloadThread(const ZVString& url, const ZVString& text, ZVBuffer* buffer)
     : m_url(url), m_buffer(buffer)
 {
-    m_loader.SetProgress(true, ProgressDelayMs, true, ZVString(), false, text);
+    m_loader.SetProgress(true, {.Text = text});
 }
 
 DependencyDownloadThread::~DependencyDownloadThread()

@@ -2,14 +2,25 @@
 
 #include "core/containers/ZVStringArray.h"
 #include "core/string/ZVString.h"
+#include "system/loader/IZVWaitMessage.h"
 
 #include <cstdint>
 
 class IZVFileLoaderProgress;
 class ZVBuffer;
 
-// Looks at the first bytes of a load; false ends it. The context is what the options say.
+// Looks at the first bytes of a load; false ends it. The context is the one in the options.
 using ZVLoadValidator = bool(const ZVBuffer& bytes, int32_t context);
+
+// The test of the first bytes of a load.
+struct CFileLoaderValidation
+{
+    int32_t Bytes = 0;                     // how many bytes the test wants; 0 is no test
+    ZVLoadValidator* Validator = nullptr;  // called once, or null
+    int32_t Context = 0;
+    bool AtEnd = true;   // also test a resource that ends before
+    ZVString Marker {};  // must stand in these bytes, as UTF-8 or as wide characters; it is looked for after the validator
+};
 
 // What a load does, apart from where the bytes come from and go to.
 struct CFileLoaderOptions
@@ -18,19 +29,11 @@ struct CFileLoaderOptions
     int64_t MaximumBytes = -1;                          // no limit if below 1
     bool FailIfLarger = false;                          // otherwise a larger resource is cut
     int64_t StartOffset = 0;                            // where reading begins
-    ZVLoadValidator* Validator = nullptr;
-    int32_t ValidatorContext = 0;
-    int32_t ValidateBytes = 0;     // what the validator and the marker want to see; 0 is no validation
-    bool ValidateAtEnd = true;     // validate also a resource that ends before
-    ZVString RequiredMarker;       // must stand in these bytes, as UTF-8 or as wide characters
-    bool ShowProgress = false;     // show a wait message
-    int32_t ProgressDelay = 4000;  // milliseconds before it shows
-    bool ProgressFlag = true;
-    bool ProgressOption = false;
-    ZVString ProgressCaption;  // the load fills an empty one
-    ZVString ProgressText;
+    CFileLoaderValidation Validation;
+    bool ShowProgress = false;  // show a wait message
+    ZVWaitMessageOptions WaitMessage;
     bool AllowInternet = true;
-    bool Streaming = true;  // read through a reader also without a sink
+    bool Streaming = true;  // use a reader even without a sink
     ZVStringArray RequestHeaders;
     int64_t PostSize = 0;
     const void* PostData = nullptr;

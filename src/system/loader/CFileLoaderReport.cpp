@@ -9,14 +9,16 @@ IZVWaitMessageFactory* g_pZVWaitMessageFactory = nullptr;
 
 namespace
 {
-// The callback is not called more often than a watcher could see.
+// The callback is called no more often than somebody who watches could see.
 constexpr double LeastFraction = 0.005;
 constexpr int32_t LongestSilenceMs = 500;
 }
 
-CFileLoaderReport::CFileLoaderReport(const CFileLoaderOptions& options, IZVWaitMessage* message, const ZVString& name,
-                                     bool isInternet)
-    : m_options(options), m_message(message), m_name(ZVFilename::FromPath(name).GetNameAndExtension()), m_isInternet(isInternet)
+CFileLoaderReport::CFileLoaderReport(const CFileLoaderOptions& options, IZVWaitMessage* message, const ZVString& name)
+    : m_options(options),
+      m_message(message),
+      m_name(ZVFilename::FromPath(name).GetNameAndExtension()),
+      m_isInternet(ZVFilename::IsRemote(name))
 {
 }
 

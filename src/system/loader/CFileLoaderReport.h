@@ -11,16 +11,16 @@ struct CFileLoaderOptions;
 
 using ZVWaitMessagePointer = ZVReleasePointer<IZVWaitMessage>;
 
-// Tells those who follow a load how far it is: the wait message, and the progress callback as often as it makes sense.
+// Tells those who follow a load how far it is: the wait message each time, the progress callback as often as is useful.
 class CFileLoaderReport
 {
 public:
     // Options and message must outlive the report; the message may be null. The name is a path or an address.
-    CFileLoaderReport(const CFileLoaderOptions& options, IZVWaitMessage* message, const ZVString& name, bool isInternet);
+    CFileLoaderReport(const CFileLoaderOptions& options, IZVWaitMessage* message, const ZVString& name);
 
-    // How many bytes will come, -1 when that is not known.
+    // How many bytes will come; -1 when that is not known.
     void SetTotal(int64_t total) { m_total = total; }
-    // Tells that so many bytes are there. False when the callback wants to stop.
+    // Reports how many bytes have come. False when the callback wants to stop.
     bool Update(int64_t loaded);
 
 private:

@@ -17,25 +17,16 @@ bool CFileLoader::SetStartOffset(int64_t offset)
     return true;
 }
 
-bool CFileLoader::SetValidation(int32_t bytes, ZVLoadValidator* validator, int32_t context, bool validateAtEnd,
-                                const ZVString& marker)
+bool CFileLoader::SetValidation(const CFileLoaderValidation& validation)
 {
-    m_options.ValidateBytes = bytes;
-    m_options.Validator = validator;
-    m_options.ValidatorContext = context;
-    m_options.ValidateAtEnd = validateAtEnd;
-    m_options.RequiredMarker = marker;
+    m_options.Validation = validation;
     return true;
 }
 
-bool CFileLoader::SetProgress(bool show, int32_t delayMs, bool flag, const ZVString& caption, bool option, const ZVString& text)
+bool CFileLoader::SetProgress(bool show, const ZVWaitMessageOptions& message)
 {
     m_options.ShowProgress = show;
-    m_options.ProgressDelay = delayMs;
-    m_options.ProgressFlag = flag;
-    m_options.ProgressCaption = caption;
-    m_options.ProgressOption = option;
-    m_options.ProgressText = text;
+    m_options.WaitMessage = message;
     return true;
 }
 
@@ -103,28 +94,18 @@ bool CFileLoader::SetRequestOption(const wchar_t* key, const ZVString& value)
     return ZVRequestHeaders::SetEntry(m_options.RequestHeaders, key, value);
 }
 
-void CFileLoader::SetBody(ZVRequestMethod method, ZVRequestBodyKind kind, const void* data, int64_t size, bool copy,
-                          const ZVString& contentType)
+void CFileLoader::SetBody(ZVRequestMethod method, const ZVRequestBody& body)
 {
     ZVStringArray headers;
     ZVRequestHeaders::SetEntry(headers, ZVRequestHeaders::Method, ZVRequestHeaders::GetMethodName(method));
-    headers.Add(ZVRequestHeaders::GetBodyHeaders(kind, size, contentType));
-    SetRequest(headers, data, size, copy);
+    headers.Add(ZVRequestHeaders::GetBodyHeaders(body));
+    SetRequest(headers, body.Data, body.Size, body.IsCopied);
 }
 
-void CFileLoader::SetForm(ZVRequestMethod method, const ZVMultipartForm& form, bool succeedOnError)
+void CFileLoader::SetForm(ZVRequestMethod method, const ZVMultipartForm& form)
 {
-    const ZVBuffer& body = form.GetBody();
-    SetBody(method, ZVRequestBodyKind::Multipart, body.GetData(), body.GetUsed(), false, ZVMultipartForm::Boundary);
-    if (succeedOnError)
-        SetRequestOption(ZVRequestHeaders::SucceedOnError, L"1");
-}
-
-// A later load is another request: it starts with neither headers nor a body.
-void CFileLoader::ResetRequest()
-{
-    m_options.RequestHeaders.RemoveAll();
-    m_options.PostData = nullptr;
-    m_options.PostSize = 0;
-    m_ownedPost = ZVBuffer();
+    SetBody(method, {.Kind = ZVRequestBodyKind::Multipart,
+                     .Data = form.GetBody().GetData(),
+                     .Size = form.GetBody().GetUsed(),
+                     .Detail = ZVMultipartForm::Boundary});
 }

@@ -5,8 +5,8 @@
 #include "system/loader/CFileLoader.h"
 #include "system/thread/ZVThread.h"
 
-// A thread that loads a resource into memory. Its result tells whether it is there. The members are set up before the start and
-// read after the end; while the thread runs only the loader's Cancel may be called. It is started once, since a stop cancels its
+// A thread that loads a resource into memory. Its result tells whether that succeeded. The members are set up before the start and
+// read after the end; while the thread runs only the loader's Cancel may be called. It is started once, because a stop cancels its
 // loader for good.
 class CFileLoaderThreadBase : public ZVThread
 {
@@ -25,7 +25,7 @@ protected:
     // A thread that still uses the members is not abandoned.
     bool OnStopTimeout() override { return false; }
 
-    // What a destructor gives the thread to end in, in milliseconds.
+    // How long a destructor waits for the thread, in milliseconds.
     static constexpr int32_t EndTimeoutMs = 10000;
 
 private:
@@ -34,7 +34,7 @@ private:
     ZVBuffer m_buffer;
 };
 
-// Loads a second resource behind the first, with a loader and a buffer of its own.
+// Loads a second resource after the first, with a loader and a buffer of its own.
 class CFileLoaderThread final : public CFileLoaderThreadBase
 {
 public:
@@ -50,7 +50,7 @@ public:
     void SetStopFlag(bool value) override;
 
 protected:
-    // True when both resources are there.
+    // True when both resources were loaded.
     bool Run() override;
 
 private:

@@ -3,7 +3,7 @@
 #include "core/date/ZVDate.h"
 #include "core/date/ZVDateText.h"
 #include "system/file/ZVFileInfo.h"
-#include "system/file/ZVFileSystem.h"
+#include "system/loader/CFileReplacement.h"
 #include "system/loader/CFileSink.h"
 
 namespace
@@ -11,9 +11,9 @@ namespace
 constexpr wchar_t NotModified[] = L"304";
 constexpr wchar_t RangeNotSatisfiable[] = L"416";
 
-// The size of the whole resource in an answer that has no such range: "Content-Range: bytes */1234" (RFC 9110, 14.4). -1 without
-// it.
-int64_t GetSizeBehindRange(const ZVString& headers)
+// The size of the whole resource in the answer to a range that it does not have: "Content-Range: bytes */1234" (RFC 9110, 14.4).
+// -1 if it is missing.
+int64_t GetSizeFromRange(const ZVString& headers)
 {
     ZVString range;
     if (!ZVRequestHeaders::FindValue(headers, L"Content-Range", range) || !range.TrimFrontTo(L'/', false))
@@ -33,34 +33,34 @@ bool CFileLoader::LoadToFile(const ZVFilename& url, ZVFilename& target, ZVLoadTo
         return LoadTemporary(url, target);
     case ZVLoadToFileMode::Resume:
     case ZVLoadToFileMode::KeepPartial:
-        return LoadResumed(url, path, mode == ZVLoadToFileMode::KeepPartial);
+        return LoadResumed(url, path, mode);
     case ZVLoadToFileMode::IfNewer:
         return LoadIfNewer(url, path);
     case ZVLoadToFileMode::Replace:
         break;
     }
     CFileSink sink(path);
-    return LoadWhole(url, sink, false);
+    return LoadWhole(url, sink, mode);
 }
 
 bool CFileLoader::LoadTemporary(const ZVFilename& url, ZVFilename& target)
 {
     CFileSink sink(ZVString(), url.GetNameOnly(), url.GetExtension());
-    const bool isLoaded = LoadWhole(url, sink, false);
+    const bool isLoaded = LoadWhole(url, sink, ZVLoadToFileMode::Temporary);
     target = ZVFilename::FromPath(sink.GetPath());
     return isLoaded;
 }
 
-bool CFileLoader::LoadWhole(const ZVFilename& url, CFileSink& sink, bool keepPartial)
+bool CFileLoader::LoadWhole(const ZVFilename& url, CFileSink& sink, ZVLoadToFileMode mode)
 {
-    return EndFile(RunLoad(url, nullptr, &sink, ZVString(), sink.GetPath(), nullptr, 0.0), sink, keepPartial);
+    return Settle(sink, mode, RunToEnd({.Source = url, .Sink = &sink, .SinkPath = &sink.GetPath()}));
 }
 
-bool CFileLoader::LoadResumed(const ZVFilename& url, const ZVString& path, bool keepPartial)
+bool CFileLoader::LoadResumed(const ZVFilename& url, const ZVString& path, ZVLoadToFileMode mode)
 {
     CFileSink sink(path);
     if (sink.GetExistingSize() < 1)
-        return LoadWhole(url, sink, keepPartial);
+        return LoadWhole(url, sink, mode);
 
     const ZVStringArray headers = m_options.RequestHeaders;
     const bool hasBody = m_options.PostSize > 0;
@@ -70,51 +70,55 @@ bool CFileLoader::LoadResumed(const ZVFilename& url, const ZVString& path, bool 
     else
         m_options.StartOffset = sink.GetExistingSize();
     bool resume = true;
-    const bool isLoaded = LoadToSink(url, nullptr, &sink, path, &resume, 0.0);
+    const ZVLoadEnd end = RunToEnd({.Source = url, .Sink = &sink, .SinkPath = &sink.GetPath(), .Resume = &resume});
     m_options.StartOffset = startOffset;
 
-    const bool isBehindEnd = m_statusCode == RangeNotSatisfiable;
-    if (sink.IsComplete() || (isBehindEnd && GetSizeBehindRange(m_allHeaders) == sink.GetExistingSize()))
+    const bool isAfterEnd = m_statusCode == RangeNotSatisfiable;
+    if (sink.IsComplete() || (isAfterEnd && GetSizeFromRange(m_allHeaders) == sink.GetExistingSize()))
         return true;
-    if ((resume && !isBehindEnd) || hasBody || IsCancelled())
-        return EndFile(isLoaded, sink, keepPartial);
+    if ((resume && !isAfterEnd) || hasBody || IsCancelled())
+        return Settle(sink, mode, end);
 
-    // What the target holds is no beginning of the resource.
+    // What the target holds is not the beginning of the resource.
     m_options.RequestHeaders = headers;
     CFileSink newSink(path);
-    return LoadWhole(url, newSink, keepPartial);
+    return LoadWhole(url, newSink, mode);
 }
 
 bool CFileLoader::LoadIfNewer(const ZVFilename& url, const ZVString& path)
 {
-    const ZVFileInfo target(path);
-    if (!target.IsFound() || target.GetSize() < 1)
+    const ZVString file = CFileSink::FollowLinks(path);
+    const ZVFileInfo old(file);
+    if (!old.IsFound() || old.GetSize() < 1)
     {
-        CFileSink sink(path);
-        return LoadWhole(url, sink, false);
+        CFileSink sink(file);
+        return LoadWhole(url, sink, ZVLoadToFileMode::IfNewer);
     }
 
-    const double modified = ZVDate::FromUnix(static_cast<int64_t>(target.GetModificationTime()));
+    const double modified = ZVDate::FromUnix(static_cast<int64_t>(old.GetModificationTime()));
     SetRequestOption(ZVRequestHeaders::IfModifiedSince, ZVDate::ToRFC1123(modified));
     SetRequestOption(ZVRequestHeaders::UseCache, L"1");
-    const ZVFilename name = ZVFilename::FromPath(path);
-    CFileSink sink(name.GetDirectory(), name.GetNameOnly(), L"download");
-    const bool isLoaded = EndFile(RunLoad(url, nullptr, &sink, path, sink.GetPath(), nullptr, modified), sink, false);
-    if (m_statusCode == NotModified)
-        return true;
-    if (isLoaded && ZVFileSystem::MoveFile(sink.GetPath(), path))
-        return true;
-    if (isLoaded)
-        ZVFileSystem::DeleteFile(sink.GetPath());
-    return false;
+    CFileReplacement replacement(file, L"download");
+    CFileSink& sink = replacement.GetSink();
+    const ZVLoadEnd end =
+        RunToEnd({.Source = url, .Sink = &sink, .SinkPath = &sink.GetPath(), .KnownPath = &file, .IfNewerThan = modified});
+    return m_statusCode == NotModified || (end == ZVLoadEnd::Whole && replacement.Commit());
 }
 
-bool CFileLoader::EndFile(bool isLoaded, CFileSink& sink, bool keepPartial) const
+ZVLoadEnd CFileLoader::RunToEnd(const Job& job)
 {
-    const bool isWhole = isLoaded && !IsCancelled();
-    if (isWhole || keepPartial)
+    return Run(job) && !IsCancelled() ? ZVLoadEnd::Whole : ZVLoadEnd::Broken;
+}
+
+bool CFileLoader::Settle(CFileSink& sink, ZVLoadToFileMode mode, ZVLoadEnd end) const
+{
+    if (end == ZVLoadEnd::Whole)
+        sink.Keep();
+    else if (m_isGzip)
+        sink.Erase();
+    else if (mode == ZVLoadToFileMode::KeepPartial)
         sink.Keep();
     else
         sink.Discard();
-    return isWhole;
+    return end == ZVLoadEnd::Whole;
 }

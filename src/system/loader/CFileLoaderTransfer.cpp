@@ -20,7 +20,7 @@ bool Holds(const ZVBuffer& bytes, const void* part, size_t size)
 
 CFileLoaderTransfer::CFileLoaderTransfer(const CFileLoaderOptions& options, IZVReader& reader, ZVBuffer* buffer,
                                          IZVFileLoaderSink* sink)
-    : m_options(options), m_reader(reader), m_buffer(buffer), m_sink(sink), m_isTestOpen(options.ValidateBytes > 0)
+    : m_options(options), m_reader(reader), m_buffer(buffer), m_sink(sink), m_isTestOpen(options.Validation.Bytes > 0)
 {
 }
 
@@ -43,13 +43,13 @@ bool CFileLoaderTransfer::Run(int64_t budget, int64_t blockSize, CFileLoaderRepo
         if (!report.Update(m_loaded))
             cancel.Cancel();
         isAtEnd = count < wanted || m_loaded >= budget;
-        if (!TestFirstBytes(false))
+        if (!TestFirstBytes())
             return false;
     }
-    return cancel.IsCancelled() || TestFirstBytes(true);
+    return cancel.IsCancelled() || TestShortResource();
 }
 
-// The bytes that came, or -1 when they could not be kept.
+// Returns how many bytes came, or -1 when they could not be kept.
 int64_t CFileLoaderTransfer::ReadBlock(int64_t wanted)
 {
     ZVBuffer& target = m_buffer != nullptr ? *m_buffer : m_block;
@@ -68,26 +68,35 @@ bool CFileLoaderTransfer::WriteBlock(const uint8_t* bytes, int64_t count)
     return m_sink == nullptr || count == 0 || m_sink->Write(bytes, count) == count;
 }
 
-// The test runs on exactly the bytes it wants, so no block reaches beyond them while it is open.
+// The test runs on exactly the bytes it wants, so until it is over no block reaches beyond them.
 int64_t CFileLoaderTransfer::GetBlockUpToTest(int64_t wanted) const
 {
-    return m_isTestOpen ? std::min(wanted, m_options.ValidateBytes - GetFirstBytes().GetUsed()) : wanted;
+    return m_isTestOpen ? std::min(wanted, m_options.Validation.Bytes - GetFirstBytes().GetUsed()) : wanted;
 }
 
-bool CFileLoaderTransfer::TestFirstBytes(bool isAtEnd)
+bool CFileLoaderTransfer::TestFirstBytes()
 {
+    return !m_isTestOpen || GetFirstBytes().GetUsed() < m_options.Validation.Bytes || Test();
+}
+
+bool CFileLoaderTransfer::TestShortResource()
+{
+    return !m_isTestOpen || !m_options.Validation.AtEnd || Test();
+}
+
+bool CFileLoaderTransfer::Test()
+{
+    const CFileLoaderValidation& validation = m_options.Validation;
     const ZVBuffer& bytes = GetFirstBytes();
-    if (!m_isTestOpen || (bytes.GetUsed() < m_options.ValidateBytes && !(isAtEnd && m_options.ValidateAtEnd)))
-        return true;
     m_isTestOpen = false;
-    m_isRefused =
-        (m_options.Validator != nullptr && !m_options.Validator(bytes, m_options.ValidatorContext)) || !HasMarker(bytes);
+    const bool isValid = validation.Validator == nullptr || validation.Validator(bytes, validation.Context);
+    m_isRefused = !isValid || !HasMarker(bytes);
     return !m_isRefused;
 }
 
 bool CFileLoaderTransfer::HasMarker(const ZVBuffer& bytes) const
 {
-    const ZVString& marker = m_options.RequiredMarker;
+    const ZVString& marker = m_options.Validation.Marker;
     if (marker.IsEmpty())
         return true;
     const ZVStringUTF8 narrow(marker);

@@ -1,6 +1,6 @@
 #pragma once
 
-// What a ZVCancelHelper tells when it is cancelled.
+// Hears from a ZVCancelHelper when it is cancelled.
 class ICancelHelperCallback
 {
 public:

@@ -6,7 +6,7 @@ class IZVFileLoaderProgress
 public:
     // Asked before each block; true stops the load.
     virtual bool Poll() = 0;
-    // The part of the resource that is loaded, from 0 to 1; it stays 0 while the size is not known.
+    // The part of the resource that is loaded, from 0 to 1. It stays 0 while the size is not known.
     virtual void Notify(double fraction) = 0;
 
 protected:

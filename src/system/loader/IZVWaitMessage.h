@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// What the window of a wait message tells the work that it stands for.
+// What the window of a wait message reports to the work that it stands for.
 class IZVWaitMessageCallback
 {
 public:
@@ -16,9 +16,9 @@ public:
 // How a wait message looks.
 struct ZVWaitMessageOptions
 {
-    ZVString Caption;
-    ZVString Text;
-    int32_t DelayMs = 0;  // before it shows
+    ZVString Caption {};  // a load fills in an empty one
+    ZVString Text {};
+    int32_t DelayMs = 4000;  // before it shows
     bool Flag = true;
     bool Option = false;
 };
@@ -27,7 +27,7 @@ struct ZVWaitMessageOptions
 class IZVWaitMessage
 {
 public:
-    // What it says from now on, with the percentage that is done, or -1 when that is not known.
+    // Changes the text and the percentage that is done, which is -1 when it is not known.
     virtual void SetText(const ZVString& text, int32_t percent) = 0;
     // Takes the message away and frees it. The callback is not called any more.
     virtual void Release() = 0;
@@ -40,12 +40,12 @@ protected:
 class IZVWaitMessageFactory
 {
 public:
-    // A message, or null when none can be shown. The callback must outlive it.
+    // Makes a message, or returns null when none can be shown. The callback must outlive it.
     virtual IZVWaitMessage* Create(const ZVWaitMessageOptions& options, IZVWaitMessageCallback& callback) = 0;
 
 protected:
     ~IZVWaitMessageFactory() = default;
 };
 
-// The factory of the process, null where there are no windows. Set on the main thread before it is used.
+// The factory of the process; null in a process without windows. Set on the main thread before the first use.
 extern IZVWaitMessageFactory* g_pZVWaitMessageFactory;

@@ -6,8 +6,8 @@
 
 class ICancelHelperCallback;
 
-// A wish to stop, which any thread may set and which stays until it is cleared, with the one who has to hear of it at once.
-// Several loads, one behind the other, may share one.
+// A request to stop, which any thread may set and which stays until it is cleared, and the one who must hear of it at once.
+// Several loads may share one, one load after the other.
 class ZVCancelHelper
 {
 public:
@@ -20,8 +20,8 @@ public:
     bool IsCancelled() const { return m_flag; }
     void Clear() { m_flag = false; }
 
-    // The callback to tell, in the place of the one before; it is not told of what came earlier. Once Detach returns it is not
-    // called any more. Detach leaves another's callback alone.
+    // Sets the callback, in place of the one before. It does not hear of a cancel that came earlier, and is not called any more
+    // once Detach returns. Detach leaves another's callback alone.
     void Attach(ICancelHelperCallback& callback);
     void Detach(const ICancelHelperCallback& callback);
 

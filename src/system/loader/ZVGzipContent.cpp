@@ -5,21 +5,19 @@
 #include "contracts/ZVReleasePointer.h"
 #include "core/ZVToolsPointer.h"
 #include "core/containers/ZVBuffer.h"
-#include "system/file/ZVFileSystem.h"
 #include "system/loader/CFileLoader.h"
-#include "system/loader/CFileSink.h"
+#include "system/loader/CFileReplacement.h"
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 namespace
 {
-constexpr ZVLogSource Source {ZVLogCategory::Network, L"CFileLoader"};
+constexpr ZVLogSource Source {ZVLogCategory::Network, L"ZVGzipContent::Inflate"};
 
-// The output of a decoder is taken in blocks of three times the input, and grows in steps of this many bytes.
+// A decoder is asked for blocks of three times the input, and the output grows in steps of this many bytes.
 constexpr int64_t OutputStep = 0x4000;
 constexpr int64_t LargestBlock = 0x4000000;
 
@@ -36,7 +34,8 @@ int64_t RoundUp(int64_t size)
     return (size + OutputStep - 1) / OutputStep * OutputStep;
 }
 
-// Gives the inflated content to a function that takes bytes and a count, block by block. False also when the function was.
+// Gives the inflated content to a function that takes bytes and a count, block by block. False also when that function returned
+// false.
 template <class Take>
 bool Inflate(const ZVBuffer& input, const ZVGzipContent::Limit& limit, const Take& take)
 {
@@ -66,7 +65,7 @@ bool Inflate(const ZVBuffer& input, const ZVGzipContent::Limit& limit, const Tak
         if (taken < count)
             return true;
     }
-    // Input that was cut at the limit ends in the middle, and what it gave until there is what was wanted.
+    // Input that was cut at the limit ends in the middle, and what it gave until then is what was wanted.
     const bool isCut = !limit.FailIfLarger && input.GetUsed() >= limit.Bytes;
     const bool isDamaged = decoder->HasFailed() && !isCut;
     if (isDamaged)
@@ -94,17 +93,14 @@ bool ZVGzipContent::InflateBuffer(ZVBuffer& buffer, const Limit& limit)
 
 bool ZVGzipContent::InflateFile(const ZVString& path, const Limit& limit)
 {
-    const ZVFilename name = ZVFilename::FromPath(path);
     ZVBuffer input;
     CFileLoader loader;
     loader.SetStreaming(false);
-    if (!loader.Load(name, input))
+    if (!loader.Load(ZVFilename::FromPath(path), input))
         return false;
 
-    CFileSink inflated(name.GetDirectory(), name.GetNameOnly(), L"inflated");
-    const auto write = [&inflated](const uint8_t* bytes, int64_t count) { return inflated.Write(bytes, count) == count; };
-    if (Inflate(input, limit, write) && inflated.Close(true) && ZVFileSystem::MoveFile(inflated.GetPath(), path))
-        return true;
-    inflated.Discard();
-    return false;
+    CFileReplacement replacement(path, L"inflated");
+    CFileSink& sink = replacement.GetSink();
+    const auto write = [&sink](const uint8_t* bytes, int64_t count) { return sink.Write(bytes, count) == count; };
+    return Inflate(input, limit, write) && sink.Close(ZVLoadEnd::Whole) && replacement.Commit();
 }

@@ -4,13 +4,11 @@
 
 namespace
 {
-constexpr int32_t ProgressDelayMs = 4000;
-
 void SetUp(CFileLoader& loader, IZVFileLoaderProgress* progress, const ZVStringArray* requestHeaders)
 {
     loader.SetStreaming(true);
     loader.SetLimits(-1, false);
-    loader.SetProgress(false, ProgressDelayMs, true, ZVString(), false, L"Working...");
+    loader.SetProgress(false, {.Text = L"Working..."});
     loader.SetProgressCallback(progress);
     if (requestHeaders != nullptr)
         loader.SetRequest(*requestHeaders, nullptr, 0, false);

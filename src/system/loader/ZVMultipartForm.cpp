@@ -11,7 +11,7 @@
 
 namespace
 {
-// A name between quotation marks, which ends neither the quotation nor the line (RFC 7578, section 2).
+// A name in quotation marks, escaped so that it ends neither the quotation nor the line (RFC 7578, section 2).
 ZVString GetQuoted(const wchar_t* format, const ZVString& name)
 {
     static constexpr const wchar_t* Needles[] = {L"\"", L"\r", L"\n"};
@@ -65,9 +65,9 @@ void ZVMultipartForm::Finish()
     AppendBoundary(L"--\r\n");
 }
 
-void ZVMultipartForm::AppendBoundary(const wchar_t* behind)
+void ZVMultipartForm::AppendBoundary(const wchar_t* end)
 {
-    AppendText(ZVString(L"--") + Boundary + behind);
+    AppendText(ZVString(L"--") + Boundary + end);
 }
 
 void ZVMultipartForm::AppendText(const ZVString& text)

@@ -9,21 +9,21 @@ class ZVFilename;
 class ZVMultipartForm
 {
 public:
-    // What parts the fields, without the two hyphens in front. It is not looked for in what the form holds.
+    // What separates the fields, without the two hyphens before it. Nobody checks that no field contains it.
     static constexpr wchar_t Boundary[] = L"--------ieoau._._+2_8_GoodLuck8.3-ds0d0J0S0Kl234324jfLdsjfdAuaoei-----";
 
     void AddText(const ZVString& name, const ZVString& value);
-    // Adds the bytes of a local file under its bare name, with its content type when the file type registry knows it. False, and
-    // nothing added, when it cannot be read; the cause is logged.
+    // Adds the bytes of a local file under its bare name, with its content type when the file type registry knows it. False, with
+    // nothing added and the cause logged, when the file cannot be read.
     bool AddFile(const ZVString& name, const ZVFilename& file);
     // Ends the form. Nothing is added after that.
     void Finish();
 
-    // The body as far as it is there.
+    // The body so far.
     const ZVBuffer& GetBody() const { return m_body; }
 
 private:
-    void AppendBoundary(const wchar_t* behind);
+    void AppendBoundary(const wchar_t* end);
     void AppendText(const ZVString& text);
 
     ZVBuffer m_body;

@@ -19,10 +19,10 @@ constexpr BodyHeader BodyHeaders[] = {
 };
 // clang-format on
 
-// True when a line begins with a name and a colon behind it.
+// True when a line begins with a name and a colon.
 bool IsLineOf(const ZVString& line, const wchar_t* name)
 {
-    return line.StartsWith(name, false) && line.Mid(static_cast<int32_t>(wcslen(name))).StartsWith(L':');
+    return line.StartsWith(name, false) && line.GetAt(static_cast<int32_t>(wcslen(name))) == L':';
 }
 
 int32_t FindEntry(const ZVStringArray& headers, const wchar_t* name)
@@ -75,10 +75,10 @@ const wchar_t* ZVRequestHeaders::GetMethodName(ZVRequestMethod method)
     return method == ZVRequestMethod::Put ? L"PUT" : L"POST";
 }
 
-ZVString ZVRequestHeaders::GetBodyHeaders(ZVRequestBodyKind kind, int64_t size, const ZVString& detail)
+ZVString ZVRequestHeaders::GetBodyHeaders(const ZVRequestBody& body)
 {
     for (const BodyHeader& header : BodyHeaders)
-        if (header.Kind == kind)
-            return header.HasDetail ? ZVFormat(header.Format, detail, size) : ZVFormat(header.Format, size);
+        if (header.Kind == body.Kind)
+            return header.HasDetail ? ZVFormat(header.Format, body.Detail, body.Size) : ZVFormat(header.Format, body.Size);
     return ZVString();
 }

@@ -1,36 +1,39 @@
 #include "LoaderFixture.h"
 
-#include "core/string/ZVStringUTF8.h"
-#include "system/file/ZVFileSystem.h"
-#include "system/loader/CFileLoaderThread.h"
 #include "system/loader/ZVMultipartForm.h"
 
 #include <gmock/gmock.h>
 
 namespace
 {
+namespace fs = std::filesystem;
+
 class CFileLoaderToFileTest : public LoaderFixture
 {
 protected:
-    // Loads "/file", or a local file, over what the target holds and gives what it then holds.
+    bool Load(const std::string& name, ZVLoadToFileMode mode, const ZVString& source = ZVString())
+    {
+        ZVFilename target(TextAt(name));
+        return CFileLoader().LoadToFile(ZVFilename(source.IsEmpty() ? m_server.GetURL("/file") : source), target, mode);
+    }
+
+    // Loads "/file", or a local file, over what the target holds and returns what it then holds.
     std::string LoadOver(const char* old, ZVLoadToFileMode mode, bool isLoaded, const ZVString& source = ZVString())
     {
         const std::string folder = m_folder + "to";
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directory(folder);
+        fs::remove_all(folder);
+        fs::create_directory(folder);
         if (old != nullptr)
             Put("to/target", old);
-        CFileLoader loader;
-        ZVFilename target = ZVFilename::FromPath(TextAt("to/target"));
-        EXPECT_EQ(loader.LoadToFile(ZVFilename(source.IsEmpty() ? m_server.GetURL("/file") : source), target, mode), isLoaded);
+        EXPECT_EQ(Load("to/target", mode, source), isLoaded);
         const std::string content = Get("to/target");
-        std::filesystem::remove(folder + "/target");
-        EXPECT_TRUE(std::filesystem::is_empty(folder)) << "something was left behind";
+        fs::remove(folder + "/target");
+        EXPECT_TRUE(fs::is_empty(folder)) << "something was left over";
         return content;
     }
 };
 
-TEST_F(CFileLoaderToFileTest, GoesOnBehindWhatIsThere)
+TEST_F(CFileLoaderToFileTest, ContinuesAfterWhatIsThere)
 {
     const std::string content = "0123456789";
     const ZVString local = Put("source", content);
@@ -53,12 +56,11 @@ TEST_F(CFileLoaderToFileTest, GoesOnBehindWhatIsThere)
     check("abcdefghijk", content, content);
 }
 
-TEST_F(CFileLoaderToFileTest, LeavesNothingOfAFailureButWhatIsWanted)
+TEST_F(CFileLoaderToFileTest, LeavesOfAFailureOnlyWhatIsWanted)
 {
     const std::string content = MakeContent(300'000);
     m_server.SetAnswer("/file", {.Body = content, .CutAfter = 200'000});
     EXPECT_EQ(LoadOver(nullptr, ZVLoadToFileMode::Replace, false), "(none)");
-    EXPECT_EQ(LoadOver(nullptr, ZVLoadToFileMode::Resume, false), "(none)");
     EXPECT_EQ(LoadOver(nullptr, ZVLoadToFileMode::IfNewer, false), "(none)");
     EXPECT_EQ(LoadOver("old", ZVLoadToFileMode::IfNewer, false), "old");
     const std::string partial = LoadOver(nullptr, ZVLoadToFileMode::KeepPartial, false);
@@ -67,17 +69,67 @@ TEST_F(CFileLoaderToFileTest, LeavesNothingOfAFailureButWhatIsWanted)
 
     m_server.SetAnswer("/file", {.Status = 404});
     EXPECT_EQ(LoadOver("old", ZVLoadToFileMode::Replace, false), "old");
-    EXPECT_EQ(LoadOver("old", ZVLoadToFileMode::Resume, false), "old");
     EXPECT_EQ(LoadOver(nullptr, ZVLoadToFileMode::KeepPartial, false), "(none)");
 
     m_server.SetAnswer("/file", {.Body = content});
-    for (const ZVString& path : {TextAt("missing folder/target"), ZVString(L"/dev/full")})
+    EXPECT_FALSE(Load("missing folder/target", ZVLoadToFileMode::Replace));
+    fs::create_symlink("/dev/full", m_folder + "full");
+    EXPECT_FALSE(Load("full", ZVLoadToFileMode::Replace));
+    EXPECT_TRUE(fs::exists("/dev/full"));
+}
+
+TEST_F(CFileLoaderToFileTest, TakesNothingOfABrokenGzipLoadForAFile)
+{
+    const std::string content = MakeContent(100'000);
+    const ZVTestAnswer whole {.Headers = {"Content-Encoding: gzip"}, .Body = Gzip(content), .AnswersRanges = true};
+    ZVTestAnswer damaged = whole;
+    damaged.Body[damaged.Body.size() / 2] ^= 0x55;
+    ZVTestAnswer cut = whole;
+    cut.CutAfter = 20'000;
+    for (const ZVTestAnswer& answer : {damaged, cut})
+        for (const ZVLoadToFileMode mode : {ZVLoadToFileMode::Replace, ZVLoadToFileMode::Resume, ZVLoadToFileMode::KeepPartial})
+            for (const char* old : {"", "old"})
+            {
+                SCOPED_TRACE(testing::Message() << answer.CutAfter << ' ' << static_cast<int>(mode) << old);
+                Put("target", old);
+                m_server.SetAnswer("/file", answer);
+                EXPECT_FALSE(Load("target", mode));
+                EXPECT_EQ(Get("target"), "");
+                EXPECT_FALSE(Load("target", ZVLoadToFileMode::KeepPartial));
+                m_server.SetAnswer("/file", whole);
+                EXPECT_TRUE(Load("target", mode));
+                EXPECT_TRUE(Get("target") == content);
+            }
+}
+
+TEST_F(CFileLoaderToFileTest, KeepsALinkAndTheModeOfItsFile)
+{
+    const ZVTestAnswer plain {.Body = "new"};
+    const ZVTestAnswer gzip {.Headers = {"Content-Encoding: gzip"}, .Body = Gzip("new")};
+    fs::create_symlink("real/file", m_folder + "link");
+    const auto check = [this](const ZVTestAnswer& answer, ZVLoadToFileMode mode, bool isLoaded)
     {
-        CFileLoader loader;
-        ZVFilename target = ZVFilename::FromPath(path);
-        EXPECT_FALSE(loader.LoadToFile(ZVFilename(m_server.GetURL("/file")), target, ZVLoadToFileMode::Replace));
-    }
-    EXPECT_TRUE(std::filesystem::exists("/dev/full"));
+        SCOPED_TRACE(answer.Body);
+        Put("real/file", "old");
+        fs::permissions(m_folder + "real/file", fs::perms(0640));
+        m_server.SetAnswer("/file", answer);
+        EXPECT_EQ(Load("link", mode), isLoaded);
+        EXPECT_TRUE(fs::is_symlink(m_folder + "link"));
+        EXPECT_EQ(Get("real/file"), isLoaded ? "new" : "old");
+        EXPECT_EQ(fs::status(m_folder + "real/file").permissions(), fs::perms(0640));
+        fs::remove(m_folder + "real/file");
+        EXPECT_TRUE(fs::is_empty(m_folder + "real")) << "something was left over";
+    };
+    check(plain, ZVLoadToFileMode::IfNewer, true);
+    check(gzip, ZVLoadToFileMode::IfNewer, true);
+    check(gzip, ZVLoadToFileMode::Replace, true);
+    check({.Body = "short", .CutAfter = 0}, ZVLoadToFileMode::IfNewer, false);
+
+    // A link to a file that is not there yet.
+    m_server.SetAnswer("/file", {.Body = MakeContent(200'000), .CutAfter = 100'000});
+    EXPECT_FALSE(Load("link", ZVLoadToFileMode::IfNewer));
+    EXPECT_TRUE(fs::is_symlink(m_folder + "link"));
+    EXPECT_TRUE(fs::is_empty(m_folder + "real"));
 }
 
 TEST_F(CFileLoaderToFileTest, LoadsOnlyWhatIsNewer)
@@ -91,49 +143,29 @@ TEST_F(CFileLoaderToFileTest, LoadsOnlyWhatIsNewer)
     check({.Headers = {"Last-Modified: Mon, 06 Nov 2000 08:49:37 GMT"}, .Body = "new"}, "old");
     check({.Headers = {"Last-Modified: Mon, 06 Nov 2000 08:49:37 GMT"}, .Body = "newer"}, "newer");
     check({.Headers = {"Last-Modified: Wed, 06 Nov 2999 08:49:37 GMT"}, .Body = "new"}, "new");
-    check({.Headers = {"Last-Modified: yesterday"}, .Body = "new"}, "new");
     check({.Body = "new"}, "new");
     check({.Status = 304}, "old");
 
-    // The answer to an earlier load is none to one that never began.
+    // The answer to an earlier load says nothing about one that never began.
     CFileLoader loader;
-    ZVFilename target = ZVFilename::FromPath(Put("target", "old"));
-    EXPECT_TRUE(loader.LoadToFile(ZVFilename(m_server.GetURL("/file")), target, ZVLoadToFileMode::IfNewer));
+    const ZVFilename url(m_server.GetURL("/file"));
+    ZVFilename target(Put("target", "old"));
+    EXPECT_TRUE(loader.LoadToFile(url, target, ZVLoadToFileMode::IfNewer));
     loader.Cancel();
-    EXPECT_FALSE(loader.LoadToFile(ZVFilename(m_server.GetURL("/file")), target, ZVLoadToFileMode::IfNewer));
-
-    m_server.SetAnswer("/file", {.Body = "new"});
-    EXPECT_EQ(LoadOver(nullptr, ZVLoadToFileMode::IfNewer, true), "new");
-    EXPECT_EQ(m_server.GetRequests("/file").back().GetHeader("If-Modified-Since"), "");
+    EXPECT_FALSE(loader.LoadToFile(url, target, ZVLoadToFileMode::IfNewer));
 }
 
 TEST_F(CFileLoaderToFileTest, MakesATemporaryFile)
 {
     // The longest name of a file has 255 bytes, those of addresses are longer.
     const std::string longName = "/" + std::string(300, 'a') + ".jpg?" + std::string(300, 'b');
-    CFileLoader loader;
-    // Makes a file of the name that the load has chosen for its own, but not yet made.
-    ZVString rival;
-    Watcher watcher;
-    watcher.OnPoll = [&]
-    {
-        if (rival.IsEmpty())
-            std::ofstream(ZVStringUTF8(rival = ZVFileSystem::GetUniqueFilename(ZVString(), L"cover", L"jpg")).Get()) << "rival";
-        return false;
-    };
-    loader.SetProgressCallback(&watcher);
-    for (const std::string& name : {std::string("/cover.jpg"), longName})
-    {
-        m_server.SetAnswer(name, {.Body = "picture"});
-        ZVFilename target = ZVFilename::FromPath(TextAt("untouched"));
-        ASSERT_TRUE(loader.LoadToFile(ZVFilename(m_server.GetURL(name)), target, ZVLoadToFileMode::Temporary));
-        EXPECT_EQ(target.GetExtension(), L"jpg");
-        ZVString text;
-        EXPECT_TRUE(text.LoadFromFile(target.GetPathOnly()));
-        EXPECT_EQ(text, L"picture");
-        EXPECT_TRUE(text.LoadFromFile(rival));
-        EXPECT_EQ(text, L"rival");
-    }
+    m_server.SetAnswer(longName, {.Body = "picture"});
+    ZVFilename target(TextAt("untouched"));
+    ASSERT_TRUE(CFileLoader().LoadToFile(ZVFilename(m_server.GetURL(longName)), target, ZVLoadToFileMode::Temporary));
+    EXPECT_EQ(target.GetExtension(), L"jpg");
+    ZVString text;
+    EXPECT_TRUE(text.LoadFromFile(target.GetPathOnly()));
+    EXPECT_EQ(text, L"picture");
     EXPECT_EQ(Get("untouched"), "(none)");
 }
 
@@ -142,18 +174,19 @@ TEST_F(CFileLoaderToFileTest, SendsAForm)
     m_server.SetAnswer("/form", {.Status = 500, .Body = "the reason"});
     ZVMultipartForm form;
     form.AddText(L"na\"me\r\n", L"gr\u00fcn");
-    EXPECT_TRUE(form.AddFile(L"cover", ZVFilename::FromPath(Put("a b.jpg", std::string("\0\x01\xff", 3)))));
-    EXPECT_FALSE(form.AddFile(L"data", ZVFilename::FromPath(TextAt("missing"))));
+    EXPECT_TRUE(form.AddFile(L"cover", ZVFilename(Put("a b.jpg", std::string("\0\x01\xff", 3)))));
+    EXPECT_FALSE(form.AddFile(L"data", ZVFilename(TextAt("missing"))));
     form.Finish();
 
     CFileLoader loader;
     ZVBuffer buffer;
-    for (const bool succeedOnError : {false, true})
-    {
-        loader.SetForm(ZVRequestMethod::Post, form, succeedOnError);
-        EXPECT_EQ(loader.Load(ZVFilename(m_server.GetURL("/form")), buffer), succeedOnError);
-        EXPECT_EQ(Bytes(buffer), succeedOnError ? "the reason" : "");
-    }
+    const ZVFilename url(m_server.GetURL("/form"));
+    loader.SetForm(ZVRequestMethod::Post, form);
+    EXPECT_FALSE(loader.Load(url, buffer));
+    loader.SetForm(ZVRequestMethod::Post, form);
+    loader.SetRequestOption(ZVRequestHeaders::SucceedOnError, L"1");
+    EXPECT_TRUE(loader.Load(url, buffer));
+    EXPECT_EQ(Bytes(buffer), "the reason");
     const std::string boundary = "----------ieoau._._+2_8_GoodLuck8.3-ds0d0J0S0Kl234324jfLdsjfdAuaoei-----";
     const ZVTestRequest request = m_server.GetRequests("/form").back();
     EXPECT_EQ(request.Method, "POST");
@@ -161,21 +194,5 @@ TEST_F(CFileLoaderToFileTest, SendsAForm)
     EXPECT_EQ(request.Body, boundary + "\r\nContent-Disposition: form-data; name=\"na%22me%0D%0A\"\r\n\r\ngr\xC3\xBCn\r\n" +
                                 boundary + "\r\nContent-Disposition: form-data; name=\"cover\"; filename=\"a b.jpg\"\r\n" +
                                 "Content-Type: image/jpeg\r\n\r\n" + std::string("\0\x01\xff\r\n", 5) + boundary + "--\r\n");
-}
-
-TEST_F(CFileLoaderToFileTest, RunsOnAThread)
-{
-    m_server.SetAnswer("/silent", {.DelayMilliseconds = 60'000});
-    CFileLoaderThread thread(ZVFilename(Put("first", "1")), ZVFilename(Put("second", "22")));
-    EXPECT_TRUE(thread.Start(0, false, 0));
-    thread.WaitForExit();
-    EXPECT_TRUE(thread.Stop(ZVThread::NoTimeout));
-    EXPECT_EQ(Bytes(thread.GetBuffer()) + Bytes(thread.GetSecondBuffer()), "122");
-
-    // The end of the object cancels the load.
-    CFileLoaderThread stopped(ZVFilename(m_server.GetURL("/silent")), ZVFilename(TextAt("first")));
-    EXPECT_TRUE(stopped.Start(0, false, 0));
-    while (m_server.GetRequests("/silent").empty())
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 }
