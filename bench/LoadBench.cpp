@@ -1,15 +1,15 @@
-// Loading a large text file, against one plain read of it and the same decode.
+// Loading a large text file, compared with one plain read of it and the same decoding.
 
 #include "RatioReport.h"
 #include "core/containers/ZVBuffer.h"
 #include "core/string/ZVString.h"
+#include "system/library/ZVDescriptor.h"
 
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace
@@ -33,7 +33,7 @@ private:
     LargeText()
     {
         m_path = std::filesystem::temp_directory_path() / "zvload-XXXXXX";
-        close(mkstemp(m_path.data()));
+        const ZVDescriptor descriptor(mkstemp(m_path.data()));
         std::string line;
         for (int number = 0; line.size() < 1'000'000; ++number)
             line += "Line " + std::to_string(number) +
@@ -67,11 +67,10 @@ void ReadAndDecode(benchmark::State& state)
 {
     for (auto _ : state)
     {
-        const int descriptor = open(LargeText::Path().c_str(), O_RDONLY);
+        const ZVDescriptor descriptor(open(LargeText::Path().c_str(), O_RDONLY));
         ZVBuffer bytes;
         bytes.Grow(FileSize);
-        bytes.SetUsed(read(descriptor, bytes.GetData(), static_cast<size_t>(FileSize)));
-        close(descriptor);
+        bytes.SetUsed(read(descriptor.Get(), bytes.GetData(), static_cast<size_t>(FileSize)));
         ZVString text;
         text.SetFromBytes(bytes, ZVEncoding::UTF8, false);
         benchmark::DoNotOptimize(text.GetLength());
