@@ -18,10 +18,10 @@ constexpr ZVLogSource SetInstallPathSource {ZVLogCategory::General, L"CProcessIn
 
 constexpr wchar_t ApplicationDataFolder[] = L"Application Data/";
 
-// A process that finds the block of a dead one under its own name removes it and tries once more.
+// A process that finds the block of a dead process under its own name removes that block and tries once more.
 constexpr int32_t MaximumAttempts = 2;
 
-// Stands in for a block that cannot be shared. Its pages cost nothing until then.
+// Used when no block can be shared. Its pages cost nothing until then.
 constinit CProcessBlock s_privateBlock {};
 
 bool HasTerminator(const wchar_t (&path)[CProcessBlock::PathCapacity])
@@ -29,7 +29,7 @@ bool HasTerminator(const wchar_t (&path)[CProcessBlock::PathCapacity])
     return wmemchr(path, L'\0', CProcessBlock::PathCapacity) != nullptr;
 }
 
-// Tells the block of this process from one that a dead process with the same id left: that one is older than this process.
+// False for a block that a dead process with the same id left: such a block is older than this process.
 bool IsOfThisProcess(CProcessBlock& block, pid_t processId)
 {
     return std::atomic_ref(block.State).load(std::memory_order_acquire) == CProcessBlock::Content::Filled &&
@@ -37,8 +37,8 @@ bool IsOfThisProcess(CProcessBlock& block, pid_t processId)
            HasTerminator(block.InstallPath) && HasTerminator(block.ApplicationDataPath);
 }
 
-// Takes the block's name away at the end of a process that has not done so. The description itself is left to the end of the
-// process, which frees all memory at once.
+// Removes the block's name when the process ends without having done so. The description itself is not freed: the end of the
+// process frees all memory at once.
 class BlockRemover
 {
 public:
@@ -84,8 +84,7 @@ bool CProcessInfo::OpenShared()
             return false;
         if (AttachShared())
             return true;
-        // Only a block of the user's own is removed. It is not filled anew in its place: whoever still has it mapped keeps what
-        // it has.
+        // Only a block of the user's own is removed. It is not filled again, because somebody may still have it mapped.
         if (m_memory.GetData() == nullptr && m_memory.GetError() != EINVAL)
             return false;
         ZVSharedMemory::Remove(name);
@@ -93,7 +92,7 @@ bool CProcessInfo::OpenShared()
     return false;
 }
 
-// Opens the block that a copy of this code in the same process has made.
+// Opens the block that another copy of this code in the same process has made.
 bool CProcessInfo::AttachShared()
 {
     if (!m_memory.Open(CProcessBlock::GetName(m_processId), CProcessBlock::Size))
@@ -105,7 +104,7 @@ bool CProcessInfo::AttachShared()
     return true;
 }
 
-// Makes a block the description. False when the system has no room for its pages.
+// Fills a block and uses it as the description. False when the system has no room for its pages.
 bool CProcessInfo::Fill(CProcessBlock* block)
 {
     m_block = block;
@@ -129,7 +128,7 @@ bool CProcessInfo::SetInstallPathFromProductName(const ZVString& productName)
     return isSet;
 }
 
-// Sets the install path and what depends on it, or nothing.
+// Sets the install path and what depends on it, or changes nothing.
 bool CProcessInfo::SetInstallPath(const ZVString& path)
 {
     return MakeRoom(m_block->InstallPath, path) && WritePath(m_block->ApplicationDataPath, path + ApplicationDataFolder) &&

@@ -6,14 +6,14 @@
 
 #include <sys/types.h>
 
-// The description of the process that the program and all its libraries see alike. It is a block of shared memory under a name
-// made of the product version and the process id, so that each library finds it without a pointer being passed; whoever comes
-// first makes and fills it. Where no block can be shared, the description is private to this copy of the code and works the same.
-// Texts stay valid as long as the object, and are changed only before other threads start.
+// The description of the process, the same for the program and all its libraries. It is a block of shared memory whose name is made
+// of the product version and the process id, so that each library finds it without being passed a pointer. Whoever comes first
+// makes and fills it. Where no block can be shared, the description is private to this copy of the code and works the same. Texts
+// stay valid as long as the object, and change only before other threads start.
 class CProcessInfo
 {
 public:
-    // The description as this copy of the code sees it, opened by the first call.
+    // The description, opened by the first call in this copy of the code.
     static CProcessInfo& Get();
 
     CProcessInfo();
@@ -23,28 +23,29 @@ public:
 
     // The folder that holds the product's libraries.
     const wchar_t* GetInstallPath() const { return m_block->InstallPath; }
-    // Takes the folder that is found for the product, with all paths that depend on it. False when none is; nothing changes then.
+    // Sets the folder that is found for the product, and all paths that depend on it. False when there is none; nothing changes
+    // then.
     bool SetInstallPathFromProductName(const ZVString& productName);
 
-    // The folder "Application Data" of the install path, or what was set.
+    // The folder "Application Data" in the install path, unless another one was set.
     const wchar_t* GetApplicationDataPath() const { return m_block->ApplicationDataPath; }
     // The path ends in "/". False when it is too long.
     bool SetApplicationDataPath(const ZVString& path);
 
-    // The program has begun to start up; until then the process only has some of its libraries loaded.
+    // Notes that the program has begun its start-up. Until then some of its libraries may be loaded, and no more.
     void MarkStarted() { m_block->IsStarted = true; }
     bool IsStarted() const { return m_block->IsStarted; }
 
-    // The number of the next library load, from 1 on; no two loads of a process get the same.
+    // The number of the next library load, from 1 up; no two loads in a process get the same.
     int32_t TakeNextAttachValue();
 
     // True when other copies of the code in this process see the description too.
     bool IsShared() const { return m_block == m_memory.GetData(); }
-    // Logs why it is private, when it is.
+    // When the description is private, logs why.
     void LogStorage() const;
 
-    // Takes the block's name away, in the process and the copy that made it; elsewhere, and a second time, nothing happens. The
-    // description stays readable.
+    // Removes the block's name. Only the process and the copy of the code that made the block do so, and only once; otherwise
+    // nothing happens. The description stays readable.
     void Remove();
 
 private:

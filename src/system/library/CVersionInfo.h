@@ -2,10 +2,10 @@
 
 #include "core/string/ZVString.h"
 
-// The version that a file carries as a resource. Files of this platform carry none.
+// The version that is stored in a file as a resource. On this platform files have no resources.
 class CVersionInfo
 {
 public:
-    // "0.0.0.0", or "0.0.0" in three parts, whatever the file is and whether it exists or not.
+    // "0.0.0.0", or "0.0.0" in three parts, for every file, whether it exists or not.
     static ZVString GetFileVersion(const ZVString& file, bool threeParts);
 };

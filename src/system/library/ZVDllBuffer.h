@@ -3,7 +3,7 @@
 #include "contracts/IZVDllBuffer.h"
 #include "core/containers/ZVBuffer.h"
 
-// A ZVBuffer as another library may fill it. It refers to the buffer, which must live longer. No exception leaves it.
+// Lets another library fill a ZVBuffer. It refers to the buffer, which must live longer. No exception leaves it.
 class ZVDllBuffer final : public IZVDllBuffer
 {
 public:
@@ -12,7 +12,7 @@ public:
     uint8_t* Grow(int64_t size) override;
     uint8_t* GetData() override { return m_buffer->GetData(); }
     int64_t GetUsed() override { return m_buffer->GetUsed(); }
-    // The count is clamped to what is allocated.
+    // The count is limited to what is allocated.
     void SetUsed(int64_t count) override { m_buffer->SetUsed(count); }
 
 private:

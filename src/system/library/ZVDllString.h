@@ -3,15 +3,15 @@
 #include "contracts/IZVDllString.h"
 #include "core/string/ZVString.h"
 
-// A ZVString as another library may read and set it. It refers to the string, which must live longer. No exception leaves it:
-// when there is no memory a text stays as it was and a buffer is null.
+// Lets another library read and set a ZVString. It refers to the string, which must live longer. No exception leaves it: when
+// memory runs out, the text stays as it was and a buffer is null.
 class ZVDllString final : public IZVDllString
 {
 public:
     explicit ZVDllString(ZVString& string) : m_string(&string) {}
 
     const wchar_t* GetString() override { return m_string->GetText(); }
-    // The text may be the string's own. Null is no text.
+    // The text may be a part of the string itself. Null is no text.
     void SetString(const wchar_t* text, int32_t length) override;
     void Empty() override { m_string->Empty(); }
     wchar_t* GetBuffer(int32_t length, bool keepContents) override;

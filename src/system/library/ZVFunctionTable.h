@@ -1,7 +1,7 @@
 #pragma once
 
-// The functions that are called in a library that is opened at run time. A room states them once, in a list of their exported
-// names, and gets a table with a pointer to each, under that name and with the signature of the library's own header:
+// The functions that are used of a library that is opened at run time. They are stated once, in a list of their exported names,
+// and become a table with a pointer to each, with its name and with the signature of the library's own header:
 //
 //   #define ZV_ZLIB_FUNCTIONS(function) function(inflate) function(inflateEnd)
 //   ZV_DEFINE_FUNCTION_TABLE(CZFunctions, ZV_ZLIB_FUNCTIONS);
@@ -21,7 +21,7 @@
 
 namespace ZVFunctionTable
 {
-// How many names, each with a NUL after it, stand in front of an empty one.
+// The number of names in a list in which a NUL ends each name, and an empty name ends the list.
 constexpr int Count(const char* names)
 {
     int count = 0;
@@ -31,8 +31,8 @@ constexpr int Count(const char* names)
     return count;
 }
 
-// Stores the address of each name in the library of a handle, which may be null, in the pointers from the given one on. Stops at
-// the first name that is missing, and returns it; null when all were found.
+// Looks up each name in a library and stores the addresses in the pointers, one after the other. Stops at the first name that is
+// missing and returns it; null when all were found. With a null handle the first name is missing.
 const char* Bind(void* handle, const char* names, void* pointers);
 
 // The same for a whole table.

@@ -20,8 +20,8 @@ ZVString GetFolder(const char* file)
     return path.Left(path.ReverseFind(L'/') + 1);
 }
 
-// The folder of the path that the program was started under, or empty when that path is relative or a link. It is in memory
-// already; to ask the system costs the process its first entry in /proc, a fiftieth of a whole start.
+// The folder of the path that the program was started by, or empty when that path is relative or a link. It is in memory already;
+// asking the system costs a fiftieth of a whole start, as it would be the first thing that the process needs of /proc.
 ZVString GetStartedProgramFolder()
 {
     const char* const path = std::bit_cast<const char*>(getauxval(AT_EXECFN));
@@ -33,7 +33,7 @@ ZVString GetStartedProgramFolder()
     return GetFolder(path);
 }
 
-// The folder of the running program as the system knows it, or empty.
+// The folder of the running program by what the system says, or empty.
 ZVString GetProgramFolder()
 {
     char path[PATH_MAX];

@@ -3,12 +3,12 @@
 #include "core/string/ZVString.h"
 #include "system/library/ZVFunctionTable.h"
 
-// A shared library that is opened at run time. A library may export "Attach", which is called with a number of its own after each
-// load, and "Detach", which is called before each unload. Not copied; the destructor unloads.
+// A shared library that is opened at run time, and unloaded by the destructor. A library may export "Attach", which is called after
+// each load with a number that no other load gets, and "Detach", which is called before each unload.
 class ZVLoadLibrary
 {
 public:
-    // A negative value of logFailure has the failure logged.
+    // Every negative value of logFailure means that a failure is logged.
     static constexpr int32_t LogFailure = -1;
 
     ZVLoadLibrary() = default;
@@ -16,9 +16,9 @@ public:
     ZVLoadLibrary(const ZVLoadLibrary&) = delete;
     ZVLoadLibrary& operator=(const ZVLoadLibrary&) = delete;
 
-    // Unloads what is loaded and opens the library of a path; a name without a slash is looked for where the system keeps its
-    // libraries. Symbols are bound when they are first used, and the code stays mapped after the unload. A failure is printed to
-    // standard output. mode is for other platforms.
+    // Unloads what is loaded and opens the library at a path; a name without a slash is looked for where the system keeps its
+    // libraries. Symbols are bound when they are first used, and the code stays mapped after the unload. A failure is always
+    // printed to standard output. mode is for other platforms.
     bool Load(const ZVString& path, int32_t logFailure = LogFailure, int32_t mode = 0);
     // Closes the library; without one nothing happens.
     void Unload();
@@ -34,7 +34,7 @@ public:
     }
 
     // Fills a table of ZV_DEFINE_FUNCTION_TABLE in its order, up to the first function that the library does not have. Returns the
-    // name of that one, or null when all are there.
+    // name of that function, or null when all are there.
     template <class Table>
     const char* BindAll(Table& table) const
     {

@@ -4,8 +4,8 @@
 
 #include <dlfcn.h>
 
-// A library of the system that is opened when it is first needed, since most processes never need it and should not pay for it at
-// their start. Unlike ZVLoadLibrary it is none of the product's. It stays open when the object goes.
+// A library of the system that is opened when it is first needed: most processes never need it and should not pay for it at their
+// start. For the product's own libraries there is ZVLoadLibrary. The library stays open when the object goes.
 class ZVRunTimeLibrary
 {
 public:

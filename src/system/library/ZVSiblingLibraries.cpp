@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 #include <mutex>
+#include <string_view>
 
 namespace
 {
@@ -19,7 +20,7 @@ constinit std::recursive_mutex s_mutex;
 
 using Lock = std::lock_guard<std::recursive_mutex>;
 
-// What the tools library learns of the process.
+// What the tools library is told about the process.
 class ApplicationInformation final : public IZVApplicationInformation
 {
 public:
@@ -33,7 +34,8 @@ constinit ApplicationInformation s_applicationInformation;
 // Where to load a library from.
 ZVString GetLibraryPath(const ZVSiblingLibrary& library, const ZVString& path)
 {
-    if (!path.StartsWith(L"\\\\") && !path.Mid(1).StartsWith(L":\\"))
+    const std::wstring_view view = path.View();
+    if (!view.starts_with(L"\\\\") && view.substr(std::min<size_t>(1, view.size()), 2) != L":\\")
         return CProcessInfo::Get().GetInstallPath() + ZVString(library.File);
     ZVString rooted = path;
     rooted.Replace(L"\\", L"/");

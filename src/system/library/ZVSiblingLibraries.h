@@ -7,24 +7,24 @@
 
 #include <cstdint>
 
-// The binding of the product's libraries: what of them is loaded and which interface each gave. All of it runs under one
-// recursive mutex and may be called from any thread; only the tools library is bound and unbound while no other thread runs. A
-// library that is absent is an absent service: its load is false, its interface null.
+// The binding of the product's libraries: which of them are loaded, and the interface of each. Everything runs under one recursive
+// mutex and may be called from any thread, except that the tools library is bound and unbound while no other thread runs. A
+// library that is absent is an absent service: its load is false and its interface null.
 class ZVSiblingLibraries
 {
 public:
-    // The binding of this copy of the code. It is never destroyed; who has loaded something unloads it.
+    // The binding of this copy of the code. It is never destroyed; whoever loads something unloads it.
     static ZVSiblingLibraries& Get();
 
     ZVSiblingLibraries(const ZVSiblingLibraries&) = delete;
     ZVSiblingLibraries& operator=(const ZVSiblingLibraries&) = delete;
 
-    // The value that every library gets when it is initialised; 0 if none was set.
+    // The value that every library is initialised with; 0 if none is set.
     void SetFlag(int32_t flag);
 
-    // Loads a library and starts it; true at once when it is loaded. It is looked for in the install folder, unless path begins
-    // with "\\" or has ":\" behind its first character: then path is the library's file or, with a separator at its end, its
-    // folder. LoadTools also sets the process-wide tools pointer and fails when the library cannot serve.
+    // Loads a library and starts it; true at once when it is loaded already. It is looked for in the install folder, unless path
+    // begins with "\\" or has ":\" after its first character: then path is the library's file or, with a separator at its end,
+    // its folder. LoadTools also sets the process-wide tools pointer, and fails when the library cannot serve.
     bool LoadTools(const ZVString& path = {}) { return Load(ZVSibling::Tools, path); }
     bool LoadImage(const ZVString& path = {}) { return Load(ZVSibling::Image, path); }
     bool LoadReader(const ZVString& path = {}) { return Load(ZVSibling::Reader, path); }
@@ -36,14 +36,13 @@ public:
     // Why the last LoadTools failed.
     ZVString GetToolsError() const;
 
-    // The interface that a loaded library gave, or null. It belongs to the library and ends with the unload.
+    // The interface of a loaded library, or null. It belongs to the library and ends with the unload.
     void* GetInterface(ZVSibling sibling) const;
-    // One of the reader library's factories, each a function with parameters of its own, or null. The library is loaded and the
-    // name looked up by the first call. It ends with the unload.
+    // One of the reader library's factories, each a function with parameters of its own, or null. The first call loads the library
+    // and looks up the name. The function ends with the unload.
     void* GetReaderFactory(const char* name);
 
-    // Unloads one library, or all from the last to the first. What is not loaded is passed over. The interfaces must not be in
-    // use any more.
+    // Unloads one library, or all from the last to the first, if they are loaded. Nobody may still use their interfaces.
     void Unload(ZVSibling sibling);
     void UnloadAll();
 

@@ -17,9 +17,9 @@ enum class ZVSibling : int32_t
 // How a library is started after its load.
 enum class ZVSiblingStart
 {
-    Tools,      // the entry point is asked for a version of the tools interface, which then gets the application's information
-    Interface,  // the entry point gives an IZVSiblingInterface, which is initialised
-    Function,   // the entry point itself initialises the library, if it is there
+    Tools,      // the entry point returns the tools interface of a version, which is then given the application's information
+    Interface,  // the entry point returns an IZVSiblingInterface, which is then initialised
+    Function,   // the entry point itself initialises the library; it may be missing
 };
 
 // One library of the product.
@@ -29,7 +29,7 @@ struct ZVSiblingLibrary
     const wchar_t* File;
     ZVSiblingStart Start;
     const char* EntryPoint;
-    const char* Uninitialize;  // called before the unload, if it is there; null for none
+    const char* Uninitialize;  // called before the unload, if the library has it; null for none
 };
 
 // clang-format off

@@ -3,11 +3,11 @@
 #include "contracts/ILogManager.h"
 #include "core/containers/ZVStringArray.h"
 
-// Takes a copy of the log lines of some categories, from its construction to its end: how a task puts log text into its result.
+// Keeps a copy of the log lines of some categories, as long as it lives. A task uses it to put log text into its result.
 class CLogToStringItem final : public ILogManagerCustomOutput
 {
 public:
-    // The mask of the categories that are kept.
+    // The mask of the categories to keep.
     explicit CLogToStringItem(uint32_t categoryMask);
     ~CLogToStringItem() override;
 
@@ -16,7 +16,7 @@ public:
 
     void Output(uint32_t category, const wchar_t* text, int32_t length) override;
 
-    // The lines so far. Read them when no other thread logs into the scope of interest.
+    // The lines so far. Read them only when no other thread is logging.
     const ZVStringArray& GetLines() const { return m_lines; }
 
 private:

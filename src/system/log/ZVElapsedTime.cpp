@@ -24,6 +24,6 @@ int64_t ZVElapsedTime::GetNanoseconds() const
 
 int32_t ZVElapsedTime::GetMilliseconds() const
 {
-    // By way of 64 bits, as a process may live for more milliseconds than 32 bits count.
+    // Converted through 64 bits, because a process may live for more milliseconds than fit into 32.
     return static_cast<int32_t>(static_cast<int64_t>(static_cast<double>(GetNanoseconds()) / NanosecondsPerMillisecond));
 }

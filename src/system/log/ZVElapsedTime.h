@@ -10,7 +10,7 @@ public:
     virtual ~ZVElapsedTime() = default;
 
     int64_t GetNanoseconds() const;
-    // Whole milliseconds, cut. After more than 24 days only the low 32 bits are left.
+    // Whole milliseconds, rounded down. After more than 24 days only the low 32 bits are left.
     int32_t GetMilliseconds() const;
 
 private:

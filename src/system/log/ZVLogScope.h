@@ -45,7 +45,7 @@ public:
     void LogHex(const void* buffer, int32_t length) const;
 
 private:
-    // Stands in the place of a result until one is set.
+    // The value of the result until one is set.
     static constexpr int32_t NoResult = static_cast<int32_t>(0x8a33f231);
 
     ZVLogSource GetSource() const { return {m_category, m_name}; }

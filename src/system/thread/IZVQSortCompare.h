@@ -7,8 +7,8 @@ template <class T>
 class IZVQSortCompare
 {
 public:
-    // Below 0, 0 or above 0 as first comes before, with or after second. The answers must agree with each other for the result to
-    // be sorted. Must not throw.
+    // Negative, 0 or positive when first comes before, beside or after second. The result is sorted only if the answers do not
+    // contradict each other. Must not throw.
     virtual int32_t Compare(const T& first, const T& second) = 0;
     virtual ~IZVQSortCompare() = default;
 };

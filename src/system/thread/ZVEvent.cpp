@@ -19,7 +19,7 @@ private:
     pthread_mutex_t& m_mutex;
 };
 
-// The moment that many milliseconds from now, on the clock that a condition counts by.
+// The moment that many milliseconds from now, on the clock that conditions use.
 timespec DeadlineAfter(int32_t milliseconds)
 {
     timeval now {};

@@ -4,12 +4,12 @@
 
 #include <pthread.h>
 
-// Something that threads wait for: it is signalled, or it is not. May be used by any number of threads.
+// Something that threads wait for: it is signalled or not. Any number of threads may use it.
 class ZVEvent
 {
 public:
-    // An event that is not signalled. With autoReset a wait that ends by the signal takes it, so that it serves one wait only;
-    // without it the event stays signalled until Clear.
+    // An event that is not signalled. With autoReset the first wait that the signal ends clears it, so a signal serves one wait;
+    // without autoReset the event stays signalled until Clear.
     explicit ZVEvent(bool autoReset);
     // No thread may be in Wait.
     ~ZVEvent();
@@ -21,8 +21,7 @@ public:
     void Clear();
     bool IsSignalled() const;
 
-    // Waits until the event is signalled and gives true, or false once that many milliseconds have passed. A negative time has no
-    // end.
+    // Waits until the event is signalled. False when that many milliseconds pass before; a negative time means no limit.
     bool Wait(int32_t milliseconds);
 
 private:

@@ -8,9 +8,9 @@
 #include <memory>
 #include <utility>
 
-// A quick sort in place, of any elements that can move bytewise, as those of the product's containers do: no element is copied,
-// and none is anywhere but in its place when the comparison sees it. Equal elements may change places. One object sorts one array
-// at a time, which nobody else may touch; a large one it sorts with a second thread.
+// A quick sort in place, for elements that may be moved as bytes, as those of the product's containers may. No element is copied,
+// and the comparison sees each of them in its place in the array. Equal elements may change places. One object sorts one array at
+// a time, which nobody else may touch meanwhile; for a large array it uses a second thread.
 //
 // Whatever a comparison answers, the array holds the same elements afterwards, and the number of comparisons grows no faster than
 // n log n.
@@ -18,16 +18,16 @@ template <class T>
 class ZVQSort final : public ZVQSortBase
 {
 public:
-    // A sort by a comparison that the caller keeps, which must live as long as the sort. Without useHelper the sort stays in the
-    // calling thread.
+    // Sorts by a comparison of the caller's, which must live as long as the sort. Without useHelper the sort stays in the calling
+    // thread.
     explicit ZVQSort(IZVQSortCompare<T>& compare, bool useHelper = true) : ZVQSortBase(useHelper), m_compare(compare) {}
-    // A sort that owns its comparison, which must not be null.
+    // Sorts by a comparison that it owns, which must not be null.
     explicit ZVQSort(std::unique_ptr<IZVQSortCompare<T>> compare, bool useHelper = true)
         : ZVQSortBase(useHelper), m_owned(std::move(compare)), m_compare(*m_owned)
     {
     }
 
-    // Sorts so many elements. A count below 2 leaves nothing to do.
+    // Sorts that many elements. With fewer than 2 there is nothing to do.
     void Sort(T* elements, int64_t count)
     {
         if (count >= 2)
@@ -42,18 +42,17 @@ public:
     }
 
 private:
-    // A range of no more elements costs less as a Shell sort.
+    // A Shell sort is faster for ranges of at most this many elements.
     static constexpr ptrdiff_t LargestShellRange = 16;
 
     void SortRange(void* low, void* high) override
     {
-        // Twice the depth of even partitions: more than this means that the pivots are bad ones, and the time would become
-        // quadratic.
+        // Twice the depth of even partitions. More than this means that the pivots are bad and the time would become quadratic.
         const auto count = static_cast<uint64_t>(static_cast<T*>(high) - static_cast<T*>(low)) + 1;
         SortBetween(static_cast<T*>(low), static_cast<T*>(high), 2 * static_cast<int32_t>(std::bit_width(count)));
     }
 
-    // Calls itself only for the smaller part, so no deeper than the logarithm of the count.
+    // Calls itself only for the smaller part, so the depth is at most the logarithm of the count.
     void SortBetween(T* low, T* high, int32_t partitionsLeft)
     {
         while (high - low >= LargestShellRange)
@@ -85,9 +84,8 @@ private:
             SortBetween(low, high, partitionsLeft);
     }
 
-    // Brings what is below the median of three elements in front of it and what is above behind it, and gives its place, which is
-    // neither the first nor the last. The walks end at the bounds as well as at an element, since a comparison may contradict
-    // itself.
+    // Moves what is below the median of three elements before it and what is above after it. Returns the median's place, which is
+    // neither the first nor the last. The walks also end at the bounds, because a comparison may contradict itself.
     T* Partition(T* low, T* high)
     {
         T* const middle = low + (high - low + 2) / 2;

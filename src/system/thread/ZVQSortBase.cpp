@@ -5,7 +5,7 @@
 #include <chrono>
 #include <thread>
 
-// Ends the helper when the sort ends, even by an exception: nobody may touch the elements after that.
+// Ends the helper when the sort ends, by an exception too: nobody may touch the elements after that.
 class ZVQSortBase::HelperEnd
 {
 public:
@@ -66,7 +66,7 @@ void ZVQSortBase::SortPushedRanges()
         SortRange(low, high);
 }
 
-// Waits for a range. False when there will be no more; the thread then stays counted as idle.
+// Waits for a range. False when no more will come; the thread then still counts as idle.
 bool ZVQSortBase::TakeRange(void*& low, void*& high)
 {
     const ZVCriticalSectionLock lock(GetCriticalSection());
@@ -118,7 +118,7 @@ void ZVQSortBase::EndHelper()
 {
     {
         const ZVCriticalSectionLock lock(GetCriticalSection());
-        // A helper that has left still counts: its thread is not gone, and the next sort could take it for one of its own.
+        // A helper that has left its work still counts: its thread is not gone yet, and the next sort could take it for its own.
         const bool wasStarted = m_helper == Helper::Running || m_helper == Helper::Left;
         m_rangeCount = 0;
         m_idleCount = 2;
@@ -129,7 +129,7 @@ void ZVQSortBase::EndHelper()
         if (!wasStarted)
             return;
     }
-    // The helper has a handful of instructions left; the poll interval of Stop would be much longer than that.
+    // The helper has only a few instructions left. The poll interval of Stop would be much longer than that.
     while (IsRunning())
         std::this_thread::sleep_for(std::chrono::microseconds(20));
     Stop(NoTimeout);

@@ -6,38 +6,38 @@
 
 #include <pthread.h>
 
-// What a sort is without its elements: the stack of the ranges that wait to be sorted, and the helper thread, which is the thread
-// that the object is. The caller's thread and the helper take ranges off the stack until there are none and neither can make a
-// new one.
+// The part of a sort that does not depend on the elements: the stack of ranges that wait to be sorted, and the helper thread, which
+// is the ZVThread itself. The caller's thread and the helper take ranges off the stack until it is empty and neither of them can
+// add another one.
 class ZVQSortBase : public ZVThread
 {
 public:
     ~ZVQSortBase() override;
 
 protected:
-    // A range of fewer elements is sorted by the thread that has it: it is done before a helper could have started.
+    // A range of fewer elements is sorted by the thread that has it, which is done before a helper could have started.
     static constexpr ptrdiff_t SmallestSharedRange = 8192;
 
     // Without useHelper the whole sort stays in the calling thread.
     explicit ZVQSortBase(bool useHelper);
 
-    // Sorts the range from the element at low to the one at high, both included, and returns when all is sorted and no helper
-    // runs.
+    // Sorts the range from the element at low to the one at high, both included. Returns when everything is sorted and no helper
+    // runs any more.
     void SortShared(void* low, void* high);
-    // Leaves a range to whichever thread is free first, and starts the helper when there is none yet. False when there is no
-    // place for the range or no helper is wanted.
+    // Leaves a range to whichever thread is free first, and starts the helper if it does not run yet. False when the stack is full
+    // or no helper is wanted.
     bool PushRange(void* low, void* high);
 
     // Sorts a range in the calling thread; parts of it may be pushed.
     virtual void SortRange(void* low, void* high) = 0;
 
-    // The helper's work: it sorts pushed ranges until everything is sorted. The stop flag does not end it, a sort is never left
+    // The helper's work: it sorts pushed ranges until everything is sorted. It ignores the stop flag, because a sort is never left
     // half done.
     bool Run() override;
-    // True only within a sort: the helper is not to be started from outside.
+    // True only during a sort: nobody else is to start the helper.
     bool OnBeforeStart() override;
     void OnAfterExit() override;
-    // The helper keeps the priority of the thread that sorts, which would else wait for a slower one.
+    // The helper keeps the priority of the thread that sorts. With a lower one it would hold up that thread.
     bool ApplyPriority(int32_t level) override;
 
 private:
@@ -49,7 +49,7 @@ private:
         NotStarted,
         Running,
         Left,
-        Refused,  // the system had no thread to give
+        Refused,  // the system had no thread left
     };
 
     class HelperEnd;
@@ -60,7 +60,7 @@ private:
     void EndHelper();
 
     const bool m_useHelper;
-    // All of these belong to the thread's critical section; the condition tells of every change that a thread can wait for.
+    // The thread's critical section guards all of these. The condition is signalled with every change that a thread can wait for.
     pthread_cond_t m_changed = PTHREAD_COND_INITIALIZER;
     Helper m_helper = Helper::None;
     int32_t m_idleCount = 0;

@@ -18,7 +18,7 @@ constexpr int32_t ExitPollInterval = 10;
 constexpr int32_t WaitPollInterval = 10;
 constexpr int32_t IdleBodyInterval = 100;
 
-// The object whose body the calling thread is, so that a body can be told from other callers even after it was abandoned.
+// The object whose body runs in the calling thread, so that the body is recognised as the caller even after it was abandoned.
 thread_local const ZVThread* t_object = nullptr;
 
 uint64_t CallersHandle()
@@ -89,7 +89,7 @@ bool ZVThread::Start(uint32_t argument, bool restart, int32_t priority)
     Stop(NoTimeout);
 
     const ZVCriticalSectionLock lock(m_criticalSection);
-    // Still the body that calls this, or the thread of somebody who was faster.
+    // Either the body itself calls this, or somebody else was faster and has started a thread.
     if (m_handle != 0)
         return true;
     SetStopFlag(false);
@@ -100,7 +100,7 @@ bool ZVThread::Start(uint32_t argument, bool restart, int32_t priority)
     m_result = false;
     if (StartThread(priority))
         return true;
-    // Nobody would signal it, and a wait would have no end.
+    // Nobody would ever signal it, so a wait would not end.
     m_event.reset();
     return false;
 }
@@ -111,7 +111,7 @@ bool ZVThread::StartThread(int32_t priority)
     const Attributes plain;
     bool isCreated = false;
     {
-        // The new thread begins with this lock, and so not before its handle is stored.
+        // The new thread begins by taking this lock, so it does not go on before its handle is stored.
         const ZVCriticalSectionLock lock(m_criticalSection);
         ++m_startedCount;
         m_priority = priority;
@@ -130,8 +130,8 @@ bool ZVThread::StartThread(int32_t priority)
 
 // --- The new thread ------------------------------------------------------------------------------------------------------------
 
-// The exit function unwinds this frame, possibly by the unwinder of another library than the one this code is linked with:
-// nothing that needs to be cleaned up may live here.
+// The exit function unwinds this frame, possibly with an unwinder from another library than this code is linked with: nothing
+// that needs cleaning up may live here.
 void* ZVThread::ThreadStart(void* object)
 {
     const ExitFunction exitFunction = static_cast<ZVThread*>(object)->RunThread();
@@ -158,7 +158,7 @@ ZVThread::ExitFunction ZVThread::RunThread()
     KeepResult(Run());
     OnAfterExit();
 
-    // From here on the object can be gone. An abandoned thread leaves the handle of the one that came after it.
+    // From here on the object may be gone. An abandoned thread leaves the handle of the thread that came after it alone.
     uint64_t handle = CallersHandle();
     m_handle.compare_exchange_strong(handle, 0);
     return exitFunction;
@@ -198,8 +198,8 @@ bool ZVThread::Stop(int32_t timeout)
     return CloseRun(startedCount);
 }
 
-// A thread is told by its number, the started count: a handle may be that of an earlier one again. The thread that somebody else
-// starts meanwhile was not asked to stop, so nobody waits for it here.
+// The started count tells one thread from another, because the system uses handles again. A thread that somebody else starts
+// meanwhile was not asked to stop, so nobody waits for it here.
 void ZVThread::WaitOrAbandon(int32_t startedCount, int32_t timeout)
 {
     ZVTimer timer;
@@ -233,7 +233,7 @@ bool ZVThread::CloseRun(int32_t startedCount)
 {
     OnCleanUp(m_cleanUpFlag);
     const ZVCriticalSectionLock lock(m_criticalSection);
-    // The event and the result are those of a new thread when somebody has started one meanwhile.
+    // If somebody has started a new thread meanwhile, the event and the result belong to that one.
     if (m_startedCount != startedCount)
         return false;
     m_event.reset();
@@ -303,7 +303,7 @@ std::shared_ptr<ZVEvent> ZVThread::GetEvent() const
     return m_event;
 }
 
-// In one step, or a body that is abandoned in between would wait on the event of the thread that came after it.
+// In one step: otherwise a body that is abandoned in between would wait for the event of the thread that came after it.
 std::shared_ptr<ZVEvent> ZVThread::GetEventUnlessStopped() const
 {
     const ZVCriticalSectionLock lock(m_criticalSection);

@@ -13,7 +13,7 @@ struct SchedulingRow
     ZVThreadPriority::Scheduling Scheduling;
 };
 
-// Levels that are not here are ordinary threads, told apart by their nice value.
+// Threads of all other levels are ordinary ones that differ in their nice value.
 constexpr ZVThreadPriority::Scheduling OrdinaryScheduling = {SCHED_OTHER, 0};
 constexpr SchedulingRow Schedulings[] = {
     {ZVThreadPriority::Idle,         {SCHED_IDLE, 0}},
@@ -27,7 +27,7 @@ struct NiceRow
     int MayNotRaise;
 };
 
-// A process that may not raise can only go up the nice scale, so its levels spread over the values from 0 on.
+// A process that may not raise priorities can only go up the nice scale, so its levels are spread over the values from 0 up.
 constexpr NiceRow NormalNice = {ZVThreadPriority::Normal, 0, 10};
 constexpr NiceRow NiceValues[] = {
     {ZVThreadPriority::Lowest,       18,  17},
@@ -48,7 +48,7 @@ bool SetNiceValue(int value)
     return setpriority(PRIO_PROCESS, CallerID(), value) == 0;
 }
 
-// There is no question for the right to raise a priority that covers capabilities and limits alike, so it is tried.
+// No system call tells whether a priority may be raised, by a capability or by a limit, so it is tried.
 bool MayRaise()
 {
     constexpr int Probe = -19;

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// The priority levels of threads and what the system is asked for at each. Any other level is taken as the normal one.
+// The priority levels of threads, and what each means to the system. Any other level counts as the normal one.
 namespace ZVThreadPriority
 {
 inline constexpr int32_t Idle = -15;
@@ -23,10 +23,10 @@ struct Scheduling
 // The scheduling that a thread of a level is created with.
 Scheduling SchedulingOf(int32_t level);
 
-// The nice value of a level, in a process that may raise priorities and in one that may not. The idle level has none of its own:
-// its policy does the work.
+// The nice value of a level, in a process that may raise priorities or in one that may not. The idle level has none of its own,
+// because its policy does the work.
 int NiceValueOf(int32_t level, bool mayRaise);
 
-// Gives the calling thread the priority of a level. False when the system refused it; the thread then goes on as it was.
+// Gives the calling thread the priority of a level. False when the system refuses; the thread then goes on as it was.
 bool ApplyToCaller(int32_t level);
 }

@@ -9,13 +9,12 @@ class ZVTimer
 public:
     ZVTimer() : m_start(GetMicroseconds()) {}
 
-    // The present value of the stopwatch's clock, which only runs forward; its zero means nothing.
+    // The current value of the stopwatch's clock. It only runs forward, and its zero has no meaning.
     static int64_t GetMicroseconds();
-    // Milliseconds since 1970-01-01 UTC, with a fraction. This is the clock on the wall, which can be set back.
+    // Milliseconds since 1970-01-01 UTC, with a fraction. This clock shows the time of day and can be set back.
     static double GetMilliseconds();
 
-    // Seconds since the construction, or since the last restart. With restart the next count begins at the very moment this one
-    // ends.
+    // Seconds since the construction or the last restart. With restart the next count begins at the very moment that this one ends.
     double GetElapsed(bool restart);
     void Reset() { m_start = GetMicroseconds(); }
 

@@ -9,7 +9,7 @@
 
 namespace
 {
-// What most lines fit in, so that they are built without growing.
+// Most lines fit into this, so they are built without growing.
 constexpr int32_t UsualLength = 255;
 
 constexpr wchar_t LineBreak = L'\n';
@@ -31,7 +31,7 @@ constexpr CodeRange ReplacedCodes[] = {
 
 wchar_t CleanCharacter(wchar_t character)
 {
-    // Nearly all text.
+    // Almost all text is of these.
     if (character >= L' ' && character < 0x7f)
         return character;
     const uint32_t code = static_cast<uint32_t>(character);
@@ -64,7 +64,7 @@ CLogLine::CLogLine(const ZVLogSource& source, const wchar_t* format, const ZVFor
     m_line.AppendCharacter(LineBreak);
 }
 
-// The calendar is worked out here: gmtime_r would read the time zone's file at the first line of each process.
+// The calendar is worked out here because gmtime_r would read the file of the time zone with the first line of each process.
 void CLogLine::AppendTimeStamp()
 {
     using namespace std::chrono;

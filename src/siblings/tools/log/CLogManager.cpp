@@ -26,8 +26,8 @@ ZVString AsWide(const char* format)
     return ZVString::FromUTF8(format);
 }
 
-// Does the work of one call of which its caller is to notice nothing. An exception means that there was no memory, or that an
-// output of another library failed; what was asked for is dropped then.
+// Does the work of one call without its caller noticing anything. An exception means that there was no memory, or that an output
+// of another library failed; what was asked for is then dropped.
 template <class Work>
 void Guarded(Work work)
 {
@@ -42,7 +42,7 @@ void Guarded(Work work)
     errno = callersError;
 }
 
-// Sets a flag for a scope.
+// Sets a flag as long as it lives.
 class FlagScope
 {
 public:
@@ -62,7 +62,7 @@ CLogManager::CLogManager(const ZVString& dataFolder, int64_t rotationSize)
 {
 }
 
-// The one test that a line of a category costs which nobody wants.
+// All that a line costs when nobody wants its category.
 bool CLogManager::IsOff(uint32_t category) const
 {
     return (m_wanted.load(std::memory_order_relaxed) & category) == 0;
@@ -130,7 +130,7 @@ void CLogManager::LearnMask()
     UseMask(mask);
 }
 
-// Under the mutex, as the next.
+// Called under the mutex, as is the next one.
 void CLogManager::UseMask(uint32_t mask)
 {
     m_mask.store(mask, std::memory_order_relaxed);
@@ -174,7 +174,7 @@ void CLogManager::RemoveCustomOutput(ILogManagerCustomOutput* item)
     if (place == -1)
         return;
     m_outputs.RemoveAt(place);
-    // The outputs behind it moved up by one; none may be passed over for the line that is being handed out.
+    // The outputs after it have moved up by one. None of them may miss the line that is being handed out.
     if (place < m_nextOutput)
         --m_nextOutput;
     UpdateWanted();
