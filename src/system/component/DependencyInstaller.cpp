@@ -18,7 +18,7 @@ constexpr ZVLogSource InstallSource {ZVLogCategory::Network, L"DependencyInstall
 
 constexpr wchar_t SettingsSection[] = L"Dependencies";
 
-// The setting with the name of the folder that a component was last found in.
+// The setting that holds the name of the folder in which a component was last found.
 class FolderRecord
 {
 public:
@@ -56,7 +56,7 @@ ZVString DependencyInstaller::GetInstalledFilename(int32_t id, bool install)
     if (component == nullptr || !component->HasPackage())
         return mainFile;
 
-    // Before the record counts, since it may name an older version, which goes then.
+    // This comes first because it may delete an older version that the record names.
     if (install)
         ZVComponentInstallation(*component).FinishEarlier();
     const FolderRecord record(*component);

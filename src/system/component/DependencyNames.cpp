@@ -1,5 +1,5 @@
-// What DependencyInstaller tells of a component without installing it. It stands apart so that a program that installs nothing
-// links nothing of the rest, whose libraries would cost each of its starts.
+// What DependencyInstaller tells about a component without installing it. This is a file of its own so that the worker, which
+// installs nothing, does not link the installation with all that it needs: that would make every start slower.
 
 #include "system/component/DependencyInstaller.h"
 #include "system/component/ZVComponentFolder.h"

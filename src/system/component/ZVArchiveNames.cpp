@@ -5,8 +5,8 @@
 
 namespace
 {
-// No component needs a tenth of either. An archive of a few kilobytes can claim folders in folders until neither the process nor
-// the system can follow.
+// No component needs a tenth of either. A made-up archive of a few kilobytes could fill the memory with names, or nest folders too
+// deep to be deleted again.
 constexpr size_t MaximumDepth = 64;
 constexpr size_t MaximumSize = 16 << 20;
 
@@ -75,7 +75,7 @@ const char* ZVArchiveNames::Add(const ZVArchiveEntry& entry)
         return LeavesFolder;
     if (entry.Kind == ZVArchiveEntryKind::Other)
         return "it is neither a file nor a folder nor a link";
-    // Many archives begin with the folder that they were made of.
+    // Many archives begin with the folder that they were made from.
     if (name.empty())
         return entry.Kind == ZVArchiveEntryKind::Folder ? nullptr : LeavesFolder;
     const auto depth = static_cast<size_t>(std::ranges::count(name, '/'));

@@ -17,13 +17,13 @@ enum class ZVArchiveEntryKind
 struct ZVArchiveEntry
 {
     ZVArchiveEntryKind Kind;
-    const char* Path;    // null when the archive gives none
-    const char* Target;  // what a link leads to; null for what is no link
+    const char* Path;    // null when the archive has none that can be read
+    const char* Target;  // what a link leads to; null for everything else
 };
 
-// The names in an archive, entry by entry, with the rules that keep it within the folder that it is unpacked into. They hold
-// whatever order the entries are in: a folder is made of folders alone, a name is there once, a hard link leads to a file of the
-// archive, and a symbolic link to a place in the folder.
+// The names in an archive, entry by entry, and the rules that keep it within the folder that it is unpacked into: no name occurs
+// twice or leads through a file or link, a hard link leads to a file of the archive that came before it, and a symbolic link leads
+// to a place in the folder.
 class ZVArchiveNames
 {
 public:

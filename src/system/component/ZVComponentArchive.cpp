@@ -29,7 +29,7 @@ void Refuse(const char* path, const char* reason)
     Source.Log("The archive is refused: %s: %s", path, reason);
 }
 
-// libarchive converts names to the locale of the thread, and in the locale "C" it cannot do so with most of them.
+// libarchive converts names to the locale of the thread, which in the locale "C" fails for all but ASCII.
 class UTF8Locale
 {
 public:
@@ -52,7 +52,7 @@ template <class Object>
 using ArchivePointer = std::unique_ptr<Object, decltype(&archive_read_free)>;
 using EntryPointer = std::unique_ptr<archive_entry, decltype(&archive_entry_free)>;
 
-// An open archive and the entry that is read.
+// An open archive and the entry that is being read.
 class Reader
 {
 public:
@@ -61,15 +61,15 @@ public:
           m_archive(library.archive_read_new(), library.archive_read_free),
           m_entry(library.archive_entry_new(), library.archive_entry_free)
     {
-        // Only what components are packed in: for some formats libarchive runs other programs. A zip file is read by its
-        // directory, which stands at the end, so that one that is cut is not taken for a shorter one.
+        // Only the formats that components come in: for some others libarchive runs programs. A zip file is read through the
+        // directory at its end, so that a file that is cut does not pass for a shorter one.
         m_library.archive_read_support_filter_xz(m_archive.get());
         m_library.archive_read_support_format_tar(m_archive.get());
         m_library.archive_read_support_format_zip_seekable(m_archive.get());
         m_result = m_library.archive_read_open_filename(m_archive.get(), ZVNativePath(path), ReadBlockSize);
     }
 
-    // Goes to the next entry. False at the end, at a fault and at an entry that is not allowed.
+    // Goes to the next entry. False at the end, after a fault, and at an entry that is not allowed, which is logged.
     bool Next()
     {
         if (m_result == ARCHIVE_OK)
@@ -86,8 +86,7 @@ public:
         }
         return reason == nullptr;
     }
-    // Passes the blocks of the entry to a function of bytes, a count and a position, until that returns false. False also at a
-    // fault.
+    // Passes the blocks of the entry to take(bytes, count, position) until that returns false. False also after a fault.
     template <class Take>
     bool ReadData(const Take& take)
     {
@@ -102,7 +101,7 @@ public:
         m_result = ARCHIVE_OK;
         return true;
     }
-    // True when all entries were read. A fault is logged.
+    // True when all entries were read. Logs a fault.
     bool IsAtEnd() const
     {
         if (m_result != ARCHIVE_EOF && !m_isRefused)
@@ -139,7 +138,7 @@ private:
     bool m_isRefused = false;
 };
 
-// Gives the entry the place in a folder that it is unpacked to.
+// Makes the names of an entry absolute, below the folder that it is unpacked into.
 void MoveInto(const ZVArchiveLibrary& library, const std::string& folder, archive_entry* entry)
 {
     const std::string path = folder + "/" + library.archive_entry_pathname(entry);
@@ -190,7 +189,7 @@ bool ZVComponentArchive::Unpack(const ZVString& archive, const std::filesystem::
     constexpr int Options = ARCHIVE_EXTRACT_TIME | ARCHIVE_EXTRACT_SECURE_SYMLINKS | ARCHIVE_EXTRACT_SECURE_NODOTDOT;
 
     const ZVArchiveLibrary* const library = ZVArchiveLibrary::Get();
-    // The names of the entries become absolute, and libarchive goes through no link in them.
+    // Without links, because libarchive refuses to unpack through one.
     std::error_code error;
     const std::string root = std::filesystem::canonical(folder, error);
     if (library == nullptr || error)

@@ -25,7 +25,7 @@ ZVString ZVComponentChecksum::Read(const ZVString& text)
 
 ZVString ZVComponentChecksum::OfFile(const ZVString& path)
 {
-    // As its input, since sha256sum marks the line of a file whose name has special characters.
+    // Through its input: sha256sum puts a mark before the checksum of a file whose name has special characters.
     ZVStringArray parameters;
     parameters.Add(ZVString(L"<") + path.QuoteForShell());
     ZVString output;

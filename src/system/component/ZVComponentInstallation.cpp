@@ -30,8 +30,8 @@ constexpr char ServerVariable[] = "ZV_COMPONENT_SERVER";
 constexpr wchar_t ChecksumEnding[] = L".sha256";
 constexpr int64_t MaximumChecksumFile = 4096;
 
-// How the files begin that ZVFileSystem tries folders out with. It needs none of them for longer than a moment, but a process that
-// is killed in that moment leaves one.
+// ZVFileSystem makes a file with this name for a moment to find out whether a folder is writable. A process that is killed in that
+// moment leaves it there; nobody misses one that is deleted.
 constexpr wchar_t WriteTestStart[] = L"Directory Write Test (";
 
 constexpr char DeletingFailed[] = "Deleting old files failed";
@@ -137,7 +137,7 @@ void ZVComponentInstallation::FinishEarlier() const
         DeleteOld(staging);
 }
 
-// What a killed installation left goes before a new one starts, so that it is not in the way of its files.
+// Makes the folder to work in; null, with a line in the log, when that fails.
 std::unique_ptr<ZVComponentStaging> ZVComponentInstallation::Prepare() const
 {
     const ZVComponentLock lock(ZVComponentLock::Replacing);
@@ -150,7 +150,7 @@ std::unique_ptr<ZVComponentStaging> ZVComponentInstallation::Prepare() const
     return nullptr;
 }
 
-// Under the lock, or an installation that starts meanwhile could lose the archive that it loads.
+// Called under the lock: otherwise an installation that starts at the same time could lose the archive that it downloads.
 void ZVComponentInstallation::ClearRemains() const
 {
     if (!ZVComponentStaging::ClearRemains(m_components, GetPackage()))
@@ -215,7 +215,7 @@ bool ZVComponentInstallation::Replace(const ZVString& archive, ZVComponentStagin
     return DeleteOld(staging) || Fail(DeletingFailed);
 }
 
-// Versions go at once and not file by file: a half one could pass for an installed component.
+// A version is first taken away as a whole: deleted file by file, half of it could pass for an installed component.
 bool ZVComponentInstallation::DeleteOld(ZVComponentStaging& staging) const
 {
     bool isDone = true;

@@ -11,19 +11,19 @@ struct ZVComponent;
 class ZVComponentStaging;
 
 // One installation of a component into the data folder: it downloads the package, checks it, unpacks it beside the component's
-// place, and only then puts it there. Whenever the process ends, the old or the new component is whole, and the next installation
-// clears away the rest. Any number of installations may be at work at once.
+// place, and only then puts it there. Whenever the process is killed, the old or the new component is whole, and the next
+// installation clears away the rest. Any number of installations may run at once.
 class ZVComponentInstallation
 {
 public:
-    // Of a component that has a package.
+    // The component must have a package.
     explicit ZVComponentInstallation(const ZVComponent& component);
 
     // Installs the component. False, with a line in the log, when that fails.
     bool Run() const;
 
-    // Clears away what earlier installations of the component left when they ended too soon, older versions included. Waits for
-    // nobody: where another process holds the components, the next call does it.
+    // Clears away what earlier installations of the component left when they were killed, including older versions. Does not wait:
+    // if another process is replacing a component, the next call does it.
     void FinishEarlier() const;
 
 private:

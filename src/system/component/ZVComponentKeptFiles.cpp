@@ -17,8 +17,8 @@ constexpr int32_t Renderer = 13;
 constexpr wchar_t RendererLookUpTables[] = L"3dlut";
 constexpr wchar_t RendererOwnExtension[] = L".bin";
 constexpr char RendererSettings[] = "settings.bin";
-// Where the settings wait for the package to be unpacked. An installation that ended early can have left them under this name in
-// the component's folder, where the other name may then be that of the package's settings.
+// The name under which the settings wait to be restored. Earlier releases used it in the component's own folder: when such a file
+// is there, it holds the user's settings, and the file under the proper name may be the package's.
 constexpr char RendererSavedSettings[] = "settings_temp.bin";
 
 bool IsFile(const fs::path& path)
@@ -28,7 +28,7 @@ bool IsFile(const fs::path& path)
     return fs::exists(status) && !fs::is_directory(status);
 }
 
-// Gives a file or a link another name; where the file system has no further names for a file, it is copied.
+// Gives a file or a link a second name. Where the file system has no second names, it is copied.
 bool Link(const fs::path& from, const fs::path& to)
 {
     std::error_code error;
@@ -40,7 +40,7 @@ bool Link(const fs::path& from, const fs::path& to)
     return !error;
 }
 
-// Gives one entry of an old folder its place in the new one, unless the package has something there.
+// Brings one entry of the old folder into the new one, unless the package has something in its place.
 bool PreserveEntry(const fs::directory_entry& entry, const fs::path& to)
 {
     std::error_code error;

@@ -3,23 +3,22 @@
 #include <cstdint>
 #include <filesystem>
 
-// What of an installed component stays when its package is unpacked again: of the components with one version nothing, of the
-// renderer what belongs to its users, which is the folder "3dlut" and the files with the extension "bin", and of the others
-// everything. A file of the new package replaces the old one of its name, but for the renderer's "settings.bin". Links are kept as
-// links and never followed.
+// What stays of an installed component when its package is unpacked again. Of components of which one version is kept, nothing
+// stays; of the renderer, what belongs to its users: the folder "3dlut" and the files with the extension "bin"; of all others,
+// everything. A file of the new package replaces the old one of the same name, except for the renderer's "settings.bin". Links
+// stay links and are never followed.
 class ZVComponentKeptFiles
 {
 public:
     using Path = std::filesystem::path;
 
-    // The old component, which need not be there, the unpacked new one, and a folder beside that for what waits. The number is a
-    // mapped one.
+    // The number is a mapped one. The old component need not exist. The waiting folder is on the same device as the new one.
     ZVComponentKeptFiles(int32_t number, const Path& oldFolder, const Path& newFolder, const Path& waitingFolder);
 
-    // Brings what stays into the new component, as further names of the old files, so that the old component is as it was. False
-    // when that fails, and when a folder would have to stand where the package has a file, or a file where it has a folder.
+    // Brings what stays into the new component. The old one does not change: its files get a second name. False when that fails,
+    // also because the package has a file in the place of a folder that stays, or the other way around.
     bool Preserve() const;
-    // Puts the renderer's settings over those of the package.
+    // Replaces the renderer's settings in the package by those that were preserved.
     bool Restore() const;
 
 private:

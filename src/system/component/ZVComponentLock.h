@@ -6,14 +6,14 @@
 #include <cstdint>
 
 // A lock that the processes of the product share by its name, held as long as the object lives. Without the tools library there
-// are no such locks, and everything goes on without.
+// are no such locks, and nothing waits for one.
 class ZVComponentLock
 {
 public:
     // Keeps two processes from fetching a component at once. Every process of the product knows the lock by this name.
     static constexpr wchar_t Fetching[] = L"Zivora DS Filter Downloading Lock";
-    // Keeps two installations from changing the folder of the components at once, even when one has not got the other lock. It is
-    // held for moments only.
+    // Keeps two installations from changing the folder of the components at once, even when one of them runs without the other lock.
+    // It is held only for moments.
     static constexpr wchar_t Replacing[] = L"Zivora Component Replacing Lock";
 
     // How long a process waits for another one that fetches or replaces a component.
@@ -23,7 +23,7 @@ public:
     explicit ZVComponentLock(const wchar_t* name, int32_t timeoutMs = TimeoutMs);
 
     bool IsHeld() const { return m_isHeld; }
-    // True when the lock exists, but could not be had in time.
+    // True when there are such locks, but this one was not free in time.
     bool IsRefused() const { return m_lock != nullptr && !m_isHeld; }
 
 private:

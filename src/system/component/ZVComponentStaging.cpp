@@ -20,12 +20,12 @@ constexpr ZVLogSource Source {ZVLogCategory::Network, L"ZVComponentStaging"};
 constexpr mode_t FolderMode = 0777;
 constexpr mode_t LockMode = 0600;
 
-// A process has one or two at a time; the other numbers are for what killed processes with the same id left.
+// A process has one or two at a time. More numbers are in use only if killed processes with the same id left folders.
 constexpr int MaximumNumber = 100;
 
 constexpr char Ending[] = ".part";
 constexpr char LockName[] = "lock";
-// A component that the new one replaces, where the file system cannot exchange the two in one step.
+// The replaced component, on a file system that cannot exchange two folders in one step.
 constexpr char OldName[] = "old";
 
 ZVDescriptor OpenLock(const fs::path& folder)
@@ -56,7 +56,7 @@ bool Exists(const fs::path& path)
     return fs::exists(fs::symlink_status(path, ignored));
 }
 
-// Never through a link.
+// Deletes links and never follows them.
 bool DeleteTree(const fs::path& path)
 {
     std::error_code error;
@@ -101,7 +101,7 @@ ZVComponentStaging::ZVComponentStaging(const Path& components, const std::string
         // On a file system without locks the folder is used without one.
         if (m_lock.IsOpen() && !TakeLock(m_lock) && errno == EWOULDBLOCK)
             m_lock.Close();
-        // Somebody who clears away remains was faster, and deletes the folder, or no file can be made.
+        // Either somebody who clears away remains is deleting the folder, or no file can be made in it.
         if (!m_lock.IsOpen())
             rmdir(m_path.c_str());
     }

@@ -5,15 +5,15 @@
 #include <filesystem>
 #include <string>
 
-// The folder in which one installation builds a component before the component takes its place: "<folder>.<process>-<number>.part"
-// beside the component's own folder, and deleted with the object. No two installations have the same one. While the object lives
-// the folder is locked, so that the folder of an installation that was killed can be told from one at work.
+// The folder in which one installation builds a component: "<folder>.<process>-<number>.part" beside the component's own folder. No
+// two installations have the same one, and it is deleted with the object. As long as the object lives the folder is locked, which
+// tells it from the folders of installations that were killed.
 class ZVComponentStaging
 {
 public:
     using Path = std::filesystem::path;
 
-    // Makes the folder, and the folder of the components when there is none. The name is that of the component's folder.
+    // Makes the folder, and if necessary the folder of all components. The name is that of the component's own folder.
     ZVComponentStaging(const Path& components, const std::string& name);
     ~ZVComponentStaging() { Remove(); }
     ZVComponentStaging(const ZVComponentStaging&) = delete;
@@ -25,22 +25,22 @@ public:
     // The new component, until it is in its place.
     Path GetNew() const { return m_path / "new"; }
 
-    // Has the disk take what was written. False when some of that is lost; a file system that cannot tell counts as good.
+    // Waits until what was written is on the disk. False when some of it is lost.
     bool WriteThrough() const;
-    // Puts the new component in its place in one step. An old one that is there goes on as a part of this folder. False, and
-    // everything as it was, when that cannot be done.
+    // Puts the new component in its place in one step. An old one that was there becomes a part of this folder. When that fails,
+    // the result is false and everything is as it was.
     bool PutInPlace(const Path& component);
-    // Makes another folder a part of this one. False when that cannot be done.
+    // Moves another folder into this one. False when that fails.
     bool TakeAway(const Path& folder);
-    // Deletes the folder with all that is in it. False when some of that is still there.
+    // Deletes the folder with everything in it. False when something is still there.
     bool Remove();
 
-    // Whether a path has the form of such a folder's.
+    // Whether a path has the form of such a folder's path.
     static bool IsStaging(const Path& path);
-    // Whether a package has such folders, of installations at work or of those that ended early.
+    // Whether a package has such folders, of installations that are running or that ended early.
     static bool HasAny(const Path& components, const std::string& package);
-    // Deletes the folders of a package's installations that ended early. A component that such an installation was about to
-    // replace is put back. False when another installation of the package is at work.
+    // Deletes the folders of installations of a package that ended early. A component that one of them had taken away, but not yet
+    // replaced, is put back. False when another installation of the package is running.
     static bool ClearRemains(const Path& components, const std::string& package);
 
 private:

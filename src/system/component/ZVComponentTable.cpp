@@ -20,7 +20,7 @@ constexpr PlatformForm PlatformForms[] = {
     {26, 53}
 };
 
-// Names of packages are keys on the server, in folder names and in settings.
+// The names of packages are keys on the server and in folder names, and the numbers are keys in the settings.
 // clang-format off
 constexpr ZVComponent Components[] = {
     {0,  L"",                        L"",                       L"",                       L"9",  L""},
