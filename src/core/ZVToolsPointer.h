@@ -2,6 +2,6 @@
 
 class IZVTools;
 
-// The tools library of the process as this copy of the core library sees it: null until the library is bound, and again after it
-// is gone. Set and read on the main thread before other threads start, and read by all threads after that.
+// The tools library, as this copy of the core library knows it: null before the library is bound and after it is unloaded. It is
+// set on the main thread before other threads start; after that every thread may read it.
 extern IZVTools* g_pZVTools;

@@ -2,7 +2,7 @@
 
 #include "core/containers/ZVCoreArray.h"
 
-// The array of element objects.
+// An array of objects.
 template <class T, class TArg = const T&, bool Flag = false>
 class ZVArray : public ZVCoreArray<T, TArg, Flag>
 {

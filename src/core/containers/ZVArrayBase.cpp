@@ -5,9 +5,9 @@
 
 namespace
 {
-// The capacities of the automatic growth. Small arrays waste little and large ones reallocate rarely.
+// The capacities of automatic growth. Small arrays waste little, and large ones reallocate rarely.
 constexpr int32_t GrowthSteps[] = {4, 64, 256, 1024, 4096, 16384, 65536};
-// Behind the table an array gets this much room to spare.
+// Above the table an array gets this much spare room.
 constexpr int64_t LargeArrayHeadroom = 65536;
 
 int64_t AutomaticCapacity(int64_t count)
@@ -29,15 +29,15 @@ int32_t ZVArrayBase::CapacityFor(int64_t count, bool exact) const
     return static_cast<int32_t>(capacity);
 }
 
-void* ZVArrayBase::Reallocate(void* elements, size_t elementSize, int32_t capacity, bool keep, bool zeroFill)
+void* ZVArrayBase::Reallocate(void* elements, size_t elementSize, int32_t capacity, uint32_t flags)
 {
     const size_t newBytes = static_cast<size_t>(capacity) * elementSize;
     char* const newElements = static_cast<char*>(::operator new(newBytes));
 
-    const size_t keptBytes = keep ? static_cast<size_t>(m_count) * elementSize : 0;
+    const size_t keptBytes = (flags & KeepElements) != 0 ? static_cast<size_t>(m_count) * elementSize : 0;
     if (keptBytes > 0)
         memcpy(newElements, elements, keptBytes);
-    if (zeroFill || elements == nullptr)
+    if ((flags & ZeroFill) != 0 || elements == nullptr)
         memset(newElements + keptBytes, 0, newBytes - keptBytes);
 
     ::operator delete(elements);

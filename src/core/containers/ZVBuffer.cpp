@@ -52,7 +52,7 @@ void ZVBuffer::Append(const void* bytes, int64_t count)
     const uint8_t* source = static_cast<const uint8_t*>(bytes);
     if (m_used + count > m_allocated)
     {
-        // A source below the data wraps around to an offset that is no position either.
+        // A source below the data wraps around to a large offset, which is outside the data too.
         const uintptr_t offset = reinterpret_cast<uintptr_t>(source) - reinterpret_cast<uintptr_t>(m_data);
         const bool isOwn = offset < static_cast<uintptr_t>(m_allocated);
         Grow(std::max(m_used + count, m_allocated + m_allocated / 2));

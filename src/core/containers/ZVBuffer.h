@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// A block of bytes that grows. The used bytes come first; what lies between them and the allocated size is not set. A failure to
-// allocate throws std::bad_alloc and changes nothing.
+// A block of bytes that grows. The used bytes come first; the rest, up to the allocated size, is not initialised. A failed
+// allocation throws std::bad_alloc and changes nothing.
 class ZVBuffer
 {
 public:
@@ -14,18 +14,18 @@ public:
     ZVBuffer(ZVBuffer&& other) noexcept;
     ZVBuffer& operator=(ZVBuffer&& other) noexcept;
 
-    // The bytes, or null when nothing was ever allocated.
+    // The bytes, or null if nothing has been allocated yet.
     uint8_t* GetData() { return m_data; }
     const uint8_t* GetData() const { return m_data; }
     int64_t GetUsed() const { return m_used; }
     int64_t GetAllocated() const { return m_allocated; }
     bool IsEmpty() const { return m_used == 0; }
 
-    // Sets the count of used bytes, clamped to what is allocated.
+    // Sets the number of used bytes, limited to what is allocated.
     void SetUsed(int64_t count);
-    // Makes the allocation exactly size bytes if it is smaller. All its bytes stay, the used count too.
+    // Makes the allocation exactly size bytes large, if it is smaller. All bytes and the used count stay.
     void Grow(int64_t size);
-    // Appends bytes, which may be the buffer's own; a count below 1 appends nothing. Many small calls cost linear time in all.
+    // Appends bytes, which may lie in this buffer; a count below 1 appends nothing. Many small calls take linear time in total.
     void Append(const void* bytes, int64_t count);
     // Sets the used count to 0 and keeps the allocation.
     void Empty() { m_used = 0; }

@@ -8,13 +8,13 @@
 #include <new>
 #include <utility>
 
-// An array of elements in one allocation, passed as TArg: const T& for objects, T for numbers and pointers. Flag only marks a
-// kind of array.
+// An array of elements in one allocation. Elements are passed as TArg: const T& for objects, T for numbers and pointers. Flag
+// only marks a kind of array.
 //
-// Elements are constructed, copied and destroyed one by one, but move from place to place bytewise, so T must not point into
-// itself; ZVString and the containers do not. Access by index is not checked. Operations that change the array clamp counts, and
-// do nothing at a position out of range. A pointer or reference to an element holds until the array grows or shrinks, but a value
-// that an operation is given may be an element of the same array. Failure to allocate throws std::bad_alloc.
+// Elements are constructed, copied and destroyed one by one, but moved bytewise, so T must not contain pointers to itself;
+// ZVString and the containers do not. Access by index is not checked. Operations that change the array limit counts to what there
+// is, and do nothing at a position out of range. A pointer or reference to an element is valid until the array grows or shrinks.
+// A value that is passed to an operation may be an element of the same array. A failed allocation throws std::bad_alloc.
 template <class T, class TArg, bool Flag>
 class ZVCoreArray : public ZVArrayBase
 {
@@ -24,7 +24,7 @@ public:
     // The order of the virtual functions is fixed.
     virtual ~ZVCoreArray() { Free(); }
 
-    // Assigns an element. With notifyReplace the array is told first that the old value goes.
+    // Assigns an element. With notifyReplace OnElementRemoved is called for the old value first.
     virtual void SetElement(int32_t index, TArg value, bool notifyReplace)
     {
         if (!IsInside(index))
@@ -35,13 +35,13 @@ public:
     }
 
 protected:
-    // An element is about to leave the array; what it refers to can be released here. The element itself is destroyed afterwards.
-    // A class that overrides this calls RemoveAll in its destructor.
+    // Called before an element leaves the array; releases what it refers to. The element itself is destroyed afterwards. A class
+    // that overrides this must call RemoveAll in its destructor.
     virtual void OnElementRemoved([[maybe_unused]] int32_t index) {}
 
 public:
     ZVCoreArray() = default;
-    // A copy of each element, in an allocation of just that size.
+    // Copies each element, into an allocation of just that size.
     ZVCoreArray(const ZVCoreArray& other) : ZVCoreArray() { CopyFrom(other); }
     ZVCoreArray(ZVCoreArray&& other) noexcept : ZVCoreArray() { TakeFrom(other); }
 
@@ -67,7 +67,7 @@ public:
 
     T& operator[](int32_t index) { return m_elements[index]; }
     const T& operator[](int32_t index) const { return m_elements[index]; }
-    // The elements in a row, or null when there is no storage.
+    // The first element, which the others follow, or null if there is no storage.
     T* GetData() { return m_elements; }
     const T* GetData() const { return m_elements; }
     T* begin() { return m_elements; }
@@ -84,7 +84,7 @@ public:
         return -1;
     }
 
-    // Appends the value and gives its index.
+    // Appends the value and returns its index.
     int32_t Add(TArg value)
     {
         if (m_count == m_capacity) [[unlikely]]
@@ -105,21 +105,21 @@ public:
         memcpy(Slot(index), bytes, ElementSize);
     }
 
-    // Removes count elements, or as many as there are from index on.
+    // Removes count elements from index on, or fewer if there are no more.
     void RemoveAt(int32_t index, int32_t count = 1)
     {
         if (!IsInside(index) || count < 1)
             return;
-        const int32_t behind = count < m_count - index ? index + count : m_count;
-        NotifyRemoved(index, behind);
-        std::destroy(m_elements + index, m_elements + behind);
-        memmove(Slot(index), Slot(behind), BytesOf(m_count - behind));
-        const int32_t newCount = m_count - (behind - index);
+        const int32_t end = count < m_count - index ? index + count : m_count;
+        NotifyRemoved(index, end);
+        std::destroy(m_elements + index, m_elements + end);
+        memmove(Slot(index), Slot(end), BytesOf(m_count - end));
+        const int32_t newCount = m_count - (end - index);
         memset(Slot(newCount), 0, BytesOf(m_count - newCount));
         m_count = newCount;
     }
 
-    // Removes all elements, and with freeStorage their storage too.
+    // Removes all elements; with freeStorage the storage is freed too.
     void RemoveAll(bool freeStorage = true)
     {
         NotifyRemoved(0, m_count);
@@ -129,8 +129,8 @@ public:
             DestroyAll();
     }
 
-    // Removes elements from the end, or appends elements of the type's default value: zero, null, the empty string. With exact a
-    // new allocation has no room to spare.
+    // Removes elements at the end, or appends elements with the default value: zero, null, the empty string. With exact a new
+    // allocation has no spare room.
     void SetCount(int32_t count, bool exact = false)
     {
         if (count < m_count)
@@ -144,7 +144,7 @@ public:
         m_count = count;
     }
 
-    // Makes room for that many elements in all.
+    // Makes room for count elements in total.
     void Reserve(int32_t count, bool exact = false)
     {
         if (count > m_capacity)
@@ -155,7 +155,7 @@ protected:
     bool IsInside(int32_t index) const { return index >= 0 && index < m_count; }
 
 private:
-    // An element may well be a pointer.
+    // The elements may be pointers.
     static constexpr size_t ElementSize = sizeof(T);  // NOLINT(bugprone-sizeof-expression)
 
     static size_t BytesOf(int32_t count) { return static_cast<size_t>(count) * ElementSize; }
@@ -163,21 +163,21 @@ private:
 
     void Grow(int64_t count, bool exact)
     {
-        m_elements = static_cast<T*>(Reallocate(m_elements, ElementSize, CapacityFor(count, exact), true, false));
+        m_elements = static_cast<T*>(Reallocate(m_elements, ElementSize, CapacityFor(count, exact), KeepElements));
     }
 
     [[gnu::noinline]] int32_t AddGrowing(TArg value)
     {
-        // The value can stand in the storage that growing frees.
+        // The value may lie in the storage that Grow frees.
         T copy(value);
         Grow(static_cast<int64_t>(m_count) + 1, false);
         new (m_elements + m_count) T(std::move(copy));
         return m_count++;
     }
 
-    void NotifyRemoved(int32_t index, int32_t behind)
+    void NotifyRemoved(int32_t index, int32_t end)
     {
-        for (; index < behind; ++index)
+        for (; index < end; ++index)
             OnElementRemoved(index);
     }
 
@@ -195,7 +195,7 @@ private:
         m_capacity = 0;
     }
 
-    // Both of these begin with an array that has no elements.
+    // For both of these this array must be empty.
     void CopyFrom(const ZVCoreArray& other)
     {
         Reserve(other.m_count, true);

@@ -3,7 +3,7 @@
 #include "core/containers/ZVCoreArray.h"
 #include "core/string/ZVString.h"
 
-// The array of paths, each as the text that a ZVFilename is made from.
+// An array of paths, each as the text that a ZVFilename is made from.
 class ZVFilenameArray : public ZVCoreArray<ZVString, const ZVString&, false>
 {
 public:

@@ -10,7 +10,7 @@
 #include <type_traits>
 #include <utility>
 
-// An entry of a map: the key as it was first given and, unless the map is a set, the value.
+// An entry of a map: the key as it was first set and, unless the map is a set, the value.
 template <class K, class V, bool HasValue>
 struct ZVMapNode : ZVMapNodeBase
 {
@@ -34,16 +34,16 @@ struct ZVMapNode<K, V, false> : ZVMapNodeBase
     const K Key;
 };
 
-// A hash map from K to V, or without values a set of K; keys and values are passed as KArg and VArg. An entry stays at its
-// address until it is removed. Failure to allocate throws std::bad_alloc; an insertion that throws adds no key, except that a
-// value which cannot be copied leaves its key with the default value.
+// A hash map from K to V, or without values a set of K. Keys and values are passed as KArg and VArg. An entry stays at its
+// address until it is removed. A failed allocation throws std::bad_alloc and adds no key; but if only the copy of the value
+// fails, the key is there with the default value.
 template <class K, class KArg, class V, class VArg, bool HasValue>
 class ZVMap : public ZVMapBase
 {
 public:
     using Node = ZVMapNode<K, V, HasValue>;
 
-    // Without allocateBuckets the table of 7 buckets waits for the first entry.
+    // With allocateBuckets the table of 7 buckets is made now, otherwise with the first entry.
     explicit ZVMap(bool allocateBuckets = false)
     {
         if (allocateBuckets)
@@ -78,14 +78,14 @@ protected:
     virtual uint32_t Hash(KArg key) const { return ZVMapKey<K, KArg>::Hash(key); }
     virtual bool Equal(KArg left, KArg right) const { return ZVMapKey<K, KArg>::Equal(left, right); }
 
-    // Destroys the key and the value and frees the node, unless it is null or stands in a pool or free is false.
+    // Destroys the key and the value and frees the node. Does nothing if free is false, if node is null, or with a pool.
     virtual void DestroyNode(Node* node, bool free)
     {
         if (free && m_pool == nullptr)
             delete node;
     }
 
-    // A new node with a copy of the key and a default value, linked to nothing.
+    // Returns a new node with a copy of the key and a default value, linked to nothing.
     virtual Node* NewNode(KArg key) { return m_pool != nullptr ? new (m_pool->Allocate()) Node(key) : new Node(key); }
 
 public:
@@ -98,7 +98,7 @@ public:
         return link != nullptr ? static_cast<const Node*>(*link) : nullptr;
     }
 
-    // Copies the value of a key; false when it is not there, and value is then left as it was.
+    // Copies the value of a key. False if there is no such key; value then stays as it was.
     bool Lookup(KArg key, V& value) const requires(HasValue)
     {
         const Node* const node = FindNode(key);
@@ -121,13 +121,13 @@ public:
         return node != nullptr ? &node->Value : nullptr;
     }
 
-    // Sets the value of a key. A key that is there keeps its first spelling.
+    // Sets the value of a key. A key that is already there keeps its first spelling.
     void SetAt(KArg key, VArg value) requires(HasValue) { FindOrInsert(key).Value = value; }
 
-    // The value of a key, which is added with the default value if it is not there.
+    // The value of a key, which is added with a default value if it is not there.
     V& operator[](KArg key) requires(HasValue) { return FindOrInsert(key).Value; }
 
-    // Adds a key to a set; false when it was there.
+    // Adds a key to a set; false if it was already there.
     bool Add(KArg key) requires(!HasValue)
     {
         const int32_t before = m_count;
@@ -135,7 +135,7 @@ public:
         return m_count > before;
     }
 
-    // Removes an entry; false when there is none. The key may be the entry's own.
+    // Removes an entry; false if there is none. The key may be the entry's own.
     bool RemoveKey(KArg key)
     {
         ZVMapNodeBase** const link = FindLink(key, Hash(key));
@@ -148,12 +148,12 @@ public:
         return true;
     }
 
-    // The entry at a position, which moves on to the next; null at the end. The entry may then be removed.
+    // Returns the entry at a position, or null at the end, and moves the position to the next one. The entry may then be removed.
     Node* GetNext(ZVMapPosition& position) { return static_cast<Node*>(TakeNext(position)); }
     const Node* GetNext(ZVMapPosition& position) const { return static_cast<const Node*>(TakeNext(position)); }
 
-    // Whether nodes come from a pool with blocks of that many bytes. There, the place of a removed entry is used again only after
-    // RemoveAll, and nothing is destroyed. False, and nothing changes, while the map has entries.
+    // Sets whether nodes come from a pool with blocks of blockSize bytes. A pool reuses the memory of a removed entry only after
+    // RemoveAll, and destroys neither keys nor values. Returns false and changes nothing while the map has entries.
     bool SetUsePool(bool use, int32_t blockSize = DefaultPoolBlockSize)
     {
         static_assert(std::is_trivially_destructible_v<Node>, "a pool destroys neither keys nor values");
@@ -164,7 +164,7 @@ public:
         return true;
     }
 
-    // For range-based loops over the entries, in the order of GetNext. The loop's body must not change which keys there are.
+    // For range-based loops over the entries, in the order of GetNext. No key may be added or removed during the loop.
     template <class NodeType>
     class Iterator
     {
@@ -192,7 +192,7 @@ public:
     std::default_sentinel_t end() const { return {}; }
 
 protected:
-    // The entry of a key, added at the end of its chain if it is not there.
+    // The entry of a key, which is added at the end of its chain if it is not there.
     Node& FindOrInsert(KArg key)
     {
         const uint32_t hash = Hash(key);
@@ -212,7 +212,7 @@ private:
     // Enough for several hundred nodes.
     static constexpr int32_t DefaultPoolBlockSize = 16384;
 
-    // Where the node of a key is linked, or the end of its chain; null when there is no table.
+    // The link to the node of a key, or the end of its chain if the key is not there; null if there is no table.
     ZVMapNodeBase** FindLink(KArg key, uint32_t hash) const
     {
         if (m_bucketCount < 1)

@@ -17,12 +17,6 @@ int64_t BucketCountFor(int64_t size)
 }
 }
 
-ZVMapBase::~ZVMapBase()
-{
-    delete m_pool;
-    delete[] m_buckets;
-}
-
 void ZVMapBase::InitHashTable(int32_t size, bool addHeadroom)
 {
     const int64_t wanted = addHeadroom ? int64_t {size} * 120 / 100 : size;
@@ -30,12 +24,10 @@ void ZVMapBase::InitHashTable(int32_t size, bool addHeadroom)
     if (bucketCount > INT32_MAX)
         throw std::bad_alloc();
 
-    ZVMapNodeBase** const oldBuckets = m_buckets;
-    const int32_t oldBucketCount = m_bucketCount;
-    m_buckets = new ZVMapNodeBase* [static_cast<size_t>(bucketCount)] {};
-    m_bucketCount = static_cast<int32_t>(bucketCount);
+    const auto oldBuckets = std::exchange(m_buckets, std::make_unique<ZVMapNodeBase*[]>(static_cast<size_t>(bucketCount)));
+    const int32_t oldBucketCount = std::exchange(m_bucketCount, static_cast<int32_t>(bucketCount));
 
-    // Each node goes to the head of its new chain, which turns the order of a chain around.
+    // Each node goes to the head of its new chain, so the order of a chain may be reversed.
     for (int32_t bucket = 0; bucket < oldBucketCount; ++bucket)
     {
         for (ZVMapNodeBase* node = oldBuckets[bucket]; node != nullptr;)
@@ -47,7 +39,6 @@ void ZVMapBase::InitHashTable(int32_t size, bool addHeadroom)
             node = next;
         }
     }
-    delete[] oldBuckets;
 }
 
 void ZVMapBase::RemoveAll()
@@ -107,8 +98,7 @@ bool ZVMapBase::GrowForOneMore()
 
 void ZVMapBase::ReplacePool(bool use, size_t blockSize)
 {
-    ZVMapPool* const pool = use ? new ZVMapPool(blockSize, GetNodeSize()) : nullptr;
-    delete std::exchange(m_pool, pool);
+    m_pool = use ? std::make_unique<ZVMapPool>(blockSize, GetNodeSize()) : nullptr;
 }
 
 void ZVMapBase::Swap(ZVMapBase& other) noexcept

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <type_traits>
 
-// Keys of maps as they are unless a map says otherwise. Numbers and pointers hash to their value cut to 32 bits. A string that is
-// passed as const wchar_t* counts with its case. Any other class brings its own GetHash() and operator==.
+// Hash and equality of keys, unless a map has its own. Numbers and pointers hash to their value, cut to 32 bits. Strings that are
+// passed as const wchar_t* are compared with their case. Any other class has its own GetHash() and operator==.
 template <class K, class KArg>
 struct ZVMapKey
 {
@@ -35,7 +35,7 @@ struct ZVMapKey
     }
 
 private:
-    // The whole part; what 64 bits cannot hold shares one hash.
+    // The whole part; all values that 64 bits cannot hold have the same hash.
     static uint32_t FromFloatingPoint(double key)
     {
         constexpr double Limit = 0x1p63;

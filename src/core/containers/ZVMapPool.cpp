@@ -8,17 +8,9 @@
 namespace
 {
 constexpr uintptr_t NodeAlignment = 8;
-// A block at this index or behind it that cannot give a node is not looked at again; the ones before it are, as long as only the
-// padding did not fit. The scan therefore never has more blocks than this behind it, whatever their number.
+// A block before this index in which only the padding of a node did not fit is tried again; any other block that cannot give a
+// node is not. So a scan never passes more blocks than this, however many there are.
 constexpr int8_t RetriedBlocks = 8;
-}
-
-ZVMapPool::~ZVMapPool()
-{
-    for (Block* block : m_blocksWithRoom)
-        ::operator delete(block);
-    for (Block* block : m_usedUpBlocks)
-        ::operator delete(block);
 }
 
 void* ZVMapPool::Allocate()
@@ -31,8 +23,8 @@ void* ZVMapPool::Allocate()
             return node;
         if (index >= RetriedBlocks || block->BytesLeft < m_nodeSize)
         {
-            m_usedUpBlocks.Add(block);
-            m_blocksWithRoom.RemoveAt(index);
+            m_usedUpBlocks.Reserve(m_usedUpBlocks.GetCount() + 1);
+            m_usedUpBlocks.Add(m_blocksWithRoom.DetachAt(index));
         }
         else
             ++index;
@@ -49,9 +41,8 @@ void* ZVMapPool::Allocate()
 
 void ZVMapPool::Reset() noexcept
 {
-    for (Block* block : m_usedUpBlocks)
-        m_blocksWithRoom.Add(block);
-    m_usedUpBlocks.RemoveAll();
+    while (!m_usedUpBlocks.IsEmpty())
+        m_blocksWithRoom.Add(m_usedUpBlocks.DetachAt(m_usedUpBlocks.GetCount() - 1));
     for (Block* block : m_blocksWithRoom)
         block->BytesLeft = block->Size;
 }

@@ -4,7 +4,7 @@
 
 #include <type_traits>
 
-// The array of numbers. New elements are zero.
+// An array of numbers. New elements are zero.
 template <class T>
 class ZVNumberArray : public ZVCoreArray<T, T, true>
 {

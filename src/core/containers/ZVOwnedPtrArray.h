@@ -4,8 +4,9 @@
 
 #include <utility>
 
-// The array of pointers that, while it owns them, deletes each object that is removed or replaced. When Add or InsertAt throws,
-// or finds the position out of range, the object stays with the caller. T must be a complete type where the array is made.
+// An array of pointers to objects. While it owns them it deletes each object that is removed or replaced. If Add or InsertAt
+// throws, or the position is out of range, the object still belongs to the caller. T must be a complete type where the array is
+// made.
 template <class T, bool Flag = false>
 class ZVOwnedPtrArray : public ZVCoreArray<T*, T*, Flag>
 {
@@ -17,7 +18,7 @@ public:
     // Two arrays cannot own the same objects.
     ZVOwnedPtrArray(const ZVOwnedPtrArray&) = delete;
     ZVOwnedPtrArray& operator=(const ZVOwnedPtrArray&) = delete;
-    // Moves the objects together with the duty to delete them.
+    // Moves the objects and their ownership.
     ZVOwnedPtrArray(ZVOwnedPtrArray&& other) noexcept : Base(static_cast<Base&&>(other)), m_owns(other.m_owns) {}
 
     ZVOwnedPtrArray& operator=(ZVOwnedPtrArray&& other) noexcept
@@ -27,7 +28,7 @@ public:
         return *this;
     }
 
-    // An object replaced by itself is not told to have gone.
+    // An object that is replaced by itself is not deleted.
     void SetElement(int32_t index, T* value, bool notifyReplace) override
     {
         Base::SetElement(index, value, notifyReplace && this->IsInside(index) && (*this)[index] != value);
@@ -36,7 +37,7 @@ public:
     bool GetOwns() const { return m_owns; }
     void SetOwns(bool owns) { m_owns = owns; }
 
-    // Removes an element without deleting its object, which is then the caller's; null for an index out of range.
+    // Removes an element and returns its object, which then belongs to the caller; null for an index out of range.
     T* DetachAt(int32_t index)
     {
         if (!this->IsInside(index))

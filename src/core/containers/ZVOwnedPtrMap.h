@@ -4,8 +4,8 @@
 
 #include <utility>
 
-// A map to objects that it owns: an object is deleted when its entry is removed or another object is set in its place. V must be
-// a complete type where the map is made.
+// A map to objects that it owns: an object is deleted when its entry is removed or when another object replaces it. V must be a
+// complete type where the map is made.
 template <class K, class KArg, class V, bool HasValue = true>
 class ZVOwnedPtrMap : public ZVMap<K, KArg, V*, V*, HasValue>
 {
@@ -25,8 +25,8 @@ public:
         return value != nullptr ? *value : nullptr;
     }
 
-    // Gives the map an object, which may be null, and deletes the one it takes the place of. When the call throws the object
-    // stays with the caller.
+    // Hands an object, which may be null, to the map, and deletes the one that it replaces. If the call throws, the object still
+    // belongs to the caller.
     void SetAt(KArg key, V* value)
     {
         V* const old = std::exchange(this->FindOrInsert(key).Value, value);
@@ -34,11 +34,11 @@ public:
             delete old;
     }
 
-    // The object of a key, which is added with a null if it is not there. Objects are set by SetAt.
+    // The object of a key, which is added with null if it is not there. SetAt sets objects.
     V* operator[](KArg key) { return this->FindOrInsert(key).Value; }
 
 protected:
-    // Here and not in DestroyNode, because objects in a pool's nodes are owned too.
+    // The object is deleted here and not in DestroyNode, because that does nothing for the nodes of a pool.
     void FreeNode(ZVMapNodeBase* node) override
     {
         if (node == nullptr)

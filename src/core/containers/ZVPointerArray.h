@@ -2,7 +2,7 @@
 
 #include "core/containers/ZVCoreArray.h"
 
-// The array of pointers to objects that belong to somebody else. New elements are null.
+// An array of pointers to objects that it does not own. New elements are null.
 template <class T>
 class ZVPointerArray : public ZVCoreArray<T*, T*, false>
 {

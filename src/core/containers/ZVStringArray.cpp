@@ -6,7 +6,7 @@
 
 namespace
 {
-// Walks the parts of a text. Part and Length hold the present one after Next has given true.
+// Walks through the parts of a text. After Next has returned true, Part and Length hold the current one.
 class Tokenizer
 {
 public:
@@ -58,7 +58,7 @@ void ZVStringArray::SetSplit(const wchar_t* text, wchar_t delimiter)
 
 void ZVStringArray::SetSplit(const wchar_t* text, const wchar_t* delimiter)
 {
-    // Filled aside, because the text and the delimiter can be strings of this array.
+    // The parts go to another array first, because the text and the delimiter may be strings of this one.
     ZVStringArray parts;
     if (text != nullptr)
     {

@@ -7,9 +7,15 @@
 template <bool CaseSensitive>
 class ZVStringCRCUniqueList : public ZVMap<ZVStringHashBase<CaseSensitive>, ZVStringHashBase<CaseSensitive>, int, int, false>
 {
-public:
-    using ZVMap<ZVStringHashBase<CaseSensitive>, ZVStringHashBase<CaseSensitive>, int, int, false>::ZVMap;
+    using Key = ZVStringHashBase<CaseSensitive>;
+    using Base = ZVMap<Key, Key, int, int, false>;
 
-    // Removes a text; false when it is not there.
-    bool Remove(ZVStringHashBase<CaseSensitive> text) { return this->RemoveKey(text); }
+public:
+    using Base::Base;
+
+    // Adds a text; false if it was already there.
+    bool Add(const wchar_t* text) { return Base::Add(Key(text)); }
+    bool Contains(const wchar_t* text) const { return Base::Contains(Key(text)); }
+    // Removes a text; false if it was not there.
+    bool Remove(const wchar_t* text) { return this->RemoveKey(Key(text)); }
 };

@@ -8,11 +8,11 @@
 #include <cwctype>
 #include <type_traits>
 
-// The hashes and the equality of strings as keys, from NUL-terminated text; a null pointer counts as the empty string. Where case
-// does not matter each character is lowered as ZVCharacter::ToLower does. Nothing allocates.
+// The hashes and the equality of string keys. Texts are NUL-terminated; null counts as the empty string. Where case does not
+// matter, each character is lowered as ZVCharacter::ToLower does it. Nothing allocates.
 namespace ZVStringHash
 {
-// Lowers characters in a loop, with the table looked up once.
+// Lowers characters, for loops: the manager is looked up only once.
 class Lowering
 {
 public:
@@ -35,8 +35,8 @@ struct Identity
 template <bool CaseSensitive>
 using Folding = std::conditional_t<CaseSensitive, Identity, Lowering>;
 
-// Horner's rule over the characters, which count with their sign. Two go into one step, because a step waits for the
-// multiplication before it.
+// Horner's rule over the characters, which count as signed numbers. One step takes two characters, because each step has to wait
+// for the multiplication of the one before.
 template <bool CaseSensitive, class Result, Result Factor>
 Result Polynomial(const wchar_t* text)
 {
@@ -54,14 +54,14 @@ Result Polynomial(const wchar_t* text)
     return hash;
 }
 
-// The hash of a map's key. The order of entries in result files follows from it.
+// The hash of a map's key. It decides the order of entries in result files.
 template <bool CaseSensitive>
 uint32_t Hash32(const wchar_t* text)
 {
     return Polynomial<CaseSensitive, uint32_t, 0x1003f>(text);
 }
 
-// The hash that stands for a text in a set without texts.
+// The hash that stands for a text in sets that keep only hashes.
 template <bool CaseSensitive>
 uint64_t Hash64(const wchar_t* text)
 {
@@ -75,7 +75,7 @@ bool Equal(const wchar_t* left, const wchar_t* right)
         left = L"";
     if (right == nullptr)
         right = L"";
-    // Most keys are asked for as they are spelled, and the library compares faster than any loop.
+    // Most keys are looked up with the same spelling, and the library compares faster than a loop.
     if (wcscmp(left, right) == 0)
         return true;
     if constexpr (CaseSensitive)

@@ -2,14 +2,14 @@
 
 #include "core/containers/ZVStringHash.h"
 
-// A string as nothing but its 64-bit hash. Two strings with the same hash are the same key.
+// A string reduced to its 64-bit hash. Two strings with the same hash are the same key.
 template <bool CaseSensitive>
 class ZVStringHashBase
 {
 public:
     ZVStringHashBase() = default;
-    // From a text, which may be null.
-    ZVStringHashBase(const wchar_t* text) : m_hash(ZVStringHash::Hash64<CaseSensitive>(text)) {}
+    // The text may be null.
+    explicit ZVStringHashBase(const wchar_t* text) : m_hash(ZVStringHash::Hash64<CaseSensitive>(text)) {}
 
     uint64_t GetValue() const { return m_hash; }
     // The hash of the key in a map.

@@ -4,8 +4,8 @@
 #include "core/containers/ZVStringHash.h"
 #include "core/string/ZVString.h"
 
-// A map with text keys, asked by NUL-terminated text without making a string; null is the empty key. Unless CaseSensitive is set,
-// keys that are equal when lowered are one key, which keeps the spelling it was first given.
+// A map with text keys. Look-ups take a NUL-terminated text and make no string; null is the empty key. Unless CaseSensitive is
+// set, keys that are equal when lowered are one key, which keeps its first spelling.
 template <class String, bool CaseSensitive, class V, class VArg = const V&, bool HasValue = true>
 class ZVStringMap : public ZVMap<String, const wchar_t*, V, VArg, HasValue>
 {

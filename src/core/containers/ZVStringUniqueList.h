@@ -9,6 +9,6 @@ class ZVStringUniqueList : public ZVStringMap<String, CaseSensitive, int, int, f
 public:
     using ZVStringMap<String, CaseSensitive, int, int, false>::ZVStringMap;
 
-    // Removes a text; false when it is not there.
+    // Removes a text; false if it was not there.
     bool Remove(const wchar_t* text) { return this->RemoveKey(text); }
 };

@@ -9,6 +9,6 @@ class ZVUniqueList : public ZVMap<T, TArg, int, int, false>
 public:
     using ZVMap<T, TArg, int, int, false>::ZVMap;
 
-    // Removes a value; false when it is not there.
+    // Removes a value; false if it was not there.
     bool Remove(TArg value) { return this->RemoveKey(value); }
 };

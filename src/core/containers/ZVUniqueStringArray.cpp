@@ -4,7 +4,7 @@
 
 int32_t ZVUniqueStringArray::Add(const ZVString& text)
 {
-    // A string that cannot be appended must not stay behind as a hash.
+    // If there is no memory for the string, its hash must not be added either.
     m_strings.Reserve(m_strings.GetCount() + 1);
     if (!m_hashes.Add(HashOf(text)))
         return -1;

@@ -3,14 +3,14 @@
 #include "core/containers/ZVStringArray.h"
 #include "core/containers/ZVUniqueList.h"
 
-// Strings in the order in which they were added, each once. Strings are told apart by their 64-bit hash alone: one whose hash is
+// Strings in the order in which they were added, each only once. Only their 64-bit hashes are compared: a string whose hash is
 // already there counts as a repetition.
 class ZVUniqueStringArray
 {
 public:
     explicit ZVUniqueStringArray(bool caseSensitive = false) : m_caseSensitive(caseSensitive) {}
 
-    // Appends a string and gives its index, or -1 when it is already there.
+    // Appends a string and returns its index, or -1 if it is already there.
     int32_t Add(const ZVString& text);
     bool Contains(const wchar_t* text) const { return m_hashes.Contains(HashOf(text)); }
     void RemoveAll();

@@ -15,7 +15,7 @@ namespace
 constexpr int32_t MinimumYear = -9999;
 constexpr int32_t MaximumYear = 9999;
 
-// Two-digit years below the pivot belong to 2000, the others to 1900.
+// Years of two digits below the pivot belong to 2000, the others to 1900.
 constexpr int32_t LastTwoDigitYear = 99;
 constexpr int32_t TwoDigitPivot = 26;
 
@@ -25,7 +25,7 @@ using ZVTimeUnits::SecondsPerMinute;
 constexpr double SecondsPerDay = ZVTimeUnits::SecondsPerDay;
 constexpr int32_t MillisecondsPerDay = ZVTimeUnits::SecondsPerDay * MillisecondsPerSecond;
 
-// The days whose year fits 16 bits.
+// The days whose year fits into 16 bits.
 constexpr int64_t FirstDayNumber = ZVCalendar::DayNumber(INT16_MIN, 1, 1);
 constexpr int64_t LastDayNumber = ZVCalendar::DayNumber(INT16_MAX, 12, 31);
 
@@ -43,7 +43,7 @@ bool IsBetween(int32_t number, int32_t least, int32_t most)
     return number >= least && number <= most;
 }
 
-// The part of a day in milliseconds. It is a hair below 0 when the value is one below its day.
+// The milliseconds of a fraction of a day. The fraction is slightly negative for a value slightly below a whole day.
 int32_t GetMilliseconds(double fraction)
 {
     return fraction <= ZVDate::Tolerance ? 0 : static_cast<int32_t>(fraction * MillisecondsPerDay + 0.5);
@@ -72,7 +72,7 @@ void SetDate(ZVDateFields& fields, int64_t number, bool withDayNumbers)
 
 bool ZVDate::IsEmpty(double value)
 {
-    // Written so that NaN is empty.
+    // In this form NaN counts as empty.
     return value == 0.0 || !(value + Tolerance >= static_cast<double>(FirstDayNumber)) ||
            !(value + Tolerance < static_cast<double>(LastDayNumber + 1));
 }
@@ -178,6 +178,6 @@ bool ZVDate::Parse(const wchar_t* text, int32_t flags, double& value)
     if (services == nullptr)
         return false;
     value = services->Parse(text, flags);
-    // NaN counts as a result too: it is not equal to 0.0.
+    // NaN is not equal to 0.0, so it counts as a result too.
     return value != 0.0;
 }

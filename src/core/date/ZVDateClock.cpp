@@ -13,11 +13,11 @@ constexpr int64_t SecondsPerDay = ZVTimeUnits::SecondsPerDay;
 constexpr int64_t MicrosecondsPerSecond = 1'000'000;
 constexpr double NanosecondsPerDay = 1e9 * ZVTimeUnits::SecondsPerDay;
 
-// The seconds from 1601-01-01 to 1970-01-01, and the units of a file time in a second.
+// The seconds from 1601-01-01 to 1970-01-01, and the number of file time units in a second.
 constexpr int64_t FileTimeEpochSeconds = 11644473600;
 constexpr int64_t FileTimePerSecond = 10'000'000;
 
-// A clock always knows the time. 0.0 for a day whose year does not fit 16 bits.
+// A clock always knows the time, so the value gets one. 0.0 for a day whose year does not fit into 16 bits.
 double WithTimeOfDay(int64_t dayNumber, double fraction)
 {
     return ZVDate::WithPrecision(static_cast<double>(dayNumber) + fraction, ZVDatePrecision::Time);
@@ -55,7 +55,7 @@ bool ZVDate::ToFileTime(double value, uint64_t& fileTime)
     const int64_t seconds = ToUnix(value) + FileTimeEpochSeconds;
     if (seconds <= 0)
         return false;
-    // A year of 16 bits keeps this within 64 bits.
+    // A year of 16 bits keeps this product within 64 bits.
     fileTime = static_cast<uint64_t>(seconds) * FileTimePerSecond;
     return true;
 }

@@ -6,13 +6,13 @@
 // The parts of a date, counted as the system library's broken-down time counts them.
 struct ZVDateFields
 {
-    bool Valid = false;   // false for no date, and for one whose year does not fit 16 bits
+    bool Valid = false;   // false for no date, and for a date whose year does not fit into 16 bits
     int32_t Second = 0;   // 0 to 59
     int32_t Minute = 0;   // 0 to 59
     int32_t Hour = 0;     // 0 to 23
     int32_t Day = 0;      // 1 to 31
     int32_t Month = 0;    // 0 to 11
-    int32_t Year = 0;     // less 1900
+    int32_t Year = 0;     // minus 1900
     int32_t WeekDay = 0;  // 0 is Sunday
     int32_t YearDay = 0;  // 0 is January 1
 
@@ -22,7 +22,7 @@ struct ZVDateFields
     int32_t GetCalendarMonth() const { return Month + 1; }
 };
 
-// The same for the functions of the system library, which are to find out about daylight saving by themselves.
+// The fields for functions of the system library, which find out about daylight saving by themselves.
 inline tm ZVBrokenDownTime(const ZVDateFields& fields)
 {
     tm time {};

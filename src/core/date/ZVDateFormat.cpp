@@ -11,9 +11,11 @@
 
 namespace
 {
+using ZVDateLocale::NameLength;
+
 constexpr double SecondsPerDay = ZVTimeUnits::SecondsPerDay;
 
-// The codes that are handed to the system library.
+// The codes that the system library writes.
 constexpr wchar_t Codes[] = L"AaBbcdHIjMmpSUWwXxYy";
 
 // The date that is being written.
@@ -27,7 +29,7 @@ struct Subject
 
 ZVString WriteTime(const Subject& subject, ZVDateSeconds seconds)
 {
-    return ZVDate::ToTimeOfDay(subject.Value, !ZVDateLocale::Has12HourClock(), seconds);
+    return ZVDate::ToTimeOfDay(subject.Value, ZVDateLocale::GetClock(), seconds);
 }
 
 ZVString WriteBoth(const ZVString& date, const ZVString& time)
@@ -35,13 +37,13 @@ ZVString WriteBoth(const ZVString& date, const ZVString& time)
     return time.IsEmpty() ? date : date + L" " + time;
 }
 
-// Rounded to seconds, and negative for a date to come.
+// In whole seconds; negative for a date in the future.
 double GetElapsed(const Subject& subject)
 {
     return std::floor((ZVDate::Now() - subject.Value) * SecondsPerDay + 0.5);
 }
 
-// The words of a pattern, one function each.
+// The words of a pattern, with one function for each.
 namespace Words
 {
 ZVString Year(const Subject& subject)
@@ -50,7 +52,7 @@ ZVString Year(const Subject& subject)
 }
 ZVString Month(const Subject& subject)
 {
-    return ZVDateLocale::GetMonthName(subject.Fields, false, subject.Flags);
+    return ZVDateLocale::GetMonthName(subject.Fields, NameLength::Full, subject.Flags);
 }
 ZVString DayOrdinal(const Subject& subject)
 {
@@ -58,7 +60,7 @@ ZVString DayOrdinal(const Subject& subject)
 }
 ZVString DayName(const Subject& subject)
 {
-    return ZVDateLocale::GetDayName(subject.Fields, false, subject.Flags);
+    return ZVDateLocale::GetDayName(subject.Fields, NameLength::Full, subject.Flags);
 }
 ZVString Hour(const Subject& subject)
 {
@@ -116,7 +118,7 @@ ZVString Decade(const Subject& subject)
 }
 }
 
-// A word, and how much of the date must be known for it.
+// A word, and how much of the date must be known to write it.
 struct Word
 {
     const wchar_t* Name;
@@ -124,7 +126,7 @@ struct Word
     ZVString (*Write)(const Subject& subject);
 };
 
-// A word that begins with another stands before it.
+// A word that begins with another word comes before it.
 constexpr Word WordTable[] = {
     {L"year",          ZVDatePrecision::Year, Words::Year         },
     {L"month",         ZVDatePrecision::Day,  Words::Month        },
@@ -153,7 +155,7 @@ const Word* FindWord(const wchar_t* text)
     return nullptr;
 }
 
-// Copies a quoted text and tells where the pattern goes on. The closing quote may be missing.
+// Copies a quoted text and returns where the pattern continues. The closing quote may be missing.
 const wchar_t* CopyQuoted(const wchar_t* pattern, ZVString& out)
 {
     ++pattern;
@@ -176,9 +178,9 @@ ZVString WriteCode(wchar_t code, const Subject& subject)
     if (code == L'%')
         return L"%";
     if (code == L'B' || code == L'b')
-        return ZVDateLocale::GetMonthName(subject.Fields, code == L'b', subject.Flags);
+        return ZVDateLocale::GetMonthName(subject.Fields, code == L'b' ? NameLength::Short : NameLength::Full, subject.Flags);
     if (code == L'A' || code == L'a')
-        return ZVDateLocale::GetDayName(subject.Fields, code == L'a', subject.Flags);
+        return ZVDateLocale::GetDayName(subject.Fields, code == L'a' ? NameLength::Short : NameLength::Full, subject.Flags);
     const wchar_t format[] = {L'%', code, L'\0'};
     return ZVDateLocale::Write(format, subject.Fields);
 }

@@ -1,7 +1,6 @@
 #include "core/date/ZVDateLocale.h"
 
 #include "core/date/ZVDateNames.h"
-#include "core/date/ZVDateText.h"
 
 #include <cstring>
 #include <cwchar>
@@ -9,10 +8,10 @@
 
 namespace
 {
-// Far above what the date and time of any locale takes.
+// Far more than the date and time of any locale needs.
 constexpr size_t MaximumLength = 256;
 
-// What the codes of a date format tell of the field order, by whichever comes first.
+// The field order that a code of a date format means, if it comes first.
 struct OrderCode
 {
     char Code;
@@ -33,7 +32,7 @@ constexpr OrderCode OrderCodes[] = {
     {'F', ZVDateLocale::FieldOrder::YearMonthDay},
 };
 
-// Calls a function with each code of a strftime format, without flags, widths and modifiers, until it gives true.
+// Calls a function with each code of a strftime format, without flags, widths and modifiers, until it returns true.
 template <class Function>
 bool AnyCode(const char* format, Function function)
 {
@@ -49,9 +48,9 @@ bool AnyCode(const char* format, Function function)
     return false;
 }
 
-ZVString GetName(const wchar_t* name, bool isShort)
+ZVString GetName(const wchar_t* name, ZVDateLocale::NameLength length)
 {
-    return isShort ? ZVString(name, ZVDateNames::ShortLength) : ZVString(name);
+    return length == ZVDateLocale::NameLength::Short ? ZVString(name, ZVDateNames::ShortLength) : ZVString(name);
 }
 }
 
@@ -72,9 +71,10 @@ ZVDateLocale::FieldOrder ZVDateLocale::GetFieldOrder()
     return order;
 }
 
-bool ZVDateLocale::Has12HourClock()
+ZVDateClock ZVDateLocale::GetClock()
 {
-    return AnyCode(nl_langinfo(T_FMT), [](char code) { return strchr("rIlpP", code) != nullptr; });
+    const bool has12Hours = AnyCode(nl_langinfo(T_FMT), [](char code) { return strchr("rIlpP", code) != nullptr; });
+    return has12Hours ? ZVDateClock::Hours12 : ZVDateClock::Hours24;
 }
 
 ZVString ZVDateLocale::Write(const wchar_t* format, const ZVDateFields& fields)
@@ -85,16 +85,16 @@ ZVString ZVDateLocale::Write(const wchar_t* format, const ZVDateFields& fields)
     return ZVString(text, static_cast<int32_t>(length));
 }
 
-ZVString ZVDateLocale::GetMonthName(const ZVDateFields& fields, bool isShort, int32_t flags)
+ZVString ZVDateLocale::GetMonthName(const ZVDateFields& fields, NameLength length, int32_t flags)
 {
     if ((flags & ZVDate::EnglishNames) != 0)
-        return GetName(ZVDateNames::Months[fields.Month], isShort);
-    return Write(isShort ? L"%b" : L"%B", fields);
+        return GetName(ZVDateNames::Months[fields.Month], length);
+    return Write(length == NameLength::Short ? L"%b" : L"%B", fields);
 }
 
-ZVString ZVDateLocale::GetDayName(const ZVDateFields& fields, bool isShort, int32_t flags)
+ZVString ZVDateLocale::GetDayName(const ZVDateFields& fields, NameLength length, int32_t flags)
 {
     if ((flags & ZVDate::EnglishNames) != 0)
-        return GetName(ZVDateNames::Days[fields.WeekDay], isShort);
-    return Write(isShort ? L"%a" : L"%A", fields);
+        return GetName(ZVDateNames::Days[fields.WeekDay], length);
+    return Write(length == NameLength::Short ? L"%a" : L"%A", fields);
 }

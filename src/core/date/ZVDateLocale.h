@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/date/ZVDateFields.h"
+#include "core/date/ZVDateText.h"
 #include "core/string/ZVString.h"
 
 // How the locale of the process writes dates.
@@ -14,12 +15,18 @@ enum class FieldOrder : int32_t
 };
 
 FieldOrder GetFieldOrder();
-bool Has12HourClock();
+ZVDateClock GetClock();
 
-// The text of a format of the system's strftime. Only for fields that are valid.
+// Writes valid fields in a format of strftime.
 ZVString Write(const wchar_t* format, const ZVDateFields& fields);
 
+enum class NameLength : int32_t
+{
+    Full,
+    Short,
+};
+
 // The name of the month or of the day of the week of valid fields, in English when flags holds ZVDate::EnglishNames.
-ZVString GetMonthName(const ZVDateFields& fields, bool isShort, int32_t flags);
-ZVString GetDayName(const ZVDateFields& fields, bool isShort, int32_t flags);
+ZVString GetMonthName(const ZVDateFields& fields, NameLength length, int32_t flags);
+ZVString GetDayName(const ZVDateFields& fields, NameLength length, int32_t flags);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// The English names of months and days, as texts for machines have them. The first three letters are the short form.
+// The English names of months and days, for texts that machines read. The first three letters are the short form.
 namespace ZVDateNames
 {
 inline constexpr int ShortLength = 3;

@@ -18,7 +18,7 @@ double GetDay(double value)
     return std::floor(value + ZVDate::Tolerance);
 }
 
-// A hair below 0 for a value that is one below its day.
+// Slightly negative for a value slightly below a whole day.
 double GetFraction(double value)
 {
     return value - GetDay(value);
@@ -54,7 +54,7 @@ ZVDatePrecision ZVDate::GetPrecision(double value)
 
 double ZVDate::WithPrecision(double value, ZVDatePrecision precision)
 {
-    // The value 0.0 is a day here, on its way to its mark.
+    // Here 0.0 is a day, which is about to get its mark.
     if (value != 0.0 && IsEmpty(value))
         return 0.0;
     switch (precision)

@@ -2,8 +2,9 @@
 
 #include <cstdint>
 
-// How much of a date is known. The fraction of the value says it: a fraction next to nothing means that no time of day is known,
-// and on January 1 not even the day. Where these are wrong, the fraction is a mark of less than a second that says what holds.
+// How much of a date is known, which the fraction of its value says. A fraction of nearly 0 means that the time of day is not
+// known, and on January 1 that not even the day is known. Where that would be wrong, the fraction is a mark of less than a second
+// that says what is known.
 enum class ZVDatePrecision : int32_t
 {
     None = 0,  // no date
@@ -14,16 +15,17 @@ enum class ZVDatePrecision : int32_t
 
 namespace ZVDate
 {
-// The mark of a known time that is exactly midnight, in days: 0.2 seconds.
+// The mark of a known time that is exactly midnight: 0.2 seconds, in days.
 inline constexpr double MidnightMark = 2.3148148148148148e-6;
-// The mark of a January 1 that is known as a day: 0.1 seconds. It also keeps 1899-12-30, whose number is 0, from being no date.
+// The mark of a January 1 of which the day is known: 0.1 seconds. It also keeps 1899-12-30, whose number is 0, from being no
+// date.
 inline constexpr double DayMark = 1.1574074074074074e-6;
-// Below this fraction of a day, a second, nothing but the mark of midnight is a time.
+// A fraction below this, one second, is not a time unless it is the mark of midnight.
 inline constexpr double LeastTime = 1.1574074074074073e-5;
 
 ZVDatePrecision GetPrecision(double value);
 
-// The date with a fraction by which it has this precision, which may be more than it had: January 1 of the year, the whole day,
-// or the time that it has. A time in the first second of a day becomes its midnight.
+// Returns the date with this precision, which may be more than it had: January 1 of the year, the whole day, or the time of the
+// value. A time in the first second of a day becomes midnight.
 double WithPrecision(double value, ZVDatePrecision precision);
 }

@@ -12,7 +12,7 @@ namespace
 constexpr int32_t YearsPerDecade = 10;
 constexpr int32_t NoonHour = 12;
 
-// The text of the six fields from the year to the second in this order.
+// A format with the six fields from the year to the second, in this order.
 ZVString WriteFields(const wchar_t* format, double value, const ZVString& end = ZVString())
 {
     const ZVDateFields fields = ZVDate::ToFields(value);
@@ -52,9 +52,10 @@ ZVString ZVDate::ToRFC1123(double value)
     const ZVDateFields fields = ToFields(value);
     if (!fields.Valid)
         return ZVString();
-    return ZVFormat(L"%s, %d %s %d %02d:%02d:%02d GMT", ZVDateLocale::GetDayName(fields, true, EnglishNames), fields.Day,
-                    ZVDateLocale::GetMonthName(fields, true, EnglishNames), fields.GetCalendarYear(), fields.Hour, fields.Minute,
-                    fields.Second);
+    return ZVFormat(L"%s, %d %s %d %02d:%02d:%02d GMT",
+                    ZVDateLocale::GetDayName(fields, ZVDateLocale::NameLength::Short, EnglishNames), fields.Day,
+                    ZVDateLocale::GetMonthName(fields, ZVDateLocale::NameLength::Short, EnglishNames), fields.GetCalendarYear(),
+                    fields.Hour, fields.Minute, fields.Second);
 }
 
 ZVString ZVDate::ToFileNameText(double value)
@@ -69,16 +70,16 @@ ZVString ZVDate::ToDecade(double value)
     return ZVFormat(L"%d's", ZVCalendar::FloorDivide(YearOf(value), YearsPerDecade) * YearsPerDecade);
 }
 
-ZVString ZVDate::ToTimeOfDay(double value, bool is24Hour, ZVDateSeconds seconds)
+ZVString ZVDate::ToTimeOfDay(double value, ZVDateClock clock, ZVDateSeconds seconds)
 {
     if (GetPrecision(value) != ZVDatePrecision::Time)
         return ZVString();
     const ZVDateFields fields = ToFields(value);
     const bool hasSeconds = seconds == ZVDateSeconds::Always || (seconds == ZVDateSeconds::Automatic && fields.Second != 0);
-    if (is24Hour)
+    if (clock == ZVDateClock::Hours24)
         return ZVDateLocale::Write(hasSeconds ? L"%T" : L"%R", fields);
     ZVString text = ZVDateLocale::Write(hasSeconds ? L"%I:%M:%S %p" : L"%I:%M %p", fields);
-    // Many locales have no names for the halves of a day.
+    // Many locales have no names for the two halves of a day.
     if (text.EndsWith(L' '))
         text += fields.Hour < NoonHour ? L"am" : L"pm";
     text.Replace(L"AM", L"am");
@@ -96,7 +97,7 @@ ZVString ZVDate::ToTimeWords(double value)
         return L"Midnight";
     if (isFullHour && fields.Hour == NoonHour)
         return L"Noon";
-    return ToTimeOfDay(value, false);
+    return ToTimeOfDay(value, ZVDateClock::Hours12);
 }
 
 ZVString ZVDate::ToShortDate(double value, int32_t flags)
@@ -108,7 +109,7 @@ ZVString ZVDate::ToShortDate(double value, int32_t flags)
     const int32_t year = fields.GetCalendarYear();
     if (precision == ZVDatePrecision::Year)
         return ZVString::FromInt(year);
-    const ZVString month = ZVDateLocale::GetMonthName(fields, true, flags);
+    const ZVString month = ZVDateLocale::GetMonthName(fields, ZVDateLocale::NameLength::Short, flags);
     const ZVDateLocale::FieldOrder order = ZVDateLocale::GetFieldOrder();
     const bool isDayFirst = order == ZVDateLocale::FieldOrder::DayMonthYear;
     const ZVString day = isDayFirst ? ZVFormat(L"%d %s", fields.Day, month) : ZVFormat(L"%s %d", month, fields.Day);

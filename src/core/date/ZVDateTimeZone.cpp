@@ -12,8 +12,7 @@ namespace
 {
 constexpr double SecondsPerDay = ZVTimeUnits::SecondsPerDay;
 
-// The rules from number 1 on. In autumn they end before the clocks are really changed; callers rely on the hours as they are
-// here.
+// The rules from number 1 on. In autumn they end before clocks are really changed, but callers rely on these hours.
 constexpr ZVDaylightRule Rules[] = {
     {{3, 0, 2, 2},                     {11, 0, 1, 1}                    },
     {{3, 0, ZVDaylightBound::Last, 2}, {10, 0, ZVDaylightBound::Last, 1}},
@@ -26,7 +25,7 @@ double AddSeconds(double value, int64_t seconds)
     return ZVDate::WithPrecision(value + static_cast<double>(seconds) / SecondsPerDay, ZVDatePrecision::Time);
 }
 
-// What the system library makes of a local time, and that moment's seconds since 1970.
+// What the system library knows about a local time, and the seconds from 1970 to that moment.
 struct LocalMoment
 {
     tm Fields {};
@@ -41,7 +40,7 @@ LocalMoment AskSystem(const ZVDateFields& fields)
     return moment;
 }
 
-// 0.0 for a bound that the year has not got.
+// 0.0 if the year does not have this bound.
 double FindBound(int32_t year, const ZVDaylightBound& bound)
 {
     const double day = bound.Nth == ZVDaylightBound::Last ? ZVDate::LastWeekday(year, bound.Month, bound.Weekday)
@@ -73,7 +72,7 @@ double ZVDate::ToLocal(double value)
         return 0.0;
     const time_t seconds = static_cast<time_t>(std::floor((value + Tolerance - UnixEpoch) * SecondsPerDay));
     tm local {};
-    tzset();  // localtime_r need not follow a change of TZ
+    tzset();  // localtime_r may not notice a change of TZ
     if (localtime_r(&seconds, &local) == nullptr || local.tm_gmtoff == 0)
         return value;
     return AddSeconds(value, local.tm_gmtoff);

@@ -11,7 +11,7 @@ using namespace ZVTimeUnits;
 
 constexpr int32_t SecondsPerYear = 365 * SecondsPerDay;
 
-// Above, a double has no whole seconds any more, and with the most decimals it still fits 64 bits.
+// Up to this a span with the most decimals fits into 64 bits.
 constexpr double LongestSpan = 9e12;
 constexpr int32_t MaximumPrecision = 6;
 
@@ -19,7 +19,7 @@ constexpr int64_t FewMinutes = 5;
 // Three minutes are 0.05 of an hour.
 constexpr int64_t MinutesWorthADecimal = 3;
 
-// A span told by one number: from so many seconds on, in a unit. The last unit holds below.
+// A unit for spans of at least that many seconds. Shorter spans are written in seconds.
 struct SpanUnit
 {
     int32_t Least;
@@ -42,7 +42,7 @@ ZVString WriteInWords(double seconds)
     return ZVFormat(L"%d seconds", static_cast<int64_t>(seconds));
 }
 
-// Two units, the second of which is left out when there is none of it.
+// A number of two units; the second one is left out if it is 0.
 ZVString WriteTwo(int64_t first, const wchar_t* firstUnit, int64_t second, const wchar_t* secondUnit)
 {
     const ZVString text = ZVDate::NumberWithUnit(first, firstUnit);
@@ -91,7 +91,7 @@ ZVString ZVDate::TimeText(double seconds, int32_t hourDigits, int32_t precision)
     int64_t unitsPerSecond = 1;
     for (int32_t index = 0; index < precision; ++index)
         unitsPerSecond *= 10;
-    // Rounded as a whole, so that 59.99 seconds never become "60.0".
+    // Rounded as a whole, so that 59.99 seconds do not become "60.0".
     const int64_t units = std::llround(std::min(std::fabs(seconds), LongestSpan) * static_cast<double>(unitsPerSecond));
     const int64_t unitsPerMinute = unitsPerSecond * SecondsPerMinute;
     const int64_t minutes = units / unitsPerMinute;

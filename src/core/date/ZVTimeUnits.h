@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// How many of a unit of time are in a larger one, on a day without a leap second.
+// How many units of time a larger one has, on a day without a leap second.
 namespace ZVTimeUnits
 {
 inline constexpr int32_t SecondsPerMinute = 60;

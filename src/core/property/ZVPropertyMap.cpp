@@ -12,7 +12,7 @@ constexpr const wchar_t* ItemElement = L"Item";
 constexpr const wchar_t* NameAttribute = L"Name";
 constexpr const wchar_t* VersionAttribute = L"version";
 
-// What the length-prefixed form puts around a text: two brackets, a colon and at most ten digits.
+// The most characters that the length-prefixed form adds to a text: two brackets, a colon and ten digits.
 constexpr int32_t LargestPrefix = 13;
 
 ZVString TextOf(int64_t value)
@@ -182,7 +182,7 @@ void ZVPropertyMap::Save(ZVString& text, bool withItems) const
     text.AppendLengthPrefixed(withItems ? GetCount() : 0);
     if (!withItems)
         return;
-    // The buffer of the length-prefixed form grows in small steps, so the room for a large map is made at once.
+    // The buffer of the length-prefixed form grows in small steps, so the room for a large map is made beforehand.
     int64_t room = 0;
     for (const auto& entry : GetEntries())
         room += int64_t {entry.Key.GetLength()} + entry.Value.GetLength() + 2 * LargestPrefix;
@@ -234,7 +234,7 @@ bool ZVPropertyMap::FromXML(const ZVString& text, const wchar_t* rootName, doubl
     Clear();
     if (text.IsEmpty())
         return true;
-    // A damaged document still gives the items in front of the damage.
+    // The result is not checked: in a damaged document the items before the damage are still there.
     ZVXMLDocument document(ZVXMLDocument::FoldNames);
     document.SetDocument(text);
     if (!document.FindElement(rootName) || ParseDouble(document.GetAttribute(VersionAttribute)) != version)

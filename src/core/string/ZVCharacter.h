@@ -4,7 +4,7 @@
 
 #include <cwctype>
 
-// Case and classes of single characters: by the string manager's tables up to 255, by the system library above.
+// Case and classes of single characters: from the string manager's tables up to code 255, from the system library above.
 namespace ZVCharacter
 {
 inline bool IsInTable(wchar_t character)

@@ -3,7 +3,7 @@
 // Decimal and hexadecimal digits in the scripts that numbers in tags and file names are written in.
 namespace ZVDigits
 {
-// What a character that is no digit is worth.
+// The value of a character that is not a digit.
 inline constexpr int NotADigit = -1;
 
 // The first code of each run of ten decimal digits beyond ASCII (Unicode, general category Nd).

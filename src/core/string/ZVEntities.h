@@ -11,7 +11,7 @@ struct Entity
     wchar_t Character;
 };
 
-// The longest name of the tables; a longer run behind "&" is no entity.
+// The length of the longest name in the tables; a longer run after "&" is not an entity.
 inline constexpr int MaximumNameLength = 6;
 
 // clang-format off

@@ -10,17 +10,17 @@
 
 class ZVString;
 
-// One argument of a format text. The constructors are the whole list of what may be formatted; integers are extended to 64 bits
-// by the sign of their own type. The argument refers to the text it is made from and does not copy it.
+// One argument of a format text. The constructors are the complete list of what can be formatted. Integers are extended to 64
+// bits by the sign of their own type. A text is not copied, so it must outlive the argument.
 struct ZVFormatArgument : ZVFormatRecord
 {
-    ZVFormatArgument(const char* text) : ZVFormatRecord {ZVFormatCode::UTF8Text, std::bit_cast<int64_t>(text)} {}
-    ZVFormatArgument(const wchar_t* text) : ZVFormatRecord {ZVFormatCode::WideText, std::bit_cast<int64_t>(text)} {}
-    ZVFormatArgument(const ZVString& text) : ZVFormatRecord {ZVFormatCode::String, std::bit_cast<int64_t>(&text)} {}
-    ZVFormatArgument(double value) : ZVFormatRecord {ZVFormatCode::Double, std::bit_cast<int64_t>(value)} {}
+    explicit ZVFormatArgument(const char* text) : ZVFormatRecord {ZVFormatCode::UTF8Text, std::bit_cast<int64_t>(text)} {}
+    explicit ZVFormatArgument(const wchar_t* text) : ZVFormatRecord {ZVFormatCode::WideText, std::bit_cast<int64_t>(text)} {}
+    explicit ZVFormatArgument(const ZVString& text) : ZVFormatRecord {ZVFormatCode::String, std::bit_cast<int64_t>(&text)} {}
+    explicit ZVFormatArgument(double value) : ZVFormatRecord {ZVFormatCode::Double, std::bit_cast<int64_t>(value)} {}
 
     template <std::integral Integer>
-    ZVFormatArgument(Integer value) : ZVFormatRecord {ZVFormatCode::Integer, static_cast<int64_t>(value)}
+    explicit ZVFormatArgument(Integer value) : ZVFormatRecord {ZVFormatCode::Integer, static_cast<int64_t>(value)}
     {
     }
 
@@ -28,7 +28,7 @@ struct ZVFormatArgument : ZVFormatRecord
     // The address itself, for %p.
     template <class Pointer>
         requires(std::same_as<std::remove_cv_t<Pointer>, void>)
-    ZVFormatArgument(Pointer* pointer) : ZVFormatRecord {ZVFormatCode::Integer, std::bit_cast<int64_t>(pointer)}
+    explicit ZVFormatArgument(Pointer* pointer) : ZVFormatRecord {ZVFormatCode::Integer, std::bit_cast<int64_t>(pointer)}
     {
     }
 
@@ -39,7 +39,7 @@ struct ZVFormatArgument : ZVFormatRecord
     ZVFormatArgument(std::nullptr_t) = delete;
 };
 
-// The arguments of one call, in the shape in which the format engine and the log manager take them.
+// The arguments of one call, in the form that the format engine and the log manager take.
 template <size_t ArgumentCount>
 class ZVFormatArguments
 {

@@ -20,10 +20,10 @@ constexpr double LargestWhole = 9223372036854774784.0;  // the largest double be
 constexpr wchar_t UpperDigits[] = L"0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 constexpr wchar_t LowerDigits[] = L"0123456789abcdefghijklmnopqrstuvwxyz";
 
-// By the last digit from 1 to 3; the first for all others.
+// Indexed by the last digit if that is 1 to 3; the first is for all others.
 constexpr const wchar_t* OrdinalSuffixes[] = {L"th", L"st", L"nd", L"rd"};
 
-// Writes characters until the room is used up; then the last place is "?" and nothing more is written.
+// Writes characters until there is no room left; then the last one becomes "?" and nothing more is written.
 class NumberWriter
 {
 public:
@@ -64,35 +64,36 @@ void WriteOrdinalSuffix(NumberWriter& writer)
     writer.Put(suffix[1]);
 }
 
-int32_t WriteMagnitude(wchar_t* target, int32_t room, uint64_t magnitude, bool isNegative, int32_t minimumDigits, int32_t base,
-                       uint32_t flags)
+// What stands before the digits of a whole number.
+void WriteSign(NumberWriter& writer, int64_t sign, const ZVNumberText::WholeForm& form)
 {
-    if (room < MinimumRoom)
-        return 0;
-    NumberWriter writer(target, room);
-    if (isNegative)
+    if (sign < 0)
         writer.Put(L'-');
-    else if ((flags & ZVNumberText::PlusSign) != 0 && magnitude != 0)
+    else if ((form.Flags & ZVNumberText::PlusSign) != 0 && sign > 0)
         writer.Put(L'+');
-    if ((flags & ZVNumberText::HexadecimalPrefix) != 0 && base == 16)
+    if ((form.Flags & ZVNumberText::HexadecimalPrefix) != 0 && form.Base == 16)
     {
         writer.Put(L'0');
         writer.Put(L'x');
     }
+}
 
-    const wchar_t* digitNames = (flags & ZVNumberText::LowerCaseDigits) != 0 ? LowerDigits : UpperDigits;
+void WriteDigits(NumberWriter& writer, uint64_t magnitude, const ZVNumberText::WholeForm& form)
+{
+    const wchar_t* digitNames = (form.Flags & ZVNumberText::LowerCaseDigits) != 0 ? LowerDigits : UpperDigits;
+    const uint64_t base = static_cast<uint64_t>(form.Base);
     wchar_t digits[MaximumDigits];  // from the lowest place up
     int32_t digitCount = 0;
     do
     {
-        digits[digitCount++] = digitNames[magnitude % static_cast<uint64_t>(base)];
-        magnitude /= static_cast<uint64_t>(base);
+        digits[digitCount++] = digitNames[magnitude % base];
+        magnitude /= base;
     } while (magnitude != 0);
 
-    // Places beyond the room end in the same "?", however many they are.
-    const int32_t places = std::clamp(minimumDigits, digitCount, digitCount + room + 1);
-    const bool padsWithBlanks = (flags & ZVNumberText::PadWithBlanks) != 0;
-    const bool hasGroups = (flags & ZVNumberText::ThousandsSeparators) != 0;
+    // Everything beyond the room ends in the same "?", so a larger number of places makes no difference.
+    const int32_t places = std::clamp(form.MinimumDigits, digitCount, digitCount + writer.GetRoomLeft() + 1);
+    const bool padsWithBlanks = (form.Flags & ZVNumberText::PadWithBlanks) != 0;
+    const bool hasGroups = (form.Flags & ZVNumberText::ThousandsSeparators) != 0;
     const wchar_t separator = ZVNumberText::GetDecimalPoint() == L'.' ? L',' : L'.';
     bool hasDigit = false;
     for (int32_t place = places - 1; place >= 0; --place)
@@ -106,17 +107,16 @@ int32_t WriteMagnitude(wchar_t* target, int32_t room, uint64_t magnitude, bool i
         else
             writer.Put(digits[place]);
     }
-    if ((flags & ZVNumberText::OrdinalSuffix) != 0)
+    if ((form.Flags & ZVNumberText::OrdinalSuffix) != 0)
         WriteOrdinalSuffix(writer);
-    return writer.GetCount();
 }
 
-// The decimals of a fraction below 1 as a whole number of so many digits.
+// The decimals of a fraction below 1, as a whole number of Count digits.
 struct Decimals
 {
     uint64_t Digits = 0;
     int32_t Count = 0;
-    bool HasCarry = false;  // the rounding reached the whole part
+    bool HasCarry = false;  // rounding adds 1 to the whole part
 };
 
 Decimals RoundFraction(double fraction, int32_t precision)
@@ -144,25 +144,28 @@ Decimals RoundFraction(double fraction, int32_t precision)
 }
 }
 
-int32_t ZVNumberText::WriteSigned(wchar_t* target, int32_t room, int64_t value, int32_t minimumDigits, int32_t base,
-                                  uint32_t flags)
+int32_t ZVNumberText::WriteSigned(wchar_t* target, int32_t room, int64_t value, const WholeForm& form)
 {
-    if (base < 2 || base > MaximumSignedBase)
+    if (form.Base < 2 || form.Base > MaximumSignedBase || room < MinimumRoom)
         return 0;
+    NumberWriter writer(target, room);
+    WriteSign(writer, value, form);
     const uint64_t bits = static_cast<uint64_t>(value);
-    return WriteMagnitude(target, room, value < 0 ? 0 - bits : bits, value < 0, minimumDigits, base, flags);
+    WriteDigits(writer, value < 0 ? 0 - bits : bits, form);
+    return writer.GetCount();
 }
 
-int32_t ZVNumberText::WriteUnsigned(wchar_t* target, int32_t room, uint64_t value, int32_t minimumDigits, int32_t base,
-                                    uint32_t flags)
+int32_t ZVNumberText::WriteUnsigned(wchar_t* target, int32_t room, uint64_t value, const WholeForm& form)
 {
-    if (base < 2 || base > MaximumUnsignedBase)
+    if (form.Base < 2 || form.Base > MaximumUnsignedBase || room < MinimumRoom)
         return 0;
-    return WriteMagnitude(target, room, value, false, minimumDigits, base, flags);
+    NumberWriter writer(target, room);
+    WriteSign(writer, value != 0 ? 1 : 0, form);
+    WriteDigits(writer, value, form);
+    return writer.GetCount();
 }
 
-int32_t ZVNumberText::WriteDouble(wchar_t* target, int32_t room, double value, int32_t precision, bool fixedPrecision,
-                                  int32_t minimumDigits, uint32_t flags)
+int32_t ZVNumberText::WriteDouble(wchar_t* target, int32_t room, double value, const DecimalForm& form)
 {
     NumberWriter writer(target, room);
     if (!std::isfinite(value))
@@ -172,16 +175,16 @@ int32_t ZVNumberText::WriteDouble(wchar_t* target, int32_t room, double value, i
     }
     if (value < 0.0)
         writer.Put(L'-');
-    else if ((flags & PlusUnlessNegative) != 0)
+    else if ((form.Flags & PlusUnlessNegative) != 0)
         writer.Put(L'+');
 
     const double magnitude = std::min(std::fabs(value), LargestWhole);
     uint64_t whole = static_cast<uint64_t>(magnitude);
-    precision = precision < 0 ? MaximumPrecision : std::min(precision, MaximumPrecision);
+    const int32_t precision = form.Precision < 0 ? MaximumPrecision : std::min(form.Precision, MaximumPrecision);
     Decimals decimals = RoundFraction(magnitude - static_cast<double>(whole), precision);
     if (decimals.HasCarry)
         ++whole;
-    if (fixedPrecision)
+    if (form.FixedPrecision)
     {
         for (; decimals.Count < precision; ++decimals.Count)
             decimals.Digits *= 10;
@@ -192,13 +195,13 @@ int32_t ZVNumberText::WriteDouble(wchar_t* target, int32_t room, double value, i
             decimals.Digits /= 10;
     }
 
+    const bool dropsWhole = (form.Flags & DropZeroWhole) != 0 && whole == 0 && decimals.Count > 0;
+    if (!dropsWhole && writer.GetRoomLeft() >= MinimumRoom)
+        WriteDigits(writer, whole, {form.MinimumDigits});
     int32_t written = writer.GetCount();
-    const bool dropsWhole = (flags & DropZeroWhole) != 0 && whole == 0 && decimals.Count > 0;
-    if (!dropsWhole)
-        written += WriteMagnitude(target + written, room - written, whole, false, minimumDigits, 10, 0);
     if (decimals.Count == 0 || room - written <= decimals.Count)
         return written;
-    target[written++] = (flags & AlwaysPoint) != 0 ? L'.' : GetDecimalPoint();
+    target[written++] = (form.Flags & AlwaysPoint) != 0 ? L'.' : GetDecimalPoint();
     for (int32_t place = decimals.Count - 1; place >= 0; --place)
     {
         target[written + place] = static_cast<wchar_t>(L'0' + decimals.Digits % 10);

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// Numbers as text, written into a buffer of the caller. Room counts the characters that may be written; no terminator is. Each
-// function tells how many characters it wrote.
+// Numbers as text, written into the caller's buffer. room is the number of characters that may be written; there is no
+// terminator. Each function returns how many characters it wrote.
 namespace ZVNumberText
 {
 // Flags of whole numbers.
@@ -19,19 +19,34 @@ inline constexpr uint32_t AlwaysPoint = 1;  // "." whatever the locale says
 inline constexpr uint32_t PlusUnlessNegative = 2;
 inline constexpr uint32_t DropZeroWhole = 4;  // ".5" for 0.5
 
-// A whole number in base 2 to 36 with at least minimumDigits places. Nothing is written for another base or with a room below 8;
-// a number that does not fit ends in "?".
-int32_t WriteSigned(wchar_t* target, int32_t room, int64_t value, int32_t minimumDigits, int32_t base, uint32_t flags);
+// How a whole number is written.
+struct WholeForm
+{
+    int32_t MinimumDigits = 0;
+    int32_t Base = 10;
+    uint32_t Flags = 0;
+};
+
+// How a decimal number is written.
+struct DecimalForm
+{
+    int32_t Precision = -1;       // the most decimals, up to 16; -1 also means 16
+    bool FixedPrecision = false;  // exactly Precision decimals; otherwise trailing zeros are dropped
+    int32_t MinimumDigits = 0;    // before the point
+    uint32_t Flags = 0;
+};
+
+// A whole number in base 2 to 36. Nothing is written for another base or with a room below 8; a number that does not fit ends in
+// "?".
+int32_t WriteSigned(wchar_t* target, int32_t room, int64_t value, const WholeForm& form);
 
 // The same without a sign, in base 2 to 16.
-int32_t WriteUnsigned(wchar_t* target, int32_t room, uint64_t value, int32_t minimumDigits, int32_t base, uint32_t flags);
+int32_t WriteUnsigned(wchar_t* target, int32_t room, uint64_t value, const WholeForm& form);
 
-// A decimal number, rounded half away from zero to precision decimals, at most 16; -1 also means 16. With fixedPrecision exactly
-// so many stand, otherwise trailing zeros are dropped. minimumDigits counts places before the point. "?" for a number that is not
-// finite; a whole part beyond 64 bits is written as the largest that fits.
-int32_t WriteDouble(wchar_t* target, int32_t room, double value, int32_t precision, bool fixedPrecision, int32_t minimumDigits,
-                    uint32_t flags);
+// A decimal number, rounded half away from zero. "?" for a number that is not finite; a whole part that 64 bits cannot hold is
+// written as the largest that they can.
+int32_t WriteDouble(wchar_t* target, int32_t room, double value, const DecimalForm& form);
 
-// "." or ",": what the locale puts before decimals, as it was when first asked.
+// What the locale puts before decimals, "." or ",". The answer to the first call holds for the whole process.
 wchar_t GetDecimalPoint();
 }

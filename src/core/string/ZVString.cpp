@@ -5,13 +5,14 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <span>
 
 namespace
 {
-// Up to this size a buffer grows to a power of two, beyond it to a multiple of it.
+// Up to this size a buffer grows to a power of two, above it to a multiple of this size.
 constexpr int32_t LargeBufferStep = 0x100000;
 
-// How large a buffer is made for a length, so that repeated appends cost linear time.
+// The size of a new buffer for a length. It leaves enough room for repeated appends to take linear time.
 int32_t GrownBufferSize(int32_t length)
 {
     if (length < 1)
@@ -19,7 +20,7 @@ int32_t GrownBufferSize(int32_t length)
     if (length > LargeBufferStep)
     {
         const int64_t rounded = (static_cast<int64_t>(length) + LargeBufferStep - 1) / LargeBufferStep * LargeBufferStep;
-        return static_cast<int32_t>(std::min<int64_t>(rounded, INT32_MAX - 1));  // a terminator must fit behind it
+        return static_cast<int32_t>(std::min<int64_t>(rounded, INT32_MAX - 1));  // leaves room for a terminator
     }
     int32_t size = 2;
     while (size <= length)
@@ -126,7 +127,7 @@ void ZVString::Empty()
     Release(block);
 }
 
-// Puts a new block, locked, in the place of the present one.
+// Replaces the block by a new one, which is locked.
 void ZVString::TakeLocked(wchar_t* characters)
 {
     ZVStringData* old = Data();
@@ -151,9 +152,9 @@ wchar_t* ZVString::GetBuffer(int32_t length, bool exact, bool keepContents)
     {
         const int32_t size = exact ? length : GrownBufferSize(length);
         const int32_t oldLength = keepContents ? block->Length : 0;
-        // The length of a locked block is not kept up by the one who writes into it, so it is not trusted.
+        // Whoever writes into a locked block does not update its length, so that is not trusted.
         TakeLocked(block->Manager->CreateFromWide(contents, block->Length, size, false, !IsLocked(block), true));
-        // Whoever still counts on the old length finds zeros behind a text that a NUL has cut, not what was in the memory.
+        // If a NUL has cut the text, whoever still uses the old length finds zeros there and not old memory.
         for (int32_t index = GetLength() + 1; index < oldLength; ++index)
             m_text[index] = L'\0';
     }
@@ -168,7 +169,7 @@ wchar_t* ZVString::GetBuffer(int32_t length, bool exact, bool keepContents)
 void ZVString::ReleaseBuffer(int32_t length)
 {
     ZVStringData* block = Data();
-    // Without the lock the block may be shared, and then it is not ours to write.
+    // Without a lock the block may be shared, and a shared block must not be written.
     if (IsShared(block))
         return;
     if (length == -1)
@@ -204,7 +205,7 @@ void ZVString::Append(const wchar_t* source, int32_t count, int32_t growBlock)
     const bool isOwnText = IsOwnText(source);
     if (isOwnText && IsLocked(Data()))
     {
-        // A locked block that moves leaves behind what follows a NUL, so the position in it may mean nothing afterwards.
+        // When a locked block moves, what follows a NUL is lost, so a position in the old block may not exist in the new one.
         ZVString copy;
         copy.Append(source, count);
         Append(copy.m_text, count, growBlock);
@@ -238,9 +239,9 @@ void ZVString::AppendNarrow(const char* source, int32_t count)
     ReleaseBuffer(newLength);
 }
 
-void ZVString::AppendPieces(ZVStringPiece first, ZVStringPiece second, ZVStringPiece third, ZVStringPiece fourth)
+void ZVString::AppendPieceList(ZVStringPiece* first, ZVStringPiece* end)
 {
-    ZVStringPiece pieces[] = {first, second, third, fourth};
+    const std::span<ZVStringPiece> pieces(first, end);
     const int32_t length = GetLength();
     int32_t newLength = length;
     bool hasOwnText = false;
@@ -255,11 +256,11 @@ void ZVString::AppendPieces(ZVStringPiece first, ZVStringPiece second, ZVStringP
         return;
     if (hasOwnText)
     {
-        // Pieces of this string move with its block, so they are put together in another one first.
+        // Pieces of this string move when its block moves, so they are joined in another string first.
         ZVString joined;
         joined.GetBuffer(newLength - length);
         joined.ReleaseBuffer(0);
-        joined.AppendPieces(first, second, third, fourth);
+        joined.AppendPieceList(first, end);
         Append(joined.m_text, joined.GetLength());
         return;
     }
@@ -290,11 +291,4 @@ ZVString& ZVString::operator+=(wchar_t character)
 {
     AppendCharacter(character);
     return *this;
-}
-
-ZVString ZVString::Joined(ZVStringPiece left, ZVStringPiece right)
-{
-    ZVString result;
-    result.AppendPieces(left, right);
-    return result;
 }

@@ -17,26 +17,25 @@ struct ZVStringReplaceHit;
 // Characters with their count, as the bulk append takes them. A negative count means up to the NUL; a null pointer is no text.
 struct ZVStringPiece
 {
-    ZVStringPiece() = default;
-    ZVStringPiece(const wchar_t* characters, int32_t count = -1) : Characters(characters), Count(count) {}
-    inline ZVStringPiece(const ZVString& text);
+    explicit ZVStringPiece(const wchar_t* characters, int32_t count = -1) : Characters(characters), Count(count) {}
+    explicit inline ZVStringPiece(const ZVString& text);
 
-    const wchar_t* Characters = nullptr;
-    int32_t Count = 0;
+    const wchar_t* Characters;
+    int32_t Count;
 };
 
-// How the bytes of a text file stand for characters.
+// The encoding of a text file.
 enum class ZVEncoding : int32_t
 {
     Detect = 0,
     Narrow = 1,  // one byte a character, Latin-1
     UTF8 = 2,
     UTF16 = 3,
-    UTF8WithMark = 5,  // UTF-8 behind a byte-order mark, which is skipped
+    UTF8WithMark = 5,  // UTF-8 after a byte-order mark, which is skipped
     UTF32 = 6,
 };
 
-// Gives the replacement of one token of ReplaceTokens.
+// Supplies the replacement for each token of ReplaceTokens.
 class IZVStringTokenReplaceCallback
 {
 public:
@@ -46,21 +45,21 @@ protected:
     ~IZVStringTokenReplaceCallback() = default;
 };
 
-// The string of the whole system: one pointer to NUL-terminated wide characters, with a reference-counted header in front of
-// them. Copies share the characters; the first write to a shared block clones it. The pointer is never null. Two strings that
-// share a block may be used from two threads, one string may not. Lengths and positions count characters; a position out of range
-// finds and changes nothing. Failure to allocate throws std::bad_alloc, nothing else throws.
+// The string of the whole system: one pointer to NUL-terminated wide characters, with a reference-counted header just before
+// them. Copies share the characters, and the first write to a shared block clones it. The pointer is never null. Two strings that
+// share a block may be used from two threads; one string may not. Lengths and positions count characters; a position out of range
+// finds nothing and changes nothing. Nothing throws except std::bad_alloc.
 //
-// Where a caseSensitive argument is false both sides are lowered character by character before they are compared.
+// When caseSensitive is false, both sides are lowered character by character before they are compared.
 class ZVString
 {
 public:
     // --- Life ------------------------------------------------------------------------------------------------------------------
 
     ZVString() noexcept : m_text(ZVStringGlobals::Get().GetEmpty()) {}
-    // A copy of a NUL-terminated text; null gives the empty string.
+    // Copies a NUL-terminated text; null gives the empty string.
     ZVString(const wchar_t* text) : m_text(ZVStringGlobals::Get().CreateFromWide(text, -1, -1, false, false, true)) {}
-    // A copy of the first length characters of a text, which ends early at a NUL.
+    // Copies the first length characters of a text, or fewer if there is a NUL before.
     ZVString(const wchar_t* text, int32_t length)
         : m_text(ZVStringGlobals::Get().CreateFromWide(text, length, -1, false, false, true))
     {
@@ -69,98 +68,104 @@ public:
     ZVString(ZVString&& other);
     ~ZVString() { Release(Data()); }
 
-    // Shares the block of other. A string whose buffer is locked gets a copy of its own and stays locked, and so does one whose
-    // block another library's manager made.
+    // Shares the block of other, or copies it when either string is locked or the two blocks come from different managers. A
+    // locked string stays locked, and a string from another library keeps that library's manager.
     ZVString& operator=(const ZVString& other);
     ZVString& operator=(ZVString&& other);
     ZVString& operator=(const wchar_t* text);
 
-    // A new string from UTF-8, as SetFromUTF8 reads it; null gives the empty string.
+    // Makes a string from UTF-8, as SetFromUTF8 reads it; null gives the empty string.
     static ZVString FromUTF8(const char* text);
 
     // --- Access ----------------------------------------------------------------------------------------------------------------
 
     operator const wchar_t*() const { return m_text; }
     const wchar_t* GetText() const { return m_text; }
-    // The characters for code that only looks. Valid as long as the string is neither changed nor gone.
+    // The characters for code that only looks. Valid until the string is changed or destroyed.
     std::wstring_view View() const { return {m_text, static_cast<size_t>(GetLength())}; }
     int32_t GetLength() const { return Data()->Length; }
     bool IsEmpty() const { return Data()->Length < 1; }
-    // The character at a position, or NUL for one out of range.
+    // The character at a position, or NUL for a position out of range.
     wchar_t GetAt(int32_t index) const { return index >= 0 && index < GetLength() ? m_text[index] : L'\0'; }
-    // Characters that the block can hold, the terminator among them.
+    // How many characters the block can hold, including the terminator.
     int32_t GetCapacity() const { return Data()->Capacity; }
-    // Sets the length to 0. A block that is not shared stays as the string's buffer.
+    // Sets the length to 0. A block that is not shared is kept as the string's buffer.
     void Empty();
 
     // --- Buffer ----------------------------------------------------------------------------------------------------------------
 
-    // The characters as a writable buffer for at least length of them and a terminator; below 0 for the present size. The block
-    // becomes the string's own and is locked until ReleaseBuffer; a second call gives the same buffer. The length does not
-    // change, but a new block without keepContents begins at 0. With exact a new block is as large as asked for, otherwise the
-    // next power of two above it, or a multiple of 0x100000 beyond that.
+    // Returns the characters as a writable buffer for at least length of them and a terminator; a negative length means the
+    // present size. The block is then not shared, and locked until ReleaseBuffer; a second call returns the same buffer. The
+    // length does not change, except that a new block without keepContents starts at 0. With exact a new block is as large as
+    // asked for; otherwise its size is the next power of two above length, or for large texts a multiple of 0x100000.
     wchar_t* GetBuffer(int32_t length, bool exact = false, bool keepContents = true);
-    // Ends the lock and sets the length, -1 to measure it up to the NUL.
+    // Ends the lock and sets the length; -1 measures up to the NUL.
     void ReleaseBuffer(int32_t length = -1);
 
     // --- Append ----------------------------------------------------------------------------------------------------------------
 
-    // Appends count characters, a negative count meaning up to the NUL. A growBlock of 1 or more lets a block without room grow
-    // to a multiple of it in place of the power-of-two rule. A null source only makes that room and leaves the string unshared at
-    // its old length.
+    // Appends count characters; a negative count means up to the NUL. With a growBlock of 1 or more, a block without room grows
+    // to a multiple of growBlock and not to a power of two. A null source only makes room: the string is then unshared and as
+    // long as before.
     void Append(const wchar_t* source, int32_t count, int32_t growBlock = 0);
-    // Appends another string, itself included; an empty string takes a share of the other's block.
+    // Appends another string, or itself. An empty string then shares the other's block.
     void Append(const ZVString& other);
     void Append(const wchar_t* text) { Append(text, -1); }
     void AppendCharacter(wchar_t character) { Append(&character, 1); }
-    // Appends bytes, each a character of that value; a negative count means up to the NUL.
+    // Appends bytes, each as the character of that value; a negative count means up to the NUL.
     void AppendNarrow(const char* source, int32_t count = -1);
-    // Appends up to four texts after a single look at the capacity.
-    void AppendPieces(ZVStringPiece first, ZVStringPiece second, ZVStringPiece third = {}, ZVStringPiece fourth = {});
+    // Appends texts, each of which a piece can be made from, after a single look at the capacity.
+    template <class... Texts>
+    void AppendPieces(const Texts&... texts)
+    {
+        ZVStringPiece pieces[] = {ZVStringPiece(texts)...};
+        AppendPieceList(pieces, pieces + sizeof...(texts));
+    }
 
     ZVString& operator+=(const ZVString& other);
     ZVString& operator+=(const wchar_t* text);
     ZVString& operator+=(wchar_t character);
-    friend ZVString operator+(const ZVString& left, const ZVString& right) { return Joined(left, right); }
-    friend ZVString operator+(const ZVString& left, const wchar_t* right) { return Joined(left, right); }
-    friend ZVString operator+(const wchar_t* left, const ZVString& right) { return Joined(left, right); }
+    friend ZVString operator+(const ZVString& left, const ZVString& right) { return Join(left, right); }
+    friend ZVString operator+(const ZVString& left, const wchar_t* right) { return Join(left, right); }
+    friend ZVString operator+(const wchar_t* left, const ZVString& right) { return Join(left, right); }
 
     // --- Conversion ------------------------------------------------------------------------------------------------------------
 
-    // From one byte a character. A count of -1 measures up to the NUL, any other also ends there. Null or a count below 1 empties
-    // the string.
+    // From bytes, each the character of that value. A count of -1 means up to the NUL; any other count ends there too. Null, 0
+    // and other negative counts empty the string.
     void SetFromNarrow(const char* text, int32_t count = -1);
-    // From NUL-terminated UTF-8. A sequence of four bytes gives "?", an invalid byte the character of its value.
+    // From NUL-terminated UTF-8. A sequence of four bytes becomes "?", an invalid byte the character of its value.
     void SetFromUTF8(const char* text);
-    // From at most count bytes of UTF-8, ending early at a NUL. The block is exactly as large as the text.
+    // From at most count bytes of UTF-8, or fewer if there is a NUL before. The block is exactly as large as the text.
     void SetFromUTF8(const char* text, int32_t count);
-    // Reads a string whose characters are all bytes as the UTF-8 that they make.
+    // For a string whose characters are the bytes of a UTF-8 text: decodes them.
     void ReinterpretAsUTF8();
-    // From UTF-16 units, each of which gives one character. A count of -1 measures up to a zero unit, any other also ends there.
-    // With honourMark a byte-order mark decides about swapping and is skipped, without it swapped does.
+    // From UTF-16 units, each of which becomes one character. A count of -1 means up to a zero unit; any other count ends there
+    // too. With honourMark a byte-order mark is skipped and says whether the bytes are swapped; otherwise the argument swapped
+    // says so.
     void SetFromUTF16(const void* units, int32_t count, bool honourMark, bool swapped = false);
     // The same from 32-bit units.
     void SetFromUTF32(const void* units, int32_t count, bool honourMark, bool swapped = false);
-    // From the bytes of a text file. The buffer gets eight zero bytes behind its used length, which does not change, and loses
-    // its zero units with dropNulBytes; otherwise the text ends at the first of them.
+    // From the bytes of a text file. Eight zero bytes are written after the buffer's used length, which stays as it is. The text
+    // ends at the first zero unit; with dropNulBytes all zero units are removed first.
     void SetFromBytes(ZVBuffer& buffer, ZVEncoding encoding, bool dropNulBytes);
-    // What SetFromBytes takes bytes for when it is asked to detect.
+    // The encoding that SetFromBytes assumes when it is asked to detect it.
     static ZVEncoding DetectEncoding(const uint8_t* bytes, int32_t count);
 
-    // A new NUL-terminated array in UTF-8, which the caller frees with delete[]. size, if given, receives the count of its bytes
-    // without the NUL.
+    // Returns a new NUL-terminated array in UTF-8, which the caller frees with delete[]. size, if not null, receives the number
+    // of bytes without the NUL.
     char* GetUTF8(int32_t* size = nullptr) const;
-    // A new NUL-terminated array of one byte a character, "?" for a character that has none. The caller frees it with delete[].
+    // The same with one byte for each character, "?" for those above 255.
     char* GetNarrow(int32_t* size = nullptr) const;
 
     // --- Compare ---------------------------------------------------------------------------------------------------------------
 
     bool IsEqual(const wchar_t* text, bool caseSensitive = true) const;
-    // Compares the first characters, as many as text has; the result is that of wcsncmp.
+    // Compares as many first characters as text has; the result is that of wcsncmp.
     int32_t CompareStart(const wchar_t* text, bool caseSensitive = true) const;
-    // The same with the last characters; -1 when the string is shorter than text.
+    // The same with the last characters; -1 if the string is shorter than text.
     int32_t CompareEnd(const wchar_t* text, bool caseSensitive = true) const;
-    // An empty or null text is never the start or the end of a string.
+    // False for an empty or null text.
     bool StartsWith(const wchar_t* text, bool caseSensitive = true) const;
     bool EndsWith(const wchar_t* text, bool caseSensitive = true) const;
     bool StartsWith(wchar_t character, bool caseSensitive = true) const;
@@ -175,30 +180,30 @@ public:
     // --- Find: positions, or -1 ------------------------------------------------------------------------------------------------
 
     int32_t Find(wchar_t character, int32_t start = 0) const;
-    // A null text counts as empty, and an empty one is found at start.
+    // A null text counts as empty; an empty text is found at start.
     int32_t Find(const wchar_t* text, int32_t start = 0) const;
-    // Ignores case by the rules of the tools library, without which nothing is found. With skipMatch the position is that behind
-    // the match.
+    // Ignores case by the rules of the tools library; without the library nothing is found. With skipMatch the position is the
+    // one after the match.
     int32_t FindNoCase(const wchar_t* text, int32_t start = 0, bool skipMatch = false) const;
     int32_t FindLastOf(const wchar_t* text, bool caseSensitive = true) const;
-    // The last occurrence at or before start; a negative or too large start means the end.
+    // The last occurrence at or before start; a start that is negative or too large means the end.
     int32_t ReverseFind(wchar_t character, int32_t start = -1) const;
     // The first or last character that is in a set.
     int32_t FindOneOf(const wchar_t* set, int32_t start = 0) const;
     int32_t ReverseFindOneOf(const wchar_t* set, int32_t start = -1) const;
-    // The n-th occurrence, counted from 1; occurrences do not overlap.
+    // The n-th occurrence, counted from 1, without overlap.
     int32_t FindNth(const wchar_t* text, int32_t n, bool caseSensitive = true) const;
     // How often a text occurs, without overlap.
     int32_t CountOf(const wchar_t* text, bool caseSensitive = true) const;
-    // True for a text of 1 to maximumLength characters that are digits, commas, full stops, or a minus sign in the first place.
+    // True for 1 to maximumLength characters, each a digit, a comma, a full stop or, in the first place only, a minus sign.
     bool IsNumber(int32_t maximumLength = 32) const;
 
     // --- Cut -------------------------------------------------------------------------------------------------------------------
 
-    // Removes counts of characters from both ends.
+    // Removes that many characters from both ends.
     void Trim(int32_t front, int32_t back);
-    // The next eight cut the string at the first or last occurrence of a text or character, which stays with keepFound. They
-    // return 1, or 0 when there is none and the string is left as it was.
+    // The next eight cut the string at the first or last occurrence of a text or character, and keep that with keepFound. They
+    // return 1, or 0 if there is no occurrence; the string then stays as it was.
     int32_t TrimFrontTo(const wchar_t* text, bool keepFound);
     int32_t TrimFrontTo(wchar_t character, bool keepFound);
     int32_t TrimFrontToLast(const wchar_t* text, bool keepFound);
@@ -222,11 +227,11 @@ public:
     ZVString Mid(int32_t start, int32_t count = INT32_MAX) const;
     ZVString Left(int32_t count) const;
     ZVString Right(int32_t count) const;
-    // The text before the first character of a set, with it when includeSeparator is set.
+    // The text before the first character of a set; with includeSeparator that character too.
     ZVString GetBefore(const wchar_t* set, bool keepAllIfNotFound = false, bool includeSeparator = false) const;
-    // The text behind the last character of a set, with it when includeSeparator is set.
+    // The text after the last character of a set; with includeSeparator that character too.
     ZVString GetAfterLast(const wchar_t* set, bool keepAllIfNotFound = false, bool includeSeparator = false) const;
-    // The text between the first occurrence of one text and the next of another behind it; empty when either is missing.
+    // The text between the first occurrence of before and the next occurrence of after; empty if either is missing.
     ZVString GetBetween(const wchar_t* before, const wchar_t* after) const;
 
     // --- Edit ------------------------------------------------------------------------------------------------------------------
@@ -237,64 +242,66 @@ public:
     void Prepend(const wchar_t* text) { Insert(0, text); }
     // Replaces one character; a NUL ends the string there.
     void SetAt(int32_t index, wchar_t character);
-    // Removes all occurrences of a character and tells their count.
+    // Removes all occurrences of a character and returns how many there were.
     int32_t Remove(wchar_t character);
-    // Replaces the characters from start up to, not including, end. The text may be a part of this string.
+    // Replaces the characters from start up to but not including end. The text may be a part of this string.
     void Replace(int32_t start, int32_t end, ZVStringPiece text);
-    // Removes ranges that are sorted by their start and may overlap.
+    void Replace(int32_t start, int32_t end, const wchar_t* text) { Replace(start, end, ZVStringPiece(text)); }
+    // Removes ranges, which are sorted by their start and may overlap.
     void Cut(const ZVStringReplaceHit* ranges, int32_t count);
     void MakeUpper();
     void MakeLower();
 
-    // --- Replace: the count of hits --------------------------------------------------------------------------------------------
+    // --- Replace: returns the number of hits -----------------------------------------------------------------------------------
 
     int32_t Replace(const wchar_t* find, const wchar_t* replacement, bool caseSensitive = true);
-    // Replaces several needles in one pass and one allocation: the leftmost hit wins, and of two at one place the needle that
-    // comes first in the list. What was put in is not searched again. With keepMatchedText the match itself stays between prefix
-    // and suffix. A null or empty needle ends the call with nothing done.
+    // Replaces several needles in one pass and one allocation. The leftmost hit wins; if two start at the same place, the needle
+    // that comes first in the list. Replacements are not searched again. With keepMatchedText the match stays, between prefix and
+    // suffix. Nothing is done if any needle is null or empty.
     int32_t ReplaceMultiple(const wchar_t* const* needles, const wchar_t* const* replacements, int32_t needleCount,
                             bool caseSensitive = true, int32_t maxHits = INT32_MAX, bool keepMatchedText = false,
                             const wchar_t* prefix = nullptr, const wchar_t* suffix = nullptr);
     // Removes all occurrences of a text.
     int32_t RemoveText(const wchar_t* text, bool caseSensitive = true);
-    // Replaces each text between two markers by what the callback gives for it, the markers too unless keepMarkers is set. A
-    // token begins at the last start marker before its end marker.
+    // Replaces each text between two markers by what the callback returns for it; the markers go too, unless keepMarkers is set.
+    // A token begins after the last start marker before its end marker.
     int32_t ReplaceTokens(const wchar_t* startMarker, const wchar_t* endMarker, IZVStringTokenReplaceCallback& callback,
                           bool keepMarkers = false);
 
     // --- Numbers ---------------------------------------------------------------------------------------------------------------
 
-    // The number at the start of the text, 0 without one. White space, one sign, then decimal digits of any of the scripts in the
-    // digit table. A number that is too large gives the type's largest value, negated behind a minus sign.
+    // The number at the start of the text, or 0 if there is none: white space, one sign, then decimal digits of any script in
+    // ZVDigits. A number that is too large becomes the type's largest value, negated after a minus sign.
     int32_t ToInt() const;
     uint32_t ToUInt() const;
     int64_t ToInt64() const;
     uint64_t ToUInt64() const;
-    // The same of hexadecimal digits, with or without "0x" in front.
+    // The same with hexadecimal digits, with or without "0x" before them.
     uint64_t ToUInt64FromHex() const;
-    // A decimal number within the first maxLength characters. The locale's decimal point counts, and with anyDecimalPoint both
-    // "." and ","; the other one separates groups. consumed, if given, receives the count of characters read.
+    // The decimal number in the first maxLength characters. The decimal point is the locale's; with anyDecimalPoint both "." and
+    // "," are one. Before the point the other of the two is skipped as a separator of groups. consumed, if not null, receives the
+    // number of characters read.
     double ToDouble(int32_t* consumed = nullptr, bool anyDecimalPoint = false, int32_t maxLength = INT32_MAX,
                     bool allowExponent = false) const;
-    // True for "true", "yes" and numbers other than zero.
+    // True for "true", "yes" and numbers that are not zero.
     bool ToBool() const;
 
-    // Numbers as text; the flags are those of ZVNumberText.
+    // Numbers as text, with the flags of ZVNumberText.
     static ZVString FromInt(int64_t value, int32_t minimumDigits = 0, int32_t base = 10, uint32_t flags = 0);
     static ZVString FromUInt(uint64_t value, int32_t minimumDigits = 0, int32_t base = 10, uint32_t flags = 0);
     static ZVString FromDouble(double value, int32_t precision = -1, bool fixedPrecision = false, int32_t minimumDigits = 0,
                                uint32_t flags = 0);
     // "0x" and upper-case hexadecimal digits.
     static ZVString ToHexString(uint64_t value);
-    // At least sixteen upper-case hexadecimal digits.
+    // Sixteen upper-case hexadecimal digits.
     static ZVString FromPointer(const void* pointer);
-    // An IPv4 address with its first byte in the highest eight bits, as "127.0.0.1".
+    // An IPv4 address, whose first byte is in the highest eight bits, as "127.0.0.1".
     static ZVString FromIPAddress(uint32_t address);
 
     // --- Format ----------------------------------------------------------------------------------------------------------------
 
-    // Replaces the text by, or appends, a format filled with at most 20 typed arguments; see ZVStringFormat for the conversions.
-    // The arguments may be the string itself.
+    // Sets the text to, or appends, a format with at most 20 typed arguments; ZVStringFormat.h lists the conversions. The
+    // arguments may be this string itself.
     template <class... Arguments>
     void Format(const wchar_t* format, const Arguments&... arguments)
     {
@@ -309,22 +316,22 @@ public:
         AppendFormatList(format, list.Records(), list.Count());
     }
 
-    // The same with the arguments as they cross a library boundary.
+    // The same with arguments in the form in which they cross a library boundary.
     void FormatList(const wchar_t* format, const ZVFormatRecord* const* arguments, int32_t count);
     void AppendFormatList(const wchar_t* format, const ZVFormatRecord* const* arguments, int32_t count);
 
     // --- File ------------------------------------------------------------------------------------------------------------------
 
-    // Reads the text of a file or of an internet resource. Its bytes are decoded as SetFromBytes does it. A null or empty path
-    // gives the empty string and is true; a failure gives the empty string too, and the cause is logged. progress may follow the
-    // load, and the headers go out with an internet request; both may be null.
+    // Reads the text of a file or of an internet resource and decodes its bytes as SetFromBytes does. True with the empty string
+    // for a null or empty path; false with the empty string for a failure, whose cause is logged. progress follows the load, and
+    // the headers go out with an internet request; both may be null.
     bool LoadFromFile(const wchar_t* path, ZVEncoding encoding = ZVEncoding::Detect, bool dropNulBytes = false,
                       IZVFileLoaderProgress* progress = nullptr, const ZVStringArray* requestHeaders = nullptr);
 
-    // Writes the text to a file, which is made or replaced, after making its folder. Control characters of the path become "_".
-    // The modes are 1 one byte a character, 2 UTF-8, 3 UTF-16 in host order behind its mark, 4 the same without the mark, 5 UTF-8
-    // behind its mark; with any other nothing is touched. True when every byte was written; a file that could not be written
-    // whole is removed, and the cause is logged.
+    // Writes the text to a file, which is created or replaced, and creates its folder. Control characters in the path become "_".
+    // The modes are 1 one byte for each character, 2 UTF-8, 3 UTF-16 in host order after its mark, 4 the same without the mark, 5
+    // UTF-8 after its mark; any other mode does nothing. True if every byte was written; a file that could not be written
+    // completely is removed, and the cause is logged.
     bool SaveToFile(const ZVString& path, int32_t mode) const;
 
     // --- Quote, similarity, serial form ----------------------------------------------------------------------------------------
@@ -332,45 +339,43 @@ public:
     // The text as one word of a shell command line.
     ZVString QuoteForShell() const;
 
-    // The Levenshtein distance with case folded, or INT_MAX when it is known to exceed the limit.
+    // The Levenshtein distance, ignoring case, or INT_MAX if it exceeds the limit.
     int32_t GetEditDistance(const wchar_t* other, int32_t limit = INT32_MAX) const;
-    // True when no more than a quarter of this string's characters, and at most three, need an edit.
+    // True if the distance is at most a quarter of this string's length, and at most three.
     bool IsSimilar(const wchar_t* other) const;
 
     // Appends "(length:text)".
     void AppendLengthPrefixed(const ZVString& text);
     void AppendLengthPrefixed(int32_t value);
-    // Reads a length-prefixed text at position and moves it behind. On failure both stay as they were.
+    // Reads the length-prefixed text at position and moves position past it. On failure both arguments stay as they were.
     bool ReadLengthPrefixed(int32_t& position, ZVString& value) const;
-    // The same for an integer, with the default for a text that is not there.
+    // The same for an integer; returns the default if there is no such text.
     int32_t ReadLengthPrefixedInt(int32_t& position, int32_t defaultValue = 0) const;
     bool IsLengthPrefixed() const;
 
     // --- XML and HTML text -----------------------------------------------------------------------------------------------------
 
-    // Flags of EscapeXML. The ampersand and both angle brackets are always escaped, and character 1 is always written "&#x1;".
+    // Flags of EscapeXML. The ampersand and both angle brackets are always escaped, and character 1 always becomes "&#x1;".
     static constexpr uint32_t EscapeApostrophes = 4;
     static constexpr uint32_t EscapeQuotationMarks = 8;
-    static constexpr uint32_t HandleControlCharacters = 16;   // other than tab, line feed and carriage return: as "&#x…;"
-    static constexpr uint32_t ReplaceControlCharacters = 32;  // with the flag above: "?" in their place
+    static constexpr uint32_t HandleControlCharacters = 16;   // as "&#x…;", except tab, line feed and carriage return
+    static constexpr uint32_t ReplaceControlCharacters = 32;  // with the flag above: as "?" instead
     static constexpr uint32_t EscapeElementText = 50;
     static constexpr uint32_t EscapeAttributeText = 62;
     // Option of GetEscapedXML.
     static constexpr uint32_t ForAttribute = 0x100;
 
-    // Escapes the text in place; nothing is allocated when nothing needs it.
+    // Escapes the text in place. Allocates nothing if nothing needs escaping.
     void EscapeXML(uint32_t flags = EscapeElementText);
-    // An escaped copy, with the flags for element text or, with ForAttribute, for attribute text.
+    // Returns an escaped copy, for element text or, with ForAttribute, for attribute text.
     ZVString GetEscapedXML(uint32_t options = 0) const;
-    // Decodes the five named entities of XML and the numeric ones; everything else that begins with "&" stays. No numeric entity
-    // gives a NUL.
+    // Decodes the five named entities of XML and the numeric ones. Everything else that begins with "&" stays, and so does a
+    // numeric entity that would be a NUL.
     void DecodeXMLEntities();
     // Decodes the named entities of HTML too.
     void DecodeHTMLEntities();
 
 private:
-    friend struct ZVStringPiece;
-
     ZVStringData* Data() const { return ZVStringData::FromCharacters(m_text); }
     static wchar_t* Share(const ZVString& other);
     static void Release(ZVStringData* block) noexcept;
@@ -379,8 +384,16 @@ private:
         return block->RefCount.load(std::memory_order_relaxed) == ZVStringData::LockedCount;
     }
     static bool IsShared(const ZVStringData* block) { return block->RefCount.load(std::memory_order_relaxed) > 1; }
-    static ZVString Joined(ZVStringPiece left, ZVStringPiece right);
 
+    template <class Left, class Right>
+    static ZVString Join(const Left& left, const Right& right)
+    {
+        ZVString joined;
+        joined.AppendPieces(left, right);
+        return joined;
+    }
+
+    void AppendPieceList(ZVStringPiece* first, ZVStringPiece* end);
     void TakeLocked(wchar_t* characters);
     bool IsOwnText(const wchar_t* text) const { return text >= m_text && text < m_text + GetCapacity(); }
     void KeepRange(int32_t start, int32_t end);
@@ -396,7 +409,7 @@ static_assert(sizeof(ZVString) == sizeof(void*));
 
 inline ZVStringPiece::ZVStringPiece(const ZVString& text) : Characters(text.GetText()), Count(text.GetLength()) {}
 
-// A new string from a format with at most 20 typed arguments.
+// Returns a format filled with at most 20 typed arguments.
 template <class... Arguments>
 ZVString ZVFormat(const wchar_t* format, const Arguments&... arguments)
 {

@@ -1,4 +1,4 @@
-// Conversions of ZVString between wide characters and the byte forms of text.
+// ZVString: conversions between wide characters and bytes.
 
 #include "core/containers/ZVBuffer.h"
 #include "core/string/ZVString.h"
@@ -11,11 +11,12 @@
 
 namespace
 {
-// The decoder's buffer sizes: most names fit the first, most lines of text the second; only what is longer is worth counting.
+// The decoder's buffer sizes: most names fit into the first, most lines of text into the second. Only longer texts are worth
+// counting.
 constexpr int32_t FirstDecodeLength = 31;
 constexpr int32_t SecondDecodeLength = 260;
 
-// Zero bytes behind the bytes of a text, enough to end it in every encoding at every alignment.
+// Zero bytes after a text, enough to end it in every encoding at every alignment.
 constexpr int32_t TerminatorSize = 8;
 
 constexpr uint32_t ByteOrderMark = 0xfeff;
@@ -39,7 +40,7 @@ uint16_t Swapped(uint16_t unit)
     return __builtin_bswap16(unit);
 }
 
-// Moves the units that are not zero together and tells their count.
+// Moves the units that are not zero together and returns how many there are.
 template <class Unit>
 int32_t DropZeroUnits(uint8_t* bytes, int32_t count)
 {
@@ -110,7 +111,7 @@ void ZVString::SetFromUTF8(const char* text)
     int32_t written = 0;
     while (true)
     {
-        // No more bytes than there is room for characters can be needed before the next look at the room.
+        // A byte becomes at most one character, so no more bytes than this are read before the room is checked again.
         const uint8_t* runEnd = bytes + strnlen(reinterpret_cast<const char*>(bytes), static_cast<size_t>(room - written));
         while (bytes < runEnd)
         {
@@ -221,7 +222,7 @@ ZVEncoding ZVString::DetectEncoding(const uint8_t* bytes, int32_t count)
         return ZVEncoding::UTF16;
     if (HasUTF8Mark(bytes, count))
         return ZVEncoding::UTF8WithMark;
-    // Zero bytes behind the text say nothing: every encoding ends in them.
+    // Zero bytes at the end mean nothing: a text in any encoding may end with them.
     while (count > 0 && bytes[count - 1] == 0)
         --count;
     return EncodingFromSequences(bytes, count);

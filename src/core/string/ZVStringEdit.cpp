@@ -1,4 +1,4 @@
-// Cutting, copying of parts and editing of ZVString.
+// ZVString: cutting, copying parts, editing.
 
 #include "core/string/ZVCharacter.h"
 #include "core/string/ZVString.h"
@@ -25,7 +25,7 @@ int32_t SkipForward(const wchar_t* text, int32_t start, int32_t end, Test test)
     return start;
 }
 
-// The position behind the last character before end that does not pass the test, at least start.
+// The position after the last character before end that does not pass the test, at least start.
 template <class Test>
 int32_t SkipBackward(const wchar_t* text, int32_t start, int32_t end, Test test)
 {
@@ -47,7 +47,7 @@ struct IsInSet
 };
 }
 
-// Keeps the characters from start up to end, which lie inside the string.
+// Keeps the characters from start up to but not including end. Both must lie inside the string.
 void ZVString::KeepRange(int32_t start, int32_t end)
 {
     const int32_t count = end - start;
@@ -240,7 +240,7 @@ ZVString ZVString::GetBetween(const wchar_t* before, const wchar_t* after) const
 void ZVString::Insert(int32_t position, const wchar_t* text)
 {
     if (position >= 0 && position <= GetLength())
-        Replace(position, position, ZVStringPiece(text));
+        Replace(position, position, text);
 }
 
 void ZVString::Insert(int32_t position, wchar_t character)
@@ -284,7 +284,7 @@ void ZVString::Replace(int32_t start, int32_t end, ZVStringPiece text)
     ZVString copy;
     if (text.Count > 0 && IsOwnText(text.Characters))
     {
-        // A part of this string is moved and overwritten with it.
+        // The text is a part of this string, which is about to move and change.
         copy.Append(text.Characters, text.Count);
         text.Characters = copy.m_text;
     }

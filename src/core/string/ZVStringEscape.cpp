@@ -1,4 +1,4 @@
-// Escaping of ZVString for XML, and decoding of XML and HTML entities.
+// ZVString: escaping for XML, decoding of XML and HTML entities.
 
 #include "core/string/ZVDigits.h"
 #include "core/string/ZVEntities.h"
@@ -13,7 +13,7 @@ namespace
 struct Escape
 {
     wchar_t Character;
-    uint32_t Flag;  // asks for it; 0 when it is always done
+    uint32_t Flag;  // the flag that asks for it; 0 if it is always escaped
     const wchar_t* Text;
 };
 
@@ -26,7 +26,7 @@ constexpr Escape Escapes[] = {
     {L'\x1', 0,                              L"&#x1;" },
 };
 
-// Above this code no character is ever escaped, which is nearly all of a text.
+// No character above this code is ever escaped, and nearly all of a text lies above it.
 constexpr wchar_t LargestEscaped = L'>';
 
 bool IsControl(wchar_t character)
@@ -59,14 +59,14 @@ void AppendEscaped(ZVString& out, wchar_t character, uint32_t flags, int32_t gro
         out.Append(ZVFormat(L"&#x%x;", character), -1, growBlock);
 }
 
-// The characters of a decoded entity and what it took from the text; a length of 0 when there is none.
+// The character of an entity and the length of the entity in the text; a length of 0 if there is no entity.
 struct Decoded
 {
     wchar_t Character = L'\0';
     int32_t Length = 0;
 };
 
-// Decodes "&#…;" with a decimal number, or a hexadecimal one behind "x". A number that is no character leaves the text alone.
+// Decodes "&#…;" with a decimal number, or a hexadecimal one after "x". A number that is not a character is left as it stands.
 Decoded DecodeNumeric(const wchar_t* text)
 {
     const wchar_t* position = text + 2;
@@ -106,7 +106,7 @@ Decoded DecodeNamed(const wchar_t* text, std::span<const ZVEntities::Entity> ent
     return {};
 }
 
-// Decodes what begins with the "&" at text.
+// Decodes the entity that begins with the "&" at text.
 Decoded DecodeEntity(const wchar_t* text, bool knowsHTML)
 {
     if (text[1] == L'#')
@@ -115,7 +115,7 @@ Decoded DecodeEntity(const wchar_t* text, bool knowsHTML)
     return decoded.Length == 0 && knowsHTML ? DecodeNamed(text, ZVEntities::HTML) : decoded;
 }
 
-// A decoded text is never longer, so it is written over itself.
+// A decoded text is never longer than before, so it is decoded in place.
 void DecodeEntities(ZVString& text, bool knowsHTML)
 {
     const int32_t first = text.Find(L'&');
@@ -151,7 +151,7 @@ void ZVString::EscapeXML(uint32_t flags)
     ZVString escaped;
     escaped.GetBuffer(static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(length) * 110 / 100, INT32_MAX - 1)));
     escaped.ReleaseBuffer(0);
-    // An escape is a few characters long, so blocks of the text's length keep the number of buffers small.
+    // Growing by the text's own length keeps the number of buffers small, since an escape is only a few characters long.
     const int32_t growBlock = length;
     int32_t runStart = 0;
     for (; position < length; ++position)

@@ -1,4 +1,4 @@
-// Comparing and searching of ZVString.
+// ZVString: comparing and searching.
 
 #include "contracts/IZVStringTools.h"
 #include "contracts/IZVTools.h"
@@ -9,7 +9,7 @@
 
 namespace
 {
-// As wcsncmp, of lowered characters.
+// Like wcsncmp, but with lowered characters.
 int32_t CompareFolded(const wchar_t* left, const wchar_t* right, size_t count)
 {
     for (size_t index = 0; index < count; ++index)
@@ -34,7 +34,7 @@ bool IsSameCharacter(wchar_t left, wchar_t right, bool caseSensitive)
     return left == right || (!caseSensitive && ZVCharacter::ToLower(left) == ZVCharacter::ToLower(right));
 }
 
-// The first occurrence of a text of that length, or null.
+// The first occurrence of a text, whose length is given, or null.
 const wchar_t* FindText(const wchar_t* where, const wchar_t* text, size_t length, bool caseSensitive)
 {
     if (caseSensitive)

@@ -10,7 +10,7 @@ namespace
 {
 constexpr int32_t NotGiven = -1;
 
-// Room behind the text for one number. A number with more digits than fit ends in "?".
+// The room for one number. A number with more digits than fit ends in "?".
 constexpr int32_t NumberRoom = 32;
 
 constexpr wchar_t LargestFormattedCharacter = 0xffff;
@@ -42,7 +42,7 @@ constexpr NumberConversion NumberConversions[] = {
     {L'p', false, 16, 16, 0                              },
 };
 
-// A hexadecimal number of fewer digits than this was a 32-bit value before it was extended by its sign.
+// A negative hexadecimal number printed with fewer digits than this was a 32-bit value before it was extended by its sign.
 constexpr int32_t SignExtendedDigits = 9;
 constexpr uint64_t LowHalf = 0xffffffff;
 
@@ -78,7 +78,7 @@ public:
     }
 
 private:
-    // Writes the conversion behind a percent sign and tells where the text goes on.
+    // Writes the conversion after a percent sign and returns where the format continues.
     const wchar_t* ReadConversion(const wchar_t* format)
     {
         Conversion conversion;
@@ -101,7 +101,7 @@ private:
         return format + 1;
     }
 
-    // Integers come in 64 bits whatever their size letters say.
+    // Integers always have 64 bits, whatever the size letters say.
     static const wchar_t* SkipSize(const wchar_t* format)
     {
         if (wcsncmp(format, L"I64", 3) == 0 && (format[3] == L'd' || format[3] == L'u'))
@@ -147,21 +147,21 @@ private:
     {
         const int32_t asked = conversion.Width != NotGiven ? conversion.Width : conversion.Precision;
         const int32_t digits = std::max(asked, number.LeastDigits);
-        const uint32_t flags = number.Flags | conversion.Flags;
+        const ZVNumberText::WholeForm form {digits, number.Base, number.Flags | conversion.Flags};
         const int64_t value = NextInteger();
         const int32_t length = m_out.GetLength();
         wchar_t* target = m_out.GetBuffer(length + NumberRoom) + length;
         int32_t written;
         if (number.IsSigned)
         {
-            written = ZVNumberText::WriteSigned(target, NumberRoom, value, digits, number.Base, flags);
+            written = ZVNumberText::WriteSigned(target, NumberRoom, value, form);
         }
         else
         {
             uint64_t bits = static_cast<uint64_t>(value);
             if (number.Base == 16 && digits < SignExtendedDigits && bits >> 32 == LowHalf)
                 bits &= LowHalf;
-            written = ZVNumberText::WriteUnsigned(target, NumberRoom, bits, digits, number.Base, flags);
+            written = ZVNumberText::WriteUnsigned(target, NumberRoom, bits, form);
         }
         m_out.ReleaseBuffer(length + written);
     }
@@ -193,7 +193,7 @@ private:
 
     void AppendWide(const wchar_t* text, const Conversion& conversion)
     {
-        // No more is read than is taken: a cut text need not be terminated.
+        // Reads no further than the width, since a text that is cut need not be terminated.
         const size_t length = conversion.Width == NotGiven ? wcslen(text) : wcsnlen(text, static_cast<size_t>(conversion.Width));
         m_out.Append(text, static_cast<int32_t>(std::min<size_t>(length, INT32_MAX)));
     }
@@ -231,7 +231,7 @@ void ZVAppendFormat(ZVString& out, const wchar_t* format, const ZVFormatRecord* 
         FormatEngine(out, arguments, count).Run(format);
 }
 
-// True when an argument is this string or text inside its buffer, which an append may move.
+// True if an argument is this string or a text inside its buffer, which an append may move.
 bool ZVString::RefersTo(const ZVFormatRecord& argument) const
 {
     if (argument.Code == ZVFormatCode::String)

@@ -14,10 +14,10 @@ ZVStringGlobals* g_pStringGlobals = nullptr;
 
 namespace
 {
-// A place where the pool has no block.
+// No place of the pool.
 constexpr int32_t NoSlot = -1;
 
-// The no-break space prints, whatever the locale says of it: it stands in titles and file names.
+// The no-break space counts as printable in every locale, because titles and file names contain it.
 constexpr wchar_t NoBreakSpace = 0xA0;
 
 struct ClassTest
@@ -37,8 +37,9 @@ constexpr ClassTest ClassTests[] = {
 };
 }
 
-// Holds the pool's mutex for a scope and keeps the figures for diagnosis. Recursive locks are allowed. Nothing inside starts a
-// thread, so a process that has none takes no mutex: it would cost more than all the rest of a short string.
+// Holds the pool's mutex for a scope and keeps the figures for debugging. It can be taken recursively. Nothing inside the scope
+// starts a thread, so a process with a single thread does not take the mutex, which would cost more than the rest of a short
+// string.
 class ZVStringGlobals::PoolLock
 {
 public:
@@ -104,7 +105,7 @@ void ZVStringGlobals::RebuildCharacterTables(bool setLocaleFromEnvironment)
     }
 }
 
-// The pooled block that fits need with the smallest surplus, the earliest of equals, or null.
+// Takes the block with the smallest surplus over need, the first of equal ones, or returns null.
 ZVStringData* ZVStringGlobals::TakeFromPool(int32_t need)
 {
     const PoolLock lock(*this);
@@ -158,13 +159,13 @@ ZVStringData* ZVStringGlobals::AllocateData(int32_t length, bool usePool)
     if (block == nullptr)
     {
         const size_t size = ZVStringHeaderSize + static_cast<size_t>(need) * sizeof(wchar_t);
-        // The structure's own size ends in padding, which a block of one character must still hold.
+        // The size of the structure includes padding at its end, which a block of one character must still hold.
         block = ::new (static_cast<void*>(new char[std::max(size, sizeof(ZVStringData))])) ZVStringData;
         block->Capacity = need;
     }
     block->Length = length;
     block->RefCount.store(1, std::memory_order_relaxed);
-    // A block counts as alive by its manager, so that comes last.
+    // A manager marks a block as alive, so it is set last.
     ZVMemoryFence();
     block->Manager = this;
     return block;

@@ -4,9 +4,9 @@
 
 #include <pthread.h>
 
-// The string manager of this copy of the core library: the immortal empty string, a small pool of blocks that are used again, and
-// the tables by which characters up to 255 are lowered and classified. There is one; it is made by the first string and never
-// destroyed, so that strings in static objects are valid from the first constructor to the last destructor.
+// The string manager of this copy of the core library: the immortal empty string, a small pool of blocks for reuse, and tables
+// that lower and classify the characters up to 255. There is one. The first string creates it and it is never destroyed, so
+// strings in static objects are valid from the first constructor to the last destructor.
 class ZVStringGlobals final : public IZVStringManager
 {
 public:
@@ -19,10 +19,10 @@ public:
     static constexpr uint8_t Punctuation = 32;
     static constexpr uint8_t Printable = 64;
 
-    // Codes below this are looked up in the tables, the others are asked of the system library.
+    // Codes below this are looked up in the tables; the system library is asked about the others.
     static constexpr wchar_t TableSize = 256;
 
-    // The one manager. The first call makes it and must come from the main thread before another thread starts.
+    // The one manager. The first call creates it, and must come from the main thread before another thread starts.
     static ZVStringGlobals& Get();
 
     ZVStringData* AllocateData(int32_t length, bool usePool) override;
@@ -34,20 +34,20 @@ public:
     wchar_t* CreateEmptyBlock() override;
     wchar_t* GetEmpty() override { return m_empty; }
 
-    // Fills the character tables anew from the process's locale. With setLocaleFromEnvironment the locale is first set from the
+    // Fills the character tables again from the process's locale. With setLocaleFromEnvironment the locale is first set from the
     // environment. Main thread only.
     void RebuildCharacterTables(bool setLocaleFromEnvironment);
 
-    // The lowered form and the class bits of a code from 0 to 255.
+    // The lowered form and the class bits of a code, which must be from 0 to 255.
     wchar_t LowerFromTable(wchar_t character) const { return m_lowered[character]; }
     uint8_t ClassFromTable(wchar_t character) const { return m_classes[character]; }
 
 private:
-    // More blocks than a task keeps in flight, and few enough for a scan to cost less than an allocation.
+    // More blocks than a task has in use at once, and few enough for a scan to cost less than an allocation.
     static constexpr int32_t PoolSize = 16;
-    // Blocks of up to this many characters are worth keeping: short strings are the load, long ones would only hold memory.
+    // Blocks of up to this many characters are kept: most strings are short, and long ones would only hold on to memory.
     static constexpr int32_t MaximumPooledCapacity = 1031;
-    // A block with no more than this many characters to spare is good enough to end the scan.
+    // A block with at most this many characters to spare is good enough to end the scan.
     static constexpr int32_t GoodSurplus = 15;
 
     class PoolLock;
@@ -59,17 +59,17 @@ private:
     bool GiveToPool(ZVStringData* block);
 
     pthread_mutex_t m_mutex;  // recursive, guards the pool
-    int32_t m_lockCount = 0;  // these two are for whoever looks at a stuck process
+    int32_t m_lockCount = 0;  // these two are for whoever debugs a process that hangs
     pthread_t m_lastHolder {};
     wchar_t* m_empty = nullptr;
     ZVStringData* m_pool[PoolSize] = {};
     int32_t m_pooledCount = 0;
-    int32_t m_largestPooled = 0;  // no block in the pool has a larger capacity; what needs more is not searched for
+    int32_t m_largestPooled = 0;  // no block in the pool has a larger capacity; a request for more skips the scan
     wchar_t m_lowered[TableSize] = {};
     uint8_t m_classes[TableSize] = {};
 };
 
-// Stands in initialised data, so that it says "not yet made" whatever static constructor asks first.
+// The guard is initialised data, so it says "not yet created" whichever static constructor asks first.
 inline constexpr uint32_t ZVStringGlobalsAbsent = 0x35f2ab21;
 inline constexpr uint32_t ZVStringGlobalsReady = 0xb23a8c33;
 extern uint32_t g_stringGlobalsGuard;

@@ -2,13 +2,13 @@
 
 #include "core/string/ZVString.h"
 
-// Takes the run of characters of one kind from the start of a text, as sort keys need it.
+// Takes the characters of one kind from the start of a text, for sort keys.
 class ZVStringGetLeadingCharacters
 {
 public:
     virtual ~ZVStringGetLeadingCharacters() = default;
 
-    // The leading characters of text that belong, all of them when every one does.
+    // The characters of text before the first one that does not belong.
     ZVString Get(const ZVString& text) const;
 
 protected:

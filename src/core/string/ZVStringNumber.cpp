@@ -1,4 +1,4 @@
-// Numbers from and to the text of ZVString.
+// ZVString: numbers from text and to text.
 
 #include "core/string/ZVCharacter.h"
 #include "core/string/ZVDigits.h"
@@ -15,11 +15,11 @@ namespace
 {
 constexpr wchar_t FigureDash = 0x2012;
 
-// Numbers are written into a buffer of this size, and decimal ones end well before it does.
+// Numbers are written into a buffer of the first size; decimal ones use no more of it than the second.
 constexpr int32_t NumberBufferSize = 256;
 constexpr int32_t DoubleRoom = 191;
 
-// Sign and digits of a text, cut at the type's limit.
+// The sign and the digits of a text, limited to what the type can hold.
 template <class Integer>
 Integer ParseInteger(const wchar_t* text)
 {
@@ -47,7 +47,7 @@ Integer ParseInteger(const wchar_t* text)
     return isNegative ? static_cast<Integer>(Unsigned {0} - static_cast<Unsigned>(value)) : value;
 }
 
-// A number times a power of ten. The power alone may be out of a double's range where the result is not.
+// A number times a power of ten. The power alone may be out of a double's range even where the result is not.
 double ScaledByTen(double number, double exponent)
 {
     constexpr double LargestPower = 1e308;
@@ -77,7 +77,7 @@ public:
         ++m_kept;
     }
 
-    // The value of the digits in front of the point, or behind it, times a power of ten.
+    // The value of the digits, before the point or after it, times a power of ten.
     double AsWhole(double exponent) const { return ScaledByTen(static_cast<double>(m_value), m_dropped + exponent); }
     double AsFraction(double exponent) const { return ScaledByTen(static_cast<double>(m_value), exponent - m_kept); }
 
@@ -87,12 +87,19 @@ private:
     int32_t m_dropped = 0;
 };
 
-double ParseDouble(const wchar_t* text, int32_t length, int32_t& consumed, bool anyDecimalPoint, bool allowExponent)
+// What a decimal number may hold besides digits.
+struct DecimalRules
 {
-    int32_t position = 0;
-    while (position < length && (text[position] == L' ' || text[position] == L'+'))
+    bool AnyDecimalPoint;
+    bool AllowExponent;
+};
+
+double ParseDouble(std::wstring_view text, DecimalRules rules, size_t& consumed)
+{
+    size_t position = 0;
+    while (position < text.size() && (text[position] == L' ' || text[position] == L'+'))
         ++position;
-    const bool isNegative = position < length && (text[position] == L'-' || text[position] == FigureDash);
+    const bool isNegative = position < text.size() && (text[position] == L'-' || text[position] == FigureDash);
     if (isNegative)
         ++position;
 
@@ -100,7 +107,7 @@ double ParseDouble(const wchar_t* text, int32_t length, int32_t& consumed, bool 
     DigitRun fraction;
     bool hasPoint = false;
     double exponent = 0.0;
-    for (; position < length; ++position)
+    for (; position < text.size(); ++position)
     {
         const wchar_t character = text[position];
         const int digit = ZVDigits::DecimalValue(character);
@@ -110,12 +117,12 @@ double ParseDouble(const wchar_t* text, int32_t length, int32_t& consumed, bool 
         }
         else if ((character == L',' || character == L'.') && !hasPoint)
         {
-            hasPoint = anyDecimalPoint || character == ZVNumberText::GetDecimalPoint();
+            hasPoint = rules.AnyDecimalPoint || character == ZVNumberText::GetDecimalPoint();
         }
-        else if ((character == L'e' || character == L'E') && allowExponent)
+        else if ((character == L'e' || character == L'E') && rules.AllowExponent)
         {
-            int32_t exponentLength = 0;
-            exponent = ParseDouble(text + position + 1, length - position - 1, exponentLength, anyDecimalPoint, false);
+            size_t exponentLength = 0;
+            exponent = ParseDouble(text.substr(position + 1), {rules.AnyDecimalPoint, false}, exponentLength);
             position += 1 + exponentLength;
             break;
         }
@@ -169,10 +176,11 @@ uint64_t ZVString::ToUInt64FromHex() const
 
 double ZVString::ToDouble(int32_t* consumed, bool anyDecimalPoint, int32_t maxLength, bool allowExponent) const
 {
-    int32_t read = 0;
-    const double value = ParseDouble(m_text, std::clamp(maxLength, 0, GetLength()), read, anyDecimalPoint, allowExponent);
+    size_t read = 0;
+    const std::wstring_view text = View().substr(0, static_cast<size_t>(std::max(maxLength, 0)));
+    const double value = ParseDouble(text, {anyDecimalPoint, allowExponent}, read);
     if (consumed != nullptr)
-        *consumed = read;
+        *consumed = static_cast<int32_t>(read);
     return value;
 }
 
@@ -188,20 +196,20 @@ bool ZVString::ToBool() const
 ZVString ZVString::FromInt(int64_t value, int32_t minimumDigits, int32_t base, uint32_t flags)
 {
     wchar_t buffer[NumberBufferSize];
-    return ZVString(buffer, ZVNumberText::WriteSigned(buffer, NumberBufferSize, value, minimumDigits, base, flags));
+    return ZVString(buffer, ZVNumberText::WriteSigned(buffer, NumberBufferSize, value, {minimumDigits, base, flags}));
 }
 
 ZVString ZVString::FromUInt(uint64_t value, int32_t minimumDigits, int32_t base, uint32_t flags)
 {
     wchar_t buffer[NumberBufferSize];
-    return ZVString(buffer, ZVNumberText::WriteUnsigned(buffer, NumberBufferSize, value, minimumDigits, base, flags));
+    return ZVString(buffer, ZVNumberText::WriteUnsigned(buffer, NumberBufferSize, value, {minimumDigits, base, flags}));
 }
 
 ZVString ZVString::FromDouble(double value, int32_t precision, bool fixedPrecision, int32_t minimumDigits, uint32_t flags)
 {
     wchar_t buffer[NumberBufferSize];
     return ZVString(buffer,
-                    ZVNumberText::WriteDouble(buffer, DoubleRoom, value, precision, fixedPrecision, minimumDigits, flags));
+                    ZVNumberText::WriteDouble(buffer, DoubleRoom, value, {precision, fixedPrecision, minimumDigits, flags}));
 }
 
 ZVString ZVString::ToHexString(uint64_t value)

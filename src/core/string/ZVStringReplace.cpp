@@ -1,4 +1,4 @@
-// Replacing of texts and tokens in ZVString.
+// ZVString: replacing texts and tokens.
 
 #include "contracts/IZVTools.h"
 #include "core/ZVToolsPointer.h"
@@ -12,14 +12,14 @@
 
 namespace
 {
-// One needle of a pass, with what it is replaced by and where it comes next.
+// One needle of a pass, with its replacement and its next match.
 struct Needle
 {
     const wchar_t* Text;
     const wchar_t* Replacement;
     int32_t Length;
     int32_t ReplacementLength;
-    int32_t Next;  // the next match from the last look on, -1 when there is none
+    int32_t Next;  // the first match after the last search, -1 if there is none
 };
 
 struct NeedleHit
@@ -32,15 +32,15 @@ using NeedleArray = ZVArray<Needle, const Needle&, false>;
 using NeedleHitArray = ZVArray<NeedleHit, const NeedleHit&, false>;
 using ReplaceHitArray = ZVArray<ZVStringReplaceHit, const ZVStringReplaceHit&, false>;
 
-// A search that ignores case is exact where the tools library or its search is missing.
+// Without the tools library or its search, a search that should ignore case is exact.
 int32_t FindNext(const ZVString& text, const wchar_t* needle, int32_t start, bool caseSensitive)
 {
     const bool ignoresCase = !caseSensitive && g_pZVTools != nullptr && g_pZVTools->GetTools(false) != nullptr;
     return ignoresCase ? text.FindNoCase(needle, start) : text.Find(needle, start);
 }
 
-// Adds to an array that doubles: with the steps of a fixed size that large arrays grow by, a text full of hits would cost
-// quadratic time.
+// Adds to an array and doubles its capacity when it is full: large arrays otherwise grow by a fixed step, and a text full of hits
+// would take quadratic time.
 template <class Array, class Element>
 void AddDoubling(Array& array, const Element& element)
 {
@@ -49,15 +49,15 @@ void AddDoubling(Array& array, const Element& element)
     array.Add(element);
 }
 
-// The needle whose next match from position on comes first, the earlier in the list of two at one place; -1 when there is no
-// match left.
+// The index of the needle that matches first from position on, or -1 if there is no match left. If two match at the same place,
+// the one that comes first in the list.
 int32_t FindNearestNeedle(const ZVString& text, NeedleArray& needles, int32_t position, bool caseSensitive)
 {
     int32_t nearest = -1;
     for (int32_t index = 0; index < needles.GetCount(); ++index)
     {
         Needle& needle = needles[index];
-        // A match that lies ahead still stands; only one that was passed is looked up again, which keeps the pass linear.
+        // A match that still lies ahead is kept; only a match that was passed is searched again, so the pass takes linear time.
         if (needle.Next != -1 && needle.Next < position)
             needle.Next = FindNext(text, needle.Text, position, caseSensitive);
         if (needle.Next != -1 && (nearest == -1 || needle.Next < needles[nearest].Next))
@@ -66,7 +66,7 @@ int32_t FindNearestNeedle(const ZVString& text, NeedleArray& needles, int32_t po
     return nearest;
 }
 
-// Writes a new text piece by piece into a buffer that was measured before.
+// Writes a new text piece by piece into a buffer that is known to be large enough.
 class PieceWriter
 {
 public:
@@ -182,8 +182,8 @@ int32_t ZVString::ReplaceTokens(const wchar_t* startMarker, const wchar_t* endMa
             start = later;
         const int32_t tokenStart = start + startLength;
         const ZVString replacement = callback.ReplaceToken(Mid(tokenStart, end - tokenStart));
-        result.AppendPieces({m_text + position, (keepMarkers ? tokenStart : start) - position}, replacement,
-                            {m_text + end, keepMarkers ? endLength : 0});
+        result.AppendPieces(ZVStringPiece(m_text + position, (keepMarkers ? tokenStart : start) - position), replacement,
+                            ZVStringPiece(m_text + end, keepMarkers ? endLength : 0));
         position = end + endLength;
         ++count;
     }

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// One match in a string: the position of its first character and the position behind its last.
+// One match in a string: the position of its first character and the position after its last.
 struct ZVStringReplaceHit
 {
     int32_t Start;

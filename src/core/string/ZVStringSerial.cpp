@@ -1,4 +1,4 @@
-// Quoting, similarity and the length-prefixed form of ZVString.
+// ZVString: quoting, similarity, the length-prefixed form.
 
 #include "core/containers/ZVNumberArray.h"
 #include "core/string/ZVCharacter.h"
@@ -10,12 +10,12 @@
 
 namespace
 {
-// The serial form is appended to many times over, so its buffer grows in steps of this many characters, and a large one by about
-// a sixteenth of its length in whole steps: with the one step alone a huge text would be copied over and over.
+// The buffer of the serial form grows by this many characters, and a large one by about a sixteenth of its length, in whole
+// steps: a huge text that grew by a fixed step would be copied over and over.
 constexpr int32_t SerialGrowBlock = 1024;
 constexpr int32_t SerialStepShare = 16;
 
-// IsSimilar allows an edit for each so many characters, up to a limit.
+// IsSimilar allows one edit for this many characters, up to a limit.
 constexpr int32_t CharactersPerEdit = 4;
 constexpr int32_t MaximumSimilarEdits = 3;
 
@@ -24,7 +24,7 @@ bool IsASCIIDigit(wchar_t character)
     return character >= L'0' && character <= L'9';
 }
 
-// The digits from position on and the ":" behind them. False when they are not there, or are more than a length can be.
+// Reads "(", digits and ":" at position; a number that is too large becomes INT32_MAX. False if they are not there.
 bool ReadPrefix(const ZVString& text, int32_t& position, int32_t& count)
 {
     if (text.GetAt(position) != L'(' || !IsASCIIDigit(text.GetAt(position + 1)))
@@ -56,8 +56,8 @@ int32_t ZVString::GetEditDistance(const wchar_t* other, int32_t limit) const
     if (std::abs(length - otherLength) > limit)
         return INT_MAX;
 
-    // Of the whole table only the row above is ever looked at again. The row holds the costs of the first so many characters of
-    // this string.
+    // Only the previous row of the table is ever needed again. A row holds, for each length, the distance of that many first
+    // characters of this string.
     lowered.MakeLower();
     ZVNumberArray<int32_t> row;
     row.SetCount(length + 1);

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <sys/single_threaded.h>
 
-// Shared counters and fences of the core library. A process that never started a thread, which is most workers, has nobody to
-// order its stores for; there the plain instruction does the same at a fraction of the price.
+// Shared counters and fences of the core library. A process that never started a thread, as most workers, has no other thread
+// that could see its stores in the wrong order; there a plain instruction does the same at a fraction of the cost.
 
 // Raises the counter by one with full ordering.
 inline void ZVAtomicIncrement(std::atomic<int32_t>& counter)
@@ -16,7 +16,7 @@ inline void ZVAtomicIncrement(std::atomic<int32_t>& counter)
         counter.fetch_add(1, std::memory_order_seq_cst);
 }
 
-// Lowers the counter by one with full ordering and tells its new value.
+// Lowers the counter by one with full ordering and returns its new value.
 inline int32_t ZVAtomicDecrement(std::atomic<int32_t>& counter)
 {
     if (!__libc_single_threaded)

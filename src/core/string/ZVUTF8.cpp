@@ -7,7 +7,7 @@ namespace
 constexpr size_t BlockSize = 16;
 constexpr uint64_t HighBits = 0x8080808080808080;
 
-// Leads of sequences by the range they lie in; what follows a lead must be continuation bytes.
+// The lead bytes of sequences, by range. All other bytes of a sequence must be continuation bytes.
 struct LeadRange
 {
     uint8_t First;
@@ -73,7 +73,7 @@ size_t ZVUTF8::WidenASCII(const uint8_t* bytes, size_t count, wchar_t* target)
     size_t done = 0;
     while (count - done >= BlockSize && IsASCIIBlock(bytes + done))
     {
-        // Through a local block, so that the compiler sees that source and target do not overlap.
+        // A local copy shows the compiler that source and target do not overlap.
         uint8_t block[BlockSize];
         memcpy(block, bytes + done, BlockSize);
         for (size_t index = 0; index < BlockSize; ++index)
@@ -140,7 +140,7 @@ char* ZVUTF8::Encode(const wchar_t* text, size_t length, char* target)
             }
             else
             {
-                // Shifted by 16 and not by 18: files that were written so must stay the same.
+                // Shifted by 16 and not by 18, as in all files that the product has written so far.
                 *target++ = Byte(0xf0 | (character >> 16));
                 *target++ = Continuation(character >> 12);
             }

@@ -3,33 +3,35 @@
 #include <cstddef>
 #include <cstdint>
 
-// UTF-8 as the product reads and writes it: the basic multilingual plane, with everything else kept apart by fixed rules. Nothing
-// here looks at the locale.
+// UTF-8 as the product reads and writes it: the basic multilingual plane, with fixed rules for everything else. Nothing here
+// depends on the locale.
 namespace ZVUTF8
 {
-// What a sequence of four bytes becomes: characters above U+FFFF are not carried.
+// A sequence of four bytes becomes this: characters above U+FFFF are not supported.
 inline constexpr wchar_t Replacement = L'?';
 
-// Bytes of the sequence that begins at bytes, of which available can be read: 1 for ASCII and for a byte that begins no valid
-// sequence. A NUL-terminated text may be read with an available of 4, since no byte behind the NUL is looked at.
+// The length of the sequence that begins at bytes, of which available can be read: 1 for ASCII and for a byte that does not begin
+// a valid sequence. For a NUL-terminated text available may be 4, since no byte after the NUL is read.
 int32_t SequenceLength(const uint8_t* bytes, size_t available);
 
 // The character of a sequence of that length.
 wchar_t DecodeSequence(const uint8_t* bytes, int32_t length);
 
-// Copies ASCII bytes as characters until count is reached or another byte comes, and tells how many.
+// Copies ASCII bytes as characters, up to count or up to the first byte that is not ASCII. Returns how many were copied.
 size_t WidenASCII(const uint8_t* bytes, size_t count, wchar_t* target);
 
-// The characters that count bytes decode to.
+// The number of characters that count bytes decode to.
 size_t CountCharacters(const uint8_t* bytes, size_t count);
 
-// The bytes that length characters are written with. Up to U+FFFF the encoding is the standard one; above it the lead byte holds
-// the character shifted by 16 where the standard shifts by 18, which the product's files have always had.
+// The number of bytes that length characters are encoded in. Up to U+FFFF the encoding is the standard one; above it the lead
+// byte holds the character shifted by 16, not by 18 as the standard has it. The product's files have always been written like
+// that.
 size_t EncodedSize(const wchar_t* text, size_t length);
 
-// Writes the characters and tells the end of what was written; target has room for EncodedSize bytes.
+// Writes the characters and returns the end of what was written; target must have room for EncodedSize bytes.
 char* Encode(const wchar_t* text, size_t length, char* target);
 
-// A new NUL-terminated array with the characters in UTF-8, to be freed with delete[]. Null gives null.
+// Returns the characters as a new NUL-terminated array in UTF-8, which the caller frees with delete[]; null for a null text.
+// size, if not null, receives the number of bytes without the NUL.
 char* EncodeToNewArray(const wchar_t* text, size_t length, int32_t* size = nullptr);
 }

@@ -4,7 +4,7 @@
 #include <cwchar>
 #include <new>
 
-// Small questions about raw wide texts, with null as an empty text.
+// Helpers for raw wide texts. Null counts as an empty text.
 namespace ZVWideText
 {
 inline const wchar_t* OrEmpty(const wchar_t* text)
@@ -12,7 +12,7 @@ inline const wchar_t* OrEmpty(const wchar_t* text)
     return text == nullptr ? L"" : text;
 }
 
-// Characters before the NUL. A text too long for a string's length throws std::bad_alloc.
+// The number of characters before the NUL. Throws std::bad_alloc for a text that is too long for a string.
 inline int32_t LengthOf(const wchar_t* text)
 {
     const size_t length = text == nullptr ? 0 : wcslen(text);
@@ -21,7 +21,7 @@ inline int32_t LengthOf(const wchar_t* text)
     return static_cast<int32_t>(length);
 }
 
-// True when the character is in the set; the NUL is in none.
+// True if the character is in the set; NUL is in no set.
 inline bool IsInSet(const wchar_t* set, wchar_t character)
 {
     return set != nullptr && character != L'\0' && wcschr(set, character) != nullptr;

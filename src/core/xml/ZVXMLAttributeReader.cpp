@@ -8,19 +8,31 @@ bool IsQuote(wchar_t character)
 {
     return character == L'"' || character == L'\'';
 }
-}
 
-// A quote that opens inside a name or an unquoted value keeps blanks from ending it, as it keeps ">" from ending the tag.
-const wchar_t* ZVXMLAttributeReader::SkipUnquoted(const wchar_t* text, bool isName) const
+// The place where a name or an unquoted value ends, at most end. Inside quotes nothing ends it, just as a ">" inside quotes does
+// not end the tag.
+template <class Test>
+const wchar_t* SkipUnquoted(const wchar_t* text, const wchar_t* end, Test isEnd)
 {
-    for (; text != m_end && !ZVXMLText::IsBlank(*text) && !(isName && *text == L'='); ++text)
+    for (; text != end && !isEnd(*text); ++text)
         if (IsQuote(*text))
         {
-            text = ZVXMLText::FindCharacter(text + 1, m_end, *text);
-            if (text == m_end)
+            text = ZVXMLText::FindCharacter(text + 1, end, *text);
+            if (text == end)
                 break;
         }
     return text;
+}
+}
+
+const wchar_t* ZVXMLAttributeReader::SkipName(const wchar_t* text) const
+{
+    return SkipUnquoted(text, m_end, [](wchar_t character) { return character == L'=' || ZVXMLText::IsBlank(character); });
+}
+
+const wchar_t* ZVXMLAttributeReader::SkipUnquotedValue(const wchar_t* text) const
+{
+    return SkipUnquoted(text, m_end, ZVXMLText::IsBlank);
 }
 
 bool ZVXMLAttributeReader::Read()
@@ -32,7 +44,7 @@ bool ZVXMLAttributeReader::Read()
         return false;
 
     m_name = place;
-    m_nameEnd = SkipUnquoted(place, true);
+    m_nameEnd = SkipName(place);
     place = ZVXMLText::SkipBlanks(m_nameEnd, m_end);
     m_hasEqualsSign = place != m_end && *place == L'=';
     m_hasQuotes = false;
@@ -46,7 +58,7 @@ bool ZVXMLAttributeReader::Read()
     m_hasQuotes = m_value != m_end && IsQuote(*m_value);
     if (!m_hasQuotes)
     {
-        m_valueEnd = m_position = SkipUnquoted(m_value, false);
+        m_valueEnd = m_position = SkipUnquotedValue(m_value);
         return true;
     }
     const wchar_t quote = *m_value++;
@@ -55,10 +67,11 @@ bool ZVXMLAttributeReader::Read()
     return true;
 }
 
-bool ZVXMLAttributeReader::Find(const wchar_t* name, int32_t nameLength, bool fold)
+bool ZVXMLAttributeReader::Find(std::wstring_view name, ZVXMLText::Case names)
 {
+    const int32_t length = static_cast<int32_t>(name.size());
     while (Read())
-        if (m_nameEnd - m_name == nameLength && ZVXMLText::AreEqual(m_name, name, nameLength, fold))
+        if (m_nameEnd - m_name == length && ZVXMLText::AreEqual(m_name, name.data(), length, names))
             return true;
     return false;
 }

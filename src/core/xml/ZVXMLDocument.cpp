@@ -2,7 +2,6 @@
 
 #include "core/xml/ZVXMLAttributeReader.h"
 #include "core/xml/ZVXMLIndexBuilder.h"
-#include "core/xml/ZVXMLText.h"
 
 #include <algorithm>
 
@@ -13,7 +12,7 @@ bool ZVXMLDocument::SetDocument(const ZVString& text)
     m_saved.RemoveAll();
     ResetPosition();
 
-    ZVXMLIndexBuilder builder(m_document, FoldsNames(), m_index);
+    ZVXMLIndexBuilder builder(m_document, NameCase(), m_index);
     m_isDamaged = !builder.Build();
     const uint32_t top = m_index[0].FirstChild;
     if (top == 0)
@@ -36,21 +35,19 @@ ZVString ZVXMLDocument::GetEncoding(const ZVString& text)
     constexpr std::wstring_view Encoding = L"encoding";
     constexpr wchar_t ByteOrderMark = 0xfeff;
 
-    const wchar_t* start = text.GetText();
-    const wchar_t* end = start + text.GetLength();
-    if (*start == ByteOrderMark)
-        ++start;
-    start = ZVXMLText::SkipBlanks(start, end);
-    const std::wstring_view head(start, static_cast<size_t>(end - start));
+    std::wstring_view head = text.View();
+    if (head.starts_with(ByteOrderMark))
+        head.remove_prefix(1);
+    head.remove_prefix(std::min(head.find_first_not_of(ZVXMLText::Blanks), head.size()));
     if (!head.starts_with(Declaration) || head.size() == Declaration.size() || !ZVXMLText::IsBlank(head[Declaration.size()]))
         return ZVString();
 
-    ZVXMLTokenReader reader(start, 0, static_cast<int32_t>(head.size()));
+    ZVXMLTokenReader reader(head.data(), 0, static_cast<int32_t>(head.size()));
     if (reader.Read() != ZVXMLNodeType::ProcessingInstruction)
         return ZVString();
     constexpr int32_t EndMark = 2;
-    ZVXMLAttributeReader attributes(start + Declaration.size(), start + reader.GetLength() - EndMark);
-    if (!attributes.Find(Encoding.data(), static_cast<int32_t>(Encoding.size()), false))
+    ZVXMLAttributeReader attributes(head.data() + Declaration.size(), head.data() + reader.GetLength() - EndMark);
+    if (!attributes.Find(Encoding, ZVXMLText::Case::Exact))
         return ZVString();
     return ZVString(attributes.GetValue(), attributes.GetValueLength());
 }
@@ -72,7 +69,7 @@ bool ZVXMLDocument::FindChildElement(const wchar_t* name)
         return false;
     const uint32_t found =
         name != nullptr ? FindPath(m_position.Main, m_position.Child, name) : NextElement(m_position.Main, m_position.Child);
-    // A path from the root can lead to a top element, which is nobody's child.
+    // A path from the root can lead to a top element, which is not the child of any element.
     if (found == 0 || m_index[found].Parent == 0)
         return false;
     const uint32_t main = m_index[found].Parent;
@@ -147,7 +144,7 @@ ZVXMLNodeType ZVXMLDocument::FindNode(int32_t types)
             return ZVXMLNodeType::EndOfText;
         if (type == ZVXMLNodeType::EndTag)
         {
-            // Inside of an element no end tag is left over: the first one ends it.
+            // Inside an element the first end tag always ends it.
             if (parent != 0)
                 return ZVXMLNodeType::EndOfText;
             type = ZVXMLNodeType::UnpairedEndTag;
@@ -194,7 +191,7 @@ int32_t ZVXMLDocument::GetEndTagLength(uint32_t element) const
     const ZVXMLElement& record = m_index[element];
     if (record.PackedEndTag() < ZVXMLElement::LongEndTag)
         return record.PackedEndTag();
-    // Nearly anything can stand in an end tag, so its start cannot be searched for from its end.
+    // An end tag may contain nearly anything, so its start cannot be found backwards from its end.
     const uint32_t lastChild = m_index.LastChild(element);
     const int32_t start = lastChild != 0 ? m_index[lastChild].End() : record.Start + GetStartTagLength(element);
     ZVXMLTokenReader reader(m_document, start, record.End());
@@ -283,7 +280,7 @@ ZVString ZVXMLDocument::GetAttributeOf(uint32_t element, const wchar_t* name) co
         return ZVString();
     const wchar_t* text = m_document.GetText();
     ZVXMLAttributeReader attributes(text + GetNameEnd(element), text + GetTagBodyEnd(element));
-    if (!attributes.Find(name, static_cast<int32_t>(wcslen(name)), FoldsNames()))
+    if (!attributes.Find(name, NameCase()))
         return ZVString();
     ZVString value;
     value.Append(attributes.GetValue(), attributes.GetValueLength());

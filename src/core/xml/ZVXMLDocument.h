@@ -3,25 +3,25 @@
 #include "core/containers/ZVStringMap.h"
 #include "core/string/ZVString.h"
 #include "core/xml/ZVXMLElementIndex.h"
+#include "core/xml/ZVXMLText.h"
 #include "core/xml/ZVXMLTokenReader.h"
 
 #include <cstdint>
 
-// An XML text with an index of its elements and a position among them. The document is one string, shared with whoever gave it;
-// reading cuts parts out of it, writing changes it in place and moves the index along. There are no node objects: the caller
+// An XML text with an index of its elements and a position among them. The document is one string, which is shared with the
+// caller's. Reading copies parts of it; writing changes it in place and updates the index. There are no node objects: the caller
 // walks with find, enter and leave.
 //
-// The position is a parent, a main element below it and a child element below that, each of which may be missing. Names are
-// compared exactly, or folded with the flag FoldNames. Offsets and lengths count characters. What is asked of an element that
-// is missing is empty, and what is to be changed there stays: operations that can fail give false and then have changed
-// nothing. Only a failure to allocate throws.
+// The position is a parent, a main element below it and a child element below that; each of them may be missing. Names are
+// compared exactly, or ignoring case with the flag FoldNames. Offsets and lengths count characters. Reading from a missing
+// element returns an empty text. An operation that returns false has changed nothing. Nothing throws except std::bad_alloc.
 //
-// A damaged document can be walked and changed as far as its index goes. After a change its damage may read differently to a
-// new parse.
+// A damaged document can be walked and changed as far as its index goes. After a change a new parse may read the damage
+// differently.
 class ZVXMLDocument
 {
 public:
-    // Flag of the document: names of elements and attributes are compared with case folded.
+    // Flag of the document: names of elements and attributes are compared ignoring case.
     static constexpr uint32_t FoldNames = 8;
 
     // Flags of AddElement.
@@ -39,75 +39,76 @@ public:
 
     // --- Document -------------------------------------------------------------------------------------------------------------
 
-    // Takes a share of the text and indexes it. True when it is well-formed; otherwise GetError says why not, and the elements
-    // that could be read are there all the same. The position and saved positions are reset.
+    // Shares the text and indexes it. True if it is well-formed; otherwise GetError says why not, and the elements that could be
+    // read are there all the same. The position is reset and saved positions are forgotten.
     bool SetDocument(const ZVString& text);
     const ZVString& GetDocument() const { return m_document; }
-    // The messages of the last SetDocument, one a line.
+    // The messages of the last SetDocument, each on its own line.
     const ZVString& GetError() const { return m_error; }
-    // True when no tag of the text was wrong and there is one element at the top.
+    // True if no tag was wrong and there is exactly one top element.
     bool IsWellFormed() const;
-    // The value of the pseudo-attribute "encoding" of the XML declaration with which a text begins, or empty.
+    // The value of the pseudo-attribute "encoding" in the XML declaration at the start of a text, or empty.
     static ZVString GetEncoding(const ZVString& text);
 
-    // --- Position: false when there is no such element, and the position is left as it was -------------------------------------
+    // --- Position: false if there is no such element; the position then stays as it was ----------------------------------------
 
-    // Moves the main or the child position to the next sibling with that name, from the first one when the position has none;
-    // null takes the next of any name. The name can be a path: steps separated by "/", a leading "/" for a path from the root,
-    // and "[n]" behind a step for the n-th sibling of that name, counted from 1. Each step takes the first element that fits.
-    // The whole position moves to where the path leads.
+    // Moves the main or the child position to the next sibling with that name, or to the first one if there is no current
+    // element; null finds any name. The name can be a path: steps separated by "/", with a "/" at the start for a path from the
+    // root, and with "[n]" after a step for the n-th sibling of that name, counted from 1. Each step takes the first element that
+    // fits. Then the whole position moves to where the path leads.
     bool FindElement(const wchar_t* name = nullptr);
     bool FindChildElement(const wchar_t* name = nullptr);
     // Makes the main element the parent and the child the main element.
     bool EnterElement();
-    // Makes the parent the main element and what was the main element its child.
+    // Makes the parent the main element, and the main element the child.
     bool LeaveElement();
-    // Back in front of the first top element, of the first main element, or of the first child.
+    // Go back to before the first top element, the first main element, or the first child.
     void ResetPosition();
     void ResetMainPosition();
     void ResetChildPosition();
-    // Keeps the present position under a name, and goes back to it. A position is lost when one of its elements is removed.
+    // Save the position under a name and return to it. A saved position is lost when one of its elements is removed.
     void SavePosition(const wchar_t* name);
     bool RestorePosition(const wchar_t* name);
 
-    // Moves to the next node of one of the types on the level of the main element, which becomes the last element in front of
-    // it; an element found becomes the main element itself. The types are those of ZVXMLNodeType above zero, joined. Gives the
-    // type found, or EndOfText for none.
+    // Moves to the next node of one of the types on the level of the main element. An element becomes the main element; for any
+    // other node the last element before it does. types combines values of ZVXMLNodeType above zero. Returns the type of the
+    // node, or EndOfText if there is none.
     ZVXMLNodeType FindNode(int32_t types);
 
     // --- Read -----------------------------------------------------------------------------------------------------------------
 
     ZVString GetElementName() const { return GetName(m_position.Main); }
     ZVString GetChildElementName() const { return GetName(m_position.Child); }
-    // The names from the root to the main element, or else to the parent, each behind a "/" and with "[n]" where siblings have
-    // the name too.
+    // The names from the root to the main element, or to the parent if there is none, each after a "/" and followed by "[n]" if
+    // siblings have the same name.
     ZVString GetElementPath() const;
-    // The text in an element with entities decoded and CDATA sections joined in as they are; empty for an element that has
-    // child elements. After FindNode has found another node than an element, GetText gives that one's content without its
+    // The text in an element, with decoded entities, joined with the CDATA sections as they are; empty for an element with child
+    // elements. After FindNode has found a node that is not an element, GetText returns the content of that node without its
     // markers.
     ZVString GetText() const;
-    // False for the main element when the text was cut off inside it, so that its own text may be only the beginning.
+    // False if the text was cut off inside the main element, whose own text may then be only the beginning.
     bool IsElementComplete() const { return !m_index[m_position.Main].Has(ZVXMLElement::CutOff); }
     ZVString GetChildText() const { return GetElementText(m_position.Child); }
-    // The decoded value of an attribute, empty when it is missing.
+    // The decoded value of an attribute; empty if it is missing.
     ZVString GetAttribute(const wchar_t* name) const { return GetAttributeOf(m_position.Main, name); }
     ZVString GetChildAttribute(const wchar_t* name) const { return GetAttributeOf(m_position.Child, name); }
 
     // --- Write ----------------------------------------------------------------------------------------------------------------
 
-    // Replaces the value of an attribute or adds the attribute at the end of the tag. False for a name that no tag can hold.
+    // Replaces the value of an attribute, or adds the attribute at the end of the tag. False for a name that an attribute cannot
+    // have.
     bool SetAttribute(const wchar_t* name, const ZVString& value) { return SetAttributeOf(m_position.Main, name, value); }
     bool SetChildAttribute(const wchar_t* name, const ZVString& value) { return SetAttributeOf(m_position.Child, name, value); }
-    // Replaces the content of an element, child elements too.
+    // Replaces the content of an element, including child elements.
     bool SetText(const ZVString& text, bool useCDATA = false) { return SetTextOf(m_position.Main, text, useCDATA); }
     bool SetChildText(const ZVString& text, bool useCDATA = false) { return SetTextOf(m_position.Child, text, useCDATA); }
-    // Adds an element behind the main element, or in front of it with InFrontOfCurrent, and makes it the main element. Without
-    // a main element it becomes the last one below the parent, or the first. An element with an empty value is written as one
-    // tag; a line break follows unless NoLineBreak is set. False for a name that no tag can hold.
+    // Adds an element after the main element, or before it with InFrontOfCurrent, and makes it the main element. Without a main
+    // element it becomes the last element below the parent, or the first. An element with an empty value is written as a single
+    // tag; a line break follows unless NoLineBreak is set. False for a name that an element cannot have.
     bool AddElement(const wchar_t* name, const ZVString& value, uint32_t flags = 0);
     // The same below the main element, at the child position.
     bool AddChildElement(const wchar_t* name, const ZVString& value, uint32_t flags = 0);
-    // Removes an element and a line break directly behind it. The element in front of it takes its place in the position.
+    // Removes an element and a line break right after it. In the position the previous element takes its place.
     bool RemoveElement() { return RemoveAt(m_position.Main); }
     bool RemoveChildElement() { return RemoveAt(m_position.Child); }
 
@@ -126,11 +127,21 @@ private:
         int32_t Length = 0;
     };
 
+    // What AddElement is asked for.
+    struct NewElement
+    {
+        const wchar_t* Name;
+        const ZVString& Value;
+        uint32_t Flags;
+
+        bool Has(uint32_t flag) const { return (Flags & flag) != 0; }
+    };
+
     struct PathStep;
 
-    bool FoldsNames() const { return (m_flags & FoldNames) != 0; }
+    ZVXMLText::Case NameCase() const { return (m_flags & FoldNames) != 0 ? ZVXMLText::Case::Folded : ZVXMLText::Case::Exact; }
     ZVString Part(int32_t start, int32_t end) const { return m_document.Mid(start, end - start); }
-    // An element stands at the node position again.
+    // The current node is an element again.
     void LeaveNode() { m_node = {}; }
 
     uint32_t FindPath(uint32_t parent, uint32_t current, const wchar_t* path) const;
@@ -143,10 +154,10 @@ private:
     int32_t GetNameEnd(uint32_t element) const;
     int32_t GetStartTagLength(uint32_t element) const;
     int32_t GetEndTagLength(uint32_t element) const;
-    // The offsets between the tags; for the root those of the whole text.
+    // The offsets of the text between the tags; for the root those of the whole text.
     int32_t GetContentStart(uint32_t element) const;
     int32_t GetContentEnd(uint32_t element) const;
-    // Behind the last character of a start tag that belongs to its attributes.
+    // The offset of the ">" or "/>" of a start tag.
     int32_t GetTagBodyEnd(uint32_t element) const;
     int32_t GetEndWithLineBreak(uint32_t element) const;
     ZVString GetElementText(uint32_t element) const;
@@ -158,7 +169,7 @@ private:
     void OpenEmptyElement(uint32_t element);
     bool SetAttributeOf(uint32_t element, const wchar_t* name, const ZVString& value);
     bool SetTextOf(uint32_t element, const ZVString& text, bool useCDATA);
-    uint32_t InsertElement(uint32_t parent, uint32_t current, const wchar_t* name, const ZVString& value, uint32_t flags);
+    uint32_t InsertElement(uint32_t parent, uint32_t current, const NewElement& element);
     bool RemoveAt(uint32_t& position);
     void ForgetLostPositions();
 

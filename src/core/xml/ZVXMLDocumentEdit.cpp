@@ -19,12 +19,12 @@ bool IsAttributeName(const wchar_t* name)
     return name != nullptr && *name != L'\0' && wcspbrk(name, L" \t\n\r/><=\"'") == nullptr;
 }
 
-// A text as it stands between two tags.
+// A text in the form in which it stands between two tags.
 ZVString MakeContent(const ZVString& text, bool useCDATA)
 {
     if (text.IsEmpty() || !useCDATA)
         return text.GetEscapedXML();
-    // An end mark inside is divided between two sections.
+    // An end mark in the text is split between two sections.
     ZVString inner = text;
     inner.Replace(L"]]>", L"]]]]><![CDATA[>");
     ZVString content;
@@ -33,10 +33,10 @@ ZVString MakeContent(const ZVString& text, bool useCDATA)
 }
 }
 
-// Gives by how much the document has grown.
+// Returns by how much the document has grown.
 int32_t ZVXMLDocument::ReplaceText(int32_t start, int32_t end, const ZVString& text)
 {
-    // Strings beyond this size grow by a fixed step, which would make a long row of insertions quadratic.
+    // Strings above this size grow by a fixed step, with which many insertions would take quadratic time.
     constexpr int32_t LargeDocument = 0x100000;
     constexpr int32_t LargestStep = 0x4000000;
     const int32_t difference = text.GetLength() - (end - start);
@@ -57,7 +57,7 @@ int32_t ZVXMLDocument::GetEndWithLineBreak(uint32_t element) const
     return end < limit && m_document[end] == L'\n' ? end + 1 : end;
 }
 
-// The characters from start to end are a part of the element's start tag, and so is what replaces them.
+// Replaces characters that lie in the start tag of an element.
 void ZVXMLDocument::ReplaceInStartTag(uint32_t element, int32_t start, int32_t end, const ZVString& text)
 {
     const int32_t startTag = GetStartTagLength(element);
@@ -66,7 +66,7 @@ void ZVXMLDocument::ReplaceInStartTag(uint32_t element, int32_t start, int32_t e
     m_index[element].Length += difference;
     m_index[element].SetTagLengths(startTag + difference, endTag);
     m_index.MoveChildren(element, difference);
-    m_index.MoveBehind(element, difference);
+    m_index.MoveFollowing(element, difference);
 }
 
 // Turns a single tag into a start tag and an end tag with nothing between them.
@@ -74,7 +74,7 @@ void ZVXMLDocument::OpenEmptyElement(uint32_t element)
 {
     int32_t bodyEnd = GetTagBodyEnd(element);
     const int32_t nameEnd = GetNameEnd(element);
-    // No slash may be left at the end, or the tag would still be an empty one.
+    // If a slash were left at the end, the tag would still be an empty element.
     while (bodyEnd > nameEnd && (ZVXMLText::IsBlank(m_document[bodyEnd - 1]) || m_document[bodyEnd - 1] == L'/'))
         --bodyEnd;
     ZVString tags;
@@ -85,7 +85,7 @@ void ZVXMLDocument::OpenEmptyElement(uint32_t element)
     record.Length += difference;
     record.SetTagLengths(bodyEnd + 1 - record.Start, tags.GetLength() - 1);
     record.FlagsAndLevel &= ~ZVXMLElement::EmptyElement;
-    m_index.MoveBehind(element, difference);
+    m_index.MoveFollowing(element, difference);
 }
 
 bool ZVXMLDocument::SetAttributeOf(uint32_t element, const wchar_t* name, const ZVString& value)
@@ -100,7 +100,7 @@ bool ZVXMLDocument::SetAttributeOf(uint32_t element, const wchar_t* name, const 
     ZVString written;
     int32_t start = 0;
     int32_t end = 0;
-    if (attributes.Find(name, static_cast<int32_t>(wcslen(name)), FoldsNames()))
+    if (attributes.Find(name, NameCase()))
     {
         start = static_cast<int32_t>(attributes.GetValue() - text);
         end = start + attributes.GetValueLength();
@@ -112,7 +112,7 @@ bool ZVXMLDocument::SetAttributeOf(uint32_t element, const wchar_t* name, const 
     else
     {
         start = end = static_cast<int32_t>(attributes.GetEnd() - text);
-        // An attribute that still waits for its value would take the new one for it.
+        // An attribute with "=" but no value would take the new attribute for its value.
         const bool waitsForValue = attributes.HasEqualsSign() && !attributes.HasQuotes() && attributes.GetValueLength() == 0;
         written.AppendPieces(waitsForValue ? L"\"\" " : L" ", name, L"=", quoted);
     }
@@ -139,7 +139,7 @@ bool ZVXMLDocument::SetTextOf(uint32_t element, const ZVString& text, bool useCD
     const int32_t difference = ReplaceText(record.Start + startTag, record.End() - endTag, content);
     m_index.RemoveChildren(element);
     record.Length += difference;
-    m_index.MoveBehind(element, difference);
+    m_index.MoveFollowing(element, difference);
     if (element == m_position.Main)
         m_position.Child = 0;
     ForgetLostPositions();
@@ -150,7 +150,7 @@ bool ZVXMLDocument::AddElement(const wchar_t* name, const ZVString& value, uint3
 {
     if ((flags & ChildOfMain) != 0)
         return AddChildElement(name, value, flags);
-    const uint32_t added = InsertElement(m_position.Parent, m_position.Main, name, value, flags);
+    const uint32_t added = InsertElement(m_position.Parent, m_position.Main, {name, value, flags});
     if (added == 0)
         return false;
     m_position = {m_position.Parent, added, 0};
@@ -161,30 +161,29 @@ bool ZVXMLDocument::AddChildElement(const wchar_t* name, const ZVString& value, 
 {
     if (m_position.Main == 0)
         return false;
-    const uint32_t added = InsertElement(m_position.Main, m_position.Child, name, value, flags);
+    const uint32_t added = InsertElement(m_position.Main, m_position.Child, {name, value, flags});
     if (added == 0)
         return false;
     m_position.Child = added;
     return true;
 }
 
-uint32_t ZVXMLDocument::InsertElement(uint32_t parent, uint32_t current, const wchar_t* name, const ZVString& value,
-                                      uint32_t flags)
+uint32_t ZVXMLDocument::InsertElement(uint32_t parent, uint32_t current, const NewElement& element)
 {
-    if (!IsElementName(name))
+    if (!IsElementName(element.Name))
         return 0;
-    const bool isEmpty = value.IsEmpty() || (flags & NoEndTag) != 0;
+    const bool isEmpty = element.Value.IsEmpty() || element.Has(NoEndTag);
     ZVString startTag;
-    startTag.AppendPieces(L"<", name, isEmpty ? ((flags & BlankBeforeEnd) != 0 ? L" />" : L"/>") : L">");
+    startTag.AppendPieces(L"<", element.Name, isEmpty ? (element.Has(BlankBeforeEnd) ? L" />" : L"/>") : L">");
     ZVString content;
     ZVString endTag;
     if (!isEmpty)
     {
-        content = MakeContent(value, (flags & ValueAsCDATA) != 0);
-        endTag.AppendPieces(L"</", name, L">");
+        content = MakeContent(element.Value, element.Has(ValueAsCDATA));
+        endTag.AppendPieces(L"</", element.Name, L">");
     }
 
-    const bool inFront = (flags & InFrontOfCurrent) != 0;
+    const bool inFront = element.Has(InFrontOfCurrent);
     if (current == 0)
         current = inFront ? m_index[parent].FirstChild : m_index.LastChild(parent);
     if (m_index[parent].Has(ZVXMLElement::EmptyElement))
@@ -208,7 +207,7 @@ uint32_t ZVXMLDocument::InsertElement(uint32_t parent, uint32_t current, const w
     ZVString text;
     text.AppendPieces(lead, startTag, content, endTag);
     const int32_t elementEnd = text.GetLength();
-    if ((flags & NoLineBreak) == 0)
+    if (!element.Has(NoLineBreak))
         text.Append(LineBreak);
 
     ReplaceText(place, place, text);
@@ -219,7 +218,7 @@ uint32_t ZVXMLDocument::InsertElement(uint32_t parent, uint32_t current, const w
     record.SetTagLengths(startTag.GetLength(), endTag.GetLength());
     if (isEmpty)
         record.FlagsAndLevel |= ZVXMLElement::EmptyElement;
-    m_index.MoveBehind(added, text.GetLength());
+    m_index.MoveFollowing(added, text.GetLength());
     return added;
 }
 
@@ -230,7 +229,7 @@ bool ZVXMLDocument::RemoveAt(uint32_t& position)
         return false;
     const uint32_t previous = m_index.PreviousSibling(element);
     const int32_t difference = ReplaceText(m_index[element].Start, GetEndWithLineBreak(element), ZVString());
-    m_index.MoveBehind(element, difference);
+    m_index.MoveFollowing(element, difference);
     m_index.Remove(element);
     position = previous;
     if (&position == &m_position.Main)
@@ -247,7 +246,7 @@ void ZVXMLDocument::ForgetLostPositions()
     {
         const auto* node = m_saved.GetNext(place);
         const Position& position = node->Value;
-        // Record 0 is never freed, so a missing part does not count as lost.
+        // Record 0 is never freed, so a position with a missing element is not lost.
         if (m_index[position.Parent].Has(ZVXMLElement::Freed) || m_index[position.Main].Has(ZVXMLElement::Freed) ||
             m_index[position.Child].Has(ZVXMLElement::Freed))
             m_saved.RemoveKey(node->Key);

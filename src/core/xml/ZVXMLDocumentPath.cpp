@@ -5,10 +5,10 @@
 
 #include <algorithm>
 
-// One name of a path and, with an index above 0, which of the siblings of that name is meant.
+// One step of a path: a name and, if not 0, the index among the siblings of that name.
 struct ZVXMLDocument::PathStep
 {
-    // Reads a step and leaves path at the "/" or the end behind it. False when it is not a step.
+    // Reads a step and moves path to the "/" or the NUL after it. False if it is not a step.
     bool Read(const wchar_t*& path);
 
     const wchar_t* Name = nullptr;
@@ -24,7 +24,7 @@ bool ZVXMLDocument::PathStep::Read(const wchar_t*& path)
     path += Length;
     if (*path == L'[')
     {
-        // No document has as many elements as the largest index, so a larger one may stand for it.
+        // No document has INT32_MAX elements, so that can stand for any larger index.
         int64_t index = 0;
         for (++path; *path >= L'0' && *path <= L'9'; ++path)
             index = std::min<int64_t>(index * 10 + (*path - L'0'), INT32_MAX);
@@ -76,7 +76,7 @@ uint32_t ZVXMLDocument::NextElement(uint32_t parent, uint32_t current) const
 bool ZVXMLDocument::HasName(uint32_t element, const wchar_t* name, int32_t length) const
 {
     const wchar_t* start = m_document.GetText() + m_index[element].Start + 1;
-    return m_index[element].Length > length + 1 && ZVXMLText::AreEqual(start, name, length, FoldsNames()) &&
+    return m_index[element].Length > length + 1 && ZVXMLText::AreEqual(start, name, length, NameCase()) &&
            ZVXMLText::IsNameEnd(start[length]);
 }
 

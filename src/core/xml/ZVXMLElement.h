@@ -3,26 +3,26 @@
 #include <cstdint>
 #include <type_traits>
 
-// What the index of an XML document holds of one element: its place in the text, in wide characters, and its place in the tree.
-// The element's name, attributes and content are read from the text whenever they are asked for. Links are record indexes, and
-// 0 means no element.
+// One element in the index of an XML document: its place in the text, in characters, and its place in the tree. The name, the
+// attributes and the content of the element are read from the text when they are needed. Links are record indexes; 0 means no
+// element.
 struct ZVXMLElement
 {
-    // The tag lengths share one word, 22 bits for the start tag and 10 for the end tag. A tag that is longer has all bits set,
-    // and whoever wants its length looks for the tag's end in the text.
+    // The tag lengths share one word, with 22 bits for the start tag and 10 for the end tag. For a longer tag all bits are set,
+    // and its length must be found in the text.
     static constexpr int32_t LongStartTag = 0x3fffff;
     static constexpr int32_t LongEndTag = 0x3ff;
     static constexpr uint32_t EndTagShift = 22;
 
-    // The depth of a top element is 1. A deeper element than the last depth keeps that one; nothing is decided by it.
+    // The depth of a top element is 1. Elements that are too deep for the mask all have its value; nothing depends on it.
     static constexpr uint32_t LevelMask = 0xffff;
     // The element is a single tag.
     static constexpr uint32_t EmptyElement = 0x100000;
     static constexpr uint32_t FirstSibling = 0x200000;
     static constexpr uint32_t LastSibling = 0x800000;
-    // The element was still open where reading ended: at the end of the text, or at a tag that could not be read.
+    // The element was still open where reading ended: at the end of the text, or at a tag that cannot be read.
     static constexpr uint32_t CutOff = 0x40000000;
-    // The record is on the free list.
+    // The record is in the free list.
     static constexpr uint32_t Freed = 0x80000000;
 
     int32_t Start;   // of the "<"
@@ -32,7 +32,7 @@ struct ZVXMLElement
     uint32_t Parent;
     uint32_t FirstChild;
     uint32_t NextSibling;
-    uint32_t PreviousSibling;  // of a first sibling: the last one, so that appending needs no walk
+    uint32_t PreviousSibling;  // for the first sibling the last one, so that appending needs no walk
 
     int32_t End() const { return Start + Length; }
     bool Has(uint32_t flag) const { return (FlagsAndLevel & flag) != 0; }

@@ -1,24 +1,16 @@
 #include "core/xml/ZVXMLElementIndex.h"
 
-#include <new>
-
 ZVXMLElementIndex::ZVXMLElementIndex()
 {
     AddSegment();
     Clear();
 }
 
-ZVXMLElementIndex::~ZVXMLElementIndex()
-{
-    for (ZVXMLElement* segment : m_segments)
-        ::operator delete(segment);
-}
-
 void ZVXMLElementIndex::AddSegment()
 {
-    // The memory stays as it comes: a small document then touches only the pages that it fills.
     m_segments.Reserve(m_segments.GetCount() + 1);
-    m_segments.Add(static_cast<ZVXMLElement*>(::operator new(SegmentSize * sizeof(ZVXMLElement))));
+    // The memory is not initialised, so a small document touches only the pages that it needs.
+    m_segments.Add(new Segment);
     m_allocated += SegmentSize;
 }
 
@@ -124,7 +116,7 @@ void ZVXMLElementIndex::FreeSubtree(uint32_t top)
 {
     for (uint32_t index = top; index != 0; index = NextInSubtree(index, top))
     {
-        // The walk needs the other links of this record once more, so the chain may only use this one.
+        // The walk still needs the other links of this record, so only this one can chain the free records.
         (*this)[index].PreviousSibling = m_firstFree;
         (*this)[index].FlagsAndLevel = ZVXMLElement::Freed;
         m_firstFree = index;
@@ -155,7 +147,7 @@ uint32_t ZVXMLElementIndex::PreviousSibling(uint32_t index) const
     return (*this)[index].Has(ZVXMLElement::FirstSibling) ? 0 : (*this)[index].PreviousSibling;
 }
 
-void ZVXMLElementIndex::MoveBehind(uint32_t index, int32_t difference)
+void ZVXMLElementIndex::MoveFollowing(uint32_t index, int32_t difference)
 {
     if (difference == 0)
         return;

@@ -1,13 +1,11 @@
 #include "core/xml/ZVXMLIndexBuilder.h"
 
-#include "core/xml/ZVXMLText.h"
-
-ZVXMLIndexBuilder::ZVXMLIndexBuilder(const ZVString& document, bool foldNames, ZVXMLElementIndex& index)
+ZVXMLIndexBuilder::ZVXMLIndexBuilder(const ZVString& document, ZVXMLText::Case names, ZVXMLElementIndex& index)
     : m_text(document.GetText()),
       m_end(m_text + document.GetLength()),
       m_index(index),
       m_reader(m_text, 0, document.GetLength()),
-      m_foldNames(foldNames)
+      m_names(names)
 {
 }
 
@@ -32,7 +30,7 @@ bool ZVXMLIndexBuilder::Build()
             FinishAllOpen(m_reader.GetStart());
             return false;
         case ZVXMLNodeType::EndOfText:
-            // The elements around the innermost one are open for no other reason, so it stands for all of them.
+            // The elements around the innermost one are open for the same reason, so one message is enough.
             if (m_open != 0)
                 AddError(ZVFormat(L"Element '%s' at offset %d not ended", ElementName(m_open), m_index[m_open].Start));
             FinishAllOpen(m_reader.GetEnd());
@@ -72,8 +70,8 @@ void ZVXMLIndexBuilder::EndElement()
         if (WantsTagError())
             AddError(ZVFormat(L"End tag '%s' at offset %d does not match start tag '%s' at offset %d", TagName(),
                               m_reader.GetStart(), ElementName(m_open), m_index[m_open].Start));
-        // The tag is most likely a misspelt one of this element, or it is the parent's and this element's own is missing. To
-        // look farther out would take as long as the tree is deep, for each such tag.
+        // Most likely this is the misspelt end tag of this element, or it is that of the parent and this element's own is
+        // missing. Looking further up would take, for each such tag, time in proportion to the depth of the tree.
         const uint32_t parent = m_index[m_open].Parent;
         if (parent != 0 && IsEndTagOf(parent))
             FinishOpen(m_reader.GetStart(), 0);
@@ -103,7 +101,7 @@ bool ZVXMLIndexBuilder::IsEndTagOf(uint32_t element) const
 {
     const wchar_t* name = m_text + m_index[element].Start + 1;
     const int32_t length = m_reader.GetNameLength();
-    return m_end - name > length && ZVXMLText::AreEqual(name, m_reader.GetName(), length, m_foldNames) &&
+    return m_end - name > length && ZVXMLText::AreEqual(name, m_reader.GetName(), length, m_names) &&
            ZVXMLText::IsNameEnd(name[length]);
 }
 

@@ -1,27 +1,28 @@
 #pragma once
 
 #include "core/xml/ZVXMLElementIndex.h"
+#include "core/xml/ZVXMLText.h"
 #include "core/xml/ZVXMLTokenReader.h"
 
-// Makes the index of a document's elements in one pass over the text, and collects what is wrong with it. Damage does not end
-// the index: an element whose end tag is missing or belongs to another one ends where that is found out, and reading goes on.
-// Only a tag that cannot be read ends it.
+// Builds the index of a document's elements in one pass over the text, and collects what is wrong with the text. Damage does not
+// stop it: an element whose end tag is missing or wrong ends where this is noticed, and reading goes on. It only stops at a tag
+// that cannot be read.
 class ZVXMLIndexBuilder
 {
 public:
-    // The index must be clear. With foldNames an end tag may differ from its start tag in case.
-    ZVXMLIndexBuilder(const ZVString& document, bool foldNames, ZVXMLElementIndex& index);
+    // The index must be clear. If names are folded, an end tag may differ from its start tag in case.
+    ZVXMLIndexBuilder(const ZVString& document, ZVXMLText::Case names, ZVXMLElementIndex& index);
 
-    // True when no tag is damaged, missing or left over.
+    // True if no tag is damaged, missing or left over.
     bool Build();
-    // True when there is text outside of white space and markup.
+    // True if there is text that is neither white space nor markup.
     bool HasText() const { return m_hasText; }
-    // Takes up one more message; they are separated by line feeds.
+    // Adds a message on a new line.
     void AddError(const ZVString& message);
     const ZVString& GetErrors() const { return m_errors; }
 
 private:
-    // A hostile text could have a wrong end tag everywhere. The messages behind this many would not help to find the cause.
+    // A hostile text could consist of wrong end tags. More messages than this would not help to find the cause.
     static constexpr int32_t MaximumErrorCount = 100;
 
     void StartElement();
@@ -39,8 +40,8 @@ private:
     ZVXMLTokenReader m_reader;
     ZVString m_errors;
     int32_t m_errorCount = 0;
-    uint32_t m_open = 0;      // the innermost element that waits for its end tag
-    uint32_t m_previous = 0;  // the last element that ended inside of it
-    bool m_foldNames;
+    uint32_t m_open = 0;      // the innermost element whose end tag is still to come
+    uint32_t m_previous = 0;  // the last element that ended inside it
+    ZVXMLText::Case m_names;
     bool m_hasText = false;
 };

@@ -5,21 +5,23 @@
 #include <cstdint>
 #include <cwchar>
 
-// What the characters of an XML text mean to the token reader and to those who look into a tag.
+// The meaning of the characters of an XML text, for the token reader and for code that looks into a tag.
 namespace ZVXMLText
 {
+inline constexpr wchar_t Blanks[] = L" \t\n\r";
+
 inline bool IsBlank(wchar_t character)
 {
     return character == L' ' || character == L'\t' || character == L'\n' || character == L'\r';
 }
 
-// What ends the name of an element.
+// True for a character that ends the name of an element.
 inline bool IsNameEnd(wchar_t character)
 {
     return character <= L'>' && (IsBlank(character) || character == L'/' || character == L'>');
 }
 
-// What begins the name of an element: the reader takes more than the standard's names, since nothing is lost by it.
+// True for a character that begins the name of an element. More characters are accepted than by the standard, which does no harm.
 inline bool IsNameStart(wchar_t character)
 {
     return (character >= L'A' && character <= L'Z') || character == L'_' || character == L':' || character > 96;
@@ -46,10 +48,18 @@ inline const wchar_t* FindCharacter(const wchar_t* text, const wchar_t* end, wch
     return found != nullptr ? found : end;
 }
 
-inline bool AreEqual(const wchar_t* left, const wchar_t* right, int32_t length, bool fold)
+// How names are compared.
+enum class Case : int32_t
+{
+    Exact,
+    Folded,
+};
+
+inline bool AreEqual(const wchar_t* left, const wchar_t* right, int32_t length, Case names)
 {
     for (int32_t index = 0; index < length; ++index)
-        if (left[index] != right[index] && !(fold && ZVCharacter::ToLower(left[index]) == ZVCharacter::ToLower(right[index])))
+        if (left[index] != right[index] &&
+            (names == Case::Exact || ZVCharacter::ToLower(left[index]) != ZVCharacter::ToLower(right[index])))
             return false;
     return true;
 }

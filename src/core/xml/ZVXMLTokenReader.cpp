@@ -17,17 +17,17 @@ struct Markup
     std::wstring_view Ending;
     ZVXMLNodeType Type;
     const wchar_t* Name;
-    const wchar_t* WrongOpening;  // what is incorrect when the text has only the first characters of the opening
+    const wchar_t* WrongOpening;  // the error if only the first characters of the opening are there
 };
 
-// An opening is told from the others as soon as it can be: "<![C" is enough for a CDATA section.
+// An opening has only the characters that tell it from the others: "<![C" is enough for a CDATA section.
 constexpr Markup Markups[] = {
     {L"<?",   L"?>",  ZVXMLNodeType::ProcessingInstruction, L"Processing instruction", nullptr       },
     {L"<!--", L"-->", ZVXMLNodeType::Comment,               L"Comment",                L"comment tag"},
     {L"<![C", L"]]>", ZVXMLNodeType::CDATASection,          L"CDATA Section",          L"! tag"      },
 };
 
-// The characters around the content of a node.
+// The number of characters before and after the content of a node.
 struct Markers
 {
     ZVXMLNodeType Type;
@@ -42,8 +42,8 @@ constexpr Markers NodeMarkers[] = {
     {ZVXMLNodeType::UnpairedEndTag,        2, 1},
 };
 
-// The place behind the first occurrence of an ending, all of which end with ">", or null.
-const wchar_t* FindBehind(const wchar_t* text, const wchar_t* end, std::wstring_view ending)
+// The place after the first occurrence of an ending, or null. All endings end with ">".
+const wchar_t* FindAfter(const wchar_t* text, const wchar_t* end, std::wstring_view ending)
 {
     const size_t front = ending.size() - 1;
     for (const wchar_t* place = text; (place = ZVXMLText::FindCharacter(place, end, L'>')) != end; ++place)
@@ -135,10 +135,10 @@ ZVXMLNodeType ZVXMLTokenReader::ReadMarkup()
     {
         if (rest.starts_with(markup.Opening))
         {
-            const wchar_t* behind = FindBehind(m_start + markup.Opening.size(), m_end, markup.Ending);
-            if (behind == nullptr)
+            const wchar_t* after = FindAfter(m_start + markup.Opening.size(), m_end, markup.Ending);
+            if (after == nullptr)
                 return Fail(Unterminated, markup.Name);
-            m_position = behind;
+            m_position = after;
             return markup.Type;
         }
         if (markup.Opening.starts_with(rest))
@@ -151,7 +151,7 @@ ZVXMLNodeType ZVXMLTokenReader::ReadMarkup()
 
 ZVXMLNodeType ZVXMLTokenReader::ReadDocumentType()
 {
-    // Declarations stand in brackets of their own inside the type's; quotes in them are not looked at.
+    // Declarations inside have brackets of their own. Quotes are not looked at.
     int32_t depth = 0;
     for (const wchar_t* place = m_start; place != m_end; ++place)
     {

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// The nodes of an XML text. The values above zero can be combined to a mask.
+// The nodes of an XML text. The values above zero can be combined into a mask.
 enum class ZVXMLNodeType : int32_t
 {
     EndOfText = -2,
@@ -20,38 +20,38 @@ enum class ZVXMLNodeType : int32_t
     UnpairedEndTag = 128,
 };
 
-// Reads the nodes of an XML text one after the other, from any offset at which a node can begin. It knows nothing of the tree:
-// an element node is its start tag alone. The text belongs to the caller, may hold NUL characters and is read in one pass
-// without a copy.
+// Reads the nodes of an XML text one after the other, from any offset at which a node can begin. It does not know the tree: an
+// element node is only its start tag. The text belongs to the caller and may contain NUL characters; it is read in one pass and
+// not copied.
 class ZVXMLTokenReader
 {
 public:
-    // Reads the characters of a text from offset up to, not including, end.
+    // Reads the characters of a text from offset up to but not including end.
     ZVXMLTokenReader(const wchar_t* text, int32_t offset, int32_t end)
         : m_text(text), m_end(text + end), m_position(text + offset)
     {
     }
 
-    // Reads the next node and gives its type. A text node ends before the next "<". It is white space when it holds nothing but
-    // blanks, tabs and line ends. After an error the reader stays where it is.
+    // Reads the next node and returns its type. A text node ends before the next "<"; if it has only blanks, tabs and line ends
+    // it is white space. After an error the reader stays where it is.
     ZVXMLNodeType Read();
-    // Goes on at another offset.
+    // Continues at another offset.
     void SeekTo(int32_t offset) { m_position = m_text + offset; }
 
-    // The node that was read last, in characters from the start of the text. A node with an error has no length.
+    // The place of the last node, in characters from the start of the text. After an error the length is 0.
     int32_t GetStart() const { return static_cast<int32_t>(m_start - m_text); }
     int32_t GetLength() const { return static_cast<int32_t>(m_position - m_start); }
     int32_t GetEnd() const { return static_cast<int32_t>(m_position - m_text); }
     // The name in a start or end tag.
     const wchar_t* GetName() const { return m_name; }
     int32_t GetNameLength() const { return m_nameLength; }
-    // True for a start tag that ends with "/>".
+    // True if the start tag ends with "/>".
     bool IsEmptyElement() const { return m_isEmptyElement; }
-    // What is wrong with a node of type Error, with the offset at which the node begins.
+    // What is wrong, with the offset of the node, after an error.
     ZVString GetErrorText() const;
 
-    // Cuts the markers off a node that lies at text: the four and three characters of a comment, for example. The rest of a
-    // node that is shorter than its markers is empty. Nodes without markers are left as they are.
+    // Cuts the markers off the node at text, for example four and three characters of a comment. What is left of a node that is
+    // shorter than its markers is empty. A node without markers stays as it is.
     static void CutMarkers(ZVXMLNodeType type, const wchar_t*& text, int32_t& length);
 
 private:

@@ -49,10 +49,10 @@ TEST(ZVDateText, WritesForPeople)
 {
     const double thisYear = WithYear(Evening, YearOf(Now()));
     ExpectTexts({
-        {ToDecade(FromFields(-5, 1, 1)), L"-10's"}, {ToTimeOfDay(Noon, true), L"12:00"},
-        {ToTimeOfDay(Noon, true, ZVDateSeconds::Always), L"12:00:00"}, {ToTimeOfDay(Midnight, false), L"12:00 am"},
+        {ToDecade(FromFields(-5, 1, 1)), L"-10's"}, {ToTimeOfDay(Noon, ZVDateClock::Hours24), L"12:00"},
+        {ToTimeOfDay(Noon, ZVDateClock::Hours24, ZVDateSeconds::Always), L"12:00:00"}, {ToTimeOfDay(Midnight, ZVDateClock::Hours12), L"12:00 am"},
         {ToTimeWords(Midnight), L"Midnight"}, {ToTimeWords(Noon), L"Noon"}, {ToTimeWords(Noon + 1 / 86400.0), L"12:00:01 pm"},
-        {ToTimeWords(Day) + ToTimeOfDay(Year, true), L""}, {ToShortDate(thisYear), L"May 6"}, {ToShortDate(Year), L"2024"},
+        {ToTimeWords(Day) + ToTimeOfDay(Year, ZVDateClock::Hours24), L""}, {ToShortDate(thisYear), L"May 6"}, {ToShortDate(Year), L"2024"},
         {ToDecade(0.0) + ToShortDate(0.0) + ToTimeWords(0.0), L""},
     });
 }
@@ -66,7 +66,7 @@ TEST(ZVDateText, FollowsTheLocaleOnlyWhereItIsForPeople)
     ExpectTexts({
         {ToRFC1123(march), L"Tue, 5 Mar 2024 07:08:09 GMT"}, {Format(march, L"month dayname"), L"M\u00e4rz Dienstag"},
         {Format(march, L"%a %B", EnglishNames), L"Tue March"}, {Format(march, L"date"), L"05.03.2024"},
-        {ToTimeOfDay(march, false), L"07:08:09 am"}, {ToShortDate(march, EnglishNames), L"5 Mar 2024"},
+        {ToTimeOfDay(march, ZVDateClock::Hours12), L"07:08:09 am"}, {ToShortDate(march, EnglishNames), L"5 Mar 2024"},
     });
 }
 

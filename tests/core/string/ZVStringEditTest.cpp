@@ -59,7 +59,7 @@ TEST(ZVStringEdit, Edits)
         {Edited(L"abc", [](S& text) { text.SetAt(3, L'x'); text.SetAt(-1, L'x'); text.SetAt(1, L'\0'); }), L"a"},
         {Edited(L"bab", [](S& text) { EXPECT_EQ(text.Remove(L'b'), 2); }), L"a"},
         {Edited(L"abcd", [](S& text) { text.Replace(1, 3, L"wxyz"); }), L"awxyzd"},
-        {Edited(L"abcd", [](S& text) { text.Replace(0, 1, {text, 3}); }), L"abcbcd"},
+        {Edited(L"abcd", [](S& text) { text.Replace(0, 1, ZVStringPiece(text, 3)); }), L"abcbcd"},
         {Edited(L"abcd", [](S& text) { text.Replace(2, 5, L"x"); text.Replace(2, 1, L"x"); text.Replace(-1, 1, L"x"); }),
          L"abcd"},
         {Edited(L"aBc1", [](S& text) { text.MakeUpper(); }), L"ABC1"},

@@ -73,7 +73,7 @@ TEST(ZVStringNumber, FromInt)
     const auto written = [](int32_t room, int64_t value, int32_t minimumDigits)
     {
         wchar_t target[] = L"################";
-        const int32_t count = ZVNumberText::WriteSigned(target, room, value, minimumDigits, 10, 0);
+        const int32_t count = ZVNumberText::WriteSigned(target, room, value, {minimumDigits});
         return std::wstring(target, static_cast<size_t>(count) + 1);
     };
     EXPECT_TRUE(written(7, 1, 0) == L"#" && written(8, 12345678, 0) == L"12345678#" && written(8, 1, INT_MAX) == L"0000000?#");

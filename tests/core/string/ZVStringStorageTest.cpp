@@ -176,8 +176,8 @@ TEST(ZVStringStorage, AppendForms)
     text += source;
     EXPECT_EQ(text.GetText(), source.GetText());
     text += text;
-    text.AppendPieces(L"-", {L"cdef", 2}, {nullptr, 7}, source);
-    text.AppendPieces(text, {text.GetText() + 5, 2});
+    text.AppendPieces(L"-", ZVStringPiece(L"cdef", 2), ZVStringPiece(nullptr, 7), source);
+    text.AppendPieces(text, ZVStringPiece(text.GetText() + 5, 2));
     text.AppendNarrow("\xe9y", -1);
     text.AppendNarrow("z\0w", 3);
     text.AppendNarrow(nullptr, 3);
@@ -197,7 +197,8 @@ TEST(ZVStringStorage, PartsOfALockedStringPutIntoIt)
     };
     EXPECT_EQ(changed([](auto& text, const wchar_t* part) { text.AppendPieces(L"-", part, part); }), letters + L"yz-yzyz");
     EXPECT_EQ(changed([](auto& text, const wchar_t* part) { text.Insert(0, part); }), L"yz" + letters + L"yz");
-    EXPECT_EQ(changed([](auto& text, const wchar_t* part) { text.Replace(3000, 3001, {part, 2}); }), letters + L"yzz");
+    EXPECT_EQ(changed([](auto& text, const wchar_t* part) { text.Replace(3000, 3001, ZVStringPiece(part, 2)); }),
+              letters + L"yzz");
 }
 
 TEST(ZVStringStorage, StringsThatShareABlockMayLiveInSeveralThreads)

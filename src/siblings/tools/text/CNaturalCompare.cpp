@@ -73,7 +73,7 @@ int32_t CompareExactly(BoundedText a, BoundedText b)
 }
 }
 
-int32_t CNaturalCompare::Compare(const wchar_t* textA, const wchar_t* textB, int32_t length, bool breakTies)
+int32_t CNaturalCompare::Compare(const wchar_t* textA, const wchar_t* textB, int32_t length, Ties ties)
 {
     BoundedText a(textA, length);
     BoundedText b(textB, length);
@@ -98,7 +98,7 @@ int32_t CNaturalCompare::Compare(const wchar_t* textA, const wchar_t* textB, int
     // One text is at its end, and comes first if the other is not.
     if (const int32_t order = OrderOfCodes(a.Current(), b.Current()); order != 0)
         return order;
-    if (!breakTies)
+    if (ties == Ties::Kept)
         return 0;
     return orderOfZeros != 0 ? orderOfZeros : CompareExactly(BoundedText(textA, length), BoundedText(textB, length));
 }

@@ -7,9 +7,13 @@
 class CNaturalCompare
 {
 public:
+    // What becomes of texts that are the same in this order but not alike.
+    enum class Ties
+    {
+        Kept,
+        Broken,  // by the leading zeros of the first number in which they differ, fewer first, and then by the code points
+    };
+
     // Compares two NUL-terminated texts, or their first length characters when length is not negative: -1, 0 or 1.
-    //
-    // Texts that are the same in this order but not alike are, with breakTies, told apart by the leading zeros of the first
-    // number in which they differ, fewer first, and then by the code points.
-    static int32_t Compare(const wchar_t* a, const wchar_t* b, int32_t length, bool breakTies);
+    static int32_t Compare(const wchar_t* a, const wchar_t* b, int32_t length, Ties ties);
 };

@@ -20,7 +20,9 @@ int32_t CStringTools::Find(const wchar_t* text, const wchar_t* needle, int32_t m
 
 int32_t CStringTools::Compare(const wchar_t* a, const wchar_t* b, int32_t flags, bool option, int32_t length)
 {
-    const int32_t order = CNaturalCompare::Compare(a, b, length, (flags & CompareWithoutTieBreaks) == 0);
+    using Ties = CNaturalCompare::Ties;
+    const Ties ties = (flags & CompareWithoutTieBreaks) != 0 ? Ties::Kept : Ties::Broken;
+    const int32_t order = CNaturalCompare::Compare(a, b, length, ties);
     return option ? -order : order;
 }
 
