@@ -17,8 +17,8 @@ enum class ZVArchiveEntryKind
 struct ZVArchiveEntry
 {
     ZVArchiveEntryKind Kind;
-    const char* Path;    // null when the archive has none that can be read
-    const char* Target;  // what a link leads to; null for everything else
+    const char* Path;              // null when the archive has none that can be read
+    const char* Target = nullptr;  // what a link leads to; null for everything else
 };
 
 // The names in an archive, entry by entry, and the rules that keep it within the folder that it is unpacked into: no name occurs

@@ -119,13 +119,13 @@ private:
         switch (m_library.archive_entry_filetype(m_entry.get()))
         {
         case AE_IFREG:
-            return {ZVArchiveEntryKind::File, path, nullptr};
+            return {ZVArchiveEntryKind::File, path};
         case AE_IFDIR:
-            return {ZVArchiveEntryKind::Folder, path, nullptr};
+            return {ZVArchiveEntryKind::Folder, path};
         case AE_IFLNK:
             return {ZVArchiveEntryKind::SymbolicLink, path, m_library.archive_entry_symlink(m_entry.get())};
         default:
-            return {ZVArchiveEntryKind::Other, path, nullptr};
+            return {ZVArchiveEntryKind::Other, path};
         }
     }
 
