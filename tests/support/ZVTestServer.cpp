@@ -16,16 +16,15 @@
 
 namespace
 {
-// The size of a chunk, and what one call of the system gets.
+// The size of a chunk, and of what one call of the system is given.
 constexpr size_t PieceSize = 1000;
 
-// The system takes all of it unless the connection ends.
 bool SendAll(int socket, const std::string& bytes)
 {
     return send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(bytes.size());
 }
 
-// False when the connection ends meanwhile.
+// False when the connection ends before the time is over.
 bool Wait(int socket, int milliseconds)
 {
     pollfd state {socket, POLLRDHUP, 0};
@@ -49,7 +48,7 @@ bool Receive(FILE* stream, ZVTestRequest& request)
     return fread(request.Body.data(), 1, request.Body.size(), stream) == request.Body.size();
 }
 
-// Applies the Range header of a request, of which the form "bytes=first-" is understood.
+// Applies the Range header of a request, which may have the form "bytes=first-".
 void CutToRange(const ZVTestRequest& request, ZVTestAnswer& answer)
 {
     const std::string range = request.GetHeader("Range");
@@ -75,29 +74,24 @@ std::string ZVTestRequest::GetHeader(const std::string& name) const
 ZVTestServer::ZVTestServer()
 {
     setenv("no_proxy", "127.0.0.1,localhost", 1);
-    m_listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    m_listener = ZVDescriptor(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_in address {};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
-    EXPECT_EQ(bind(m_listener, reinterpret_cast<sockaddr*>(&address), size), 0);
-    EXPECT_EQ(listen(m_listener, SOMAXCONN), 0);
-    EXPECT_EQ(getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &size), 0);
+    EXPECT_EQ(bind(m_listener.Get(), reinterpret_cast<sockaddr*>(&address), size), 0);
+    EXPECT_EQ(listen(m_listener.Get(), SOMAXCONN), 0);
+    EXPECT_EQ(getsockname(m_listener.Get(), reinterpret_cast<sockaddr*>(&address), &size), 0);
     m_port = ntohs(address.sin_port);
     m_acceptor = std::thread([this] { Accept(); });
 }
 
 ZVTestServer::~ZVTestServer()
 {
-    shutdown(m_listener, SHUT_RDWR);
+    shutdown(m_listener.Get(), SHUT_RDWR);
     m_acceptor.join();
-    for (auto& [stream, thread] : m_connections)
-    {
-        shutdown(fileno(stream), SHUT_RDWR);
-        thread.join();
-        fclose(stream);
-    }
-    close(m_listener);
+    for (const auto& connection : m_connections)
+        shutdown(fileno(connection.first.get()), SHUT_RDWR);
     unsetenv("no_proxy");
 }
 
@@ -122,12 +116,12 @@ std::vector<ZVTestRequest> ZVTestServer::GetRequests(const std::string& target) 
 
 void ZVTestServer::Accept()
 {
-    for (int socket = 0; (socket = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;)
+    for (int socket = 0; (socket = accept4(m_listener.Get(), nullptr, nullptr, SOCK_CLOEXEC)) >= 0;)
     {
         const int yes = 1;
         setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
         FILE* const stream = fdopen(socket, "r");
-        m_connections.emplace_back(stream, [this, stream] { Serve(stream); });
+        m_connections.emplace_back(Stream(stream, fclose), [this, stream] { Serve(stream); });
     }
 }
 
@@ -152,7 +146,7 @@ ZVTestAnswer ZVTestServer::FindAnswer(const ZVTestRequest& request)
     return answer;
 }
 
-// True when the connection can serve another request.
+// True when the connection can go on with another request.
 bool ZVTestServer::Send(int socket, const ZVTestRequest& request, ZVTestAnswer answer)
 {
     if (!Wait(socket, answer.DelayMilliseconds))

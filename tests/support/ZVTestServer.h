@@ -1,11 +1,13 @@
 #pragma once
 
 #include "core/string/ZVString.h"
+#include "system/library/ZVDescriptor.h"
 
 #include <atomic>
 #include <cstdint>
 #include <cstdio>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -15,33 +17,33 @@
 struct ZVTestRequest
 {
     std::string Method;
-    // What stands behind the method: a path with its query, or a whole address when the server is used as a proxy.
+    // What follows the method: a path with its query, or a whole address when the server is used as a proxy.
     std::string Target;
     // "Name: value", in the order in which they came.
     std::vector<std::string> Headers;
     std::string Body;
 
-    // The value of the first header of a name, whose case does not count; empty without one.
+    // The value of the first header with a name, in any case; empty when there is none.
     std::string GetHeader(const std::string& name) const;
 };
 
-// What the test server answers. The plain one is a 200 with the body and its length.
+// What the test server answers; by default a 200 with the body and its length.
 struct ZVTestAnswer
 {
     int Status = 200;
-    // Lines without their end, sent behind those that the server makes: "Location: /there", "Content-Encoding: gzip".
+    // Lines without their ends, sent after those that the server makes: "Location: /there", "Content-Encoding: gzip".
     std::vector<std::string> Headers {};
     std::string Body {};
 
     // A request with a Range header gets the 206 or 416 that it asks for.
     bool AnswersRanges = false;
-    // The body goes out in chunks and without a length.
+    // The body is sent in chunks and without a length.
     bool IsChunked = false;
-    // The body goes out without a length and ends with the connection.
+    // The body is sent without a length and ends with the connection.
     bool HidesLength = false;
-    // The connection is closed when so many bytes of the body are out, thousands of them; the length still tells of all.
+    // The connection is closed after that many bytes of the body, a multiple of 1000; the length is that of the whole body.
     int64_t CutAfter = -1;
-    // Waits in front of the status line, and again when so many thousands of bytes of the body are out.
+    // Waits before the status line, and again after that many bytes of the body, a multiple of 1000.
     int DelayMilliseconds = 0;
     int64_t StallAfter = -1;
     int StallMilliseconds = 0;
@@ -51,41 +53,42 @@ struct ZVTestAnswer
     int PieceMilliseconds = 0;
 };
 
-// An HTTP/1.1 server on a free port of the loopback address, for the life of the object. Each connection has a thread of its
-// own and stays open for further requests. HEAD gets the headers that GET would. A target without an answer gets a 404. The
-// variable no_proxy names the loopback address while a server lives, so that a proxy in the environment does not get in
-// between. All of it may be called from any thread.
+// An HTTP/1.1 server on a free port of the loopback address, as long as the object lives. Each connection has a thread of its own
+// and stays open for further requests. HEAD gets the headers that GET would. A target without an answer gets a 404. Meanwhile the
+// variable no_proxy names the loopback address, so that no proxy gets in between. May be called from any thread.
 class ZVTestServer
 {
 public:
     ZVTestServer();
     ~ZVTestServer();
 
-    // What a target is answered with, "/file.txt" for one: always the same, or one after the other with the last repeated.
+    // What a target such as "/file.txt" is answered with: always the same, or one answer after the other, the last one repeated.
     void SetAnswer(const std::string& target, const ZVTestAnswer& answer) { SetAnswers(target, {answer}); }
     void SetAnswers(const std::string& target, const std::vector<ZVTestAnswer>& answers);
 
     // The address of a target: "http://127.0.0.1:port/file.txt".
     ZVString GetURL(const std::string& target) const;
 
-    // The requests so far, or those for one target. A request is there before its answer goes out.
+    // The requests so far, or those for one target. A request is there before its answer is sent.
     std::vector<ZVTestRequest> GetRequests(const std::string& target = "") const;
-    // Bytes of bodies that were given to the system so far.
+    // Bytes of bodies that the system was given so far.
     int64_t GetSentBodyBytes() const { return m_sentBodyBytes; }
 
 private:
+    using Stream = std::unique_ptr<FILE, int (*)(FILE*)>;
+
     void Accept();
     void Serve(FILE* stream);
     ZVTestAnswer FindAnswer(const ZVTestRequest& request);
     bool Send(int socket, const ZVTestRequest& request, ZVTestAnswer answer);
     bool SendBody(int socket, const ZVTestAnswer& answer);
 
-    int m_listener = -1;
+    ZVDescriptor m_listener;
     int m_port = 0;
     mutable std::mutex m_mutex;
     std::map<std::string, std::vector<ZVTestAnswer>> m_answers;
     std::vector<ZVTestRequest> m_requests;
     std::atomic<int64_t> m_sentBodyBytes = 0;
-    std::vector<std::pair<FILE*, std::thread>> m_connections;
+    std::vector<std::pair<Stream, std::jthread>> m_connections;
     std::thread m_acceptor;
 };

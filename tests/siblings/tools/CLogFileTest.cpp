@@ -5,17 +5,13 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <csignal>
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/resource.h>
 
 namespace
 {
 constexpr int ProcessCount = 4;
 constexpr int LineCount = 5000;
 
-// Lines of 40 bytes with their breaks, so that a test knows when the file is full.
+// A line of 40 bytes with its line break, so that a test knows when the file is full.
 std::string TestLine(int process, int line)
 {
     return "process " + std::to_string(process) + " line " + std::to_string(10'000 + line) + " ..................";
@@ -38,7 +34,7 @@ std::vector<std::string> ReadBoth(const ToolsFolder& folder)
 TEST(CLogFile, ProcessesNeitherMixNorLoseLinesNorRotateAFileThatIsNotFull)
 {
     constexpr int64_t AllSize = ProcessCount * LineCount * LineSize;
-    // No rotation; one; so many that most lines go with a file that is dropped.
+    // No rotation, one rotation, and so many that most lines are in files that are dropped.
     for (const int64_t rotationSize : {AllSize + 1, AllSize * 6 / 10, int64_t {16 * 1024}})
     {
         SCOPED_TRACE(rotationSize);
@@ -52,13 +48,13 @@ TEST(CLogFile, ProcessesNeitherMixNorLoseLinesNorRotateAFileThatIsNotFull)
                                      return true;
                                  }));
         const int64_t oldSize = static_cast<int64_t>(folder.Read("log.1").size());
-        EXPECT_TRUE(rotationSize < AllSize ? oldSize >= rotationSize : oldSize == 0) << oldSize;
+        EXPECT_GE(oldSize, rotationSize < AllSize ? rotationSize : 0);
         std::vector<std::string> lines = ReadBoth(folder);
-        // Sorted by "process N", but by nothing else.
+        // Sorted only by "process N".
         std::ranges::stable_sort(lines, {}, [](const std::string& line) { return line.substr(0, 9); });
         EXPECT_TRUE(std::ranges::is_sorted(lines, std::ranges::less_equal {})) << "lines out of order, or twice";
         EXPECT_THAT(lines, testing::Each(testing::MatchesRegex("process [0-3] line 1[0-9]{4} \\.{18}")));
-        EXPECT_TRUE(lines.size() == ProcessCount * LineCount || rotationSize < AllSize / 2) << "lines are lost";
+        EXPECT_GE(lines.size(), rotationSize > AllSize / 2 ? size_t {ProcessCount * LineCount} : 0) << "lines are lost";
     }
 }
 
@@ -69,7 +65,7 @@ TEST(CLogFile, AWriterThatSleptThroughRotationsLosesNothing)
     Append(sleeper, TestLine(0, 0));
     CLogFile busy(folder.AsString() + L"log", 2 * LineSize);
     Append(busy, TestLine(1, 0));
-    // The file that both had open is log.1 now: its line goes there, and the next one to the new file.
+    // The file that both had open is log.1 now: the next line goes there, and the one after it into the new file.
     Append(sleeper, TestLine(0, 1));
     Append(sleeper, TestLine(0, 2));
     EXPECT_EQ(folder.ReadLines("log.1").size(), 3u);
@@ -79,79 +75,5 @@ TEST(CLogFile, AWriterThatSleptThroughRotationsLosesNothing)
         Append(busy, TestLine(1, line));
     Append(sleeper, TestLine(0, 3));
     EXPECT_THAT(ReadBoth(folder), testing::Contains(TestLine(0, 3)).Times(1));
-}
-
-TEST(CLogFile, DoesNotWaitForAProcessThatRotates)
-{
-    const ToolsFolder folder;
-    CLogFile file(folder.AsString() + L"log", LineSize);
-    folder.Write("log", "");
-    const int rotating = open(folder.PathOf("log").c_str(), O_RDONLY);
-    ASSERT_EQ(flock(rotating, LOCK_EX), 0);
-    Append(file, TestLine(0, 1));
-    EXPECT_FALSE(folder.Has("log.1"));
-    close(rotating);
-    Append(file, "two");
-    EXPECT_EQ(folder.ReadLines("log.1").size(), 2u);
-}
-
-TEST(CLogFile, WritesOnceToALinkWhetherItsTargetHasANameOrNot)
-{
-    const ToolsFolder folder;
-    folder.Write("target", "");
-    std::filesystem::create_symlink(folder.PathOf("target"), folder.PathOf("log"));
-    const int target = open(folder.PathOf("target").c_str(), O_RDONLY);
-    CLogFile named(folder.AsString() + L"log", LineSize);
-    CLogFile nameless(ZVFormat(L"/proc/self/fd/%d", target), LineSize);
-    for (CLogFile* file : {&named, &nameless})
-    {
-        Append(*file, TestLine(0, 0));
-        Append(*file, TestLine(0, 1));
-        std::filesystem::remove(folder.PathOf("target"));
-    }
-    EXPECT_FALSE(folder.Has("log.1"));
-    EXPECT_EQ(lseek(target, 0, SEEK_END), 4 * LineSize);
-    close(target);
-}
-
-TEST(CLogFile, ALineThatWasCutDoesNotRunIntoTheNext)
-{
-    const ToolsFolder folder;
-    ASSERT_TRUE(RunProcesses(1,
-                             [&](int)
-                             {
-                                 signal(SIGXFSZ, SIG_IGN);
-                                 CLogFile file(folder.AsString() + L"log");
-                                 // The second cut takes away nothing but the line break.
-                                 for (const rlim_t limit : {rlim_t {2}, rlim_t {8}, rlim_t {100}})
-                                 {
-                                     const rlimit size {limit, RLIM_INFINITY};
-                                     if (setrlimit(RLIMIT_FSIZE, &size) != 0)
-                                         return false;
-                                     Append(file, "12345");
-                                 }
-                                 return true;
-                             }));
-    EXPECT_EQ(folder.Read("log"), "12\n12345\n12345\n");
-}
-
-TEST(CLogFile, NoticesAfterSomeSecondsWhatChangedAroundIt)
-{
-    const ToolsFolder folder;
-    folder.Write("failed", "in the way");
-    CLogFile failed(folder.AsString() + L"failed/log");
-    Append(failed, "dropped");
-    std::filesystem::remove(folder.PathOf("failed"));
-    Append(failed, "dropped too, nobody looks at the disk");
-    EXPECT_FALSE(folder.Has("failed"));
-
-    CLogFile removed(folder.AsString() + L"removed/log");
-    Append(removed, "gone");
-    std::filesystem::remove_all(folder.PathOf("removed"));
-
-    usleep(2'100'000);
-    for (CLogFile* file : {&failed, &removed})
-        Append(*file, "kept");
-    EXPECT_EQ(folder.Read("failed/log") + folder.Read("removed/log"), "kept\nkept\n");
 }
 }

@@ -2,16 +2,16 @@
 
 #include "FakeTools.h"
 #include "ToolsFolder.h"
+#include "contracts/ZVReleasePointer.h"
 
 #include <gmock/gmock.h>
 
 #include <csignal>
 #include <future>
-#include <memory>
 
 namespace
 {
-using Lock = std::unique_ptr<IZVNamedLock, decltype([](IZVNamedLock* lock) { lock->Release(); })>;
+using Lock = ZVReleasePointer<IZVNamedLock>;
 
 class CNamedLocksTest : public testing::Test
 {
@@ -27,8 +27,10 @@ TEST_F(CNamedLocksTest, ExcludesOthersOfTheSameNameUntilItIsGivenBack)
 {
     const auto first = Create(L"../a lock/with: \u00fc");
     const auto second = Create(L"../a lock/with: \u00fc");
-    EXPECT_TRUE(first->Lock(0) && first->Lock(0));
-    EXPECT_FALSE(second->Lock(0) || second->Lock(20));
+    for (int round = 0; round < 2; ++round)
+        EXPECT_TRUE(first->Lock(0));
+    for (const int32_t milliseconds : {0, 20})
+        EXPECT_FALSE(second->Lock(milliseconds));
     EXPECT_TRUE(Create(L"../a lock/with: u")->Lock(0));
     const auto later = std::async(std::launch::async, [&first] { usleep(30'000), first->Unlock(); });
     EXPECT_TRUE(second->Lock(60000));

@@ -21,7 +21,7 @@ TEST_F(ZVLogScopeTest, FramesAFunctionAndShowsAResultUnlessItIsTheMarkForNone)
         scope.LogWide(L"wide \u00e4 %s", "\xc3\xa4");
     }
     for (const int32_t result : {0, static_cast<int32_t>(0x8a33f231)})
-        ZVLogScope(1, L"S", true).SetResult(result);
+        ZVLogScope({1, L"S"}, true).SetResult(result);
     EXPECT_THAT(m_tools.Manager.Lines,
                 ElementsAre("256|S\xc3\xa4|Start", "256|S\xc3\xa4|3 of four", "256|S\xc3\xa4|wide \xc3\xa4 \xc3\xa4",
                             MatchesRegex("256\\|S..\\|Finish \\([0-9]+ ms\\)"), "1|S|Start",
@@ -55,6 +55,6 @@ TEST(ZVLogScopeWithoutTools, StillCountsTime)
     const CLogToStringItem item(1);
     scope.LogHex("", 1);
     usleep(20'000);
-    EXPECT_TRUE(scope.GetElapsedMilliseconds() >= 20 && scope.GetElapsedMilliseconds() < 20'000);
+    EXPECT_GE(scope.GetElapsedMilliseconds(), 20);
 }
 }

@@ -4,7 +4,7 @@
 
 #include <cwchar>
 
-// Tools that order texts by their length, and to which every text with "*" or "?" has wild cards.
+// Tools that order texts by their length and take every "*" and "?" for a wild card.
 class FakeStringTools final : public FakeTools, public IZVStringTools
 {
 public:
