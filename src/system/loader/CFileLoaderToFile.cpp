@@ -3,6 +3,7 @@
 #include "core/date/ZVDate.h"
 #include "core/date/ZVDateText.h"
 #include "system/file/ZVFileInfo.h"
+#include "system/file/ZVFileSystem.h"
 #include "system/loader/CFileReplacement.h"
 #include "system/loader/CFileSink.h"
 
@@ -87,21 +88,19 @@ bool CFileLoader::LoadResumed(const ZVFilename& url, const ZVString& path, ZVLoa
 
 bool CFileLoader::LoadIfNewer(const ZVFilename& url, const ZVString& path)
 {
-    const ZVString file = CFileSink::FollowLinks(path);
-    const ZVFileInfo old(file);
-    if (!old.IsFound() || old.GetSize() < 1)
+    if (ZVFileSystem::GetFileSize(path) < 1)
     {
-        CFileSink sink(file);
+        CFileSink sink(path);
         return LoadWhole(url, sink, ZVLoadToFileMode::IfNewer);
     }
 
-    const double modified = ZVDate::FromUnix(static_cast<int64_t>(old.GetModificationTime()));
+    const double modified = ZVDate::FromUnix(static_cast<int64_t>(ZVFileInfo(path).GetModificationTime()));
     SetRequestOption(ZVRequestHeaders::IfModifiedSince, ZVDate::ToRFC1123(modified));
     SetRequestOption(ZVRequestHeaders::UseCache, L"1");
-    CFileReplacement replacement(file, L"download");
+    CFileReplacement replacement(path, L"download");
     CFileSink& sink = replacement.GetSink();
     const ZVLoadEnd end =
-        RunToEnd({.Source = url, .Sink = &sink, .SinkPath = &sink.GetPath(), .KnownPath = &file, .IfNewerThan = modified});
+        RunToEnd({.Source = url, .Sink = &sink, .SinkPath = &sink.GetPath(), .KnownPath = &path, .IfNewerThan = modified});
     return m_statusCode == NotModified || (end == ZVLoadEnd::Whole && replacement.Commit());
 }
 

@@ -1,9 +1,9 @@
 #include "LoaderFixture.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <thread>
-#include <vector>
 
 namespace
 {
@@ -111,7 +111,6 @@ TEST_F(CFileLoaderTest, InflatesWhatCameAsGzip)
     check("broken", {.Body = broken}, -1, true, "");
     check("cut by the server", {.Body = gzip.substr(0, gzip.size() - 3)}, -1, true, "");
     check("within the limit", {.Body = gzip}, 100'000, true, content);
-    check("larger", {.Body = gzip}, 10'000, true, "");
     check("larger when inflated", {.Body = bomb}, 1'000'000, true, "");
     check("cut when inflated", {.Body = bomb}, 1'000'000, false, std::string(1'000'000, '\0'));
     check("cut", {.Body = gzip}, 1000, false, content.substr(0, 1000));

@@ -97,6 +97,7 @@ TEST_F(CFileLoaderToFileTest, TakesNothingOfABrokenGzipLoadForAFile)
                 EXPECT_EQ(Get("target"), "");
                 EXPECT_FALSE(Load("target", ZVLoadToFileMode::KeepPartial));
                 m_server.SetAnswer("/file", whole);
+                Put("target", old);
                 EXPECT_TRUE(Load("target", mode));
                 EXPECT_TRUE(Get("target") == content);
             }

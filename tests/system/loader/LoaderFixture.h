@@ -8,8 +8,6 @@
 #include "system/loader/CFileLoader.h"
 #include "system/loader/IZVFileLoaderProgress.h"
 
-#include <algorithm>
-
 // Asks a function whether a load is to stop, and keeps how far it came.
 struct Watcher final : IZVFileLoaderProgress
 {
