@@ -330,8 +330,8 @@ public:
 
     // Writes the text to a file, which is created or replaced, and creates its folder. Control characters in the path become "_".
     // The modes are 1 one byte for each character, 2 UTF-8, 3 UTF-16 in host order after its mark, 4 the same without the mark, 5
-    // UTF-8 after its mark; any other mode does nothing. True if every byte was written; a file that could not be written
-    // completely is removed, and the cause is logged.
+    // UTF-8 after its mark; any other mode does nothing. True if every byte was written; otherwise an old file stays
+    // as it was, no new one is left, and the cause is logged.
     bool SaveToFile(const ZVString& path, int32_t mode) const;
 
     // --- Quote, similarity, serial form ----------------------------------------------------------------------------------------

@@ -21,6 +21,7 @@ namespace
 {
 constexpr ZVLogSource ReopenSource {ZVLogCategory::General, L"ZVFile::Reopen"};
 constexpr ZVLogSource WriteSource {ZVLogCategory::General, L"ZVFile::Write"};
+constexpr ZVLogSource ControlSource {ZVLogCategory::General, L"ZVFile::Control"};
 
 constexpr mode_t NewFileMode = 0644;
 
@@ -70,7 +71,7 @@ int WhenceOf(ZVSeekOrigin origin)
     return origin == ZVSeekOrigin::Current ? SEEK_CUR : origin == ZVSeekOrigin::End ? SEEK_END : SEEK_SET;
 }
 
-// Repeats a call of the system that a signal has interrupted.
+// Repeats a call of the system until no signal interrupts it.
 template <class Function>
 auto Uninterrupted(Function function)
 {
@@ -80,7 +81,7 @@ auto Uninterrupted(Function function)
     return result;
 }
 
-// One call that reads or writes. A negative length fails as an argument of the system does.
+// One call that reads or writes. A negative length fails as a wrong argument of the system does.
 template <class Function>
 ssize_t Transfer(int64_t length, Function function)
 {
@@ -90,9 +91,8 @@ ssize_t Transfer(int64_t length, Function function)
     return -1;
 }
 
-// Takes the lock of a writer on the whole file. The lock belongs to the open file and not to the process, so that it also tells
-// apart two writers in one process; it excludes the other kind of lock and is excluded by it. Kernels before 3.15 only have that
-// other kind.
+// Takes the lock of a writer on the whole file. It belongs to the open file, so that it tells two writers in one process apart.
+// It excludes locks that belong to a process and is excluded by them; kernels before 3.15 know only these.
 bool LockDescriptor(int descriptor)
 {
     struct flock lock
@@ -105,7 +105,7 @@ bool LockDescriptor(int descriptor)
     return errno == ENOLCK || errno == ENOTSUP;
 }
 
-// What an open file still needs. False with the cause in errno.
+// The checks and the lock that an open file still needs. False with the reason in errno.
 bool Prepare(int descriptor, bool locks, bool truncates)
 {
     struct stat status;
@@ -135,45 +135,43 @@ bool ZVFile::Reopen()
 {
     Close();
     m_descriptor = OpenDescriptor();
-    m_isOpen = m_descriptor != -1;
+    m_isOpen = m_descriptor.IsOpen();
     if (!m_isOpen)
         ZVLogFileError(ReopenSource, "Error %d opening file: %s", GetFilename());
     return m_isOpen;
 }
 
-int32_t ZVFile::OpenDescriptor() const
+ZVDescriptor ZVFile::OpenDescriptor() const
 {
-    // A file that another writer has locked must not lose its content, so an open that locks truncates when it has the lock.
+    // A file that another writer has locked must not lose its content, so an open that locks truncates only under its lock.
     const int creationFlags = FlagsOf(m_creation);
     const int postponedFlags = LocksFile() ? creationFlags & O_TRUNC : 0;
     const int flags = FlagsOf(m_access) | (creationFlags & ~postponedFlags) | O_CLOEXEC;
     const ZVNativePath path(GetFilename());
-    const int descriptor = Uninterrupted([&] { return open64(path, flags, NewFileMode); });
-    if (descriptor == -1 || Prepare(descriptor, LocksFile(), postponedFlags != 0))
-        return descriptor;
+    ZVDescriptor file(Uninterrupted([&] { return open64(path, flags, NewFileMode); }));
+    if (!file.IsOpen() || Prepare(file.Get(), LocksFile(), postponedFlags != 0))
+        return file;
     const int error = errno;
-    close(descriptor);
+    file.Close();
     errno = error;
-    return -1;
+    return file;
 }
 
 bool ZVFile::Close()
 {
-    if (m_isOpen)
-        close(m_descriptor);
+    m_descriptor.Close();
     m_isOpen = false;
-    m_descriptor = -1;
     return true;
 }
 
 int64_t ZVFile::GetPosition() const
 {
-    return m_isOpen ? lseek64(m_descriptor, 0, SEEK_CUR) : -1;
+    return m_isOpen ? lseek64(m_descriptor.Get(), 0, SEEK_CUR) : -1;
 }
 
 int64_t ZVFile::Seek(int64_t offset, ZVSeekOrigin origin)
 {
-    return m_isOpen ? lseek64(m_descriptor, offset, WhenceOf(origin)) : -1;
+    return m_isOpen ? lseek64(m_descriptor.Get(), offset, WhenceOf(origin)) : -1;
 }
 
 bool ZVFile::SetEndOfFile()
@@ -181,22 +179,22 @@ bool ZVFile::SetEndOfFile()
     const int64_t position = GetPosition();
     if (position == -1)
         return false;
-    // This order keeps the fast path of growing recordings, and only ever shortens a file where space cannot be had in advance.
-    if (Uninterrupted([&] { return fallocate64(m_descriptor, 0, 0, position); }) == 0)
+    // This order keeps growing recordings fast. A file is shortened only where space cannot be had in advance.
+    if (Uninterrupted([&] { return fallocate64(m_descriptor.Get(), 0, 0, position); }) == 0)
         return true;
-    return Uninterrupted([&] { return ftruncate64(m_descriptor, position); }) == 0;
+    return Uninterrupted([&] { return ftruncate64(m_descriptor.Get(), position); }) == 0;
 }
 
 int64_t ZVFile::GetLength() const
 {
     struct stat status;
-    const int result = m_isOpen ? fstat(m_descriptor, &status) : stat(ZVNativePath(GetFilename()), &status);
+    const int result = m_isOpen ? fstat(m_descriptor.Get(), &status) : stat(ZVNativePath(GetFilename()), &status);
     return result == 0 ? status.st_size : -1;
 }
 
 bool ZVFile::Write(const void* buffer, int64_t length, int64_t& written)
 {
-    const ssize_t result = Transfer(length, [&](size_t size) { return write(m_descriptor, buffer, size); });
+    const ssize_t result = Transfer(length, [&](size_t size) { return write(m_descriptor.Get(), buffer, size); });
     written = result == -1 ? 0 : result;
     if (result == -1)
         ZVLogFileError(WriteSource, "Error %d writing file: %s", GetFilename());
@@ -205,8 +203,8 @@ bool ZVFile::Write(const void* buffer, int64_t length, int64_t& written)
 
 bool ZVFile::Write(const void* buffer, int64_t length)
 {
-    // The system takes at most 2 GiB at once, and fewer bytes than asked for when the disk is nearly full: the next call then
-    // tells.
+    // The system takes at most 2 GiB at once, and when the disk is nearly full fewer bytes than asked for: the next call then
+    // fails.
     const uint8_t* bytes = static_cast<const uint8_t*>(buffer);
     int64_t written = 0;
     do
@@ -252,7 +250,7 @@ bool ZVFile::WriteNarrow(const ZVString& text)
 
 bool ZVFile::Read(void* buffer, int64_t length, int64_t& read)
 {
-    const ssize_t result = Transfer(length, [&](size_t size) { return ::read(m_descriptor, buffer, size); });
+    const ssize_t result = Transfer(length, [&](size_t size) { return ::read(m_descriptor.Get(), buffer, size); });
     read = result == -1 ? 0 : result;
     return result != -1;
 }
@@ -294,14 +292,14 @@ bool ZVFile::ReadLine(ZVString& text)
 {
     if (ReadLineWide(text))
         return true;
-    // What is closed or is a pipe has no position, and a caller that reads to the end would never stop.
+    // A closed file and a pipe have no position. A caller that reads lines until there are none would never stop.
     const int64_t position = GetPosition();
     return position != -1 && position < GetLength();
 }
 
 bool ZVFile::Flush()
 {
-    return fdatasync(m_descriptor) == 0;
+    return fdatasync(m_descriptor.Get()) == 0;
 }
 
 bool ZVFile::SetFileTime(const timeval& accessed, const timeval& modified)
@@ -310,10 +308,8 @@ bool ZVFile::SetFileTime(const timeval& accessed, const timeval& modified)
     return utimes(ZVNativePath(GetFilename()), times) == 0;
 }
 
-int32_t ZVFile::Control([[maybe_unused]] uint32_t request, [[maybe_unused]] const void* input,
-                        [[maybe_unused]] int64_t inputLength, [[maybe_unused]] void* output,
-                        [[maybe_unused]] int64_t outputLength)
+int32_t ZVFile::Control(uint32_t)
 {
-    const ZVLogScope scope(ZVLogCategory::General, "ZVFile::Control", true);
+    const ZVLogScope scope(ControlSource, true);
     return 0;
 }

@@ -2,5 +2,5 @@
 
 #include "system/log/ZVLog.h"
 
-// Logs why a call on a file failed and leaves errno as it was. format begins with a "%d" for errno and has a "%s" for the path.
+// Logs why a call on a file failed, and leaves errno as it was. The format has a "%d" for errno and after it a "%s" for the path.
 void ZVLogFileError(const ZVLogSource& source, const char* format, const ZVString& path);

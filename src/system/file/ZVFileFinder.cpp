@@ -15,9 +15,9 @@ namespace
 {
 constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVFileFinder::Find"};
 
-// What glob would read as more than itself.
+// The characters that mean something to glob.
 constexpr std::string_view PatternCharacters = "?[]*\\";
-// The same without the wild cards.
+// The same without the wild cards that are meant.
 constexpr std::string_view BracketCharacters = "[]\\";
 
 std::string Quoted(std::string_view bytes, std::string_view characters)
@@ -39,21 +39,21 @@ bool HasWildcards(const ZVString& text)
 }
 
 // The pattern that makes glob do what the path asks for.
-std::string MakePattern(const ZVString& path, bool listFolder)
+std::string MakePattern(const ZVString& path, ZVFind what)
 {
     std::string bytes = ZVNativePath(path).GetBytes();
-    if (listFolder && !bytes.ends_with('/'))
+    if (what == ZVFind::FolderContent && !bytes.ends_with('/'))
         bytes.push_back('/');
     if (bytes.ends_with('/'))
         return Quoted(bytes, PatternCharacters) + "*";
-    const size_t nameStart = bytes.rfind('/') + 1;  // 0 when there is none
+    const size_t nameStart = bytes.rfind('/') + 1;  // 0 without a folder
     const std::string_view folder = std::string_view(bytes).substr(0, nameStart);
     const std::string_view name = std::string_view(bytes).substr(nameStart);
     const bool isWild = HasWildcards(path.Mid(ZVPathLayout::Of(path).NameStart));
     return Quoted(folder, PatternCharacters) + Quoted(name, isWild ? BracketCharacters : PatternCharacters);
 }
 
-// Called by glob for a folder that it cannot read. The listing goes on without it.
+// glob calls this for a folder that it cannot read. The listing goes on without it.
 int OnFolderError(const char* path, int error)
 {
     errno = error;
@@ -63,13 +63,13 @@ int OnFolderError(const char* path, int error)
 }
 }
 
-bool ZVFileFinder::Find(const ZVFilename& pattern, bool listFolder)
+bool ZVFileFinder::Find(const ZVFilename& pattern, ZVFind what)
 {
     Release();
     m_pattern = pattern;
     if (pattern.IsEmpty())
         return false;
-    const int result = glob(MakePattern(pattern.GetPathOnly(), listFolder).c_str(), GLOB_MARK, OnFolderError, &m_result);
+    const int result = glob(MakePattern(pattern.GetPathOnly(), what).c_str(), GLOB_MARK, OnFolderError, &m_result);
     m_isFound = result == 0 || result == GLOB_NOMATCH;
     if (!m_isFound)
         ZVLogFileError(Source, "Error %d listing: %s", pattern.GetPathOnly());

@@ -5,9 +5,16 @@
 #include <cstdint>
 #include <glob.h>
 
+// What ZVFileFinder looks for with a path.
+enum class ZVFind
+{
+    Matches,        // what the path fits as a pattern, or the content of a folder if the path ends in "/"
+    FolderContent,  // the content of the folder in any case
+};
+
 // Lists the content of a folder, or the files that a pattern fits, in the order of glob: sorted as the locale sorts. Names that
-// begin with "." are not listed. A pattern has its wild cards "*" and "?" in the last step alone, and only while the tools
-// library is there to say that it has any; every other character stands for itself.
+// begin with "." are not listed. Only the last step of a pattern can have the wild cards "*" and "?", and only while the tools
+// library is there to find them; every other character stands for itself.
 class ZVFileFinder
 {
 public:
@@ -16,13 +23,12 @@ public:
     ZVFileFinder(const ZVFileFinder&) = delete;
     ZVFileFinder& operator=(const ZVFileFinder&) = delete;
 
-    // Finds what the pattern fits. A path that ends in "/", or any path with listFolder, gives the content of that folder. True
-    // also when nothing fits; false for an empty path and when the system fails, which is logged. What was found before is
-    // dropped.
-    bool Find(const ZVFilename& pattern, bool listFolder = false);
+    // Drops what was found before and looks anew. True even if nothing is found; false for an empty path, and if the system fails,
+    // which is logged.
+    bool Find(const ZVFilename& pattern, ZVFind what = ZVFind::Matches);
     bool IsFound() const { return m_isFound; }
 
-    // The next entry with its status. What is gone by now is left out. False at the end.
+    // The next entry with its status; one that is gone by now is left out. False at the end.
     bool GetNext(ZVFileInfo& info);
 
 private:

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <sys/stat.h>
 
-// The status of one file or folder, as it was when it was asked for.
+// The status of one file or folder, as it was at the moment of the question.
 class ZVFileInfo
 {
 public:
@@ -13,17 +13,17 @@ public:
     // Asks for the status of a path.
     explicit ZVFileInfo(const ZVString& path) { Load(path); }
 
-    // False when there is no such file; the rest is then empty, and errno tells why. A symbolic link stands for what it leads to,
-    // and for itself when that is nothing.
+    // False if there is no such file; then everything else is empty and errno has the reason. A symbolic link stands for what it
+    // leads to, or for itself if it leads nowhere.
     bool Load(const ZVString& path);
     // The same for a path as the system gave it.
     bool LoadNative(const char* path);
 
     bool IsFound() const { return m_isFound; }
-    // The path; that of a folder ends in "/".
+    // The path of a folder ends in "/".
     const ZVFilename& GetFilename() const { return m_filename; }
     const ZVString& GetPath() const { return m_filename.GetPathOnly(); }
-    // The name with its extension, of a folder without the "/".
+    // The name with its extension; that of a folder without the "/".
     ZVString GetName() const;
 
     bool IsDirectory() const { return S_ISDIR(m_status.st_mode); }
@@ -34,7 +34,7 @@ public:
     // Seconds since 1970.
     double GetModificationTime() const;
     const struct stat& GetStatus() const { return m_status; }
-    // Whether both are found and are one file, by whatever names and links.
+    // Whether both are found and are the same file, whatever names and links lead to it.
     bool IsSameFile(const ZVFileInfo& other) const
     {
         return m_isFound && other.m_isFound && m_status.st_dev == other.m_status.st_dev &&

@@ -9,7 +9,7 @@
 
 namespace
 {
-// What tells one folder from every other, whatever names lead to it.
+// What tells a folder from every other, whatever name leads to it.
 struct FolderIdentity
 {
     explicit FolderIdentity(const ZVFileInfo& folder) : Device(folder.GetStatus().st_dev), Inode(folder.GetStatus().st_ino) {}
@@ -22,8 +22,8 @@ struct FolderIdentity
 };
 }
 
-// One walk: the listings of the folders that it is in, from the outermost to the one that it reads, and the folders that it has
-// been in.
+// One walk, with the listings of the folders that it is in, from the outermost to the one that it reads, and with all folders that
+// it has been in.
 class ZVFileSearch::Walk
 {
 public:

@@ -6,33 +6,32 @@
 #include <atomic>
 #include <cstdint>
 
-// Collects the paths of a folder's files, in the order of ZVFileFinder, with the content of a folder directly behind it. The
-// folder is walked once, when a result is first asked for; what is set must be set before. A folder that does not exist has no
-// files.
+// Collects the paths of a folder's files, in the order of ZVFileFinder, with the content of a folder directly after it. The folder
+// is walked once, when a result is first asked for, so everything has to be set before. A folder that does not exist has no files.
 class ZVFileSearch
 {
 public:
-    // An empty filter lets all files pass. A recursive search follows symbolic links, and enters each folder once.
+    // An empty filter lets all files pass. A recursive search follows symbolic links and enters each folder once.
     explicit ZVFileSearch(const ZVString& folder, const ZVString& filter = ZVString(), bool recursive = false);
     ZVFileSearch(const ZVFileSearch&) = delete;
     ZVFileSearch& operator=(const ZVFileSearch&) = delete;
 
-    // Lets files with that extension pass, given without its "." and compared with case folded; an empty one is not stored.
+    // Lets files with that extension pass. It is given without its "." and compared with case folded; an empty one is ignored.
     void AddFilter(const ZVString& extension);
     void AddFilters(const ZVStringArray& extensions);
-    // Leaves out entries whose mode, as the system has it, has a bit of the mask.
+    // Leaves out entries whose mode, in the system's bits, has a bit of the mask.
     void SetSkipMask(uint32_t mask) { m_skipMask = mask; }
-    // Folders are results too; their paths end in "/".
+    // Makes folders results too; their paths end in "/".
     void SetIncludeFolders(bool include) { m_includesFolders = include; }
-    // Leaves out folders whose names begin with "." and have more characters.
+    // Leaves out folders whose names begin with "." and are longer than that.
     void SetSkipHiddenFolders(bool skip) { m_skipsHiddenFolders = skip; }
-    // Another thread ends the walk by setting the flag, which outlives the search; null is none.
+    // A flag with which another thread can end the walk. It outlives the search; null for none.
     void SetCancelFlag(const std::atomic<bool>* flag) { m_cancelFlag = flag; }
-    // The results go to another array, which outlives the search; null is its own again.
+    // An array for the results, which outlives the search; null for the search's own.
     void SetResultArray(ZVStringArray* array) { m_results = array != nullptr ? array : &m_ownResults; }
 
     const ZVStringArray& GetResults();
-    // Appends the paths and gives the count of the array.
+    // Appends the paths to an array and returns its count.
     int32_t GetResults(ZVStringArray& array);
     // The size of all files found, in bytes.
     int64_t GetTotalSize();

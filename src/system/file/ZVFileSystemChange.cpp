@@ -5,6 +5,7 @@
 #include "system/filename/ZVFilename.h"
 #include "system/filename/ZVNativePath.h"
 #include "system/filename/ZVPathLayout.h"
+#include "system/library/ZVDescriptor.h"
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
@@ -22,8 +23,8 @@ constexpr ZVLogSource MakeDirectoryTreeSource {ZVLogCategory::General, L"ZVFileS
 constexpr mode_t NewFolderMode = 0777;
 constexpr mode_t NewFileMode = 0644;
 
-// A number that no other process gives its test file at the same time: nanoseconds within a hundred seconds, and the process id
-// behind them.
+// A number that no other process gives its test file at the same time: nanoseconds within a hundred seconds, followed by the
+// process id.
 int64_t GetWriteTestNumber()
 {
     constexpr int64_t NanosecondsPerSecond = 1'000'000'000;
@@ -81,12 +82,10 @@ bool ZVFileSystem::IsDirectoryWritable(const ZVString& path)
     const ZVNativePath file(
         ZVFormat(L"%sDirectory Write Test (%d).tmp", ZVPathLayout::WithClosingSlash(path), GetWriteTestNumber()));
     // Without a lock, so that two processes that come to the same number do not fail on each other.
-    const int descriptor = open(file, O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, NewFileMode);
-    if (descriptor == -1)
-        return false;
-    close(descriptor);
-    unlink(file);
-    return true;
+    const ZVDescriptor descriptor(open(file, O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, NewFileMode));
+    if (descriptor.IsOpen())
+        unlink(file);
+    return descriptor.IsOpen();
 }
 
 bool ZVFileSystem::DeleteFile(const ZVString& path)

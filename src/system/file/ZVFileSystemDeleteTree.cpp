@@ -9,6 +9,7 @@
 #include "system/filename/ZVNativePath.h"
 #include "system/filename/ZVPathLayout.h"
 #include "system/library/RunProgram.h"
+#include "system/library/ZVDescriptor.h"
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
@@ -26,7 +27,7 @@ constexpr char RefusalFile[] = "/var/tmp/lddebug";
 constexpr mode_t RefusalFileMode = 0666;
 constexpr wchar_t ParentStep[] = L"..";
 
-// True for every way to write the root folder: slashes and steps that stay where they are.
+// True for every way to write the root folder with slashes and "." steps.
 bool NamesRoot(const ZVString& path)
 {
     ZVString rest = path;
@@ -42,43 +43,41 @@ bool IsRootFolder(const ZVString& path)
            root.st_ino == folder.st_ino;
 }
 
-// The guard of all deletions of folders. It must not depend on the tools library, without which FindNoCase finds nothing.
+// The guard of all deletions of folders. It must hold without the tools library too, where FindNoCase finds nothing.
 bool IsRefused(const ZVString& path)
 {
     return path.IsEqual(L"/", false) || path.FindNoCase(ParentStep) != -1 || path.Find(ParentStep) != -1 || NamesRoot(path) ||
            IsRootFolder(path);
 }
 
-// Opens the file for appending, or makes it so that every user can append to it. Some systems refuse to "create" the existing
-// file of another user in a folder that all can write to, so an existing one is opened first. A pipe of that name, which everyone
-// can make there, is not waited for.
-int OpenRefusalFile()
+// Opens the file for appending, and makes it, open to every user, if it does not exist. An existing one is opened first, since
+// some systems refuse to "create" the existing file of another user in a folder that all can write to. A pipe of that name, which
+// anyone can make there, is not waited for.
+ZVDescriptor OpenRefusalFile()
 {
     constexpr int Flags = O_WRONLY | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-    int descriptor = open(RefusalFile, Flags);
-    if (descriptor == -1 && errno == ENOENT)
+    ZVDescriptor file(open(RefusalFile, Flags));
+    if (!file.IsOpen() && errno == ENOENT)
     {
-        descriptor = open(RefusalFile, Flags | O_CREAT, RefusalFileMode);
-        if (descriptor != -1)
-            fchmod(descriptor, RefusalFileMode);
+        file = ZVDescriptor(open(RefusalFile, Flags | O_CREAT, RefusalFileMode));
+        if (file.IsOpen())
+            fchmod(file.Get(), RefusalFileMode);
     }
-    return descriptor;
+    return file;
 }
 
-// Notes a refusal where the developers look for it, in one write, so that the lines of several processes do not mix.
+// Notes a refusal where the developers look for it. One write keeps the lines of several processes apart.
 void NoteRefusal(const ZVString& path)
 {
     Source.Log("REJECTING DELETE BECAUSE PATH=%s", path);
     ZVString line = L"REJECTING DELETE BECAUSE PATH=" + path;
     ZVFileSystem::ReplaceForbiddenCharacters(line);
     line.AppendCharacter(L'\n');
-    const int descriptor = OpenRefusalFile();
+    const ZVDescriptor file = OpenRefusalFile();
     const std::unique_ptr<char[]> bytes(line.GetUTF8());
     const size_t size = std::char_traits<char>::length(bytes.get());
-    if (descriptor == -1 || write(descriptor, bytes.get(), size) != static_cast<ssize_t>(size))
+    if (!file.IsOpen() || write(file.Get(), bytes.get(), size) != static_cast<ssize_t>(size))
         ZVLogFileError(Source, "Error %d writing file: %s", ZVString::FromUTF8(RefusalFile));
-    if (descriptor != -1)
-        close(descriptor);
 }
 
 bool IsThere(const ZVString& path)
@@ -99,8 +98,7 @@ ZVString WithoutClosingSlash(ZVString path)
     return path;
 }
 
-// Without the steps at the end that stay where they are, behind which a symbolic link would look like the folder that it leads
-// to.
+// The path without any "." steps at its end: after one, a symbolic link would look like the folder that it leads to.
 ZVString WithoutIdleSteps(ZVString path)
 {
     path = WithoutClosingSlash(path);
@@ -109,7 +107,7 @@ ZVString WithoutIdleSteps(ZVString path)
     return path;
 }
 
-// Removes a folder with all that is in it.
+// Removes a folder with everything in it.
 bool RemoveByCommand(const ZVString& folder)
 {
     ZVStringArray parameters;
@@ -123,7 +121,7 @@ bool RemoveByCommand(const ZVString& folder)
     return false;
 }
 
-// One deletion: the listings of the folders that it is in, from the outermost to the one whose content it deletes.
+// One deletion, with the listings of the folders that it is in: from the outermost to the one whose content it deletes.
 class TreeDeletion
 {
 public:
@@ -140,7 +138,7 @@ public:
             else
                 Leave();
         }
-        // What was refused below keeps the folders that it is in.
+        // The folders around a refused one stay.
         if (m_keepsRoot || m_isRefused)
             return !m_isRefused && !m_hasFailed;
         return RemoveByCommand(WithoutClosingSlash(root));
@@ -163,7 +161,7 @@ private:
         }
         auto folder = std::make_unique<Folder>();
         folder->Path = path;
-        folder->Listing.Find(ZVFilename::FromPath(path), true);
+        folder->Listing.Find(ZVFilename::FromPath(path), ZVFind::FolderContent);
         m_folders.Add(folder.get());
         folder.release();
     }
@@ -184,8 +182,8 @@ private:
         m_folders.RemoveAt(last);
         if (last == 0 || !m_filter.IsEmpty() || rmdir(ZVNativePath(path)) == 0)
             return;
-        // Names that the listing leaves out are still there. When the root goes they go with it; what was refused keeps its
-        // folder.
+        // Names that the listing leaves out are still there. If the root goes they go with it, and a refused folder keeps the
+        // folders around it.
         if (m_keepsRoot && !m_isRefused && !RemoveByCommand(path))
             m_hasFailed = true;
     }

@@ -1,4 +1,4 @@
-// The folders that the product and the user's desktop know by a name.
+// The folders that the product and the user's desktop have names for.
 
 #include "contracts/IZVApplicationInformation.h"
 #include "contracts/IZVSettings.h"
@@ -62,8 +62,7 @@ ZVString GetAccountHome()
     return account == nullptr ? ZVString() : ZVNativePath::ToText(account->pw_dir);
 }
 
-// What a value of the desktop's file means: it may stand in quotation marks and may have a backslash in front of a special
-// character.
+// What a value of the desktop's file means: it may be in quotation marks and have backslashes before special characters.
 std::string Unquoted(std::string_view value)
 {
     if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
@@ -78,7 +77,7 @@ std::string Unquoted(std::string_view value)
     return plain;
 }
 
-// The value of the last line NAME=value, or empty.
+// The value of the last line of the form NAME=value; empty if there is none.
 std::string ReadDesktopVariable(const ZVString& path, std::string_view name)
 {
     const std::string content = ZVSmallFile::Read(path);
@@ -95,7 +94,7 @@ std::string ReadDesktopVariable(const ZVString& path, std::string_view name)
     return value;
 }
 
-// A folder that the desktop has set, or empty. It can only be absolute or below the home folder.
+// A folder that the desktop has set, or empty. Only an absolute path or one below the home folder is accepted.
 ZVString GetDesktopFolder(const char* variable)
 {
     ZVString configuration = GetEnvironment("XDG_CONFIG_HOME");
@@ -107,11 +106,11 @@ ZVString GetDesktopFolder(const char* variable)
     return folder.starts_with('/') ? ZVPathLayout::WithClosingSlash(ZVNativePath::ToText(folder.c_str())) : ZVString();
 }
 
-// The setting for temporary files, which is forgotten when it turns out to be of no use.
-class CTempSetting
+// The user's setting for temporary files.
+class TempFolderSetting
 {
 public:
-    CTempSetting() : m_settings(g_pZVTools == nullptr ? nullptr : g_pZVTools->GetSettings(true)) {}
+    TempFolderSetting() : m_settings(g_pZVTools == nullptr ? nullptr : g_pZVTools->GetSettings(true)) {}
 
     ZVString Get() const
     {
@@ -133,10 +132,10 @@ private:
     IZVSettings* m_settings;
 };
 
-// The folder of the setting, made ready, or empty.
+// The folder of the setting, made ready; empty, with the setting removed, if it is of no use.
 ZVString GetTempFromSetting(bool addProductFolder)
 {
-    const CTempSetting setting;
+    const TempFolderSetting setting;
     ZVFilename folder = ZVFilename::FromPath(setting.Get());
     if (folder.IsEmpty())
         return {};

@@ -43,7 +43,7 @@ void ListFiles(const ZVString& directory, PruneFiles& files)
     }
 }
 
-// The length of the longest run from the first file on whose sizes add up to no more than the limit.
+// How many files from the first on have at most so many bytes together.
 int32_t CountWithin(const PruneFiles& files, int64_t limit)
 {
     int64_t sum = 0;

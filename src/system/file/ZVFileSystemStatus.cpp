@@ -1,4 +1,4 @@
-// What is known of files without opening them.
+// What can be known about files without opening them.
 
 #include "system/file/ZVFileError.h"
 #include "system/file/ZVFileSearch.h"
@@ -32,7 +32,7 @@ void Give(int64_t* output, uint64_t blocks, uint64_t blockSize)
 
 bool ZVFileSystem::ZVStatFS(const ZVString& path, int64_t* totalSize, int64_t* freeSize, int64_t* availableSize)
 {
-    const ZVLogScope scope(ZVLogCategory::General, "ZVFileSystem::ZVStatFS", true);
+    const ZVLogScope scope(ZVStatFSSource, true);
     struct statvfs status
     {
     };

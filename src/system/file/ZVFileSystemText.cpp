@@ -16,7 +16,7 @@ namespace
 constexpr ZVLogSource GetProgramFilenameSource {ZVLogCategory::General, L"ZVFileSystem::GetProgramFilename"};
 constexpr ZVLogSource GetComputerNameSource {ZVLogCategory::General, L"ZVFileSystem::GetComputerName"};
 
-// From which size on a unit is used, by the largest size below it, and the power of two that it counts.
+// A unit, the largest size that is too small for it, and the power of two that it stands for.
 struct SizeUnit
 {
     uint64_t Limit;
@@ -32,7 +32,7 @@ constexpr SizeUnit SizeUnits[] = {
     {1023,            L"KB", 10},
 };
 
-// Units that are read. Callers' texts with another one have always counted as bytes.
+// Units that are read. Callers expect every other one to count as bytes.
 struct ReadUnit
 {
     const wchar_t* Suffix;
@@ -56,7 +56,7 @@ bool IsControl(wchar_t character)
     return (character >= 0 && character <= LastControlCharacter) || character == DeleteCharacter;
 }
 
-// A name with "_" for separators too.
+// A name for which "_" stands in the place of separators too.
 ZVString MakeName(ZVString text)
 {
     ZVFileSystem::ReplaceForbiddenCharacters(text);
@@ -65,7 +65,7 @@ ZVString MakeName(ZVString text)
     return text;
 }
 
-// Whether a name is taken, be it by a link that leads to nothing.
+// Whether a name is taken, even if only by a link that leads nowhere.
 bool IsTaken(const ZVString& path)
 {
     struct stat status;

@@ -17,6 +17,9 @@
 
 namespace
 {
+constexpr ZVLogSource GetVolumeInformationSource {ZVLogCategory::General, L"ZVFileSystem::GetVolumeInformation"};
+constexpr ZVLogSource GetMountpointFromDeviceSource {ZVLogCategory::General, L"ZVFileSystem::GetMountpointFromDevice"};
+
 constexpr wchar_t DeviceFolder[] = L"/dev/";
 constexpr wchar_t BlockFolder[] = L"/sys/class/block/";
 constexpr int64_t SectorSize = 512;  // the kernel counts block devices in such sectors, whatever their own are
@@ -42,14 +45,14 @@ constexpr FileSystemKind FileSystemKinds[] = {
     {L"tmpfs",      ZVFileSystem::DriveType::Memory },
 };
 
-// The path without symbolic links, or empty when there is nothing.
+// The path without symbolic links; empty if nothing is there.
 ZVString Resolve(const ZVString& path)
 {
     char resolved[PATH_MAX];
     return realpath(ZVNativePath(path), resolved) == nullptr ? ZVString() : ZVNativePath::ToText(resolved);
 }
 
-// What a command prints, empty when it fails.
+// What a command prints; empty if it fails.
 ZVString Ask(const ZVString& program, const ZVString& options, const ZVString& path)
 {
     ZVStringArray parameters;
@@ -61,7 +64,7 @@ ZVString Ask(const ZVString& program, const ZVString& options, const ZVString& p
     return RunProgram(program, parameters, &output, ZVRunMode::Blocking, &exitCode) && exitCode == 0 ? output : ZVString();
 }
 
-// The device that a path is on, or that it is, without symbolic links; empty when there is none.
+// The device that a path is on, or that it names, without symbolic links; empty if there is none.
 ZVString FindDevice(const ZVString& path)
 {
     const ZVString resolved = Resolve(path);
@@ -83,7 +86,7 @@ int64_t GetDeviceSize(const ZVString& device)
     return ZVFileSystem::Exists(file) ? Ask(L"cat", L"", file).ToInt64() * SectorSize : 0;
 }
 
-// A partition is removable when the disk that it is on is: in the kernel's tree its folder stands in the disk's.
+// A partition is removable if its disk is. In the kernel's tree a partition's folder is within its disk's.
 bool IsRemovable(const ZVString& device)
 {
     const ZVString folder = Resolve(GetBlockFile(device, L""));
@@ -96,7 +99,7 @@ bool IsRemovable(const ZVString& device)
 
 bool ZVFileSystem::GetVolumeInformation(const ZVString& path, ZVString* label, int64_t* size)
 {
-    const ZVLogScope scope(ZVLogCategory::General, "ZVFileSystem::GetVolumeInformation", false);
+    const ZVLogScope scope(GetVolumeInformationSource, false);
     const ZVString device = FindDevice(path);
     const ZVString foundLabel = device.IsEmpty() ? ZVString() : ZVVolumeLabels::Find(device);
     if (!foundLabel.IsEmpty())
@@ -110,7 +113,7 @@ bool ZVFileSystem::GetVolumeInformation(const ZVString& path, ZVString* label, i
 
 ZVString ZVFileSystem::GetMountpointFromDevice(const ZVString& device)
 {
-    const ZVLogScope scope(ZVLogCategory::General, "ZVFileSystem::GetMountpointFromDevice", true);
+    const ZVLogScope scope(GetMountpointFromDeviceSource, true);
     const ZVString output = Ask(L"findmnt", L"-u -f -o TARGET -n ", device);
     return output.GetBefore(L"\n", true);
 }

@@ -9,7 +9,7 @@ namespace
 {
 constexpr wchar_t MountInfoFile[] = L"/proc/self/mountinfo";
 
-// Fields of a line, counted from 0; those behind the separator are counted from it.
+// Fields of a line, counted from 0. Any number of optional ones follows, up to their end mark.
 constexpr int FolderField = 4;
 constexpr std::string_view OptionalFieldsEnd = "-";
 
@@ -23,7 +23,7 @@ bool IsOctalEscape(std::string_view text)
     return true;
 }
 
-// A field with its blanks, tabs, line feeds and backslashes, which stand as "\" and three octal digits.
+// The text of a field, in which blanks, tabs, line feeds and backslashes are written as "\" and three octal digits.
 ZVString DecodeField(std::string_view field)
 {
     std::string bytes;

@@ -1,22 +1,27 @@
 #include "system/file/ZVSafeReplace.h"
 
+#include "system/file/ZVBringAcross.h"
 #include "system/file/ZVFileError.h"
 #include "system/file/ZVFileInfo.h"
 #include "system/file/ZVFileSystem.h"
+#include "system/file/ZVFolderLock.h"
+#include "system/file/ZVTransferPlace.h"
 #include "system/filename/ZVNativePath.h"
-#include "system/log/ZVLog.h"
+#include "system/filename/ZVPathLayout.h"
 #include "system/log/ZVLogCategory.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 namespace
 {
 constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVFileSystem::SafeReplaceFile"};
+
+// How often other processes may replace the file while this one makes its backup.
+constexpr int32_t MaximumTries = 100;
 
 // The 64-bit FNV-1a hash of the name's bytes.
 uint64_t HashOf(const ZVString& name)
@@ -26,12 +31,6 @@ uint64_t HashOf(const ZVString& name)
     for (const char byte : native.GetBytes())
         hash = (hash ^ static_cast<uint8_t>(byte)) * 0x100000001b3;
     return hash;
-}
-
-ZVString FolderOf(const ZVString& path)
-{
-    const int32_t nameStart = path.ReverseFind(L'/') + 1;
-    return nameStart == 0 ? ZVString(L"./") : path.Left(nameStart);
 }
 
 // The name that belongs to a path for one purpose. One that would be longer than the system takes is cut, and a hash of the whole
@@ -47,49 +46,38 @@ ZVString DeriveName(const ZVString& path, const wchar_t* end)
     return folder + derived;
 }
 
-// Keeps other replacements out of a folder. Where the folder cannot be locked, or is locked for longer than any replacement
-// takes, the work goes on without.
-class FolderLock
+// Keeps the renames of other replacements out of a folder. If the folder cannot be locked, or somebody keeps it locked for much
+// longer than renames take, the work goes on without a lock.
+class RenameLock
 {
 public:
-    explicit FolderLock(const ZVString& folder) : m_descriptor(open(ZVNativePath(folder), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    explicit RenameLock(const ZVString& folder) : m_folder(open(ZVNativePath(folder), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
     {
-        constexpr int32_t Attempts = 1000;
-        constexpr useconds_t Pause = 10'000;
-        for (int32_t attempt = 0; attempt < Attempts && m_descriptor != -1; ++attempt)
-        {
-            if (flock(m_descriptor, LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR))
-                return;
-            usleep(Pause);
-        }
-        Source.Log("Going on without a lock on: %s", folder);
+        if (m_folder.IsOpen() && !ZVFolderLock::Wait(m_folder, LOCK_EX))
+            ZVLogFileError(Source, "Error %d, going on without a lock on: %s", folder);
     }
-
-    ~FolderLock()
-    {
-        if (m_descriptor != -1)
-            close(m_descriptor);
-    }
-
-    FolderLock(const FolderLock&) = delete;
-    FolderLock& operator=(const FolderLock&) = delete;
 
 private:
-    int m_descriptor;
+    ZVDescriptor m_folder;
 };
 
-// Has the file on the disk before what it replaces goes. False when the disk has not taken it; a file that cannot be opened, or a
-// file system that cannot tell, does not keep it from being used.
+bool IsSameVersion(const ZVFileInfo& first, const ZVFileInfo& second)
+{
+    const struct stat& left = first.GetStatus();
+    const struct stat& right = second.GetStatus();
+    return left.st_dev == right.st_dev && left.st_ino == right.st_ino && left.st_size == right.st_size &&
+           left.st_mtim.tv_sec == right.st_mtim.tv_sec && left.st_mtim.tv_nsec == right.st_mtim.tv_nsec;
+}
+
+// Has the new file on the disk before the old one goes. False if the disk has not taken it. A file that cannot be opened, or a
+// file system that cannot tell, is no reason to stop.
 bool WriteThrough(const ZVString& path)
 {
-    const int descriptor = open(ZVNativePath(path), O_RDONLY | O_CLOEXEC);
-    if (descriptor == -1)
+    const ZVDescriptor file(open(ZVNativePath(path), O_RDONLY | O_CLOEXEC));
+    if (!file.IsOpen() || fdatasync(file.Get()) == 0 || (errno != EIO && errno != ENOSPC && errno != EDQUOT))
         return true;
-    const bool isLost = fdatasync(descriptor) != 0 && (errno == EIO || errno == ENOSPC || errno == EDQUOT);
-    if (isLost)
-        ZVLogFileError(Source, "Error %d writing file to the disk: %s", path);
-    close(descriptor);
-    return !isLost;
+    ZVLogFileError(Source, "Error %d writing file to the disk: %s", path);
+    return false;
 }
 }
 
@@ -97,38 +85,40 @@ ZVSafeReplace::ZVSafeReplace(const ZVString& path, const ZVString& newPath) : m_
 {
     ZVFilename::MakeFileSystemPath(m_path);
     ZVFilename::MakeFileSystemPath(m_newPath);
+    m_folder = ZVPathLayout::FolderOf(m_path);
     m_original = DeriveName(m_path, OriginalEnd);
     m_present = m_newPath;
 }
 
+ZVSafeReplace::~ZVSafeReplace() = default;
+
 bool ZVSafeReplace::Run(int64_t minimumSize, bool keepBackup)
 {
-    const FolderLock lock(FolderOf(m_path));
-    if (IsOneFile())
+    if (ZVFileInfo(m_path).IsSameFile(ZVFileInfo(m_newPath)))
     {
         Source.Log("A file cannot replace itself: %s", m_path);
         return false;
     }
-    if (RestoreOriginal() && Replace(minimumSize, keepBackup))
-        return true;
-    Delete(m_present);
-    return false;
+    const bool isReplaced = RestoreOriginal() && CanReplace(minimumSize) && BringBeside() && Replace(keepBackup);
+    if (!isReplaced || m_present != m_newPath)
+        Delete(m_newPath);
+    return isReplaced;
 }
 
-bool ZVSafeReplace::IsOneFile() const
-{
-    return ZVFileInfo(m_path).IsSameFile(ZVFileInfo(m_newPath));
-}
-
+// Puts back what a replacement that was killed has set aside.
 bool ZVSafeReplace::RestoreOriginal()
 {
+    if (ZVFileInfo(m_path).IsFound() || !ZVFileInfo(m_original).IsFound())
+        return true;
+    const RenameLock lock(m_folder);
+    // It may just have been another process that was between its two renames.
     if (ZVFileInfo(m_path).IsFound() || !ZVFileInfo(m_original).IsFound())
         return true;
     Source.Log("Putting back the original of: %s", m_path);
     return Move(m_original, m_path);
 }
 
-bool ZVSafeReplace::Replace(int64_t minimumSize, bool keepBackup)
+bool ZVSafeReplace::CanReplace(int64_t minimumSize) const
 {
     const int64_t size = ZVFileSystem::GetFileSize(m_newPath);
     if (size < 0 || size < minimumSize)
@@ -136,40 +126,53 @@ bool ZVSafeReplace::Replace(int64_t minimumSize, bool keepBackup)
         Source.Log("The new file has %d bytes and not %d: %s", size, minimumSize, m_newPath);
         return false;
     }
-    if (ZVFileSystem::IsDirectory(m_path))
-    {
-        Source.Log("A folder cannot be replaced: %s", m_path);
-        return false;
-    }
-    if (!BringBeside())
-        return false;
-    if (!ZVFileInfo(m_path).IsFound())
-        return Move(m_present, m_path);
-    if (keepBackup && !Copy(m_path, DeriveName(m_path, BackupEnd)))
-    {
-        Source.Log("Error making backup of original file: %s", m_path);
-        return false;
-    }
-    return Exchange();
+    if (!ZVFileSystem::IsDirectory(m_path))
+        return true;
+    Source.Log("A folder cannot be replaced: %s", m_path);
+    return false;
 }
 
 bool ZVSafeReplace::BringBeside()
 {
-    const ZVFileInfo folder(FolderOf(m_path));
+    const ZVFileInfo folder(m_folder);
     const ZVFileInfo newFile(m_newPath);
     if (!folder.IsFound() || folder.GetStatus().st_dev == newFile.GetStatus().st_dev)
         return true;
-    const ZVString beside = DeriveName(m_path, NewEnd);
-    if (!Move(m_newPath, beside))
+    m_place = std::make_unique<ZVTransferPlace>(m_folder);
+    if (!m_place->IsReady())
+    {
+        errno = m_place->GetError();
+        ZVLogFileError(Source, "Error %d making a file beside: %s", m_path);
         return false;
-    m_present = beside;
-    return true;
+    }
+    m_present = m_place->GetPath();
+    return Bring(m_newPath, *m_place);
+}
+
+bool ZVSafeReplace::Replace(bool keepBackup)
+{
+    for (int32_t tries = 0; tries < MaximumTries; ++tries)
+    {
+        const ZVFileInfo original(m_path);
+        if (original.IsFound() && !WriteThrough(m_present))
+            return false;
+        const bool isBackedUp = !original.IsFound() || !keepBackup || Copy(m_path, DeriveName(m_path, BackupEnd));
+        const RenameLock lock(m_folder);
+        const ZVFileInfo now(m_path);
+        // Another process may have replaced the file since, or just been about to. What goes must be what was copied.
+        if (now.IsFound() != original.IsFound() || (keepBackup && !IsSameVersion(now, original)))
+            continue;
+        if (isBackedUp)
+            return now.IsFound() ? Exchange() : Move(m_present, m_path);
+        Source.Log("Error making backup of original file: %s", m_path);
+        return false;
+    }
+    Source.Log("Other processes replace the file all the time: %s", m_path);
+    return false;
 }
 
 bool ZVSafeReplace::Exchange()
 {
-    if (!WriteThrough(m_present))
-        return false;
     if (!Move(m_path, m_original))
     {
         Source.Log("Error renaming original file");
@@ -184,6 +187,11 @@ bool ZVSafeReplace::Exchange()
     if (!Move(m_original, m_path))
         Source.Log("The original file is left as: %s", m_original);
     return false;
+}
+
+bool ZVSafeReplace::Bring(const ZVString& from, const ZVTransferPlace& place)
+{
+    return ZVBringAcross(from, place);
 }
 
 bool ZVSafeReplace::Move(const ZVString& from, const ZVString& to)

@@ -2,6 +2,6 @@
 
 #include "core/string/ZVString.h"
 
-// A path as one word of a shell command: quoted, and never read as an option. Bytes that the text only carries are printed by the
-// shell, since they would not survive the way there as text.
+// A path as one word of a shell command, quoted, and never taken for an option. The shell itself prints the bytes that the text
+// only carries, since they could not be passed to it as text.
 ZVString ZVShellWord(const ZVString& path);

@@ -15,7 +15,7 @@ std::string ZVSmallFile::Read(const ZVString& path)
     ZVFile file;
     if (!ZVFileSystem::Exists(path) || !file.Open(ZVFilename::FromPath(path), ZVFileAccess::Read))
         return bytes;
-    // Files of the kernel tell no length, so they are read to their end.
+    // The kernel's files have no length, so they are read to their end.
     char block[BlockSize];
     int64_t read = 0;
     while (bytes.size() < MaximumSize && file.Read(block, sizeof block, read) && read > 0)

@@ -5,13 +5,13 @@
 #include <string>
 #include <string_view>
 
-// Small files of the system and of the user's desktop as bytes, since what stands in them about paths has to be decoded first.
+// Small files of the system and of the user's desktop, as bytes: the paths in them have to be decoded before they are text.
 namespace ZVSmallFile
 {
-// The content, or as much as there is of it in the first mebibyte. Empty without the file, or where it cannot be read.
+// The content, of which everything after the first mebibyte may be missing. Empty if the file does not exist or cannot be read.
 std::string Read(const ZVString& path);
 
-// Takes the text in front of the first delimiter, and the delimiter, from the start of another text; all of it when there is
-// none.
+// Takes the text before the first delimiter, together with the delimiter, off the start of another text; all of it if there is no
+// delimiter.
 std::string_view TakeUpTo(std::string_view& text, char delimiter);
 }

@@ -6,6 +6,7 @@
 #include "system/file/ZVFile.h"
 #include "system/file/ZVFileError.h"
 #include "system/file/ZVFileSystem.h"
+#include "system/file/ZVWholeFile.h"
 #include "system/filename/ZVNativePath.h"
 
 #include <cerrno>
@@ -98,15 +99,30 @@ bool Encode(const ZVString& text, int32_t mode, ZVBuffer& bytes)
     return false;
 }
 
-// A file that a full disk cut short must not pass for a result. What is no file, as a device, stays.
-void RemoveShortFile(ZVFile& file)
+// A file that was cut short must not pass for a result.
+void RemoveShortFile(const ZVString& path)
 {
-    const ZVString path = file.GetPathOnly();
-    ZVLogFileError(Source, "Error %d, removing the incomplete file: %s", path);
-    file.Close();
     struct stat status;
-    if (stat(ZVNativePath(path), &status) == 0 && S_ISREG(status.st_mode))
-        ZVFileSystem::DeleteFile(path);
+    const ZVNativePath native(path);
+    if (stat(native, &status) != 0 || !S_ISREG(status.st_mode) || truncate(native, 0) != 0)
+        return;
+    // A link that led to it, which may be one of the system's, stays.
+    if (lstat(native, &status) == 0 && S_ISREG(status.st_mode))
+        unlink(native);
+}
+
+bool WriteBytes(const ZVString& path, const ZVBuffer& bytes)
+{
+    ZVFile file;
+    if (!file.Open(ZVFilename::FromPath(path), ZVFileAccess::Write, ZVFileShare::Write, ZVFileCreation::CreateAndTruncate))
+        return false;
+    if (file.Write(bytes.GetData(), bytes.GetUsed()))
+        return true;
+    const int error = errno;
+    file.Close();
+    RemoveShortFile(path);
+    errno = error;
+    return false;
 }
 }
 
@@ -124,16 +140,12 @@ bool ZVString::SaveToFile(const ZVString& path, int32_t mode) const
     if (!Encode(*this, mode, bytes))
         return false;
 
-    const ZVFilename name = ZVFilename::FromPath(ZVFileSystem::GetSavePath(path));
-    const ZVString folder = name.GetDirectory();
+    const ZVString safePath = ZVFileSystem::GetSavePath(path);
+    const ZVString folder = ZVFilename::FromPath(safePath).GetDirectory();
     if (!folder.IsEmpty())
         ZVFileSystem::MakeDirectoryTree(folder);
-
-    ZVFile file;
-    if (!file.Open(name, ZVFileAccess::Write, ZVFileShare::Write, ZVFileCreation::CreateAndTruncate))
-        return false;
-    if (file.Write(bytes.GetData(), bytes.GetUsed()))
+    if (ZVWholeFile::Write(safePath, [&](const ZVString& place) { return WriteBytes(place, bytes); }))
         return true;
-    RemoveShortFile(file);
+    ZVLogFileError(Source, "Error %d saving: %s", safePath);
     return false;
 }

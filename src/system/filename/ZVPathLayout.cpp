@@ -40,6 +40,12 @@ ZVString ZVPathLayout::WithClosingSlash(ZVString path)
     return path;
 }
 
+ZVString ZVPathLayout::FolderOf(const ZVString& path)
+{
+    const int32_t nameStart = path.ReverseFind(L'/') + 1;
+    return nameStart == 0 ? ZVString(L"./") : path.Left(nameStart);
+}
+
 ZVPathLayout ZVPathLayout::Of(const ZVString& path)
 {
     ZVPathLayout layout;

@@ -19,6 +19,8 @@ struct ZVPathLayout
 
     // The path of a folder with a separator at its end: the one that it has, or a "/".
     static ZVString WithClosingSlash(ZVString path);
+    // The folder that a path in file system style is in, with its "/": "./" for a name alone.
+    static ZVString FolderOf(const ZVString& path);
 
     static bool IsSeparator(wchar_t character) { return character == L'/' || character == L'\\'; }
 };

@@ -11,7 +11,6 @@
 #include <fstream>
 #include <grp.h>
 #include <iterator>
-#include <numeric>
 #include <sched.h>
 #include <set>
 #include <string>
@@ -19,6 +18,9 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 // A test with a folder of its own, open to all users, and with a log.
 class FileFixture : public ToolsFixture
@@ -60,15 +62,15 @@ protected:
         return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(none)";
     }
 
-    // The names in the folder, sorted and with a blank behind each.
-    std::string List(const std::string& name = "") const
+    // The names in the folder, or "(none)" without one.
+    std::set<std::string> List(const std::string& name = "") const
     {
         if (!IsAt(name))
-            return "(none)";
+            return {"(none)"};
         std::set<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(At(name)))
-            names.insert(entry.path().filename().string() + " ");
-        return std::accumulate(names.begin(), names.end(), std::string());
+            names.insert(entry.path().filename().string());
+        return names;
     }
 
     void ExpectLogged(const std::string& part)
@@ -76,7 +78,7 @@ protected:
         EXPECT_THAT(m_tools.Manager.Lines, testing::Contains(testing::HasSubstr(part)));
     }
 
-    // Runs a function in a process of its own, in which its expectations count too. What is skipped there is skipped here.
+    // Runs a function in a process of its own. Its expectations count, and if it skips the rest, so does the test.
     template <class Function>
     static void InChild(Function function)
     {
@@ -95,7 +97,8 @@ protected:
         EXPECT_EQ(status, 0);
     }
 
-    // Runs a function again and again in four processes at the same time, each with its number. It must always give true.
+    // Runs a function a hundred times in each of four processes at the same time, with the number of the process. It must always
+    // return true.
     template <class Function>
     static void InChildren(Function function)
     {
@@ -111,7 +114,7 @@ protected:
             EXPECT_EQ(status, 0);
     }
 
-    // In a process that only has the rights that the modes give, be it the owner's. A test that root runs becomes another user.
+    // Runs a function in a process that has only the rights that the modes give. A test of root's becomes another user for it.
     template <class Function>
     static void AsNobody(Function function)
     {
@@ -125,7 +128,7 @@ protected:
         InChild(run);
     }
 
-    // In a process with a file system of 64 kilobytes in the memory, mounted on the folder "disk".
+    // Runs a function in a process that sees a file system of 64 kilobytes in memory in the folder "disk".
     template <class Function>
     void WithSmallDisk(Function function) const
     {

@@ -1,6 +1,8 @@
 #include "FileFixture.h"
 #include "system/file/ZVFileSystem.h"
+#include "system/file/ZVFolderLock.h"
 #include "system/file/ZVSafeReplace.h"
+#include "system/file/ZVTransferPlace.h"
 
 #include <functional>
 
@@ -28,26 +30,40 @@ TEST_F(ZVFileMoveTest, MovesAndCopies)
             const std::string from = source + name;
             Put(from, "new");
             Put(name, "old");
-            EXPECT_TRUE(ZVFileSystem::CopyFile(TextAt(from), TextAt(name)) && GetAt(name) == "new" && GetAt(from) == "new");
+            EXPECT_TRUE(ZVFileSystem::CopyFile(TextAt(from), TextAt(name)));
+            EXPECT_EQ(GetAt(name), "new");
             Put(from, "newer");
-            EXPECT_TRUE(ZVFileSystem::MoveFile(TextAt(from), TextAt(name)) && GetAt(name) == "newer" && !IsAt(from));
-            Put(from, "newest");
-            EXPECT_TRUE(ZVFileSystem::SafeReplaceFile(TextAt(name), TextAt(from), 1, true));
-            EXPECT_EQ(GetAt(name) + List(source), "newest");
+            chmod(At(from).c_str(), 0604);
+            EXPECT_TRUE(ZVFileSystem::MoveFile(TextAt(from), TextAt(name)));
+            EXPECT_EQ(GetAt(name), "newer");
+            EXPECT_EQ(ZVFileSystem::GetFileAttributes(TextAt(name)), S_IFREG | 0604u);
+            EXPECT_THAT(List(source), IsEmpty());
             std::filesystem::remove(At(name));
         }
         Put(source + "folder/file");
         EXPECT_TRUE(ZVFileSystem::MoveFile(TextAt(source + "folder/"), TextAt("moved")));
-        EXPECT_EQ(List("moved"), "file ");
+        EXPECT_THAT(List("moved"), ElementsAre("file"));
         std::filesystem::remove_all(At("moved"));
+        EXPECT_THAT(List(source), IsEmpty());
+        EXPECT_THAT(List(), testing::IsSubsetOf({"disk", "one"})) << "something hidden is left";
     };
     OnOneDeviceAndOnTwo(moveAndCopy);
-    // A copy goes where the target leads.
-    Put("new", "new");
+}
+
+TEST_F(ZVFileMoveTest, ACopyGoesWhereTheTargetLeads)
+{
+    const ZVString from = ZVNativePath::ToText(Put("new", "new").c_str());
     Put("real", "old");
     Link("real", "link");
-    EXPECT_TRUE(ZVFileSystem::CopyFile(TextAt("new"), TextAt("link")) && ZVFileSystem::CopyFile(TextAt("new"), L"/dev/null"));
-    EXPECT_TRUE(GetAt("real") == "new" && std::filesystem::is_character_file("/dev/null"));
+    Put("closed/open", "old");
+    chmod(At("closed/open").c_str(), 0666);
+    chmod(At("closed").c_str(), 0555);
+    EXPECT_TRUE(ZVFileSystem::CopyFile(from, TextAt("link")));
+    EXPECT_EQ(GetAt("real"), "new");
+    EXPECT_TRUE(ZVFileSystem::CopyFile(from, L"/dev/null"));
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    AsNobody([&] { EXPECT_TRUE(ZVFileSystem::CopyFile(from, TextAt("closed/open"))); });
+    EXPECT_EQ(GetAt("closed/open"), "new") << "in a folder that takes no new files";
 }
 
 TEST_F(ZVFileMoveTest, NothingIsLostWhereItFails)
@@ -60,15 +76,19 @@ TEST_F(ZVFileMoveTest, NothingIsLostWhereItFails)
         MakeFolder("folder");
         for (const auto move : {ZVFileSystem::MoveFile, ZVFileSystem::CopyFile})
         {
-            EXPECT_FALSE(move(TextAt("missing"), TextAt("to")) || move(file, TextAt("folder")) ||
-                         move(file, TextAt("missing/to")));
-            AsNobody([&] { EXPECT_FALSE(move(file, L"/var/zv")); });
+            EXPECT_FALSE(move(TextAt("missing"), TextAt("to")));
+            for (const char* to : {"folder", "missing/to", "/var/zv"})
+                AsNobody([&] { EXPECT_FALSE(move(file, TextAt(to))) << to; });
         }
-        EXPECT_FALSE(ZVFileSystem::CopyFile(TextAt("folder"), TextAt("to")) ||
-                     ZVFileSystem::MoveFile(file + L"/x", TextAt("to")));
+        EXPECT_FALSE(ZVFileSystem::CopyFile(TextAt("folder"), TextAt("to")));
+        EXPECT_FALSE(ZVFileSystem::MoveFile(file + L"/x", TextAt("to")));
+        // A source that could not be deleted is not copied first.
+        chmod(At(source).c_str(), 0555);
+        AsNobody([&] { EXPECT_FALSE(ZVFileSystem::MoveFile(file, TextAt("folder/to"))); });
         ExpectLogged("1|ZVFileSystem::MoveFile|Error 2 moving file: " + At("missing"));
         ExpectLogged("1|ZVFileSystem::CopyFile|Error 21 copying file: " + At("folder"));
-        EXPECT_EQ(GetAt(source + "file") + List("folder"), "new");
+        EXPECT_EQ(GetAt(source + "file"), "new");
+        EXPECT_THAT(List("folder"), IsEmpty());
     };
     OnOneDeviceAndOnTwo(failToMove);
 }
@@ -77,40 +97,76 @@ TEST_F(ZVFileMoveTest, AFullDiskKeepsTheOldFile)
 {
     const auto fillDisk = [&]
     {
-        Put("big", std::string(100'000, 'x'));
+        const ZVString big = ZVNativePath::ToText(Put("big", std::string(100'000, 'x')).c_str());
         Put("disk/file", "old");
         const ZVString file = TextAt("disk/file");
-        EXPECT_FALSE(ZVFileSystem::CopyFile(TextAt("big"), file) || ZVFileSystem::MoveFile(TextAt("big"), file) ||
-                     ZVFileSystem::SafeReplaceFile(file, TextAt("big"), 1));
+        EXPECT_FALSE(ZVFileSystem::CopyFile(big, file));
+        EXPECT_FALSE(ZVFileSystem::MoveFile(big, file));
+        EXPECT_TRUE(ZVFileSystem::Exists(big));
+        EXPECT_FALSE(ZVFileSystem::SafeReplaceFile(file, big, 1));
         ExpectLogged("1|ZVFileSystem::MoveFile|Command failed with 1: ");
-        EXPECT_EQ(List("disk") + GetAt("disk/file"), "file old");
+        EXPECT_EQ(GetAt("disk/file"), "old");
+        EXPECT_THAT(List("disk"), ElementsAre("file"));
     };
     WithSmallDisk(fillDisk);
 }
 
-// A replacement of which one step fails or, in a process that ends, that step and all behind it.
+TEST_F(ZVFileMoveTest, WhatADeadProcessLeftHiddenIsSwept)
+{
+    const std::string hidden = Bytes(ZVTransferPlace::FolderStart) + std::to_string(geteuid());
+    Put(hidden + "/film", "a part");
+    Put(hidden + "/folder/file");
+    {
+        const ZVTransferPlace place(TextAt(""));
+        EXPECT_THAT(List(hidden), IsEmpty());
+        Put(Bytes(place.GetPath()), "mine");
+        EXPECT_TRUE(ZVString(L"x").SaveToFile(TextAt("other"), 2));
+        EXPECT_EQ(GetAt(Bytes(place.GetPath())), "mine") << "a live process is not disturbed";
+    }
+    EXPECT_THAT(List(), ElementsAre("other"));
+    // A name that somebody else has taken is not used.
+    MakeFolder(Bytes(ZVTransferPlace::FolderStart) + "65534");
+    AsNobody([&] { EXPECT_TRUE(ZVString(L"x").SaveToFile(TextAt("nobody"), 2)); });
+    EXPECT_EQ(GetAt("nobody"), "x");
+}
+
+// A replacement of which one step fails or, in a process that ends, that step and all after it. It also looks whether the folder
+// is locked in each step.
 class BrokenReplace final : public ZVSafeReplace
 {
 public:
-    using ZVSafeReplace::ZVSafeReplace;
+    BrokenReplace(const ZVString& path, const ZVString& newPath) : ZVSafeReplace(path, newPath), m_path(path) {}
 
-    int GoodSteps = 0;
+    int GoodSteps = INT_MAX;
     bool Ends = false;
+    std::string LockedSteps;
 
 protected:
-    bool Move(const ZVString& from, const ZVString& to) override { return Take() && ZVSafeReplace::Move(from, to); }
-    bool Copy(const ZVString& from, const ZVString& to) override { return Take() && ZVSafeReplace::Copy(from, to); }
-    bool Delete(const ZVString& path) override { return Take() && ZVSafeReplace::Delete(path); }
+    bool Bring(const ZVString& from, const ZVTransferPlace& place) override
+    {
+        return Take("bring") && ZVSafeReplace::Bring(from, place);
+    }
+    bool Move(const ZVString& from, const ZVString& to) override { return Take("move") && ZVSafeReplace::Move(from, to); }
+    bool Copy(const ZVString& from, const ZVString& to) override { return Take("copy") && ZVSafeReplace::Copy(from, to); }
+    bool Delete(const ZVString& path) override { return Take("delete") && ZVSafeReplace::Delete(path); }
 
 private:
-    bool Take() { return GoodSteps-- > 0 || (!Ends && GoodSteps < -1); }
+    bool Take(const char* step)
+    {
+        const ZVNativePath folder(ZVFilename::FromPath(m_path).GetDirectory());
+        if (!ZVFolderLock::Try(ZVDescriptor(open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC)), LOCK_EX))
+            LockedSteps.append(step).append(" ");
+        return GoodSteps-- > 0 || (!Ends && GoodSteps < -1);
+    }
+
+    ZVString m_path;
 };
 
 using ZVSafeReplaceTest = ZVFileMoveTest;
 
 TEST_F(ZVSafeReplaceTest, NothingIsLostWhicheverStepFails)
 {
-    const auto breakStep = [&](const std::string& source, int badStep, int lastStep, bool ends)
+    const auto breakStep = [&](const std::string& source, int badStep, int firstRename, bool ends)
     {
         SCOPED_TRACE(source + (ends ? " ends before step " : " fails in step ") + std::to_string(badStep));
         Put("t/film", "old");
@@ -119,28 +175,41 @@ TEST_F(ZVSafeReplaceTest, NothingIsLostWhicheverStepFails)
         replace.GoodSteps = badStep;
         replace.Ends = ends;
         const bool isReplaced = replace.Run(3, true);
-        EXPECT_EQ(isReplaced, badStep >= lastStep);
-        EXPECT_EQ(replace.GoodSteps < 0, badStep <= lastStep);
-        // The old file may stay where the new one is in place.
-        const bool isSetAside = IsAt("t/film.zvoriginal");
-        EXPECT_EQ(isSetAside, badStep == lastStep || (ends && badStep == lastStep - 1));
+        EXPECT_EQ(isReplaced, badStep > firstRename + 1);
+        const bool isSetAside = ends && badStep == firstRename + 1;
         EXPECT_EQ(GetAt("t/film"), isReplaced ? "new one" : isSetAside ? "(none)" : "old");
-        EXPECT_EQ(GetAt("t/film.zvoriginal"), isSetAside ? "old" : "(none)");
-        EXPECT_TRUE(ends || !(IsAt(source + "new") || IsAt("t/film.zvnew")));
-        // The next replacement puts the original back even when it fails itself.
+        if (!isReplaced)
+        {
+            EXPECT_EQ(GetAt("t/film.zvoriginal"), isSetAside ? "old" : "(none)");
+            EXPECT_EQ(GetAt(source + "new"), ends ? "new one" : "(none)");
+        }
+        // The next replacement puts the original back even if it fails itself.
         EXPECT_FALSE(ZVFileSystem::SafeReplaceFile(TextAt("t/film"), TextAt("missing"), 1));
         EXPECT_EQ(GetAt("t/film"), isReplaced ? "new one" : "old");
         std::filesystem::remove_all(At("t"));
     };
     const auto breakEachStep = [&](const std::string& source)
     {
-        // Bring beside, back up, set aside, put in place, delete.
-        const int lastStep = source == "one/" ? 3 : 4;
-        for (int badStep = 0; badStep <= lastStep + 1; ++badStep)
+        // Bring it from another device, back up, set aside, put in place, delete the old one.
+        const int firstRename = source == "one/" ? 1 : 2;
+        for (int badStep = 0; badStep <= firstRename + 3; ++badStep)
             for (const bool ends : {false, true})
-                breakStep(source, badStep, lastStep, ends);
+                breakStep(source, badStep, firstRename, ends);
     };
     OnOneDeviceAndOnTwo(breakEachStep);
+}
+
+TEST_F(ZVSafeReplaceTest, TheFolderIsLockedForTheRenamesAlone)
+{
+    const auto replace = [&](const std::string& source)
+    {
+        Put("film", "old");
+        Put(source + "new", "new");
+        BrokenReplace replacement(TextAt("film"), TextAt(source + "new"));
+        EXPECT_TRUE(replacement.Run(1, true));
+        EXPECT_EQ(replacement.LockedSteps, "move move delete ");
+    };
+    OnOneDeviceAndOnTwo(replace);
 }
 
 TEST_F(ZVSafeReplaceTest, KeepsTheOldFileUnlessTheNewOneIsGood)
@@ -150,28 +219,32 @@ TEST_F(ZVSafeReplaceTest, KeepsTheOldFileUnlessTheNewOneIsGood)
     Put("film", "old");
     EXPECT_FALSE(replace("film", "12"));
     ExpectLogged("1|ZVFileSystem::SafeReplaceFile|The new file has 2 bytes and not 3: ");
-    // A file cannot replace itself, and is not lost either.
-    EXPECT_FALSE(ZVFileSystem::SafeReplaceFile(TextAt("film"), TextAt("./film"), 1));
+    EXPECT_FALSE(ZVFileSystem::SafeReplaceFile(TextAt("film"), TextAt("./film"), 1)) << "a file cannot replace itself";
     MakeFolder("folder");
     EXPECT_FALSE(replace("folder", "123"));
     Put("film.zvoriginal/full");
     EXPECT_FALSE(replace("film", "123"));
     ExpectLogged("1|ZVFileSystem::SafeReplaceFile|Error renaming original file");
-    EXPECT_EQ(List() + GetAt("film"), "film film.zvoriginal folder old");
+    EXPECT_EQ(GetAt("film"), "old");
+    EXPECT_THAT(List(), ElementsAre("film", "film.zvoriginal", "folder"));
     std::filesystem::remove_all(At("film.zvoriginal"));
 
-    EXPECT_TRUE(replace("film", "123") && replace("other", "456", true));
-    EXPECT_EQ(List() + GetAt("film") + GetAt("other"), "film folder other 123456");
+    EXPECT_TRUE(replace("other", "456", true)) << "where there is no old file";
+    EXPECT_EQ(GetAt("other"), "456");
+    EXPECT_TRUE(replace("film", "123"));
     EXPECT_TRUE(replace("film", "789", true));
-    EXPECT_EQ(GetAt("film") + GetAt("film.bak"), "789123");
+    EXPECT_EQ(GetAt("film"), "789");
+    EXPECT_EQ(GetAt("film.bak"), "123");
+    EXPECT_THAT(List(), ElementsAre("film", "film.bak", "folder", "other"));
 }
 
 TEST_F(ZVSafeReplaceTest, ReplacementsOfOneFileComeOneAfterTheOther)
 {
     Put("film", "old");
     const auto replace = [&](const std::string& name)
-    { return !Put(name, "new").empty() && ZVFileSystem::SafeReplaceFile(TextAt("film"), TextAt(name), 3); };
+    { return ZVFileSystem::SafeReplaceFile(TextAt("film"), ZVNativePath::ToText(Put(name, "new").c_str()), 3, true); };
     InChildren(replace);
-    EXPECT_EQ(List() + GetAt("film"), "film new");
+    EXPECT_EQ(GetAt("film"), "new");
+    EXPECT_THAT(List(), ElementsAre("film", "film.bak"));
 }
 }

@@ -10,19 +10,19 @@ namespace
 class ZVFileSearchTest : public FileFixture
 {
 protected:
-    // The paths without the folder in front, with a blank behind each.
-    std::string Shorten(const ZVStringArray& paths) const
+    // The paths without the folder of the test.
+    std::vector<std::string> Shorten(const ZVStringArray& paths) const
     {
-        std::string list;
+        std::vector<std::string> list;
         for (const ZVString& path : paths)
-            list += Bytes(path).substr(m_folder.size()) + " ";
+            list.push_back(Bytes(path).substr(m_folder.size()));
         return list;
     }
 
-    std::string Find(const std::string& pattern, bool listFolder = false) const
+    std::vector<std::string> Find(const std::string& pattern, ZVFind what = ZVFind::Matches) const
     {
         ZVFileFinder finder;
-        EXPECT_TRUE(finder.Find(NameAt(pattern), listFolder));
+        EXPECT_TRUE(finder.Find(NameAt(pattern), what));
         ZVStringArray paths;
         for (ZVFileInfo info; finder.GetNext(info);)
             paths.Add(info.GetPath());
@@ -35,15 +35,22 @@ TEST_F(ZVFileSearchTest, AFolderIsListedWithoutHiddenNames)
     Put("a/b/file");
     Put("a/.hidden");
     Link("nothing", "a/c");
-    EXPECT_EQ(Find("a/") + "| " + Find("a", true), "a/b/ a/c | a/b/ a/c ");
-    EXPECT_EQ(Find("a") + Find("missing/") + Find("a/c/"), "a/ ");
+    EXPECT_THAT(Find("a/"), ElementsAre("a/b/", "a/c"));
+    EXPECT_THAT(Find("a", ZVFind::FolderContent), ElementsAre("a/b/", "a/c"));
+    EXPECT_THAT(Find("a"), ElementsAre("a/"));
+    for (const char* path : {"missing/", "a/c/"})
+        EXPECT_THAT(Find(path), IsEmpty()) << path;
     ZVFileFinder finder;
     ZVFileInfo info;
-    EXPECT_FALSE(finder.Find(ZVFilename(), true));
-    EXPECT_TRUE(finder.Find(NameAt("a/")) && finder.GetNext(info) && info.IsDirectory() && info.GetName() == L"b");
-    EXPECT_TRUE(finder.GetNext(info) && S_ISLNK(info.GetMode()) && !finder.GetNext(info));
-    EXPECT_TRUE(finder.Find(NameAt("a/b/")) && std::filesystem::remove(At("a/b/file")));
-    EXPECT_FALSE(finder.GetNext(info) || info.IsFound() || info.IsDirectory()) << "what vanishes after the listing";
+    EXPECT_FALSE(finder.Find(ZVFilename(), ZVFind::FolderContent));
+    ASSERT_TRUE(finder.Find(NameAt("a/")));
+    EXPECT_TRUE(finder.GetNext(info));
+    EXPECT_STREQ(info.GetName(), L"b");
+    EXPECT_TRUE(finder.GetNext(info));
+    EXPECT_TRUE(S_ISLNK(info.GetMode())) << "a link that leads nowhere stands for itself";
+    ASSERT_TRUE(finder.Find(NameAt("a/b/")));
+    std::filesystem::remove(At("a/b/file"));
+    EXPECT_FALSE(finder.GetNext(info)) << "the only file has vanished after the listing";
     // A name that a text would not survive.
     Put("semicolon/film.mkv;1", "12345");
     ASSERT_TRUE(finder.Find(NameAt("semicolon/")));
@@ -52,7 +59,7 @@ TEST_F(ZVFileSearchTest, AFolderIsListedWithoutHiddenNames)
     chmod(At("a").c_str(), 0);
     const auto listClosed = [&]
     {
-        EXPECT_EQ(Find("a/"), "");
+        EXPECT_THAT(Find("a/"), IsEmpty());
         ExpectLogged("1|ZVFileFinder::Find|Error 13 reading folder: ");
     };
     AsNobody(listClosed);
@@ -64,12 +71,15 @@ TEST_F(ZVFileSearchTest, CharactersOfPatternsStandForThemselves)
     for (const std::string folder : {"[a]/", "?/", "*/", "a\\b/"})
     {
         Put(folder + "file [1]");
-        EXPECT_EQ(Find(folder), folder + "file [1] ");
+        EXPECT_THAT(Find(folder), ElementsAre(folder + "file [1]"));
     }
-    EXPECT_EQ(Find("a/file [1]") + Find("?/f*"), "a/file [1] ") << "nothing is a wild card without the tools library";
+    EXPECT_THAT(Find("a/file [1]"), ElementsAre("a/file [1]"));
+    EXPECT_THAT(Find("?/f*"), IsEmpty()) << "nothing is a wild card without the tools library";
     FakeStringTools tools;
     g_pZVTools = &tools;
-    EXPECT_EQ(Find("?/f*") + Find("a/????\?[1]") + Find("a/[f]*"), "?/file [1] a/file [1] ");
+    EXPECT_THAT(Find("?/f*"), ElementsAre("?/file [1]"));
+    EXPECT_THAT(Find("a/????\?[1]"), ElementsAre("a/file [1]"));
+    EXPECT_THAT(Find("a/[f]*"), IsEmpty());
 }
 
 TEST_F(ZVFileSearchTest, FiltersAndFlagsDecideWhatIsFound)
@@ -80,24 +90,24 @@ TEST_F(ZVFileSearchTest, FiltersAndFlagsDecideWhatIsFound)
     const ZVString folder = TextAt("disc");
 
     ZVFileSearch all(folder);
-    EXPECT_EQ(Shorten(all.GetResults()), "disc/VIDEO_TS.IFO disc/a.vob disc/ifo ");
+    EXPECT_THAT(Shorten(all.GetResults()), ElementsAre("disc/VIDEO_TS.IFO", "disc/a.vob", "disc/ifo"));
     ZVFileSearch some(folder, L"ifo", true);
     some.AddFilter(L"");
     some.AddFilter(L"VOB");
-    EXPECT_EQ(Shorten(some.GetResults()), "disc/VIDEO_TS.IFO disc/a.vob disc/sub/b.Ifo ");
+    EXPECT_THAT(Shorten(some.GetResults()), ElementsAre("disc/VIDEO_TS.IFO", "disc/a.vob", "disc/sub/b.Ifo"));
     EXPECT_EQ(some.GetTotalSize(), 12 + 5 + 9);
     ZVFileSearch others(folder, L"none", true);
     others.SetIncludeFolders(true);
-    EXPECT_EQ(Shorten(others.GetResults()), "disc/sub/ ");
+    EXPECT_THAT(Shorten(others.GetResults()), ElementsAre("disc/sub/"));
     ZVFileSearch plain(folder, L"", true);
     plain.SetSkipMask(S_IXUSR);
-    EXPECT_EQ(Shorten(plain.GetResults()), "disc/VIDEO_TS.IFO disc/ifo ");
+    EXPECT_THAT(Shorten(plain.GetResults()), ElementsAre("disc/VIDEO_TS.IFO", "disc/ifo"));
 
     ZVStringArray out;
     ZVStringArray extensions;
     extensions.Add(L"ifo");
     EXPECT_EQ(ZVFileSystem::FindFiles(folder, out, false, extensions), 1);
-    EXPECT_EQ(all.GetResults(out), 4) << "behind what is there";
+    EXPECT_EQ(all.GetResults(out), 4) << "the paths are appended";
     EXPECT_EQ(ZVFileSystem::FindFiles(L"", out, true, {}), 0);
     const std::atomic<bool> isCancelled {true};
     ZVFileSearch cancelled(folder);
@@ -113,7 +123,7 @@ TEST_F(ZVFileSearchTest, AWalkSurvivesLoopsAndDepth)
     Link(".", "a/self");
     Link("b", "a/twice");
     ZVFileSearch loops(TextAt("a"), L"", true);
-    EXPECT_EQ(Shorten(loops.GetResults()), "a/b/file ");
+    EXPECT_THAT(Shorten(loops.GetResults()), ElementsAre("a/b/file"));
 
     std::string deep = "d/file";
     while (deep.size() < 600)

@@ -1,7 +1,6 @@
 #include "system/file/ZVFile.h"
 
 #include "FileFixture.h"
-#include "core/containers/ZVBuffer.h"
 #include "system/file/ZVFileInfo.h"
 
 #include <cerrno>
@@ -33,18 +32,22 @@ TEST_F(ZVFileTest, TheCreationModeDecidesWhatAnOpenDoes)
             for (const char* name : {"new", "old"})
                 if (ZVFile file; file.Open(NameAt(name), ZVFileAccess::Write, share, creation))
                     file.Write("xy", 2);
-            EXPECT_TRUE(GetAt("new") == newContent && GetAt("old") == oldContent) << static_cast<int>(creation);
+            EXPECT_EQ(GetAt("new"), newContent) << static_cast<int>(creation);
+            EXPECT_EQ(GetAt("old"), oldContent) << static_cast<int>(creation);
         }
 }
 
 TEST_F(ZVFileTest, AFailedOpenTellsWhy)
 {
     ZVFile file;
-    EXPECT_TRUE(!file.Open(NameAt(""), ZVFileAccess::Read) && errno == EISDIR);
-    EXPECT_TRUE(!file.Open(NameAt("missing"), ZVFileAccess::Read) && errno == ENOENT);
+    EXPECT_FALSE(file.Open(NameAt(""), ZVFileAccess::Read));
+    EXPECT_EQ(errno, EISDIR);
+    EXPECT_FALSE(file.Open(NameAt("missing"), ZVFileAccess::Read));
+    EXPECT_EQ(errno, ENOENT);
     ExpectLogged("1|ZVFile::Reopen|Error 2 opening file: " + At("missing"));
-    EXPECT_TRUE(!file.IsOpen() && file.Close());
-    EXPECT_TRUE(file.GetPosition() == -1 && file.Seek(0, ZVSeekOrigin::Start) == -1 && file.GetLength() == -1);
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(file.GetPosition(), -1);
+    EXPECT_TRUE(file.Close());
 }
 
 TEST_F(ZVFileTest, ASecondWriterIsKeptOutUnlessTheFirstShares)
@@ -60,7 +63,8 @@ TEST_F(ZVFileTest, ASecondWriterIsKeptOutUnlessTheFirstShares)
         EXPECT_FALSE(open(second, Alone));
         // The refused writer must not have emptied the file either.
         EXPECT_EQ(GetAt("file"), "abc");
-        EXPECT_TRUE(second.Open(NameAt("file"), ZVFileAccess::Write, Shared) && second.Open(NameAt("file"), ZVFileAccess::Read));
+        EXPECT_TRUE(second.Open(NameAt("file"), ZVFileAccess::Write, Shared));
+        EXPECT_TRUE(second.Open(NameAt("file"), ZVFileAccess::Read));
     };
     openLocked();
     InChild(openLocked);
@@ -81,34 +85,42 @@ TEST_F(ZVFileTest, PositionsAndLengthsAreThoseOfTheFile)
     ZVFile file;
     ASSERT_TRUE(file.Open(NameAt("file"), ZVFileAccess::ReadWrite));
     EXPECT_EQ(file.Seek(BeyondFourGigabytes, ZVSeekOrigin::Start), BeyondFourGigabytes);
-    EXPECT_TRUE(file.Seek(-6, ZVSeekOrigin::End) == 4 && file.Seek(2, ZVSeekOrigin::Current) == 6);
+    EXPECT_EQ(file.Seek(-6, ZVSeekOrigin::End), 4);
+    EXPECT_EQ(file.Seek(2, ZVSeekOrigin::Current), 6);
+    EXPECT_EQ(file.Seek(3, static_cast<ZVSeekOrigin>(5)), 3) << "every other origin is the start";
     // Where space can be had in advance the file grows and never shrinks; for no bytes at all it cannot be had.
-    for (const int64_t position : {5, 0, 20})
+    for (const auto& [position, length] : {std::pair(5, 10), std::pair(0, 0), std::pair(20, 20)})
     {
-        EXPECT_TRUE(file.Seek(position, ZVSeekOrigin::Start) == position && file.SetEndOfFile());
-        EXPECT_EQ(file.GetLength(), position == 5 ? 10 : position);
+        EXPECT_EQ(file.Seek(position, ZVSeekOrigin::Start), position);
+        EXPECT_TRUE(file.SetEndOfFile());
+        EXPECT_EQ(file.GetLength(), length);
     }
     file.Close();
-    EXPECT_TRUE(file.GetLength() == 20 && !file.SetEndOfFile());
+    EXPECT_EQ(file.GetLength(), 20) << "of the name when it is closed";
+    EXPECT_FALSE(file.SetEndOfFile());
     EXPECT_TRUE(file.SetFileTime({1000, 0}, {2000, 500000}));
     EXPECT_EQ(ZVFileInfo(TextAt("file")).GetModificationTime(), 2000.5);
 }
 
-TEST_F(ZVFileTest, AWriteIsTrueOnlyWhenEverythingWasTaken)
+TEST_F(ZVFileTest, AWriteIsTrueOnlyIfEverythingWasTaken)
 {
     Put("file", "abc");
     ZVFile file;
     ASSERT_TRUE(file.Open(NameAt("file"), ZVFileAccess::Read));
     int64_t count = 7;
-    EXPECT_TRUE(!file.Write("abc", 3, count) && count == 0);
+    EXPECT_FALSE(file.Write("abc", 3, count));
+    EXPECT_EQ(count, 0);
     ExpectLogged("1|ZVFile::Write|Error 9 writing file: " + At("file"));
     char buffer[8];
-    EXPECT_TRUE(file.Read(buffer, sizeof buffer, count) && count == 3 && !file.Read(buffer, -1, count) && errno == EINVAL);
+    EXPECT_TRUE(file.Read(buffer, sizeof buffer, count));
+    EXPECT_EQ(count, 3);
+    EXPECT_FALSE(file.Read(buffer, -1, count));
     const std::string block(48 * 1024, 'x');
     const auto fillDisk = [&]
     {
         ASSERT_TRUE(file.Open(NameAt("disk/file"), ZVFileAccess::Write, Alone, ZVFileCreation::CreateNew));
-        EXPECT_TRUE(file.Write(block.data(), 48 * 1024) && !file.Write(block.data(), 48 * 1024));
+        EXPECT_TRUE(file.Write(block.data(), 48 * 1024));
+        EXPECT_FALSE(file.Write(block.data(), 48 * 1024));
         EXPECT_EQ(file.GetLength(), 64 * 1024);
     };
     WithSmallDisk(fillDisk);
@@ -118,13 +130,16 @@ TEST_F(ZVFileTest, TextIsWrittenInEachForm)
 {
     const ZVString text = L"a\u00e4\u65e5";
     ZVFile file;
-    ZVBuffer scratch;
     ASSERT_TRUE(file.Open(NameAt("file"), ZVFileAccess::ReadWrite, Alone, ZVFileCreation::CreateNew));
-    EXPECT_TRUE(file.WriteUTF8(text, scratch) && file.WriteUTF8(L"") && file.WriteUTF8(L"|") && file.WriteNarrow(text));
-    EXPECT_TRUE(file.WriteWide(text) && file.Flush());
-    EXPECT_EQ(GetAt("file"), "a\xc3\xa4\xe6\x97\xa5|a\xe4?" + std::string(reinterpret_cast<const char*>(text.GetText()), 12));
+    EXPECT_TRUE(file.WriteUTF8(text));
+    EXPECT_TRUE(file.WriteNarrow(text));
+    EXPECT_TRUE(file.WriteWide(text));
+    EXPECT_EQ(GetAt("file"), "a\xc3\xa4\xe6\x97\xa5"
+                             "a\xe4?" +
+                                 std::string(reinterpret_cast<const char*>(text.GetText()), 12));
     ASSERT_TRUE(file.Open(ZVFilename::FromPath(L"/dev/full"), ZVFileAccess::Write, Shared));
-    EXPECT_TRUE(file.WriteNarrow(text) && !file.WriteUTF8(text));
+    EXPECT_FALSE(file.WriteUTF8(text));
+    EXPECT_TRUE(file.WriteNarrow(text)) << "whatever became of the write";
 }
 
 TEST_F(ZVFileTest, LinesAreReadOneByOne)
@@ -134,18 +149,18 @@ TEST_F(ZVFileTest, LinesAreReadOneByOne)
     {
         Put("lines", content);
         EXPECT_TRUE(file.Open(NameAt("lines"), ZVFileAccess::Read));
-        std::string lines;
+        std::vector<std::string> lines;
         for (ZVString line; (file.*readLine)(line);)
-            lines += Bytes(line) + "|";
+            lines.push_back(Bytes(line));
         return lines;
     };
-    EXPECT_EQ(readLines(&ZVFile::ReadLineUTF8, "a\xc3\xa4\r\n\n\xe6\x97\xa5"), "a\xc3\xa4\r||\xe6\x97\xa5|");
-    ZVString line;
-    file.Close();
-    EXPECT_FALSE(file.ReadLine(line)) << "without an end of the lines of a closed file";
-    // The two bytes behind the last value make none.
+    EXPECT_THAT(readLines(&ZVFile::ReadLineUTF8, "a\xc3\xa4\r\n\n\xe6\x97\xa5"), ElementsAre("a\xc3\xa4\r", "", "\xe6\x97\xa5"));
+    // The two bytes after the last value make none.
     const wchar_t wide[] = L"ab\n\nc\0d";
     const std::string wideBytes(reinterpret_cast<const char*>(wide), sizeof wide - sizeof(wchar_t));
-    EXPECT_EQ(readLines(&ZVFile::ReadLine, wideBytes + "xy"), "ab||c|d|");
+    EXPECT_THAT(readLines(&ZVFile::ReadLine, wideBytes + "xy"), ElementsAre("ab", "", "c", "d"));
+    ZVString line;
+    file.Close();
+    EXPECT_FALSE(file.ReadLine(line)) << "a closed file would have lines without end";
 }
 }

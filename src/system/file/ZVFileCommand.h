@@ -1,0 +1,14 @@
+#pragma once
+
+#include "system/log/ZVLog.h"
+
+// A command of the system that brings a file or folder from one path to another.
+struct ZVFileCommand
+{
+    ZVLogSource Source;  // under which a failure is logged
+    const wchar_t* Program;
+    const wchar_t* Options;
+
+    // Runs the command with both paths quoted and waits for its end. False unless it succeeded.
+    bool Run(const ZVString& from, const ZVString& to) const;
+};
