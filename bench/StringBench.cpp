@@ -13,7 +13,7 @@ constexpr wchar_t FortyCharacters[] = L"Forty characters, just the usual length.
 // More blocks than the pool of the string manager keeps.
 constexpr size_t ManyBlocks = 64;
 
-// Takes all blocks out of the pool while it lives, so that what other comparisons left there does not count.
+// Takes all blocks out of the pool for a scope, so that what other comparisons left there does not count.
 struct EmptyPool
 {
     std::vector<ZVString> Holders;

@@ -1,5 +1,5 @@
-// Reads any text as a date, writes what came of it and reads that again, and takes the text as the pattern of a date. The input
-// is UTF-8.
+// Reads any text as a date, writes the result and reads that again, and uses the text as the pattern of a date. The input is
+// UTF-8.
 
 #include "Require.h"
 #include "core/date/ZVDate.h"
@@ -18,7 +18,8 @@ void WriteAndReadBack(double value)
     CDateServices services;
     const ZVDatePrecision precision = ZVDate::GetPrecision(value);
     const int32_t year = ZVDate::ToFields(value).GetCalendarYear();
-    Require(precision != ZVDatePrecision::None && year >= 1 && year <= 9999);
+    Require(precision != ZVDatePrecision::None);
+    Require(year >= 1 && year <= 9999);
     const double read = services.Parse(ZVDate::ToISO(value, false, true), 0);
     Require(ZVDate::GetPrecision(read) == precision);
     // Seconds are cut, and the first second of a day is its midnight.
@@ -36,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         if (date != 0.0)
             WriteAndReadBack(date);
 
-    // No word or code writes more than this.
+    // No word or code writes more characters than this.
     constexpr int64_t LongestForm = 64;
     for (int32_t flags = 0; flags <= (ZVDate::CodesOnly | ZVDate::EnglishNames); flags += ZVDate::CodesOnly)
         Require(ZVDate::Format(value != 0.0 ? value : 45418.25, text, flags).GetLength() <= text.GetLength() * LongestForm);

@@ -1,4 +1,4 @@
-// Reads any text as the XMLPH form and as the length-prefixed form of a property map, and writes and reads again what came of it.
+// Reads any text as the XMLPH form and as the length-prefixed form of a property map, then writes and reads the result again.
 
 #include "Require.h"
 #include "core/property/ZVPropertyMap.h"
@@ -15,13 +15,17 @@ void WriteAndReadBack(const ZVPropertyMap& map)
     map.Save(text);
     ZVPropertyMap loaded, first, second;
     int32_t position = 0;
-    Require(loaded.Load(text, position) && position == text.GetLength() && loaded.IsEqual(map));
+    Require(loaded.Load(text, position));
+    Require(position == text.GetLength());
+    Require(loaded.IsEqual(map));
 
-    // The first writing replaces control characters; what it wrote must stay the same from then on.
+    // The first time control characters are replaced; after that nothing may change any more.
     map.ToXML(text, Root, false, 1.0);
-    Require(first.FromXML(text, Root, 1.0) && first.GetCount() <= map.GetCount());
+    Require(first.FromXML(text, Root, 1.0));
+    Require(first.GetCount() <= map.GetCount());
     first.ToXML(text, Root, true, 1.0);
-    Require(second.FromXML(text, Root, 1.0) && second.IsEqual(first));
+    Require(second.FromXML(text, Root, 1.0));
+    Require(second.IsEqual(first));
     second.ToDisplayText(text);
 }
 }

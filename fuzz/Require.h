@@ -2,16 +2,20 @@
 
 #include "core/string/ZVString.h"
 
+#include <cstdio>
 #include <cstdlib>
+#include <source_location>
 
-// Ends the process, which is how a fuzz target tells that its input broke a promise.
-inline void Require(bool isTrue)
+// A promise that must hold for every input. If it does not, says where and ends the process, which counts as a failed input.
+inline void Require(bool isTrue, std::source_location where = std::source_location::current())
 {
-    if (!isTrue)
-        abort();
+    if (isTrue)
+        return;
+    fprintf(stderr, "%s:%u: the input broke a promise\n", where.file_name(), static_cast<unsigned>(where.line()));
+    abort();
 }
 
-// True when all characters are the same, those of code 0 too.
+// True if all characters are the same, including those of code 0.
 inline bool IsSame(const ZVString& left, const ZVString& right)
 {
     return left.GetLength() == right.GetLength() &&

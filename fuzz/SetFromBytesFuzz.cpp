@@ -1,4 +1,4 @@
-// Reads any bytes as a text in every encoding, and writes what came of it as UTF-8 and reads it again.
+// Reads any bytes as a text in every encoding, then writes the result as UTF-8 and reads that again.
 
 #include "Require.h"
 #include "core/containers/ZVBuffer.h"
@@ -11,7 +11,8 @@ namespace
 {
 std::wstring TextOf(const ZVString& text)
 {
-    Require(text.GetText()[text.GetLength()] == L'\0' && text.GetCapacity() > text.GetLength());
+    Require(text.GetCapacity() > text.GetLength());
+    Require(text.GetText()[text.GetLength()] == L'\0');
     return std::wstring(text.GetText(), static_cast<size_t>(text.GetLength()));
 }
 
@@ -43,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         {
             const ZVEncoding encoding = static_cast<ZVEncoding>(number);
             const std::wstring text = Read(data, size, encoding, dropNulBytes);
-            // An overlong form of the NUL is the one way for a character 0 to come into a text.
+            // Only an overlong form of the NUL can bring a character 0 into a text.
             const bool isUTF8 = encoding == ZVEncoding::UTF8 || encoding == ZVEncoding::UTF8WithMark;
             Require(isUTF8 || text.find(L'\0') == std::wstring::npos);
             Require(encoding != detected || text == Read(data, size, ZVEncoding::Detect, dropNulBytes));

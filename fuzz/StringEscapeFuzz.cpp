@@ -1,4 +1,4 @@
-// Reads any text as one with entities and as a number. The input is UTF-8.
+// Reads any text as a text with entities and as a number. The input is UTF-8.
 
 #include "Require.h"
 
@@ -14,19 +14,22 @@ void EscapeAndDecode(const ZVString& text)
     constexpr uint32_t Flags = ZVString::EscapeApostrophes | ZVString::EscapeQuotationMarks | ZVString::HandleControlCharacters;
     ZVString decoded(text);
     decoded.EscapeXML(Flags);
-    Require(decoded.GetLength() >= text.GetLength() && decoded.FindOneOf(L"<>'\"\x1\x2\x1f") == -1);
+    Require(decoded.GetLength() >= text.GetLength());
+    Require(decoded.FindOneOf(L"<>'\"\x1\x2\x1f") == -1);
     decoded.DecodeXMLEntities();
-    // Nothing decodes to a NUL, so the escape of one stays.
+    // No entity decodes to a NUL, so an escaped NUL stays.
     Require(wmemchr(text, L'\0', static_cast<size_t>(text.GetLength())) != nullptr || IsSame(decoded, text));
     decoded = text;
     decoded.DecodeHTMLEntities();
-    Require(decoded.GetLength() <= text.GetLength() && (text.Find(L'&') != -1 || IsSame(decoded, text)));
+    Require(decoded.GetLength() <= text.GetLength());
+    Require(text.Find(L'&') != -1 || IsSame(decoded, text));
 }
 
 void ReadNumbers(const ZVString& text)
 {
     const int64_t number = text.ToInt64();
-    Require(text.ToInt() == std::clamp<int64_t>(number, -INT_MAX, INT_MAX) && ZVString::FromInt(number).ToInt64() == number);
+    Require(text.ToInt() == std::clamp<int64_t>(number, -INT_MAX, INT_MAX));
+    Require(ZVString::FromInt(number).ToInt64() == number);
     Require(number < 0 || text.ToUInt() == std::min<uint64_t>(text.ToUInt64(), UINT32_MAX));
     text.ToUInt64FromHex();
     for (int flags = 0; flags < 8; ++flags)
@@ -34,7 +37,8 @@ void ReadNumbers(const ZVString& text)
         const int32_t maxLength = (flags & 4) != 0 ? INT_MAX : text.GetLength() / 2;
         int32_t consumed = -1;
         const double value = text.ToDouble(&consumed, (flags & 1) != 0, maxLength, (flags & 2) != 0);
-        Require(consumed >= 0 && consumed <= std::min(maxLength, text.GetLength()) && !std::isnan(value));
+        Require(consumed >= 0 && consumed <= std::min(maxLength, text.GetLength()));
+        Require(!std::isnan(value));
         ZVString::FromDouble(value, 6, true).ToDouble();
     }
 }

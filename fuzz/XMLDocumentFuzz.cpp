@@ -10,8 +10,8 @@
 
 namespace
 {
-// Every element with what can be read of it, in an order that tells the tree. Does not recurse. Paths and node searches take time
-// for each sibling, so only the first elements are asked for them.
+// Every element with everything that can be read about it, in an order that shows the tree. Does not recurse. Paths and searches
+// for nodes take time for each sibling, so they are only used for the first elements.
 ZVString Outline(ZVXMLDocument& document)
 {
     constexpr int32_t MaximumElements = 64;
@@ -81,8 +81,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const uint8_t* steps = data + textSize + 1;
     const size_t stepCount = size > textSize ? size - textSize - 1 : 0;
 
-    // The documents are used for all inputs: to set up the index anew takes longer than most inputs do, and nothing of the one
-    // before may be left.
+    // The documents are used for all inputs: making a new index takes longer than most inputs, and this shows whether anything of
+    // the previous input is left.
     constexpr uint32_t Fold = ZVXMLDocument::FoldNames;
     static ZVXMLDocument documents[][2] = {
         {ZVXMLDocument(0),    ZVXMLDocument(0)   },
@@ -91,7 +91,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     auto& [document, again] = documents[stepCount > 0 && (steps[0] & Fold) != 0 ? 1 : 0];
 
     const bool isWellFormed = document.SetDocument(text);
-    Require(isWellFormed == document.GetError().IsEmpty() && isWellFormed == document.IsWellFormed());
+    Require(isWellFormed == document.GetError().IsEmpty());
+    Require(isWellFormed == document.IsWellFormed());
     ZVXMLDocument::GetEncoding(text);
     const ZVString before = Outline(document);
 
@@ -99,7 +100,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         Change(document, steps[index]);
     const ZVString after = Outline(document);
     again.SetDocument(document.GetDocument());
-    // Damage can look different to a new parse; without it the moved index must be what a new parse makes.
+    // A new parse may read damage differently. Without damage the updated index must be the same as that of a new parse.
     Require(!isWellFormed || Outline(again) == after);
     again.SetDocument(text);
     Require(Outline(again) == before);

@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <utility>
 
-// A table of inputs, which also name the rows, with what a function must give for each.
+// A table of inputs, which also name the rows, with what a function must return for each.
 template <class Input, class Expected, class Function>
 void ExpectRows(std::initializer_list<std::pair<Input, Expected>> rows, Function function)
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-// An element that tells how many of its kind are alive, so that a leaked or doubly destroyed one shows.
+// An element that counts how many of its kind are alive, so that a leaked or doubly destroyed one shows.
 struct Counted
 {
     explicit Counted(int value = 0) : Value(value) { ++Alive; }

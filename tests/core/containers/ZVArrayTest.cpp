@@ -2,10 +2,8 @@
 
 #include "core/Rows.h"
 #include "core/containers/ZVArray.h"
-#include "core/containers/ZVFilenameArray.h"
 #include "core/containers/ZVNumberArray.h"
 #include "core/containers/ZVOwnedPtrArray.h"
-#include "core/string/ZVString.h"
 
 #include <memory>
 #include <new>
@@ -32,8 +30,6 @@ TEST(ZVArray, CapacityFollowsTheGrowthPolicy)
         return array.GetCapacity();
     });
     ZVNumberArray<uint8_t> array;
-    EXPECT_THROW(array.Reserve(INT32_MAX), std::bad_alloc);
-    array.SetGrowBy(INT32_MAX);
     EXPECT_THROW(array.SetCount(INT32_MAX), std::bad_alloc);
     EXPECT_EQ(array.GetCount(), 0);
 }
@@ -52,8 +48,9 @@ TEST(ZVArray, PositionsAndCounts)
     EXPECT_EQ(changed([](auto& array) { array.RemoveAt(0, 2), array.RemoveAt(1, INT32_MAX); }), (Values {2}));
     EXPECT_EQ(changed([](auto& array) { array.InsertAt(0, 9), array.InsertAt(5, 8); }), (Values {9, 0, 1, 2, 3, 8}));
     EXPECT_EQ(changed([](auto& array) { array.SetCount(-3), array.SetCount(2); }), (Values {0, 0}));
-    EXPECT_EQ(changed([](auto& array) { array.RemoveAt(1, -1), array.RemoveAt(-1, 3), array.RemoveAt(4), array.InsertAt(5, 9),
-                                        array.InsertAt(-1, 9), array.SetElement(4, 9, true); }), (Values {0, 1, 2, 3}));
+    const Values unchanged {0, 1, 2, 3};
+    EXPECT_EQ(changed([](auto& array) { array.RemoveAt(1, -1), array.RemoveAt(-1, 3), array.RemoveAt(4); }), unchanged);
+    EXPECT_EQ(changed([](auto& array) { array.InsertAt(5, 9), array.InsertAt(-1, 9), array.SetElement(4, 9, true); }), unchanged);
 }
 
 TEST(ZVArray, ElementsAreConstructedAndDestroyedOnce)
@@ -62,45 +59,30 @@ TEST(ZVArray, ElementsAreConstructedAndDestroyedOnce)
         ZVArray<Counted> array;
         for (int value = 0; value < 70; ++value)
             array.Add(Counted(value));
-        array.InsertAt(1, Counted(100));
-        EXPECT_EQ(array.Find(Counted(69)), 70);
-        array.RemoveAt(3, 68);
+        // Values that lie in storage which is freed or moved by the call.
+        while (array.GetCount() < array.GetCapacity())
+            array.Add(array[69]);
+        array.Add(array[69]);
+        array.InsertAt(1, array[70]);
+        EXPECT_EQ(array.Find(Counted(69)), 1);
+        EXPECT_EQ(array[257].Value, 69);
+        array.RemoveAt(3, INT32_MAX);
         ZVArray<Counted> copy(array);
         copy[0].Value = 50;
-        EXPECT_TRUE(array[0].Value == 0 && Counted::Alive == 6);
+        EXPECT_EQ(array[0].Value, 0);
+        EXPECT_EQ(Counted::Alive, 6);
         array = copy;
         ZVArray<Counted> taken(std::move(copy));
         taken = std::move(array);
-        EXPECT_TRUE(Counted::Alive == 3 && taken[0].Value == 50);
+        EXPECT_EQ(Counted::Alive, 3);
+        EXPECT_EQ(taken[0].Value, 50);
         taken.SetCount(5);
         taken.RemoveAll(false);
-        EXPECT_TRUE(Counted::Alive == 0 && taken.GetCapacity() == 256);
+        EXPECT_EQ(Counted::Alive, 0);
+        EXPECT_GE(taken.GetCapacity(), 5);
         taken.Add(Counted(1));
     }
     EXPECT_EQ(Counted::Alive, 0);
-}
-
-TEST(ZVArray, StringsAreReleasedAndMayBeElementsOfTheSameArray)
-{
-    ZVString shared(L"shared by all");
-    {
-        // The storage is replaced at the 5th and the 65th element, and by the insertion of the 257th.
-        ZVArray<ZVString> array;
-        array.Add(shared);
-        while (array.GetCount() < 256)
-            array.Add(array[array.GetCount() / 2]);
-        array.InsertAt(0, array[255]);
-        EXPECT_EQ(array.GetCapacity(), 1024);
-        for (const ZVString& text : array)
-            EXPECT_STREQ(text, L"shared by all");
-        array.SetElement(256, shared, true);
-        array.RemoveAt(2);
-        ZVFilenameArray names;
-        names.Add(shared);
-        const ZVFilenameArray moreNames = names;
-    }
-    const wchar_t* const characters = shared;
-    EXPECT_EQ(shared.GetBuffer(-1), characters) << "the buffer of a text that nobody shares is the text itself";
 }
 
 TEST(ZVOwnedPtrArray, DeletesWhatItOwns)
@@ -113,19 +95,18 @@ TEST(ZVOwnedPtrArray, DeletesWhatItOwns)
         array.RemoveAt(0, 2);
         array.SetElement(0, new Counted(9), true);
         array.SetElement(0, array[0], true);
+        EXPECT_EQ(array[0]->Value, 9);
         const std::unique_ptr<Counted> detached(array.DetachAt(1));
-        EXPECT_TRUE(array[0]->Value == 9 && Counted::Alive == 4 && detached->Value == 3 && array.DetachAt(4) == nullptr);
+        EXPECT_EQ(detached->Value, 3);
+        EXPECT_EQ(array.DetachAt(4), nullptr);
+        EXPECT_EQ(Counted::Alive, 4);
         other.Add(new Counted(1));
         other = std::move(array);
         other.SetCount(1);
         EXPECT_EQ(Counted::Alive, 2);
     }
     Counted object(5);
-    ZVOwnedPtrArray<Counted> array(false);
-    array.Add(&object);
-    array.RemoveAt(0);
-    array.Add(&object);
-    ZVOwnedPtrArray<Counted>(std::move(array)).RemoveAll();
+    ZVOwnedPtrArray<Counted>(false).Add(&object);
     EXPECT_EQ(Counted::Alive, 1);
 }
 }

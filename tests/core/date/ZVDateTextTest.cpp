@@ -6,7 +6,6 @@
 #include "core/date/ZVSpanText.h"
 #include "core/string/StringProbe.h"
 
-#include <clocale>
 #include <cmath>
 
 // The cases stand in columns.
@@ -23,14 +22,6 @@ constexpr double Noon = Day + 0.5;
 constexpr double Evening = Day + (19 * 3600 + 8) / 86400.0;  // 19:00:08
 constexpr double Early = -693593.0 + 0.5;                    // 0001-01-01 12:00:00, a Monday
 
-// Sets the locale of the process while it lives.
-struct Locale
-{
-    explicit Locale(const char* name) : IsThere(setlocale(LC_ALL, name) != nullptr) {}
-    ~Locale() { setlocale(LC_ALL, "C"); }
-    const bool IsThere;
-};
-
 TEST(ZVDateText, WritesForMachines)
 {
     const TimeZone zone(TimeZone::NewYork);
@@ -39,7 +30,7 @@ TEST(ZVDateText, WritesForMachines)
         {ToISO(Year, true, true), L"2024"}, {ToISO(Midnight, false, true), L"2024-05-06T00:00:00"},
         {ToISO(Year), L"2024-01-01T00:00:00"}, {ToISO(Early, false, true), L"0001-01-01T12:00:00"},
         {ToCompactUTC(Evening), L"20240506T190008Z"}, {ToRFC1123(Evening), L"Mon, 6 May 2024 19:00:08 GMT"},
-        {ToISO(0.0) + ToCompactUTC(0.0) + ToRFC1123(0.0) + ToFileNameText(0.0), L""},
+        {ToISO(0.0), L""}, {ToCompactUTC(0.0), L""}, {ToRFC1123(0.0), L""}, {ToFileNameText(0.0), L""},
     });
     const TimeZone none("UTC0");
     EXPECT_STREQ(ToISO(Evening, true), L"2024-05-06T19:00:08Z");
@@ -47,26 +38,13 @@ TEST(ZVDateText, WritesForMachines)
 
 TEST(ZVDateText, WritesForPeople)
 {
-    const double thisYear = WithYear(Evening, YearOf(Now()));
+    using enum ZVDateClock;
     ExpectTexts({
-        {ToDecade(FromFields(-5, 1, 1)), L"-10's"}, {ToTimeOfDay(Noon, ZVDateClock::Hours24), L"12:00"},
-        {ToTimeOfDay(Noon, ZVDateClock::Hours24, ZVDateSeconds::Always), L"12:00:00"}, {ToTimeOfDay(Midnight, ZVDateClock::Hours12), L"12:00 am"},
+        {ToDecade(FromFields(-5, 1, 1)), L"-10's"}, {ToTimeOfDay(Noon, Hours24), L"12:00"}, {ToTimeOfDay(Year, Hours24), L""},
+        {ToTimeOfDay(Noon, Hours24, ZVDateSeconds::Always), L"12:00:00"}, {ToTimeOfDay(Midnight, Hours12), L"12:00 am"},
         {ToTimeWords(Midnight), L"Midnight"}, {ToTimeWords(Noon), L"Noon"}, {ToTimeWords(Noon + 1 / 86400.0), L"12:00:01 pm"},
-        {ToTimeWords(Day) + ToTimeOfDay(Year, ZVDateClock::Hours24), L""}, {ToShortDate(thisYear), L"May 6"}, {ToShortDate(Year), L"2024"},
-        {ToDecade(0.0) + ToShortDate(0.0) + ToTimeWords(0.0), L""},
-    });
-}
-
-TEST(ZVDateText, FollowsTheLocaleOnlyWhereItIsForPeople)
-{
-    const Locale german("de_DE.UTF-8");
-    if (!german.IsThere)
-        GTEST_SKIP() << "the locale de_DE.UTF-8 is not installed";
-    const double march = FromFields(2024, 3, 5, 7, 8, 9);  // a Tuesday
-    ExpectTexts({
-        {ToRFC1123(march), L"Tue, 5 Mar 2024 07:08:09 GMT"}, {Format(march, L"month dayname"), L"M\u00e4rz Dienstag"},
-        {Format(march, L"%a %B", EnglishNames), L"Tue March"}, {Format(march, L"date"), L"05.03.2024"},
-        {ToTimeOfDay(march, ZVDateClock::Hours12), L"07:08:09 am"}, {ToShortDate(march, EnglishNames), L"5 Mar 2024"},
+        {ToTimeWords(Day), L""}, {ToShortDate(WithYear(Evening, YearOf(Now()))), L"May 6"}, {ToShortDate(Year), L"2024"},
+        {ToDecade(0.0), L""}, {ToShortDate(0.0), L""}, {ToTimeWords(0.0), L""},
     });
 }
 
@@ -85,11 +63,11 @@ TEST(ZVDateText, WritesByPatterns)
         {Format(Evening, L"%Y-%m-%d %H:%M:%S %j %I %p %y %w %U %W %%"), L"2024-05-06 19:00:08 127 07 PM 24 1 18 19 %"},
         {Format(Evening, L"%A %a %B %b"), L"Monday Mon May May"}, {Format(Day, L"%Q %"), L"%Q %"},
         {Format(Evening, L"%c|%x|%X"), L"Mon May  6 19:00:08 2024|05/06/24|19:00:08"},
-        {Format(Day, L"\"year\" %Y", CodesOnly), L"\"year\" 2024"}, {Format(0.0, L"year") + Format(Day, nullptr), L""},
+        {Format(Day, L"\"year\" %Y", CodesOnly), L"\"year\" 2024"}, {Format(0.0, L"year"), L""}, {Format(Day, nullptr), L""},
     });
 }
 
-TEST(ZVSpanText, TellsSpansInWordsAndAsAClock)
+TEST(ZVSpanText, WritesSpansInWordsAndAsAClock)
 {
     ExpectRows<std::pair<double, int32_t>, std::wstring>({
         {{31536000.0, 1}, L"1.00 years"}, {{31535999.0, 1}, L"365.0 days"}, {{172800.0, 1}, L"2.0 days"},

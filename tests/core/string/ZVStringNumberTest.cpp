@@ -1,5 +1,4 @@
 #include "core/string/StringProbe.h"
-#include "core/string/ZVNumberText.h"
 
 #include <climits>
 #include <cmath>
@@ -26,7 +25,8 @@ TEST(ZVStringNumber, WholeNumbersAndTruth)
         {S(L"4294967295").ToUInt(), UINT32_MAX}, {S(L"9223372036854775807").ToInt64(), INT64_MAX},
         {S(L"-9223372036854775808").ToInt64(), -INT64_MAX}, {S(L" 0xfFg").ToUInt64FromHex(), 255},
     });
-    EXPECT_TRUE(S(L"18446744073709551616").ToUInt64() == UINT64_MAX && S(L"10000000000000000").ToUInt64FromHex() == UINT64_MAX);
+    EXPECT_EQ(S(L"18446744073709551616").ToUInt64(), UINT64_MAX);
+    EXPECT_EQ(S(L"10000000000000000").ToUInt64FromHex(), UINT64_MAX);
 }
 
 TEST(ZVStringNumber, ToDouble)
@@ -70,14 +70,6 @@ TEST(ZVStringNumber, FromInt)
         {S::FromInt(1, 0, 10, Ordinal), L"1st"}, {S::FromInt(22, 0, 10, Ordinal), L"22nd"},
         {S::FromInt(103, 0, 10, Ordinal), L"103rd"}, {S::FromInt(11, 0, 10, Ordinal), L"11th"},
     });
-    const auto written = [](int32_t room, int64_t value, int32_t minimumDigits)
-    {
-        wchar_t target[] = L"################";
-        const int32_t count = ZVNumberText::WriteSigned(target, room, value, {minimumDigits});
-        return std::wstring(target, static_cast<size_t>(count) + 1);
-    };
-    EXPECT_TRUE(written(7, 1, 0) == L"#" && written(8, 12345678, 0) == L"12345678#" && written(8, 1, INT_MAX) == L"0000000?#");
-    EXPECT_EQ(written(8, -12345678, 0), L"-123456?#");
 }
 
 TEST(ZVStringNumber, FromDouble)
@@ -90,6 +82,5 @@ TEST(ZVStringNumber, FromDouble)
         {S::FromDouble(0.0, -1, false, 0, Plus), L"+0"}, {S::FromDouble(-0.5, -1, false, 0, DropZero), L"-.5"},
         {S::FromDouble(NAN), L"?"},
     });
-    EXPECT_EQ(S::FromDouble(1.5, -1, false, INT_MAX).GetLength(), 191);
 }
 }

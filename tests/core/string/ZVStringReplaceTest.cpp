@@ -32,28 +32,21 @@ TEST(ZVStringReplace, Multiple)
     });
     const EmptyPool pool;
     S text(L"a.a.a");
-    EXPECT_TRUE(text.Replace(L"a", L"12345") == 3 && text.GetCapacity() == 18) << "just the room for the result";
+    EXPECT_EQ(text.Replace(L"a", L"12345"), 3);
+    EXPECT_EQ(text.GetCapacity(), 18) << "just the room for the result";
     EXPECT_EQ(text.Replace(L"12345.", text), 2);
     EXPECT_EQ(TextOf(text), L"12345.12345.1234512345.12345.1234512345");
 }
 
-TEST(ZVStringReplace, IgnoringCase)
+TEST(ZVStringReplace, IsExactWithoutTheToolsLibrary)
 {
     S text(L"aBcAbC");
-    const wchar_t* const needle = L"b";
-    {
-        const FakeSearchTools tools;
-        EXPECT_EQ(text.ReplaceMultiple(&needle, nullptr, 1, false, All, Keep, L"<", L">"), 2);
-        EXPECT_TRUE(text.RemoveText(L"C", false) == 2 && text == L"a<B>A<b>");
-    }
-    // Without the service the search is exact: no library at all, or one that does not have it.
     EXPECT_EQ(text.Replace(L"a", L"x", false), 1);
-    const FakeSearchTools tools(false);
-    EXPECT_TRUE(text.Replace(L"b", L"y", false) == 1 && text.RemoveText(L"A", false) == 1);
-    EXPECT_EQ(TextOf(text), L"x<B><y>");
+    EXPECT_EQ(text.RemoveText(L"C", false), 1);
+    EXPECT_STREQ(text, L"xBcAb");
 }
 
-// Gives each token in brackets behind what would be a token itself.
+// Returns each token in brackets, after what would be a token itself.
 struct Replacer final : IZVStringTokenReplaceCallback
 {
     S ReplaceToken(const S& token) override { return L"[!](" + token + L")"; }
@@ -61,17 +54,16 @@ struct Replacer final : IZVStringTokenReplaceCallback
 
 TEST(ZVStringReplace, Tokens)
 {
-    const auto replaced = [](S text, const wchar_t* startMarker, const wchar_t* endMarker, bool keepsMarkers, int32_t hits)
+    Replacer replacer;
+    const auto replaced = [&replacer](S text, const wchar_t* startMarker, const wchar_t* endMarker, bool keepsMarkers)
     {
-        Replacer replacer;
-        EXPECT_EQ(text.ReplaceTokens(startMarker, endMarker, replacer, keepsMarkers), hits);
+        text.ReplaceTokens(startMarker, endMarker, replacer, keepsMarkers);
         return text;
     };
     ExpectTexts({
-        {replaced(L"x[a]y", L"[", L"]", Keep, 1), L"x[[!](a)]y"}, {replaced(L"]a[b]c[d", L"[", L"]", !Keep, 1), L"]a[!](b)c[d"},
-        {replaced(L"[[a[b]c]", L"[", L"]", !Keep, 1), L"[[a[!](b)c]"},  // a token begins at the last start
-        {replaced(L"ab xabc", L"ab", L"bc", !Keep, 1), L"[!]( xa)"},  // a start that runs into the end
-        {replaced(L"%a%b%c%d", L"%", L"%", !Keep, 2), L"[!](a)b[!](c)d"},
+        {replaced(L"x[a]y", L"[", L"]", Keep), L"x[[!](a)]y"}, {replaced(L"]a[b]c[d", L"[", L"]", !Keep), L"]a[!](b)c[d"},
+        {replaced(L"[[a[b]c]", L"[", L"]", !Keep), L"[[a[!](b)c]"},  // a token begins after the last start
+        {replaced(L"ab xabc", L"ab", L"bc", !Keep), L"[!]( xa)"}, {replaced(L"%a%b%c%d", L"%", L"%", !Keep), L"[!](a)b[!](c)d"},
     });
 }
 }

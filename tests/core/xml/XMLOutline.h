@@ -5,8 +5,8 @@
 
 #include <string>
 
-// What a walk through a whole document sees: each element as its name, "[x]" with the value of the attribute x, "=text" and, in
-// brackets, what is below it. The walk does not recurse, so it is good for any depth. The position is at the start afterwards.
+// What a walk through a whole document finds: each element as its name, the value of the attribute x in square brackets, "=text"
+// and, in round brackets, the elements inside it. The walk does not recurse, so any depth works. It ends at the start.
 inline std::wstring XMLOutline(ZVXMLDocument& document)
 {
     std::wstring outline;

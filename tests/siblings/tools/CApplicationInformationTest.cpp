@@ -10,7 +10,7 @@ void Set(const char* name, const char* value)
     value == nullptr ? unsetenv(name) : setenv(name, value, 1);
 }
 
-// The data folder of a process that tells of a directory, or with null of nothing at all.
+// The data folder of a process that sets a directory or, for null, has no information at all.
 ZVString FolderOf(const char* environment, const wchar_t* given, const char* home)
 {
     Set("ZV_DATA_DIR", environment);

@@ -3,6 +3,8 @@
 #include "contracts/ILogManager.h"
 #include "contracts/IZVApplicationInformation.h"
 #include "contracts/IZVTools.h"
+#include "core/ZVToolsPointer.h"
+#include "core/date/ZVDate.h"
 
 #include "ToolsFolder.h"
 
@@ -20,7 +22,7 @@ std::vector<std::string> OutputOf(const std::string& command)
     return folder.ReadLines("output");
 }
 
-// What the library exports and needs is the library as it is shipped; sanitizers add their own.
+// Only for the library as it is shipped: sanitizers add exports and libraries of their own.
 TEST(CToolsLibrary, ExportsItsEntryPointAloneAndNeedsNothingButTheCLibrary)
 {
 #if defined(ZV_IS_SANITIZED)
@@ -35,7 +37,7 @@ TEST(CToolsLibrary, ExportsItsEntryPointAloneAndNeedsNothingButTheCLibrary)
                 testing::AllOf(testing::SizeIs(testing::Gt(0)), testing::Each(isOfC)));
 }
 
-TEST(CToolsLibrary, GivesItsServices)
+TEST(CToolsLibrary, HasItsServices)
 {
     const ToolsFolder folder;
     void* const library = dlopen(ZV_TOOLS_LIBRARY, RTLD_NOW | RTLD_LOCAL);
@@ -57,7 +59,7 @@ TEST(CToolsLibrary, GivesItsServices)
     ILogManager* const manager = tools->GetLogManager(false);
     EXPECT_STREQ(manager->GetFilePath(), folder.AsString() + L"data/Logs/ZVWorker.log");
     EXPECT_NE(tools->GetSettings(true), nullptr);
-    EXPECT_FALSE(folder.Has("data")) << "the library has touched the disk without being asked";
+    EXPECT_FALSE(folder.Has("data")) << "the library has touched the disk before a service was used";
 
     // A string of this side's copy of the core, read by the other side's.
     const ZVString ours = L"ours \u00e4";
@@ -65,7 +67,20 @@ TEST(CToolsLibrary, GivesItsServices)
     manager->LogNarrow(1, L"S", "%s", list.Records(), list.Count());
     EXPECT_THAT(folder.Read("data/Logs/ZVWorker.log"), testing::EndsWith("\tS\tours \xc3\xa4\n"));
 
-    ASSERT_NE(tools->GetDateServices(1), nullptr);
     EXPECT_EQ(tools->GetDateServices(2), nullptr);
+    double date = 5.0;
+    EXPECT_FALSE(ZVDate::Parse(L"1970-01-01", 0, date)) << "the library is not bound";
+    g_pZVTools = tools;
+    EXPECT_TRUE(ZVDate::Parse(L"1970-01-02", 0, date));
+    EXPECT_EQ(date, 25570.0);
+    ZVString text = L"xABxab";
+    EXPECT_EQ(text.FindNoCase(L"aB", 2), 4);
+    EXPECT_EQ(text.FindNoCase(L"ab", 2, true), 6) << "the position after the match";
+    EXPECT_EQ(text.FindNoCase(L"y", 2, true), -1);
+    const wchar_t* const needle = L"b";
+    EXPECT_EQ(text.ReplaceMultiple(&needle, nullptr, 1, false, INT32_MAX, true, L"<", L">"), 2);
+    EXPECT_EQ(text.RemoveText(L"X", false), 2);
+    EXPECT_STREQ(text, L"A<B>a<b>");
+    g_pZVTools = nullptr;
 }
 }
