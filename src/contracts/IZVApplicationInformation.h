@@ -1,15 +1,15 @@
 #pragma once
 
-// What the libraries of a process know of the application that loaded them. All texts are NUL-terminated, never null, and stay
+// What the libraries of a process know about the application that loaded them. All texts are NUL-terminated, never null, and
 // valid as long as the object; a directory ends in "/".
 class IZVApplicationInformation
 {
 public:
-    // The product's name, empty when the process has none of its own.
+    // The product's name, empty if the process has none.
     virtual const wchar_t* GetProductName() = 0;
-    // The folder that the program and its libraries run from.
+    // The folder from which the program and its libraries run.
     virtual const wchar_t* GetInstallDirectory() = 0;
-    // The folder of the user's data, or empty when the default below the home folder holds.
+    // The folder of the user's data, or empty for the default below the home folder.
     virtual const wchar_t* GetDataDirectory() = 0;
 
 protected:

@@ -6,9 +6,9 @@
 class IZVDecoder
 {
 public:
-    // Gives the next bytes, at most count of them; 0 at the end, and at the first fault of the compressed bytes.
+    // Writes the next bytes, at most count, and returns how many; 0 at the end, and at the first fault in the compressed bytes.
     virtual int64_t Read(void* bytes, int64_t count) = 0;
-    // True when the compressed bytes are damaged or cut.
+    // True if the compressed bytes are damaged or cut off.
     virtual bool HasFailed() = 0;
     // Frees the decoder.
     virtual void Release() = 0;
@@ -21,8 +21,8 @@ protected:
 class IZVCompression
 {
 public:
-    // A decoder of gzip data (RFC 1952), which may consist of several members, over bytes that stay with the caller and must live as
-    // long as the decoder. Null when there is no memory, or no library that inflates.
+    // Returns a decoder of gzip data (RFC 1952), which may consist of several members. The bytes belong to the caller and must
+    // live as long as the decoder. Null if there is no memory, or no library that can inflate.
     virtual IZVDecoder* CreateGzipDecoder(const void* bytes, int64_t count) = 0;
 
 protected:

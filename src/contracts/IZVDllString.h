@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// A string of one library as another may read and set it: the characters stay with the side that owns the string, so neither frees
-// what the other made.
+// A string of one library that another library may read and set. The characters stay with the side that owns the string, so
+// neither side frees what the other allocated.
 class IZVDllString
 {
 public:
@@ -12,9 +12,9 @@ public:
     // Replaces the text by the first length characters; a negative length means up to the NUL.
     virtual void SetString(const wchar_t* text, int32_t length) = 0;
     virtual void Empty() = 0;
-    // The characters as a writable buffer for length of them and a terminator, until ReleaseBuffer.
+    // Returns a writable buffer for length characters and a terminator, valid until ReleaseBuffer.
     virtual wchar_t* GetBuffer(int32_t length, bool keepContents) = 0;
-    // Ends the use of the buffer and sets the length; -1 measures it.
+    // Ends the use of the buffer and sets the length; -1 measures up to the NUL.
     virtual void ReleaseBuffer(int32_t length) = 0;
 
 protected:

@@ -2,16 +2,16 @@
 
 #include <cstdint>
 
-// One lock that all processes of the user share by its name. A process that dies gives its locks back. Belongs to one thread.
+// A lock that all processes of the user share by its name. It is released when its process dies. Belongs to one thread.
 class IZVNamedLock
 {
 public:
-    // Takes the lock, waiting at most so many milliseconds for it; 0 only tries. False when another one still holds it then, or when
-    // the lock cannot be made, which is logged. Taking a lock that this object holds is true.
+    // Takes the lock, waiting at most that many milliseconds; 0 does not wait. False if someone else still holds it then, or if
+    // the lock cannot be created, which is logged. True if this object already holds it.
     virtual bool Lock(int32_t milliseconds) = 0;
-    // Gives the lock back, if it is held.
+    // Releases the lock, if it is held.
     virtual void Unlock() = 0;
-    // Gives the lock back and frees the object.
+    // Releases the lock and frees the object.
     virtual void Release() = 0;
 
 protected:
@@ -22,7 +22,8 @@ protected:
 class IZVNamedLocks
 {
 public:
-    // A lock, not yet held. Two objects of one name exclude each other, in one process as well. Null when there is no memory.
+    // Returns a lock, which is not held yet. Two objects with the same name exclude each other, even in one process. Null if
+    // there is no memory.
     virtual IZVNamedLock* CreateLock(const wchar_t* name) = 0;
 
 protected:

@@ -2,12 +2,12 @@
 
 #include <cstdint>
 
-// What the interface that a library's getter gives begins with, whatever the library is for: the first virtual function of every
-// such interface is called after the load. The tools library begins in the same place with one of its own.
+// How the interface that a library's getter returns begins, whatever the library is for: the first virtual function of each is
+// called after the library is loaded. The tools library has an Initialize of its own in that place.
 class IZVSiblingInterface
 {
 public:
-    // Called once after each load. flag is passed on as the process got it.
+    // Called once after each load. flag is passed on unchanged.
     virtual void Initialize(int32_t flag) = 0;
 
 protected:

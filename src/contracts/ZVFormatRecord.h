@@ -13,8 +13,8 @@ enum class ZVFormatCode : int32_t
     Double = 5,    // the 64 bits of a double
 };
 
-// One typed argument of a format text, in the shape in which it crosses a library boundary. A record owns nothing: what it points to must
-// live until the call that it is passed to returns.
+// One typed argument of a format, in the form in which it crosses a library boundary. A record owns nothing: what it points to
+// must live until the call that takes the record returns.
 struct ZVFormatRecord
 {
     ZVFormatCode Code = ZVFormatCode::None;

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-// What a contract hands out is freed by the library that made it, so it has an operation Release in the place of a visible
+// An object that a contract hands out is freed by the library that made it, so it has an operation Release and no public
 // destructor.
 
 // Calls Release.
@@ -19,7 +19,7 @@ struct ZVReleaser
 template <class Object>
 using ZVReleasePointer = std::unique_ptr<Object, ZVReleaser>;
 
-// The other side: an object made with new that goes with its Release.
+// The other side: a base for objects made with new, which Release deletes.
 template <class Interface>
 class ZVReleasable : public Interface
 {

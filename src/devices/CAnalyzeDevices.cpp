@@ -11,7 +11,7 @@ namespace
 constexpr ZVLogSource EnumerateSource {ZVLogCategory::Devices, L"CAnalyzeDevices::EnumerateUSBDevices"};
 constexpr ZVLogSource ListSource {ZVLogCategory::Devices, L"CAnalyzeDevices::GetDevices"};
 
-// What only the system's drives know of a device.
+// What only the system's drives know about a device.
 constexpr const wchar_t* IdentityKeys[] = {L"DeviceName", L"VendorID",     L"ProductID",    L"FirmwareVersion",
                                            L"DeviceID",   L"SerialNumber", L"FireWireGUID", CDeviceInfo::PhysicalDriveNumber,
                                            L"USBSTOR"};

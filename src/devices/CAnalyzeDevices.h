@@ -6,15 +6,15 @@
 
 #include <cstdint>
 
-// Tells which portable devices are attached. Two sources know of them: the device protocol, which fills Devices, and the system's
-// drives, which fill Drives with records that have IsDrive and DriveLetter. A device that both know becomes one record. On this
-// platform neither source exists yet, so none is found.
+// Finds the portable devices that are attached. There are two sources: the device protocol fills Devices, and the system's drives
+// fill Drives with records that have IsDrive and DriveLetter. A device that both sources know becomes one record. On this
+// platform neither source exists yet, so no device is found.
 class CAnalyzeDevices
 {
 public:
     using DeviceList = ZVArray<CDeviceInfo>;
 
-    // A drive that may be a device, with the folders that it is mounted on.
+    // A drive that may be a device, with the folders where it is mounted.
     struct Candidate
     {
         CDeviceInfo Device;
@@ -24,16 +24,16 @@ public:
 
     CAnalyzeDevices();
 
-    // Finds the attached devices anew. The text lists devices to leave out, which no source reads so far.
+    // Empties both lists and finds the attached devices. ignored lists devices to leave out; no source reads it yet.
     bool EnumerateDevices(const ZVStringArray& ignored);
-    // Merges the drives into the devices. A device of the protocol gets the identity of the drive that it also is; a drive that
-    // is no such device, and whose volume can be used, becomes one. Always true.
+    // Merges the drives into the devices. A device of the protocol that is also a drive gets the identity of that drive. Any
+    // other drive becomes a device if its volume can be used. Always true.
     bool EnumerateUSBDevices(const ZVStringArray& ignored);
-    // Replaces the texts by the XMLPH form of each device that was found, and gives their count.
+    // Sets out to the XMLPH form of each device that was found, and returns how many there are.
     int32_t GetDevices(ZVStringArray& out) const;
 
-    // The index of the candidate that is mounted where the device is, with case folded; -1 for none and for a device without a
-    // drive.
+    // The index of the candidate that is mounted where the device is, compared ignoring case; -1 if there is none, or if the
+    // device has no drive.
     static int32_t FindDrive(const CandidateList& list, const CDeviceInfo& device);
 
     DeviceList Devices;

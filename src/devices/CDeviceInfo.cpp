@@ -6,7 +6,7 @@ namespace
 {
 constexpr int32_t AnyType = -1;
 
-// In these expressions of the main application the character 1 separates the parts.
+// Expressions of the main application, in which character 1 separates the parts.
 constexpr wchar_t MatchKey[] = L"If(IsEqual([Media Type], Image), [Name]\1[File Size, 0]\1, "
                                L"[Name]\1Clean([Artist], 1)\1[Album]\1[Genre]\1FormatNumber([Track #, 0])\1[Media Type]\1)";
 constexpr wchar_t MatchKeyWithTrackNumbers[] = L"If(IsEqual([Media Type], Image), Clean([Name], 3)\1[File Size, 0]\1, "
@@ -17,7 +17,7 @@ struct Default
 {
     const wchar_t* Key;
     const wchar_t* Value;
-    int32_t DeviceType;  // which gets the value, over that of all types in front of it
+    int32_t DeviceType;  // the type that gets the value; a later row replaces an earlier one
 };
 
 // clang-format off
@@ -56,13 +56,13 @@ constexpr wchar_t AudioFolder[] = L"AudioBasePath";
 constexpr wchar_t PlaylistFolder[] = L"PlaylistBasePath";
 constexpr wchar_t FileTypes[] = L"SupportedFileTypes";
 
-// Templates of the main application, which writes paths of devices with backslashes.
+// Templates of the main application, which writes paths on devices with backslashes.
 constexpr wchar_t ArtistAndAlbum[] = L"[Album Artist (auto)]\\[Album]\\";
 constexpr wchar_t Artist[] = L"[Artist]\\";
 
 constexpr wchar_t NoPlaylists[] = L"NO_PLAYLISTS";
 
-// Either separator closes a folder. The empty path is the device itself and stays empty.
+// A folder may end with either separator. The empty path is the device itself and stays empty.
 ZVString WithSlash(const ZVString& path)
 {
     return path.IsEmpty() || path.EndsWith(L'/') || path.EndsWith(L'\\') ? path : path + L"/";
@@ -87,7 +87,7 @@ void CDeviceInfo::NormalizePaths(bool adjustAudioTemplate)
         SetString(folder, WithSlash(GetString(folder)));
     NormalizeFileTypes();
 
-    // It is no folder, so it has no slash.
+    // This value is not a folder, so it has no slash.
     ZVString playlists = GetString(PlaylistFolder);
     playlists.TrimRight(L"/\\");
     if (playlists.IsEqual(NoPlaylists, false))

@@ -1,8 +1,8 @@
 #pragma once
 
-// One name of a language with codes that stand for it. Texts are arrays in UTF-8, so that the table needs no work when the program
-// starts and takes little room in it; a column that a row leaves out is empty. Codes are in lower case, and so is every letter of
-// a name that is not ASCII: a look-up lowers only ASCII here.
+// One name of a language with codes that stand for it. Texts are arrays in UTF-8, so that the table needs no work when the
+// program starts and takes little room in it; a column that a row leaves out is empty. Codes are in lower case, and so is every
+// letter of a name that is not ASCII: a look-up lowers only ASCII here.
 struct LanguageRow
 {
     char Name[81];           // the row's own name, then the language's other names, each after "; "

@@ -3,12 +3,12 @@
 #include "contracts/IZVApplicationInformation.h"
 #include "core/string/ZVString.h"
 
-// What the process told of itself, with the environment on top: the variable ZV_DATA_DIR, when set and not empty, is the data
-// directory.
+// What the process says about itself, overridden by the environment: if the variable ZV_DATA_DIR is set and not empty, it is the
+// data directory.
 class CApplicationInformation final : public IZVApplicationInformation
 {
 public:
-    // Copies what is given. Null, and a null text, count as empty.
+    // Copies the texts. A null object has empty texts, and a null text counts as empty.
     explicit CApplicationInformation(IZVApplicationInformation* given);
 
     const wchar_t* GetProductName() override { return m_productName; }

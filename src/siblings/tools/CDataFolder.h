@@ -2,17 +2,16 @@
 
 #include "core/string/ZVString.h"
 
-// Where the library keeps what outlives a process: the log and the settings.
+// Where the library keeps files that outlive a process: the log and the settings.
 namespace CDataFolder
 {
-// The data folder: the directory given, and when that is empty ".zivora/Generic/" in the home folder. Empty when there is no
-// home folder either; then nothing is kept.
+// The data folder: the given directory or, if that is empty, ".zivora/Generic/" in the home folder. Empty if there is no home
+// folder either; then nothing is kept.
 ZVString Find(const wchar_t* dataDirectory);
 
-// The directory with a "/" at its end; an empty text stays empty.
+// The directory with a "/" at the end; an empty text stays empty.
 ZVString WithClosingSlash(const ZVString& directory);
 
-// Makes the folders that a file stands in, as far as they are missing, under the user's umask. False, and errno, when one
-// cannot be made.
+// Creates the missing folders of a file, with the user's umask. False, with errno set, if one cannot be created.
 bool MakeFoldersOf(const char* filePath);
 }

@@ -2,7 +2,8 @@
 
 #include <sys/stat.h>
 
-// Which file a path or a descriptor means, whatever the file is called by now. Files that do not exist are nobody's equal.
+// Identifies the file that a path or a descriptor refers to, even after it is renamed. A file that does not exist equals no
+// other.
 class CFileIdentity
 {
 public:

@@ -4,7 +4,7 @@
 
 namespace
 {
-// Long enough for a thousand calls to cost no more than one, short enough for a user who waits for an effect.
+// Long enough that a thousand calls cost no more than one, short enough for a user who waits for a change to take effect.
 constexpr int64_t PauseMilliseconds = 2000;
 
 int64_t Now()

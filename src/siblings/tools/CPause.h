@@ -2,14 +2,14 @@
 
 #include <cstdint>
 
-// Two seconds in which something is not done again that costs too much to be done at every call: trying what has just failed,
-// looking at what rarely changes. To ask costs next to nothing.
+// Two seconds in which something is not repeated that would cost too much at every call, such as trying again what has just
+// failed or checking what rarely changes. Asking costs almost nothing.
 class CPause
 {
 public:
-    // Begins, or begins anew.
+    // Starts, or starts again.
     void Begin();
-    // True when it has ended, and when it never began.
+    // True if it has ended or was never started.
     bool IsOver() const;
 
 private:

@@ -28,7 +28,7 @@ bool CToolsLibrary::Initialize(int32_t, IZVApplicationInformation* applicationIn
         m_loadError = L"There is not enough memory";
         return false;
     }
-    // A database that is closed leaves no journal behind.
+    // Closing the database removes its journal.
     atexit([] { Get().m_settings->Close(); });
     return true;
 }

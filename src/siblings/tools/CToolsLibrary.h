@@ -12,18 +12,18 @@
 
 #include <optional>
 
-// The tools library: one object for the process, which owns the services and is never destroyed, so that a library which goes
-// after it may still log. No file is touched before a service is really used.
+// The tools library: one object for the process, which owns the services. It is never destroyed, so that a library which is
+// unloaded after it can still log. No file is touched before a service is really used.
 //
-// A service that needs nothing from the process is a plain member and there from the start. One that needs the data folder or
-// another service is optional: Initialize makes it, and until then its getter gives null.
+// A service that needs nothing from the process is a plain member and available from the start. A service that needs the data
+// folder or another service is optional: Initialize creates it, and before that its getter returns null.
 class CToolsLibrary final : public IZVTools
 {
 public:
     static CToolsLibrary& Get();
 
-    // The first call comes from the main thread before another thread uses the library; it makes all services, so that the
-    // getters need no lock. Null stands for an application that has nothing to tell.
+    // The first call must come from the main thread before another thread uses the library. It creates all services, so the
+    // getters need no lock. applicationInformation may be null.
     bool Initialize(int32_t flag, IZVApplicationInformation* applicationInformation) override;
     const wchar_t* GetLoadError() override { return m_loadError; }
     IZVApplicationInformation* GetApplicationInformation() override { return Pointer(m_applicationInformation); }

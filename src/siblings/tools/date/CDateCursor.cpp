@@ -8,7 +8,7 @@ namespace
 {
 constexpr size_t LeastNameLength = 3;
 
-// More decimals than this are below what a date can hold.
+// A date cannot hold more decimals than this.
 constexpr int32_t MaximumDecimals = 9;
 
 wchar_t ToLowerASCII(wchar_t character)

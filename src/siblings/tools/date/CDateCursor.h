@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-// A place in a NUL-terminated text. What is not there is not skipped.
+// A position in a NUL-terminated text. A function that does not find what it looks for does not move it.
 class CDateCursor
 {
 public:
@@ -12,21 +12,21 @@ public:
     bool IsAtEnd() const { return *m_text == L'\0'; }
     wchar_t Peek() const { return *m_text; }
     bool IsAtDigit() const;
-    // True when there were blanks.
+    // True if there were blanks.
     bool SkipBlanks();
-    // Skips one character, of either case when it is a letter of ASCII.
+    // Skips one character. ASCII letters are compared ignoring case.
     bool Skip(wchar_t character);
-    // Reads as many digits as there are, up to most. False, with nothing skipped, when there are less than least.
+    // Reads as many digits as there are, up to most. False if there are fewer than least.
     bool ReadNumber(int32_t least, int32_t most, int32_t& number);
-    // Reads the decimals behind a decimal sign as a fraction of 1; 0.0 when there are none.
+    // Reads a decimal sign and the digits after it as a fraction of 1; 0.0 if there are none.
     double ReadDecimals();
-    // Reads all letters that stand here as the name, or the beginning of the name of at least three letters, of one of a list.
+    // Reads all letters at this position, which must be one of the names or the first three or more letters of one.
     template <size_t Count>
     bool ReadName(const wchar_t* const (&names)[Count], int32_t& index)
     {
         return ReadName(names, static_cast<int32_t>(Count), index);
     }
-    // Skips a text of letters that no further letter follows.
+    // Skips a word of letters, which must not be followed by another letter.
     bool SkipWord(const wchar_t* word);
 
 private:

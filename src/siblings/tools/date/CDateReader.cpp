@@ -12,14 +12,14 @@ using namespace ZVTimeUnits;
 
 constexpr int32_t NotGiven = -1;
 
-// Nothing shorter is taken for a FILETIME: 17 digits end in 1917, and are more likely a time down to its milliseconds.
+// A shorter number is not a FILETIME: 17 digits only reach 1917, and are more likely a time with milliseconds.
 constexpr int32_t LeastFileTimeDigits = 18;
 constexpr int32_t MostFileTimeDigits = 19;
 
 constexpr int32_t MostWeeks = 53;
 constexpr int32_t Thursday = 4;
 
-// The numbers that the codes of a pattern read.
+// The numbers that were read by the codes of a pattern.
 struct Fields
 {
     int32_t Year = NotGiven;
@@ -52,16 +52,16 @@ constexpr NumberCode NumberCodes[] = {
     {L'u', 1, 1, &Fields::WeekDay  },
 };
 
-// What may stand behind a pattern.
+// What may follow a pattern.
 enum class Tail
 {
     Nothing,
-    Time,  // behind "T" or blanks, with its zone
+    Time,  // after "T" or blanks, with its zone
     Zone,
 };
 
-// One form of a date. Besides the numbers above, %b is the name of a month, %t a time with at least its minutes and %z a zone. A
-// blank stands for any number of them but none, other characters for themselves.
+// One form of a date. Besides the codes above, %b is the name of a month, %t a time with at least its minutes, and %z a zone. A
+// blank stands for one or more blanks, any other character for itself.
 struct Pattern
 {
     const wchar_t* Text;
@@ -99,7 +99,7 @@ constexpr Pattern Patterns[] = {
     {L"%Y%m%d%t",       Tail::Zone   },
 };
 
-// The zones that have a name, in hours ahead of UTC.
+// Zones with a name, in hours ahead of UTC.
 struct NamedZone
 {
     const wchar_t* Name;
@@ -121,10 +121,10 @@ constexpr NamedZone NamedZones[] = {
     {L"PDT", -7},
 };
 
-// ISO 8601 also allows the minus sign of typography.
+// ISO 8601 also allows this minus sign.
 constexpr wchar_t MinusSign = L'\u2212';
 
-// The parts of a time that were named.
+// The parts of a time that are in the text.
 enum class TimeParts
 {
     Hours,
@@ -132,7 +132,7 @@ enum class TimeParts
     Seconds,
 };
 
-// Reads one text by one pattern.
+// Reads a text by one pattern.
 class DateMatch
 {
 public:
@@ -216,7 +216,7 @@ private:
         return parts >= least && SetTime(hour, minute, second, parts);
     }
 
-    // The decimals are those of the smallest part. A minute of 61 seconds is the last of its hour.
+    // The decimals belong to the smallest part. Only the last minute of an hour can have a leap second.
     bool SetTime(int32_t hour, int32_t minute, int32_t second, TimeParts parts)
     {
         constexpr int32_t PartLengths[] = {SecondsPerHour, SecondsPerMinute, 1};
@@ -297,17 +297,16 @@ private:
         return m_fields.YearDay >= 1 && m_fields.YearDay <= ZVCalendar::DaysInYear(m_fields.Year);
     }
 
-    // A week belongs to the year in which its Thursday is. A week alone is its Monday.
+    // A week belongs to the year of its Thursday. A week alone is its Monday.
     bool SetWeekDay()
     {
         const int32_t weekDay = m_fields.WeekDay == NotGiven ? 1 : m_fields.WeekDay;
         if (m_fields.Week < 1 || m_fields.Week > MostWeeks || weekDay < 1 || weekDay > ZVCalendar::DaysPerWeek)
             return false;
-        // January 4 is in the first week, whatever day it is.
+        // January 4 is always in the first week.
         const int64_t january4 = ZVCalendar::DayNumber(m_fields.Year, 1, 4);
-        const int32_t daysBehindMonday =
-            (ZVCalendar::DayOfWeek(january4) + ZVCalendar::DaysPerWeek - 2) % ZVCalendar::DaysPerWeek;
-        const int64_t monday = january4 - daysBehindMonday + ZVCalendar::DaysPerWeek * (m_fields.Week - 1);
+        const int32_t daysAfterMonday = (ZVCalendar::DayOfWeek(january4) + ZVCalendar::DaysPerWeek - 2) % ZVCalendar::DaysPerWeek;
+        const int64_t monday = january4 - daysAfterMonday + ZVCalendar::DaysPerWeek * (m_fields.Week - 1);
         m_date.DayNumber = monday + weekDay - 1;
         return ZVCalendar::FromDayNumber(monday + Thursday - 1).Year == m_fields.Year;
     }
@@ -327,7 +326,7 @@ private:
     Fields m_fields;
 };
 
-// The count of 100 nanoseconds since 1601 in UTC, as decimal digits and nothing else.
+// Reads a FILETIME, the number of 100 nanoseconds since 1601 in UTC. The text must have nothing but its digits.
 bool ReadFileTime(CDateCursor cursor, CParsedDate& date)
 {
     constexpr uint64_t UnitsPerSecond = 10'000'000;
@@ -346,7 +345,7 @@ bool ReadFileTime(CDateCursor cursor, CParsedDate& date)
     return true;
 }
 
-// The day of the week that may stand in front of a date, with a comma or a full stop.
+// Skips the day of the week before a date, if there is one, and a comma or a full stop after it.
 void SkipDayName(CDateCursor& cursor)
 {
     int32_t day = 0;

@@ -4,17 +4,17 @@
 
 #include <cstdint>
 
-// What a text tells of a date.
+// A date as it was read from a text.
 struct CParsedDate
 {
     int64_t DayNumber = 0;     // see ZVCalendar
     double SecondOfDay = 0.0;  // 86400.0 for 24:00
-    int32_t ZoneSeconds = 0;   // how far the zone of the text is ahead of UTC
+    int32_t ZoneSeconds = 0;   // how many seconds the time zone in the text is ahead of UTC
     bool HasZone = false;
     ZVDatePrecision Precision = ZVDatePrecision::None;
 };
 
-// Reads the dates that tags, containers and servers hold:
+// Reads dates as tags, containers and servers write them:
 //
 //   2024   2024-05   2024-05-06   20240506   2024-127   2024127   2024-W19-1   2024W191   2024-W19     ISO 8601
 //   2024-5-6   2024/05/06   2024:05:06   2024.05.06   6.5.2024                                          tags, EXIF
@@ -23,10 +23,10 @@ struct CParsedDate
 //   202405060708   20240506070809                                                                       digits alone
 //   133594530000000000                                                                                  FILETIME, in UTC
 //
-// A day of the week may stand in front and is not compared with the date. A time follows behind "T" or blanks: 07, 07:08,
-// 07:08:09, 0708 or 070809, the last part with decimals behind "." or ",", up to 24:00. A zone follows that: Z, UTC, GMT, UT,
-// +02, +02:00, +0200 or one of the names in RFC 822. Names are English, in any case, and may be cut down to three letters.
-// Blanks around the date do not count. Digits may be of any script in ZVDigits.
+// A day of the week may come first and is not compared with the date. A time may follow after "T" or blanks: 07, 07:08, 07:08:09,
+// 0708 or 070809, up to 24:00, and its last part may have decimals after "." or ",". A time zone may follow the time: Z, UTC,
+// GMT, UT, +02, +02:00, +0200 or one of the names in RFC 822. Names are English, in upper or lower case, and may be cut to three
+// letters or more. Blanks around the date are ignored. Digits may be of any script in ZVDigits.
 //
 // 00 for a day, or for both month and day, means that they are not known: 2024-05-00 is read as 2024-05, and 2024-00-00 as 2024.
 //
@@ -34,6 +34,6 @@ struct CParsedDate
 // ZVDate::FromFields.
 namespace CDateReader
 {
-// The steps grow with the length of the text alone.
+// False if the text is not a date. Takes time in proportion to the length of the text.
 bool Read(const wchar_t* text, CParsedDate& date);
 }

@@ -6,7 +6,7 @@ namespace
 {
 constexpr const wchar_t* MediaTypes[] = {L"Video", L"Audio", L"Image", L"Playlist", L"Data"};
 
-// The text of a field, or null when there is no such field.
+// The text of a field, or null if there is no such field.
 const wchar_t* FindField(const CFileType& type, const wchar_t* name)
 {
     if (wcscmp(name, L"File Type") == 0)

@@ -3,7 +3,7 @@
 #include "contracts/IZVFileTypes.h"
 #include "siblings/tools/filetypes/CFileTypeTable.h"
 
-// A row of the table as other libraries read it, or with a null type the record of what is not known.
+// A row of the table as other libraries read it. With a null type it is the record of an unknown type.
 class CFileTypeRecord final : public IZVFileTypeRecord
 {
 public:

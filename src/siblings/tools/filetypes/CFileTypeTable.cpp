@@ -8,7 +8,7 @@ constexpr int8_t Mp4 = IZVFileTypes::ClassMp4;
 constexpr int8_t Plain = IZVFileTypes::ClassPlainMedia;
 constexpr int8_t None = 0;
 
-// Content types are those registered with IANA where there is one, otherwise the names in common use.
+// Content types are those registered with IANA, or otherwise the ones in common use.
 // clang-format off
 constexpr CFileType Table[] = {
     {L"3g2",   Video,    Mp4,   L"video/3gpp2"},
@@ -155,7 +155,7 @@ wchar_t ToLowerASCII(wchar_t character)
     return character >= L'A' && character <= L'Z' ? static_cast<wchar_t>(character - L'A' + L'a') : character;
 }
 
-// Without the locale, of which some do not pair "I" with "i".
+// Does not use the locale: some locales do not pair "I" with "i".
 bool IsExtension(const wchar_t* lower, const wchar_t* text)
 {
     while (*lower != L'\0' && *lower == ToLowerASCII(*text))

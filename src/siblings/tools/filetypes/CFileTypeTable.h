@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// What a type of file is played or shown as.
+// How files of a type are played or shown.
 enum class CMediaKind : uint8_t
 {
     Video,
@@ -14,18 +14,18 @@ enum class CMediaKind : uint8_t
     Data,
 };
 
-// One type of file. Texts are arrays, so that the table needs no work when the library is loaded.
+// One type of file. Texts are arrays, so the table needs no work when the library is loaded.
 struct CFileType
 {
     wchar_t Extension[6];
     CMediaKind Kind;
-    int8_t Class;             // 0 for none
-    wchar_t ContentType[36];  // empty when there is none
+    int8_t Class;             // 0 if there is none
+    wchar_t ContentType[36];  // empty if there is none
 };
 
 // The types that the product knows.
 namespace CFileTypeTable
 {
-// The type of an extension without its dot, in any case; null for one that is not known.
+// The type of an extension without the dot, in upper or lower case; null if it is not known.
 const CFileType* Find(const wchar_t* extension);
 }

@@ -15,6 +15,6 @@ public:
 
 private:
     ZVCriticalSection m_criticalSection;
-    // The records that were asked for, since they are never freed.
+    // The records handed out so far, which are never freed.
     std::map<const CFileType*, CFileTypeRecord> m_records;
 };

@@ -20,7 +20,7 @@ int32_t OrderOfCodes(wchar_t a, wchar_t b)
     return Order(static_cast<uint32_t>(a), static_cast<uint32_t>(b));
 }
 
-// A text with a bound, read from the front; behind its end it gives NUL.
+// A text with a length limit, read from the start. At the end Current returns NUL.
 class BoundedText
 {
 public:
@@ -34,7 +34,7 @@ public:
         --m_left;
     }
 
-    // Passes over the zeros in front of a number and tells their count.
+    // Skips the leading zeros of a number and returns how many there are.
     int32_t SkipZeros()
     {
         int32_t count = 0;
@@ -48,8 +48,8 @@ private:
     int32_t m_left;
 };
 
-// Compares the numbers that two texts go on with, without leading zeros and of any length, and passes over them: the one with
-// more digits is larger, otherwise the first digit that differs decides.
+// Compares the numbers at which two texts are, which may have any length but no leading zeros, and skips them. The one with more
+// digits is larger; otherwise the first digit that differs decides.
 int32_t CompareNumbers(BoundedText& a, BoundedText& b)
 {
     int32_t order = 0;
@@ -95,7 +95,7 @@ int32_t CNaturalCompare::Compare(const wchar_t* textA, const wchar_t* textB, int
         a.Advance();
         b.Advance();
     }
-    // One text is at its end, and comes first if the other is not.
+    // At least one text is at its end. It comes first if the other is not.
     if (const int32_t order = OrderOfCodes(a.Current(), b.Current()); order != 0)
         return order;
     if (ties == Ties::Kept)

@@ -3,15 +3,15 @@
 #include <cstdint>
 
 // The order in which people expect titles and file names: case does not count, and a run of the digits 0 to 9 is a number, so
-// that "Part 2" comes before "Part 10". Everything else goes by its code point after lowering.
+// "Part 2" comes before "Part 10". All other characters are ordered by their code points after lowering.
 class CNaturalCompare
 {
 public:
-    // What becomes of texts that are the same in this order but not alike.
+    // What happens to texts that are equal in this order but not identical.
     enum class Ties
     {
-        Kept,
-        Broken,  // by the leading zeros of the first number in which they differ, fewer first, and then by the code points
+        Kept,    // they are equal
+        Broken,  // the leading zeros of the first number in which they differ decide, fewer first, and then the code points
     };
 
     // Compares two NUL-terminated texts, or their first length characters when length is not negative: -1, 0 or 1.

@@ -2,7 +2,7 @@
 
 #include "contracts/IZVStringTools.h"
 
-// The string tools of the library. They hold nothing, so any thread may use them.
+// The string tools of the library. They have no state, so any thread may use them.
 class CStringTools final : public IZVStringTools
 {
 public:

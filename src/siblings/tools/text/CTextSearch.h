@@ -6,9 +6,8 @@
 #include <cwchar>
 #include <memory>
 
-// Searches texts for one needle, after Knuth, Morris and Pratt: no character of a text is looked at twice, whatever text and
-// needle hold. With Folded, upper and lower case are the same; each character is lowered by itself, so a match is as long as
-// the needle.
+// Searches texts for a needle by the algorithm of Knuth, Morris and Pratt, which reads each character of a text only once. Folded
+// ignores case; each character is lowered by itself, so a match is as long as the needle.
 template <bool Folded>
 class CTextSearch
 {
@@ -50,18 +49,18 @@ public:
     }
 
 private:
-    // Needles up to this length cost no allocation.
+    // Needles up to this length need no allocation.
     static constexpr size_t UsualLength = 64;
 
     struct Place
     {
         wchar_t Character;
-        size_t Border;  // the length of the longest start of the needle, short of the whole, that also ends here
+        size_t Border;  // the length of the longest proper prefix of the needle that also ends here
     };
 
     static wchar_t Fold(wchar_t character) { return Folded ? ZVCharacter::ToLower(character) : character; }
 
-    // The count of the needle's characters that match behind one more character of the text.
+    // How many characters of the needle match after one more character of the text.
     size_t Advance(size_t matched, wchar_t character) const
     {
         while (matched > 0 && m_places[matched].Character != character)

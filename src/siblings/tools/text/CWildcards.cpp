@@ -6,15 +6,15 @@
 
 bool CWildcards::Match(const wchar_t* text, const wchar_t* pattern)
 {
-    // Only the last "*" is ever tried with a longer run: what stands before it matches already, and a longer run further in
-    // front could not help what follows.
-    const wchar_t* behindStar = nullptr;
+    // Only the last "*" is tried with a longer run: everything before it matches already, and a longer run of an earlier "*"
+    // could not make the rest match.
+    const wchar_t* afterStar = nullptr;
     const wchar_t* endOfRun = nullptr;
     while (*text != L'\0')
     {
         if (*pattern == L'*')
         {
-            behindStar = ++pattern;
+            afterStar = ++pattern;
             endOfRun = text;
         }
         else if (*pattern == L'?' || (*pattern != L'\0' && ZVCharacter::ToLower(*pattern) == ZVCharacter::ToLower(*text)))
@@ -22,9 +22,9 @@ bool CWildcards::Match(const wchar_t* text, const wchar_t* pattern)
             ++pattern;
             ++text;
         }
-        else if (behindStar != nullptr)
+        else if (afterStar != nullptr)
         {
-            pattern = behindStar;
+            pattern = afterStar;
             text = ++endOfRun;
         }
         else

@@ -1,13 +1,12 @@
 #pragma once
 
-// Patterns of file names: "*" stands for any run of characters, also none, "?" for any one character. Upper and lower case are
-// the same.
+// Patterns of file names: "*" stands for any characters or none, "?" for one character. Case does not count.
 class CWildcards
 {
 public:
-    // True when the whole text matches. Takes no more steps than the text's length times that of the pattern's longest run
-    // without a "*".
+    // True if the whole text matches. Takes at most as many steps as the length of the text times the length of the longest run
+    // without "*" in the pattern.
     static bool Match(const wchar_t* text, const wchar_t* pattern);
-    // True when a text holds "*" or "?".
+    // True if a text contains "*" or "?".
     static bool AreIn(const wchar_t* text);
 };
