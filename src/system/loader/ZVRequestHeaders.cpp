@@ -1,5 +1,8 @@
 #include "system/loader/ZVRequestHeaders.h"
 
+#include <algorithm>
+#include <string_view>
+
 namespace
 {
 struct BodyHeader
@@ -19,16 +22,23 @@ constexpr BodyHeader BodyHeaders[] = {
 };
 // clang-format on
 
-// True when a line begins with a name and a colon.
-bool IsLineOf(const ZVString& line, const wchar_t* name)
+wchar_t GetLower(wchar_t character)
 {
-    return line.StartsWith(name, false) && line.GetAt(static_cast<int32_t>(wcslen(name))) == L':';
+    return character >= L'A' && character <= L'Z' ? static_cast<wchar_t>(character - L'A' + L'a') : character;
+}
+
+// True when a line begins with a name and a colon.
+bool IsLineOf(std::wstring_view line, std::wstring_view name)
+{
+    return line.size() > name.size() && line[name.size()] == L':' &&
+           std::equal(name.begin(), name.end(), line.begin(),
+                      [](wchar_t left, wchar_t right) { return GetLower(left) == GetLower(right); });
 }
 
 int32_t FindEntry(const ZVStringArray& headers, const wchar_t* name)
 {
     for (int32_t index = 0; index < headers.GetCount(); ++index)
-        if (IsLineOf(headers[index], name))
+        if (IsLineOf(headers[index].View(), name))
             return index;
     return -1;
 }
@@ -36,13 +46,14 @@ int32_t FindEntry(const ZVStringArray& headers, const wchar_t* name)
 
 bool ZVRequestHeaders::FindValue(const ZVString& lines, const wchar_t* name, ZVString& value)
 {
-    ZVStringArray list;
-    list.SetSplit(lines, L'\n');
-    for (const ZVString& line : list)
+    for (std::wstring_view rest = lines.View(); !rest.empty();)
     {
+        const std::wstring_view line = rest.substr(0, rest.find(L'\n'));
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
         if (!IsLineOf(line, name))
             continue;
-        value = line.Mid(static_cast<int32_t>(wcslen(name)) + 1);
+        const std::wstring_view text = line.substr(wcslen(name) + 1);
+        value = ZVString(text.data(), static_cast<int32_t>(text.size()));
         value.TrimWhitespace();
         return true;
     }
