@@ -28,6 +28,8 @@
     function(archive_entry_symlink)                    \
     function(archive_entry_hardlink)                   \
     function(archive_entry_filetype)                   \
+    function(archive_entry_perm)                       \
+    function(archive_entry_set_perm)                   \
     function(archive_entry_copy_pathname)              \
     function(archive_entry_copy_hardlink)
 // clang-format on

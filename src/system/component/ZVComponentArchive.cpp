@@ -10,6 +10,7 @@
 #include <clocale>
 #include <memory>
 #include <string>
+#include <sys/stat.h>
 #include <system_error>
 
 namespace
@@ -138,13 +139,16 @@ private:
     bool m_isRefused = false;
 };
 
-// Makes the names of an entry absolute, below the folder that it is unpacked into.
+// Prepares an entry for the folder that it is unpacked into: its names become absolute.
 void MoveInto(const ZVArchiveLibrary& library, const std::string& folder, archive_entry* entry)
 {
     const std::string path = folder + "/" + library.archive_entry_pathname(entry);
     library.archive_entry_copy_pathname(entry, path.c_str());
     if (const char* target = library.archive_entry_hardlink(entry))
         library.archive_entry_copy_hardlink(entry, (folder + "/" + target).c_str());
+    // A folder in which its owner may not delete anything would stay for ever.
+    if (library.archive_entry_filetype(entry) == AE_IFDIR)
+        library.archive_entry_set_perm(entry, library.archive_entry_perm(entry) | S_IRWXU);
 }
 }
 
