@@ -30,8 +30,8 @@ ZVString GetInstalledFilename(int32_t id, bool install);
 
 // Downloads a component and puts it in its folder, replacing older versions. The server is the variable ZV_COMPONENT_SERVER or
 // else the setting "Server" of the section "Dependencies": an address or a folder in which the archives lie. Nothing old is
-// touched before the new component is complete: its archive is whole, matches the checksum beside it, if there is one, has nothing
-// in it that would leave the folder, and is unpacked with its main file. Whenever the process ends, the old or the new component
-// is whole; what is left over goes with the next installation.
+// touched before the new component is complete: its archive is whole, matches the checksum beside it, if there is one, has
+// nothing in it that would leave the folder, and is unpacked with its main file. Whenever the process ends, the old or the new
+// component is whole; what is left over goes with the next installation.
 bool Install(int32_t id);
 }

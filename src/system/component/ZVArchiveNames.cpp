@@ -5,8 +5,8 @@
 
 namespace
 {
-// No component needs a tenth of either. A made-up archive of a few kilobytes could fill the memory with names, or nest folders too
-// deep to be deleted again.
+// No component needs a tenth of either. A made-up archive of a few kilobytes could fill the memory with names, or nest folders
+// too deep to be deleted again.
 constexpr size_t MaximumDepth = 64;
 constexpr size_t MaximumSize = 16 << 20;
 

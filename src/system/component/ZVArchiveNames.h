@@ -22,8 +22,8 @@ struct ZVArchiveEntry
 };
 
 // The names in an archive, entry by entry, and the rules that keep it within the folder that it is unpacked into: no name occurs
-// twice or leads through a file or link, a hard link leads to a file of the archive that came before it, and a symbolic link leads
-// to a place in the folder.
+// twice or leads through a file or link, a hard link leads to a file of the archive that came before it, and a symbolic link
+// leads to a place in the folder.
 class ZVArchiveNames
 {
 public:

@@ -30,8 +30,8 @@ constexpr char ServerVariable[] = "ZV_COMPONENT_SERVER";
 constexpr wchar_t ChecksumEnding[] = L".sha256";
 constexpr int64_t MaximumChecksumFile = 4096;
 
-// ZVFileSystem makes a file with this name for a moment to find out whether a folder is writable. A process that is killed in that
-// moment leaves it there; nobody misses one that is deleted.
+// ZVFileSystem makes a file with this name for a moment to find out whether a folder is writable. A process that is killed in
+// that moment leaves it there; nobody misses one that is deleted.
 constexpr wchar_t WriteTestStart[] = L"Directory Write Test (";
 
 constexpr char DeletingFailed[] = "Deleting old files failed";

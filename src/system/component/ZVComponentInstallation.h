@@ -22,8 +22,8 @@ public:
     // Installs the component. False, with a line in the log, when that fails.
     bool Run() const;
 
-    // Clears away what earlier installations of the component left when they were killed, including older versions. Does not wait:
-    // if another process is replacing a component, the next call does it.
+    // Clears away what earlier installations of the component left when they were killed, including older versions. Does not
+    // wait: if another process is replacing a component, the next call does it.
     void FinishEarlier() const;
 
 private:

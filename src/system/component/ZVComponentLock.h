@@ -12,8 +12,8 @@ class ZVComponentLock
 public:
     // Keeps two processes from fetching a component at once. Every process of the product knows the lock by this name.
     static constexpr wchar_t Fetching[] = L"Zivora DS Filter Downloading Lock";
-    // Keeps two installations from changing the folder of the components at once, even when one of them runs without the other lock.
-    // It is held only for moments.
+    // Keeps two installations from changing the folder of the components at once, even when one of them runs without the other
+    // lock. It is held only for moments.
     static constexpr wchar_t Replacing[] = L"Zivora Component Replacing Lock";
 
     // How long a process waits for another one that fetches or replaces a component.

@@ -5,9 +5,9 @@
 #include <filesystem>
 #include <string>
 
-// The folder in which one installation builds a component: "<folder>.<process>-<number>.part" beside the component's own folder. No
-// two installations have the same one, and it is deleted with the object. As long as the object lives the folder is locked, which
-// tells it from the folders of installations that were killed.
+// The folder in which one installation builds a component: "<folder>.<process>-<number>.part" beside the component's own folder.
+// No two installations have the same one, and it is deleted with the object. As long as the object lives the folder is locked,
+// which tells it from the folders of installations that were killed.
 class ZVComponentStaging
 {
 public:
@@ -39,8 +39,8 @@ public:
     static bool IsStaging(const Path& path);
     // Whether a package has such folders, of installations that are running or that ended early.
     static bool HasAny(const Path& components, const std::string& package);
-    // Deletes the folders of installations of a package that ended early. A component that one of them had taken away, but not yet
-    // replaced, is put back. False when another installation of the package is running.
+    // Deletes the folders of installations of a package that ended early. A component that one of them had taken away, but not
+    // yet replaced, is put back. False when another installation of the package is running.
     static bool ClearRemains(const Path& components, const std::string& package);
 
 private:

@@ -6,10 +6,10 @@
 
 #include <sys/types.h>
 
-// The description of the process, the same for the program and all its libraries. It is a block of shared memory whose name is made
-// of the product version and the process id, so that each library finds it without being passed a pointer. Whoever comes first
-// makes and fills it. Where no block can be shared, the description is private to this copy of the code and works the same. Texts
-// stay valid as long as the object, and change only before other threads start.
+// The description of the process, the same for the program and all its libraries. It is a block of shared memory whose name is
+// made of the product version and the process id, so that each library finds it without being passed a pointer. Whoever comes
+// first makes and fills it. Where no block can be shared, the description is private to this copy of the code and works the same.
+// Texts stay valid as long as the object, and change only before other threads start.
 class CProcessInfo
 {
 public:

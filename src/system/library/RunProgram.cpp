@@ -62,8 +62,8 @@ int32_t ToExitCode(int status)
     return WIFSIGNALED(status) ? SignalExitCode + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-// Reads a program's output to its end, so that the program never waits for a reader. It is decoded as a whole, because a piece may
-// end inside a character.
+// Reads a program's output to its end, so that the program never waits for a reader. It is decoded as a whole, because a piece
+// may end inside a character.
 void ReadOutput(FILE* stream, ZVString* output)
 {
     ZVBuffer bytes;

@@ -2,8 +2,8 @@
 
 #include "core/string/ZVString.h"
 
-// The folder that the product's libraries are loaded from. It is found so that a build tree, an unpacked archive and the installed
-// package all run without settings.
+// The folder that the product's libraries are loaded from. It is found so that a build tree, an unpacked archive and the
+// installed package all run without settings.
 namespace ZVInstallFolder
 {
 // Where the product's package installs it.

@@ -3,8 +3,8 @@
 #include "core/string/ZVString.h"
 #include "system/library/ZVFunctionTable.h"
 
-// A shared library that is opened at run time, and unloaded by the destructor. A library may export "Attach", which is called after
-// each load with a number that no other load gets, and "Detach", which is called before each unload.
+// A shared library that is opened at run time, and unloaded by the destructor. A library may export "Attach", which is called
+// after each load with a number that no other load gets, and "Detach", which is called before each unload.
 class ZVLoadLibrary
 {
 public:
@@ -33,8 +33,8 @@ public:
         return reinterpret_cast<Function*>(GetSymbol(name));
     }
 
-    // Fills a table of ZV_DEFINE_FUNCTION_TABLE in its order, up to the first function that the library does not have. Returns the
-    // name of that function, or null when all are there.
+    // Fills a table of ZV_DEFINE_FUNCTION_TABLE in its order, up to the first function that the library does not have. Returns
+    // the name of that function, or null when all are there.
     template <class Table>
     const char* BindAll(Table& table) const
     {

@@ -5,8 +5,8 @@
 
 #include <cstddef>
 
-// A named block of memory that is the same for everyone who opens it under its name. The name is that of a shared memory object of
-// the system, without the leading "/". Only blocks that belong to the process's own user are opened. The mapping ends with the
+// A named block of memory that is the same for everyone who opens it under its name. The name is that of a shared memory object
+// of the system, without the leading "/". Only blocks that belong to the process's own user are opened. The mapping ends with the
 // object, the name does not.
 class ZVSharedMemory
 {
@@ -16,8 +16,8 @@ public:
     ZVSharedMemory(const ZVSharedMemory&) = delete;
     ZVSharedMemory& operator=(const ZVSharedMemory&) = delete;
 
-    // Makes a new block of that many bytes, all 0, which only the user can open, and maps it. False with the error EEXIST when the
-    // name is taken.
+    // Makes a new block of that many bytes, all 0, which only the user can open, and maps it. False with the error EEXIST when
+    // the name is taken.
     bool Create(const ZVString& name, size_t size);
     // Maps the block that has the name. False with EPERM for anything but a block of the user's own, and with EINVAL for one that
     // Create would not have made: of another size, or open to others.

@@ -7,9 +7,9 @@
 
 #include <cstdint>
 
-// The binding of the product's libraries: which of them are loaded, and the interface of each. Everything runs under one recursive
-// mutex and may be called from any thread, except that the tools library is bound and unbound while no other thread runs. A
-// library that is absent is an absent service: its load is false and its interface null.
+// The binding of the product's libraries: which of them are loaded, and the interface of each. Everything runs under one
+// recursive mutex and may be called from any thread, except that the tools library is bound and unbound while no other thread
+// runs. A library that is absent is an absent service: its load is false and its interface null.
 class ZVSiblingLibraries
 {
 public:
@@ -38,8 +38,8 @@ public:
 
     // The interface of a loaded library, or null. It belongs to the library and ends with the unload.
     void* GetInterface(ZVSibling sibling) const;
-    // One of the reader library's factories, each a function with parameters of its own, or null. The first call loads the library
-    // and looks up the name. The function ends with the unload.
+    // One of the reader library's factories, each a function with parameters of its own, or null. The first call loads the
+    // library and looks up the name. The function ends with the unload.
     void* GetReaderFactory(const char* name);
 
     // Unloads one library, or all from the last to the first, if they are loaded. Nobody may still use their interfaces.

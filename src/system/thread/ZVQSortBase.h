@@ -6,9 +6,9 @@
 
 #include <pthread.h>
 
-// The part of a sort that does not depend on the elements: the stack of ranges that wait to be sorted, and the helper thread, which
-// is the ZVThread itself. The caller's thread and the helper take ranges off the stack until it is empty and neither of them can
-// add another one.
+// The part of a sort that does not depend on the elements: the stack of ranges that wait to be sorted, and the helper thread,
+// which is the ZVThread itself. The caller's thread and the helper take ranges off the stack until it is empty and neither of
+// them can add another one.
 class ZVQSortBase : public ZVThread
 {
 public:
@@ -24,15 +24,15 @@ protected:
     // Sorts the range from the element at low to the one at high, both included. Returns when everything is sorted and no helper
     // runs any more.
     void SortShared(void* low, void* high);
-    // Leaves a range to whichever thread is free first, and starts the helper if it does not run yet. False when the stack is full
-    // or no helper is wanted.
+    // Leaves a range to whichever thread is free first, and starts the helper if it does not run yet. False when the stack is
+    // full or no helper is wanted.
     bool PushRange(void* low, void* high);
 
     // Sorts a range in the calling thread; parts of it may be pushed.
     virtual void SortRange(void* low, void* high) = 0;
 
-    // The helper's work: it sorts pushed ranges until everything is sorted. It ignores the stop flag, because a sort is never left
-    // half done.
+    // The helper's work: it sorts pushed ranges until everything is sorted. It ignores the stop flag, because a sort is never
+    // left half done.
     bool Run() override;
     // True only during a sort: nobody else is to start the helper.
     bool OnBeforeStart() override;

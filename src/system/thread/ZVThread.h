@@ -11,8 +11,8 @@
 // thread to end and, after a time limit, abandons it. Start, Stop and SetStopFlag may be called from any thread.
 //
 // A derived class does its work in Run. Its destructor must call Stop, because the base class stops the thread only after the
-// members of the derived class are gone. For the same reason it must not start the thread through the base constructor, which runs
-// before those members exist.
+// members of the derived class are gone. For the same reason it must not start the thread through the base constructor, which
+// runs before those members exist.
 //
 // An abandoned thread goes on until it ends by itself and still uses the object, so the object must live until then. For that
 // thread GetStopFlag stays true whatever happens to the object, even a new start, and its result no longer counts. Whoever cannot
@@ -39,13 +39,13 @@ public:
     ZVThread(const ZVThread&) = delete;
     ZVThread& operator=(const ZVThread&) = delete;
 
-    // Starts the thread with an argument for its body and a level of ZVThreadPriority. If a thread runs already, it is left alone,
-    // or with restart it is stopped first; a body cannot restart itself. True when a thread runs now; false when OnBeforeStart
-    // refuses or the system has no thread left.
+    // Starts the thread with an argument for its body and a level of ZVThreadPriority. If a thread runs already, it is left
+    // alone, or with restart it is stopped first; a body cannot restart itself. True when a thread runs now; false when
+    // OnBeforeStart refuses or the system has no thread left.
     virtual bool Start(uint32_t argument, bool restart, int32_t priority);
     // Asks the thread to stop and waits for its end, with a limit in milliseconds: NoTimeout means the stored limit, any other
-    // negative value no limit. After the limit the thread is abandoned if OnStopTimeout agrees. A thread that somebody else starts
-    // meanwhile is not waited for. Returns the body's result; true when no thread was ever started, false for one that was
+    // negative value no limit. After the limit the thread is abandoned if OnStopTimeout agrees. A thread that somebody else
+    // starts meanwhile is not waited for. Returns the body's result; true when no thread was ever started, false for one that was
     // abandoned or whose result an earlier call has fetched. When the body itself calls this, it only sets the stop flag and
     // returns false.
     virtual bool Stop(int32_t timeout);
@@ -60,8 +60,8 @@ public:
     // Waits without a limit until no thread runs. Not for the body.
     virtual void WaitForExit() const;
     // Waits until the stop flag is set or, if another thread is given, until that thread's event is signalled; then true. False
-    // after that many milliseconds, where a negative value means no limit. Also false as soon as no thread runs, if another thread
-    // is given or no thread had been started when the wait began.
+    // after that many milliseconds, where a negative value means no limit. Also false as soon as no thread runs, if another
+    // thread is given or no thread had been started when the wait began.
     virtual bool Wait(int32_t milliseconds, const ZVThread* otherThread);
     virtual bool Wait(int32_t milliseconds);
     virtual bool Wait();
@@ -97,15 +97,15 @@ public:
     virtual void SetCleanUpFlag(bool value);
 
 protected:
-    // The work of the thread. It must not throw. The base form waits until the stop flag is set, which it checks every 100 ms, and
-    // returns true.
+    // The work of the thread. It must not throw. The base form waits until the stop flag is set, which it checks every 100 ms,
+    // and returns true.
     virtual bool Run();
     // What ThreadBody calls; the base form calls Run.
     virtual bool OnThreadBody();
     // Called with the lock held before a thread is started; false keeps it from starting.
     virtual bool OnBeforeStart();
-    // Makes the thread for Start. When the system refuses the scheduling of the level, the thread gets the ordinary one. False, with
-    // a line in the log, when the system has no thread left.
+    // Makes the thread for Start. When the system refuses the scheduling of the level, the thread gets the ordinary one. False,
+    // with a line in the log, when the system has no thread left.
     virtual bool StartThread(int32_t priority);
     // The last call of the thread; after it Stop considers the thread ended.
     virtual void OnAfterExit();

@@ -14,7 +14,8 @@ public:
     // Milliseconds since 1970-01-01 UTC, with a fraction. This clock shows the time of day and can be set back.
     static double GetMilliseconds();
 
-    // Seconds since the construction or the last restart. With restart the next count begins at the very moment that this one ends.
+    // Seconds since the construction or the last restart. With restart the next count begins at the very moment that this one
+    // ends.
     double GetElapsed(bool restart);
     void Reset() { m_start = GetMicroseconds(); }
 

@@ -13,12 +13,12 @@
 
 class CLogLine;
 
-// The log manager: appends the lines of the categories in its mask to the log file, in the form of CLogLine, and hands the text of
-// every line to the custom outputs. A line that nobody wants costs one test.
+// The log manager: appends the lines of the categories in its mask to the log file, in the form of CLogLine, and hands the text
+// of every line to the custom outputs. A line that nobody wants costs one test.
 //
-// The file is "Logs/ZVWorker.log" in the data folder, or the one that the environment variable ZV_LOG_FILE names. The mask is that
-// of the variable ZV_LOG_MASK, or else of the mask file, or else all categories: there are no levels, so a narrower default would
-// hide failures. The first line looks at mask and file; before it nothing does.
+// The file is "Logs/ZVWorker.log" in the data folder, or the one that the environment variable ZV_LOG_FILE names. The mask is
+// that of the variable ZV_LOG_MASK, or else of the mask file, or else all categories: there are no levels, so a narrower default
+// would hide failures. The first line looks at mask and file; before it nothing does.
 //
 // Logging leaves errno as it was and lets no exception out. A line that cannot be made is dropped.
 class CLogManager final : public ILogManager
@@ -40,8 +40,8 @@ public:
     void Flush() override {}
     const wchar_t* GetFilePath() override { return m_file.GetPath(); }
 
-    // Outputs get the lines of all categories, one line at a time, in the order in which the outputs were added. An output may log,
-    // and may add and remove outputs, itself included, while it is called; a line that it logs goes to the file alone. After
+    // Outputs get the lines of all categories, one line at a time, in the order in which the outputs were added. An output may
+    // log, and may add and remove outputs, itself included, while it is called; a line that it logs goes to the file alone. After
     // RemoveCustomOutput has returned, no thread calls the output any more.
     void AddCustomOutput(ILogManagerCustomOutput* item) override;
     void RemoveCustomOutput(ILogManagerCustomOutput* item) override;
