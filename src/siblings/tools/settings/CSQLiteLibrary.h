@@ -8,7 +8,7 @@
 #define ZV_SQLITE_FUNCTIONS(function) \
     function(sqlite3_open_v2)         \
     function(sqlite3_close)           \
-    function(sqlite3_busy_timeout)    \
+    function(sqlite3_busy_handler)    \
     function(sqlite3_errmsg)          \
     function(sqlite3_prepare_v2)      \
     function(sqlite3_bind_text)       \
@@ -22,7 +22,8 @@ ZV_DEFINE_FUNCTION_TABLE(CSQLiteFunctions, ZV_SQLITE_FUNCTIONS);
 // the library.
 struct CSQLiteLibrary : CSQLiteFunctions
 {
-    // Opens the library, if it is not open, and binds all functions. False when it is not there or lacks one. It is never closed.
+    // Opens the library, unless it is open, and binds all functions. False if it is not installed or lacks one of them. It is never
+    // closed.
     bool Load(const char* fileName);
 
 private:

@@ -2,36 +2,94 @@
 
 #include "core/string/ZVStringUTF8.h"
 
-#include <ctime>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
 
 namespace
 {
-constexpr int BusyTimeoutMilliseconds = 5000;
+struct ResultMeaning
+{
+    int Kind;
+    CSettingsResult Result;
+};
 
-// Between two tries to change the journal mode, for which the library does not wait by itself.
-constexpr int BusyPauseMilliseconds = 10;
+// What the library's result codes mean. Every other is a failure.
+constexpr ResultMeaning ResultMeanings[] = {
+    {SQLITE_OK,       CSettingsResult::Done   },
+    {SQLITE_ROW,      CSettingsResult::Done   },
+    {SQLITE_DONE,     CSettingsResult::Done   },
+    {SQLITE_BUSY,     CSettingsResult::Busy   },
+    {SQLITE_LOCKED,   CSettingsResult::Busy   },
+    {SQLITE_PROTOCOL, CSettingsResult::Busy   },
+    {SQLITE_CORRUPT,  CSettingsResult::Damaged},
+    {SQLITE_NOTADB,   CSettingsResult::Damaged},
+};
 
-// The low byte of a result code is its kind, what is above tells it apart further.
+// The low byte of a result code is its kind; the rest tells more about it.
 int KindOf(int code)
 {
     return code & 0xff;
 }
 
-void Sleep(int milliseconds)
+// The library calls this when another process holds the database. 0 ends its waiting.
+int OnBusy(void* wait, int)
 {
-    timespec time {};
-    time.tv_nsec = milliseconds * 1'000'000L;
-    nanosleep(&time, nullptr);
+    return static_cast<const CWaitLimit*>(wait)->WaitABit() ? 1 : 0;
+}
+
+// What can be seen of a database file without opening it.
+class FileState
+{
+public:
+    explicit FileState(const std::string& path) : m_isThere(stat(path.c_str(), &m_status) == 0)
+    {
+        for (const char* const journal : {"-wal", "-journal"})
+        {
+            struct stat status;
+            m_hasJournal |= stat((path + journal).c_str(), &status) == 0 && status.st_size > 0;
+        }
+    }
+
+    // Whether all of its content is in the file itself.
+    bool IsAtRest() const { return m_isThere && !m_hasJournal; }
+
+    bool IsSame(const FileState& other) const
+    {
+        return IsAtRest() == other.IsAtRest() && m_status.st_ino == other.m_status.st_ino &&
+               m_status.st_size == other.m_status.st_size && m_status.st_mtim.tv_sec == other.m_status.st_mtim.tv_sec &&
+               m_status.st_mtim.tv_nsec == other.m_status.st_mtim.tv_nsec;
+    }
+
+private:
+    struct stat m_status
+    {
+    };
+    bool m_isThere;
+    bool m_hasJournal = false;
+};
+
+// The name under which the library reads a file without locks and without files beside it.
+std::string GetImmutableName(std::string_view path)
+{
+    constexpr char Digits[] = "0123456789ABCDEF";
+    std::string name = path.starts_with('/') ? "file://" : "file:";
+    for (const char character : path)
+    {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte == '%' || byte == '?' || byte == '#')
+            name.append({'%', Digits[byte >> 4], Digits[byte & 15]});
+        else
+            name.push_back(character);
+    }
+    return name + "?immutable=1";
 }
 }
 
 CSettingsResult CSettingsDatabase::Open(const char* path)
 {
-    Close();
-    // The caller's lock does for this connection; another thread's connection is another one.
-    constexpr int Flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
-    CSettingsResult result = ResultOf(m_library.sqlite3_open_v2(path, &m_connection, Flags, nullptr));
+    CSettingsResult result = Connect(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     if (result == CSettingsResult::Done)
         result = Prepare();
     if (result != CSettingsResult::Done)
@@ -39,9 +97,18 @@ CSettingsResult CSettingsDatabase::Open(const char* path)
     return result;
 }
 
+CSettingsResult CSettingsDatabase::Connect(const char* name, int flags)
+{
+    Close();
+    // The caller's lock does for this connection; another thread's connection is another one.
+    const CSettingsResult result = ResultOf(m_library.sqlite3_open_v2(name, &m_connection, flags | SQLITE_OPEN_NOMUTEX, nullptr));
+    if (result == CSettingsResult::Done)
+        m_library.sqlite3_busy_handler(m_connection, OnBusy, const_cast<CWaitLimit*>(&m_wait));
+    return result;
+}
+
 CSettingsResult CSettingsDatabase::Prepare()
 {
-    m_library.sqlite3_busy_timeout(m_connection, BusyTimeoutMilliseconds);
     CSettingsResult result = UseWriteAheadLog();
     // In write-ahead mode this loses at most the last settings when the power fails, never the file.
     if (result == CSettingsResult::Done)
@@ -54,14 +121,10 @@ CSettingsResult CSettingsDatabase::Prepare()
 
 CSettingsResult CSettingsDatabase::UseWriteAheadLog()
 {
-    CSettingsResult result = CSettingsResult::Failed;
-    for (int waited = 0; waited < BusyTimeoutMilliseconds; waited += BusyPauseMilliseconds)
-    {
+    // For this one statement the library does not wait by itself.
+    CSettingsResult result = Execute("PRAGMA journal_mode = WAL");
+    while (result == CSettingsResult::Busy && m_wait.WaitABit())
         result = Execute("PRAGMA journal_mode = WAL");
-        if (result != CSettingsResult::Failed || !m_isBusy)
-            break;
-        Sleep(BusyPauseMilliseconds);
-    }
     return result;
 }
 
@@ -72,24 +135,25 @@ void CSettingsDatabase::Close()
     m_connection = nullptr;
 }
 
-// What a result code of the library means. A failure's text is kept.
+// What a result code means. The text of a failure is kept.
 CSettingsResult CSettingsDatabase::ResultOf(int code)
 {
-    const int kind = KindOf(code);
-    m_isBusy = kind == SQLITE_BUSY || kind == SQLITE_LOCKED;
-    if (kind == SQLITE_OK || kind == SQLITE_ROW || kind == SQLITE_DONE)
-        return CSettingsResult::Done;
-    m_error.SetFromUTF8(m_connection == nullptr ? "out of memory" : m_library.sqlite3_errmsg(m_connection));
-    return kind == SQLITE_CORRUPT || kind == SQLITE_NOTADB ? CSettingsResult::Damaged : CSettingsResult::Failed;
+    CSettingsResult result = CSettingsResult::Failed;
+    for (const ResultMeaning& meaning : ResultMeanings)
+        if (meaning.Kind == KindOf(code))
+            result = meaning.Result;
+    if (result != CSettingsResult::Done)
+        m_error.SetFromUTF8(m_connection == nullptr ? "out of memory" : m_library.sqlite3_errmsg(m_connection));
+    return result;
 }
 
-// Runs one statement with its values. With a result the first column of its first row is read, and no row is NotFound; without,
-// its rows do not count.
+// Runs one statement with its values. If result is given it receives the first column of the first row, and no row is NotFound;
+// otherwise rows are ignored.
 CSettingsResult CSettingsDatabase::Execute(const char* text, std::initializer_list<const wchar_t*> values, ZVString* result)
 {
     sqlite3_stmt* prepared = nullptr;
     int code = m_library.sqlite3_prepare_v2(m_connection, text, -1, &prepared, nullptr);
-    // A statement that were left behind would keep the connection from being closed.
+    // A statement that is not finalized would keep the connection from being closed.
     const std::unique_ptr<sqlite3_stmt, decltype(m_library.sqlite3_finalize)> statement(prepared, m_library.sqlite3_finalize);
     int place = 0;
     for (const wchar_t* const value : values)
@@ -130,7 +194,35 @@ CSettingsResult CSettingsDatabase::Begin()
     return Execute("BEGIN IMMEDIATE");
 }
 
-CSettingsResult CSettingsDatabase::End(bool keepChanges)
+CSettingsResult CSettingsDatabase::Commit()
 {
-    return Execute(keepChanges ? "COMMIT" : "ROLLBACK");
+    return Execute("COMMIT");
+}
+
+CSettingsResult CSettingsDatabase::RollBack()
+{
+    return Execute("ROLLBACK");
+}
+
+CSettingsResult CSettingsDatabase::ReadUnwritable(const char* path, const wchar_t* section, const wchar_t* name, ZVString& value)
+{
+    const auto readFrom = [&](const char* source, int flags)
+    {
+        CSettingsResult result = Connect(source, SQLITE_OPEN_READONLY | flags);
+        if (result == CSettingsResult::Done)
+            result = Read(section, name, value);
+        Close();
+        // Nobody could set it aside.
+        return result == CSettingsResult::Damaged ? CSettingsResult::Failed : result;
+    };
+    // This does where the files that the library wants beside the database are there, since another process has it open.
+    const CSettingsResult result = readFrom(path, 0);
+    if (result != CSettingsResult::Failed)
+        return result;
+    // Where they can neither be found nor made, the file is read on its own. That is right only while nobody changes it.
+    const FileState before(path);
+    if (!before.IsAtRest())
+        return result;
+    const CSettingsResult unlockedResult = readFrom(GetImmutableName(path).c_str(), SQLITE_OPEN_URI);
+    return before.IsSame(FileState(path)) ? unlockedResult : CSettingsResult::Failed;
 }

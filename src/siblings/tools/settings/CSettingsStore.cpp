@@ -1,8 +1,9 @@
 #include "siblings/tools/settings/CSettingsStore.h"
 
-#include "contracts/ILogManager.h"
 #include "core/string/ZVStringUTF8.h"
 #include "siblings/tools/CDataFolder.h"
+#include "system/library/ZVDescriptor.h"
+#include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
 #include <cerrno>
@@ -15,7 +16,9 @@
 
 namespace
 {
-// How often a file may turn out damaged, or be replaced by another process, within one call.
+constexpr ZVLogSource Source {ZVLogCategory::General, L"CSettingsStore"};
+
+// How often the file may turn out to be damaged, or be replaced by another process, within one call.
 constexpr int32_t MaximumTries = 3;
 
 // What SQLite keeps beside a database.
@@ -36,27 +39,23 @@ CSettingsStore::CSettingsStore(const ZVString& dataFolder, ILogManager& log, con
 {
 }
 
-template <class... Arguments>
-void CSettingsStore::Log(const char* format, const Arguments&... arguments) const
-{
-    const ZVFormatArguments<sizeof...(Arguments)> list(arguments...);
-    m_log.LogNarrow(ZVLogCategory::General, L"CSettingsStore", format, list.Records(), list.Count());
-}
-
 // Passes a result on, and logs a failure.
 CSettingsResult CSettingsStore::Checked(CSettingsResult result) const
 {
-    if (result == CSettingsResult::Failed)
-        Log("Settings in %s failed: %s", m_path, m_database.GetError());
+    if (result == CSettingsResult::Failed || result == CSettingsResult::Busy)
+        Source.LogTo(m_log, "Settings in %s failed: %s", m_path, m_database.GetError());
     return result;
 }
 
-// Does the work of one call under the lock. Exceptions stay on this side of the library's boundary; a change that one cut short
-// is undone.
+// Does the work of one call under the lock. Exceptions stay on this side of the library's boundary, and a change that one has cut
+// short is undone.
 template <class Work>
 bool CSettingsStore::Guarded(Work work)
 {
+    // Waiting for another thread's call takes from the same five seconds.
+    const CWaitLimit wait;
     const ZVCriticalSectionLock lock(m_mutex);
+    m_wait = wait;
     try
     {
         return work();
@@ -76,7 +75,12 @@ bool CSettingsStore::GetSetting(const wchar_t* section, const wchar_t* name, IZV
         {
             ZVString text;
             const auto read = [&] { return Checked(m_database.Read(section, name, text)); };
-            if (!Exists() || Run(read) != CSettingsResult::Done)
+            if (!Exists())
+                return false;
+            CSettingsResult result = Run(read);
+            if (result == CSettingsResult::Failed && m_isUnwritable)
+                result = ReadUnwritable(section, name, text);
+            if (result != CSettingsResult::Done)
                 return false;
             value.SetString(text, -1);
             return true;
@@ -101,23 +105,36 @@ void CSettingsStore::Close()
     m_database.Close();
 }
 
-// Reading and removing make no file.
+// Reading and removing must not create the file.
 bool CSettingsStore::Exists() const
 {
     return CFileIdentity::OfPath(m_systemPath).Exists();
 }
 
-// Changes a setting. value is what it will be, empty for one that goes.
+// Reads a setting although the file could not be opened for changes.
+CSettingsResult CSettingsStore::ReadUnwritable(const wchar_t* section, const wchar_t* name, ZVString& value)
+{
+    const CSettingsResult result = m_database.ReadUnwritable(m_systemPath, section, name, value);
+    // What cannot be read either is not tried again before the next attempt to open it.
+    m_isUnwritable = result == CSettingsResult::Done || result == CSettingsResult::NotFound;
+    return Checked(result);
+}
+
+// Changes a setting. value is its new value, empty for a setting that is removed.
 template <class Operation>
 bool CSettingsStore::Change(const wchar_t* section, const wchar_t* name, Operation operation, const wchar_t* value)
 {
-    if (!IsLogMask(section, name))
-        return Run(operation) == CSettingsResult::Done;
-    return Run([&] { return ChangeLogMask(operation, value); }) == CSettingsResult::Done;
+    if (!m_changePause.IsOver())
+        return false;
+    const auto changeLogMask = [&] { return ChangeLogMask(operation, value); };
+    const CSettingsResult result = IsLogMask(section, name) ? Run(changeLogMask) : Run(operation);
+    if (result == CSettingsResult::Busy)
+        m_changePause.Begin();
+    return result == CSettingsResult::Done;
 }
 
-// Changes the log mask in the database and in its file. The file is written within the transaction, so that of several
-// processes the last one wins in both.
+// Changes the log mask in the database and in its file. The file is written within the transaction, so that the last of several
+// processes wins in both.
 template <class Operation>
 CSettingsResult CSettingsStore::ChangeLogMask(Operation operation, const wchar_t* value)
 {
@@ -127,7 +144,7 @@ CSettingsResult CSettingsStore::ChangeLogMask(Operation operation, const wchar_t
     result = operation();
     if (result == CSettingsResult::Done && !UpdateLogMaskFile(value))
         result = CSettingsResult::Failed;
-    const CSettingsResult end = Checked(m_database.End(result == CSettingsResult::Done));
+    const CSettingsResult end = Checked(result == CSettingsResult::Done ? m_database.Commit() : m_database.RollBack());
     // A transaction that stayed open would keep all other processes from writing.
     if (end != CSettingsResult::Done)
         m_database.Close();
@@ -139,11 +156,11 @@ bool CSettingsStore::UpdateLogMaskFile(const wchar_t* value) const
     uint32_t mask = 0;
     const bool isDone = CLogMaskFile::Parse(ZVStringUTF8(value), mask) ? m_logMaskFile.Write(mask) : m_logMaskFile.Remove();
     if (!isDone)
-        Log("The file of the log mask could not be changed, error: %d", errno);
+        Source.LogTo(m_log, "The file of the log mask could not be changed, error: %d", errno);
     return isDone;
 }
 
-// Runs an operation on the open database, and once more on a new one if the file turns out damaged.
+// Runs an operation on the open database, and again on a new one if the file turns out to be damaged.
 template <class Operation>
 CSettingsResult CSettingsStore::Run(Operation operation)
 {
@@ -152,7 +169,8 @@ CSettingsResult CSettingsStore::Run(Operation operation)
         const CSettingsResult result = operation();
         if (result != CSettingsResult::Damaged)
             return result;
-        SetAside(m_file);
+        if (!SetAside(m_file))
+            break;
     }
     return CSettingsResult::Failed;
 }
@@ -175,52 +193,56 @@ bool CSettingsStore::OpenFile()
 {
     if (!m_sqlite.Load(m_sqliteFile))
     {
-        Log("Settings cannot be read or written: %s is not installed", m_sqliteFile);
+        Source.LogTo(m_log, "Settings cannot be read or written: %s is not installed", m_sqliteFile);
         return false;
     }
     if (!CDataFolder::MakeFoldersOf(m_systemPath))
     {
-        Log("The folder of %s could not be made, error: %d", m_path, errno);
+        Source.LogTo(m_log, "The folder of %s could not be made, error: %d", m_path, errno);
         return false;
     }
     for (int32_t tries = 0; tries < MaximumTries; ++tries)
     {
         const CFileIdentity before = CFileIdentity::OfPath(m_systemPath);
         const CSettingsResult result = Checked(m_database.Open(m_systemPath));
-        if (result == CSettingsResult::Failed)
+        m_isUnwritable = result == CSettingsResult::Failed;
+        if (result == CSettingsResult::Failed || result == CSettingsResult::Busy)
             return false;
         m_file = CFileIdentity::OfPath(m_systemPath);
-        if (result == CSettingsResult::Damaged)
-            SetAside(before.Exists() ? before : m_file);
-        else if (!before.Exists() || before == m_file)
+        if (result == CSettingsResult::Done && (!before.Exists() || before == m_file))
             return true;
+        if (result == CSettingsResult::Damaged && !SetAside(before.Exists() ? before : m_file))
+            return false;
     }
     return false;
 }
 
-// Renames a damaged file, unless another process already has.
-void CSettingsStore::SetAside(const CFileIdentity& damaged)
+// Renames a damaged file, unless another process has already done so. False if it is still there.
+bool CSettingsStore::SetAside(const CFileIdentity& damaged)
 {
-    // Before the file is opened here: closing it would drop the locks of a connection of this process.
+    // Before the file is opened here, since closing that would drop the locks of this process's connection.
     m_database.Close();
-    const int descriptor = open(m_systemPath, O_RDONLY | O_CLOEXEC);
-    if (descriptor == -1)
-        return;
-    flock(descriptor, LOCK_EX);
-    if (CFileIdentity::OfDescriptor(descriptor) == damaged && CFileIdentity::OfPath(m_systemPath) == damaged)
+    const ZVDescriptor file(open(m_systemPath, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!file.IsOpen())
+        return errno == ENOENT;
+    while (flock(file.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+        if (!m_wait.WaitABit())
+            return false;
+    if (CFileIdentity::OfDescriptor(file.Get()) != damaged || CFileIdentity::OfPath(m_systemPath) != damaged)
+        return true;
+    const ZVString newPath = m_path + L".damaged";
+    // The file itself goes last: a new one must not find the journal of the old one.
+    for (const wchar_t* const suffix : CompanionSuffixes)
     {
-        const ZVString newPath = m_path + L".damaged";
-        // The file goes last: a new one must not find the journal of the old.
-        for (const wchar_t* const suffix : CompanionSuffixes)
-        {
-            const ZVNativeBytes newCompanion(newPath + suffix);
-            if (rename(ZVNativeBytes(m_path + suffix), newCompanion) != 0)
-                unlink(newCompanion);
-        }
-        if (rename(m_systemPath, ZVNativeBytes(newPath)) == 0)
-            Log("The settings in %s were damaged. They are now in %s, and new ones are begun", m_path, newPath);
-        else
-            Log("The settings in %s are damaged and could not be renamed, error: %d", m_path, errno);
+        const ZVNativeBytes newCompanion(newPath + suffix);
+        if (rename(ZVNativeBytes(m_path + suffix), newCompanion) != 0)
+            unlink(newCompanion);
     }
-    close(descriptor);
+    if (rename(m_systemPath, ZVNativeBytes(newPath)) != 0)
+    {
+        Source.LogTo(m_log, "The settings in %s are damaged and could not be renamed, error: %d", m_path, errno);
+        return false;
+    }
+    Source.LogTo(m_log, "The settings in %s were damaged. They are now in %s, and new ones are begun", m_path, newPath);
+    return true;
 }

@@ -12,17 +12,19 @@
 class ILogManager;
 
 // The settings store: the file "Settings.db" in the data folder, which any number of processes use at once. It is opened by the
-// first setting that is asked for, and made by the first that is written. Sections and names are compared exactly.
+// first setting that is asked for, and created by the first that is written. Sections and names are compared exactly.
 //
-// A damaged file is renamed, with what belongs to it, to "Settings.db.damaged", in the place of the one before, and a new one
-// is begun. Failures leave a line in the log, after which the store reads as empty and refuses writes for the next seconds.
+// A call waits for other processes for five seconds in all. A file that cannot be changed, in a folder without write access or on
+// a full disk, is still read. A damaged file is renamed, with everything that belongs to it, to "Settings.db.damaged", which
+// replaces an older one, and a new file is begun. A failure leaves a line in the log, after which the store reads as empty and
+// refuses changes for the next seconds.
 //
-// The setting "Category Mask" of the section "Logging" is also written to the mask file of the log, as far as it is a number; a
-// process takes it up when it starts.
+// The setting "Category Mask" of the section "Logging" is also written to the mask file of the log if it is a number; a process
+// reads it when it starts.
 class CSettingsStore final : public IZVSettings
 {
 public:
-    // An empty data folder is a store that cannot be opened. sqliteFile is the library as dlopen finds it.
+    // With an empty data folder the store cannot be opened. sqliteFile is the library's name for dlopen.
     CSettingsStore(const ZVString& dataFolder, ILogManager& log, const char* sqliteFile = "libsqlite3.so.0");
 
     CSettingsStore(const CSettingsStore&) = delete;
@@ -38,10 +40,9 @@ public:
 private:
     template <class Work>
     bool Guarded(Work work);
-    template <class... Arguments>
-    void Log(const char* format, const Arguments&... arguments) const;
     CSettingsResult Checked(CSettingsResult result) const;
     bool Exists() const;
+    CSettingsResult ReadUnwritable(const wchar_t* section, const wchar_t* name, ZVString& value);
     template <class Operation>
     bool Change(const wchar_t* section, const wchar_t* name, Operation operation, const wchar_t* value);
     template <class Operation>
@@ -51,7 +52,7 @@ private:
     CSettingsResult Run(Operation operation);
     bool Open();
     bool OpenFile();
-    void SetAside(const CFileIdentity& damaged);
+    bool SetAside(const CFileIdentity& damaged);
 
     ILogManager& m_log;
     const char* const m_sqliteFile;
@@ -61,7 +62,10 @@ private:
 
     ZVCriticalSection m_mutex;  // guards what follows
     CSQLiteLibrary m_sqlite;
-    CSettingsDatabase m_database {m_sqlite};
-    CFileIdentity m_file;  // the file that is open
-    CPause m_pause;        // after a failure to open it
+    CWaitLimit m_wait;  // of the present call
+    CSettingsDatabase m_database {m_sqlite, m_wait};
+    CFileIdentity m_file;         // the file that is open
+    CPause m_pause;               // after a failure to open it
+    CPause m_changePause;         // after a change for which other processes left no time
+    bool m_isUnwritable = false;  // whether the last failure to open it may still let it be read
 };
