@@ -3,6 +3,7 @@
 #include "RatioReport.h"
 #include "system/file/ZVFileFinder.h"
 #include "system/file/ZVFileSearch.h"
+#include "system/library/ZVDescriptor.h"
 
 #include <cstdlib>
 #include <fcntl.h>
@@ -10,7 +11,6 @@
 #include <glob.h>
 #include <string>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace
 {
@@ -35,8 +35,8 @@ private:
         std::string name = std::filesystem::temp_directory_path() / "zvlisting-XXXXXX";
         m_path = std::string(mkdtemp(name.data())) + "/";
         for (int index = 0; index < FileCount; ++index)
-            close(open((m_path + "Recording " + std::to_string(index * 7919 % FileCount) + ".mkv").c_str(), O_WRONLY | O_CREAT,
-                       0644));
+            ZVDescriptor(open((m_path + "Recording " + std::to_string(index * 7919 % FileCount) + ".mkv").c_str(),
+                              O_WRONLY | O_CREAT | O_CLOEXEC, 0644));
     }
 
     ~LargeFolder() { std::filesystem::remove_all(m_path); }

@@ -3,6 +3,7 @@
 #include "FakeTools.h"
 #include "ToolsFolder.h"
 #include "siblings/tools/log/CLogManager.h"
+#include "system/library/ZVDescriptor.h"
 #include "system/library/ZVDllString.h"
 #include "system/log/ZVElapsedTime.h"
 
@@ -58,21 +59,19 @@ protected:
 
 TEST_F(CSettingsStoreTest, KeepsSettings)
 {
-    {
-        CSettingsStore store(m_folder.AsString() + L"made/on the way/", m_log);
-        EXPECT_EQ(Read(store, L"A", L"x"), L"(none)");
-        EXPECT_TRUE(store.RemoveSetting(L"A", L"x"));
-        EXPECT_FALSE(m_folder.Has("made")) << "reading and removing have made files";
-        for (const wchar_t* value : {L"one", L"two; '\"\n\u00e4 \u0416"})
-            EXPECT_TRUE(store.SetSetting(L"A", L"x", value));
-        EXPECT_TRUE(store.SetSetting(L"A", L"X", L""));
-        EXPECT_TRUE(store.SetSetting(L"B", L"gone", L"b"));
-        EXPECT_TRUE(store.RemoveSetting(L"B", L"gone"));
-    }
-    CSettingsStore store(m_folder.AsString() + L"made/on the way/", m_log);
-    EXPECT_EQ(Read(store, L"A", L"x"), L"two; '\"\n\u00e4 \u0416");
-    EXPECT_EQ(Read(store, L"A", L"X"), L"");
-    EXPECT_EQ(Read(store, L"B", L"gone"), L"(none)");
+    const ZVString folder = m_folder.AsString() + L"made/on the way/";
+    CSettingsStore store(folder, m_log);
+    EXPECT_EQ(Read(store, L"A", L"x"), L"(none)");
+    EXPECT_TRUE(store.RemoveSetting(L"A", L"x"));
+    EXPECT_FALSE(m_folder.Has("made")) << "reading and removing have made files";
+    for (const wchar_t* name : {L"x", L"X", L"gone"})
+        EXPECT_TRUE(store.SetSetting(L"A", name, ZVString(name) + L"; '\"\n\u00e4 \u0416"));
+    EXPECT_TRUE(store.SetSetting(L"A", L"X", L""));
+    EXPECT_TRUE(store.RemoveSetting(L"A", L"gone"));
+    CSettingsStore other(folder, m_log);
+    EXPECT_EQ(Read(other, L"A", L"x"), L"x; '\"\n\u00e4 \u0416");
+    EXPECT_EQ(Read(other, L"A", L"X"), L"");
+    EXPECT_EQ(Read(other, L"A", L"gone"), L"(none)");
     EXPECT_THAT(m_log.Lines, testing::IsEmpty());
 }
 
@@ -153,13 +152,13 @@ TEST_F(CSettingsStoreTest, WaitsFiveSecondsInAllForWhoeverHoldsTheFile)
 
     // Whoever sets a damaged file aside is waited for as well.
     m_folder.Write("damaged/Settings.db", "no database");
-    const int descriptor = open(m_folder.PathOf("damaged/Settings.db").c_str(), O_RDONLY | O_CLOEXEC);
-    ASSERT_EQ(flock(descriptor, LOCK_EX), 0);
+    ZVDescriptor holding(open(m_folder.PathOf("damaged/Settings.db").c_str(), O_RDONLY | O_CLOEXEC));
+    ASSERT_EQ(flock(holding.Get(), LOCK_EX), 0);
     std::thread release(
         [&]
         {
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
-            close(descriptor);
+            holding.Close();
         });
     CSettingsStore waiting(m_folder.AsString() + L"damaged/", m_log);
     EXPECT_TRUE(waiting.SetSetting(L"S", L"n", L"v"));
@@ -191,17 +190,6 @@ TEST_F(CSettingsStoreTest, IsReadWhereNothingCanBeChanged)
     EXPECT_NE(system(("head -c 200000 /dev/zero > '" + disk + "/full' 2>/dev/null").c_str()), 0) << "the disk is not full";
     EXPECT_EQ(ReadUnwritable(folder), L"kept") << "on a full disk";
     umount(disk.c_str());
-}
-
-TEST_F(CSettingsStoreTest, FollowsAFileThatAnotherProcessReplaced)
-{
-    CSettingsStore store(m_folder.AsString(), m_log);
-    ASSERT_TRUE(store.SetSetting(L"S", L"n", L"old"));
-    for (const char* suffix : {"", "-wal", "-shm"})
-        std::filesystem::remove(m_folder.PathOf(FileName) + suffix);
-    CSettingsStore other(m_folder.AsString(), m_log);
-    ASSERT_TRUE(other.SetSetting(L"S", L"n", L"new"));
-    EXPECT_EQ(Read(store, L"S", L"n"), L"new");
 }
 
 TEST_F(CSettingsStoreTest, WithoutAFileOrALibraryReadsAsEmptyAndSaysSoOnce)

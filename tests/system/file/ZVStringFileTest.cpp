@@ -1,5 +1,6 @@
 #include "FileFixture.h"
 #include "system/file/ZVFileSystem.h"
+#include "system/library/ZVDescriptor.h"
 
 namespace
 {
@@ -67,12 +68,11 @@ TEST_F(ZVStringFileTest, WhatTheUserMadeOfAnOldFileStays)
     EXPECT_TRUE(text.SaveToFile(TextAt("one"), 2));
     EXPECT_EQ(GetAt("two"), "new") << "both names are still one file";
     // An open file that only a link of the system stands for, as /dev/stdout does.
-    const int descriptor = open(Put("open", "old").c_str(), O_RDONLY | O_CLOEXEC);
-    EXPECT_TRUE(text.SaveToFile(ZVFormat(L"/proc/self/fd/%d", descriptor), 2));
+    const ZVDescriptor opened(open(Put("open", "old").c_str(), O_RDONLY | O_CLOEXEC));
+    EXPECT_TRUE(text.SaveToFile(ZVFormat(L"/proc/self/fd/%d", opened.Get()), 2));
     char byte = '\0';
-    EXPECT_EQ(read(descriptor, &byte, 1), 1);
+    EXPECT_EQ(read(opened.Get(), &byte, 1), 1);
     EXPECT_EQ(byte, 'n') << "whoever has it open sees the text";
-    close(descriptor);
     EXPECT_THAT(List(), ElementsAre("dangling", "link", "missing", "one", "open", "real", "two"));
 }
 
