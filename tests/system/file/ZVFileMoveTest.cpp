@@ -44,6 +44,12 @@ TEST_F(ZVFileMoveTest, MovesAndCopies)
         EXPECT_TRUE(ZVFileSystem::MoveFile(TextAt(source + "folder/"), TextAt("moved")));
         EXPECT_THAT(List("moved"), ElementsAre("file"));
         std::filesystem::remove_all(At("moved"));
+        // Somebody who may delete the file, but not give it a second name.
+        Put(source + "foreign", "foreign");
+        chmod(At(source).c_str(), 0777);
+        AsNobody([&] { EXPECT_TRUE(ZVFileSystem::MoveFile(TextAt(source + "foreign"), TextAt("foreign"))); });
+        EXPECT_EQ(GetAt("foreign"), "foreign");
+        std::filesystem::remove(At("foreign"));
         EXPECT_THAT(List(source), IsEmpty());
         EXPECT_THAT(List(), testing::IsSubsetOf({"disk", "one"})) << "something hidden is left";
     };

@@ -41,10 +41,8 @@ TEST_F(ZVFileSystemTest, SizesAreWrittenAndRead)
 {
     const std::pair<int64_t, const wchar_t*> written[] = {
         {1023,            L"1023 bytes"},
-        {10240,           L"10 KB"     },
         {0xfffff,         L"1024 KB"   },
         {0x40000000,      L"1.0 GB"    },
-        {0xffffffffff,    L"1024 GB"   },
         {0x4000000000000, L"1.0 PB"    },
         {-1536,           L"-1.5 KB"   },
         {INT64_MIN,       L"-8192 PB"  },
