@@ -48,10 +48,8 @@ TEST(GermanLocale, DISABLED_NumbersPropertiesAndLetters)
     EXPECT_EQ(S(L"1.5").ToDouble(nullptr, true), 1.5);
     EXPECT_TRUE(S(L"\u00c4\u0416").IsEqual(L"\u00e4\u0436", false));
     const double march = ZVDate::FromFields(2024, 3, 5, 7, 8, 9);  // a Tuesday
-    ExpectTexts({
-        {ZVDate::ToRFC1123(march), L"Tue, 5 Mar 2024 07:08:09 GMT"},
-        {ZVDate::Format(march, L"month date"), L"M\u00e4rz 05.03.2024"},
-    });
+    EXPECT_STREQ(ZVDate::ToRFC1123(march), L"Tue, 5 Mar 2024 07:08:09 GMT");
+    EXPECT_STREQ(ZVDate::Format(march, L"month date"), L"M\u00e4rz 05.03.2024");
 
     ZVPropertyMap map;
     map.SetDouble(L"Rate", 23.5);

@@ -52,7 +52,7 @@ TEST(CDeviceInfo, NormalizesPathsAndFileTypes)
     EXPECT_STREQ(normalize(L"0", L"VideoBasePath", L"Video"), L"Video/");
     EXPECT_STREQ(normalize(L"0", L"PlaylistBasePath", L"no_playlists\\"), L"NO_PLAYLISTS");
     EXPECT_STREQ(normalize(L"0", L"SupportedFileTypes", L"mp3|wma,flac;mp3"), L"mp3;wma;flac");
-    EXPECT_STREQ(normalize(L"0", L"SupportedFileTypes", L"mp3,*;wma"), L"*");
+    EXPECT_STREQ(normalize(L"0", L"SupportedFileTypes", L"*,mp3;wma"), L"*");
 }
 
 TEST(CAnalyzeDevices, MergesDrivesIntoDevices)
@@ -60,20 +60,22 @@ TEST(CAnalyzeDevices, MergesDrivesIntoDevices)
     CAnalyzeDevices analysis;
     analysis.Devices.Add(MakeDevice(L"IsDrive=1;DriveLetter=/TMP/;DeviceName=by protocol"));
     analysis.Devices.Add(MakeDevice(L"DeviceName=no drive;DriveLetter=/tmp/"));
+    analysis.Devices.Add(MakeDevice(L"IsDrive=1;DeviceName=no letter"));
     analysis.Drives.Add(MakeDevice(L"IsDrive=1;DriveLetter=/tmp;DeviceName=100%"));
     analysis.Drives.Add(MakeDevice(L"DriveLetter=/;DeviceName=not a drive"));
     analysis.Drives.Add(MakeDevice(L"IsDrive=1;DriveLetter=/no/such/folder"));
     EXPECT_TRUE(analysis.EnumerateUSBDevices({}));
 
-    ASSERT_EQ(analysis.Devices.GetCount(), 2);
+    ASSERT_EQ(analysis.Devices.GetCount(), 3);
     const CDeviceInfo& merged = analysis.Devices[0];
     EXPECT_STREQ(merged.GetString(L"DeviceName"), L"100%");
     EXPECT_EQ(merged.GetInt(L"PhysicalDriveNumber"), -1);
     EXPECT_STREQ(merged.GetString(L"MainDriveLetter"), L"/tmp/");
     EXPECT_STREQ(analysis.Devices[1].GetString(L"DeviceName"), L"no drive");
+    EXPECT_STREQ(analysis.Devices[2].GetString(L"DeviceName"), L"no letter");
 
     ZVStringArray texts;
-    EXPECT_EQ(analysis.GetDevices(texts), 2);
+    EXPECT_EQ(analysis.GetDevices(texts), 3);
     CDeviceInfo read;
     EXPECT_TRUE(read.FromXML(texts[0], L"XMLPH", 1.0));
     EXPECT_TRUE(read.IsEqual(merged));

@@ -78,17 +78,25 @@ void WriteSign(NumberWriter& writer, int64_t sign, const ZVNumberText::WholeForm
     }
 }
 
+// Writes the digits of a number from the lowest place up and returns how many there are.
+int32_t SplitDigits(uint64_t magnitude, uint64_t base, const wchar_t* digitNames, wchar_t* digits)
+{
+    int32_t count = 0;
+    do
+    {
+        digits[count++] = digitNames[magnitude % base];
+        magnitude /= base;
+    } while (magnitude != 0);
+    return count;
+}
+
 void WriteDigits(NumberWriter& writer, uint64_t magnitude, const ZVNumberText::WholeForm& form)
 {
     const wchar_t* digitNames = (form.Flags & ZVNumberText::LowerCaseDigits) != 0 ? LowerDigits : UpperDigits;
-    const uint64_t base = static_cast<uint64_t>(form.Base);
     wchar_t digits[MaximumDigits];  // from the lowest place up
-    int32_t digitCount = 0;
-    do
-    {
-        digits[digitCount++] = digitNames[magnitude % base];
-        magnitude /= base;
-    } while (magnitude != 0);
+    // Division by a constant is much faster, and nearly all numbers are decimal.
+    const int32_t digitCount = form.Base == 10 ? SplitDigits(magnitude, 10, digitNames, digits)
+                                               : SplitDigits(magnitude, static_cast<uint64_t>(form.Base), digitNames, digits);
 
     // Everything beyond the room ends in the same "?", so a larger number of places makes no difference.
     const int32_t places = std::clamp(form.MinimumDigits, digitCount, digitCount + writer.GetRoomLeft() + 1);

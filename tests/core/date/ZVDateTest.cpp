@@ -103,6 +103,13 @@ TEST(ZVDate, KnowsItsPrecision)
         }
 }
 
+TEST(ZVDate, ComparesDays)
+{
+    // With 2024-05-06, a Monday: in the evening, a day, a month and a year later.
+    ExpectRows<double, bool>({{45418.99, true}, {45419.0, false}, {45449.0, false}, {45783.0, false}, {0.0, false}},
+                             [](double other) { return ZVDate::IsSameDay(45418.0, other); });
+}
+
 TEST(ZVDate, ConvertsClocks)
 {
     EXPECT_EQ(ZVDate::ToUnix(25569.0 - 0.6 * Second), -1);

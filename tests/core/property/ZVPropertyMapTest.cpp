@@ -151,7 +151,7 @@ TEST(ZVPropertyMap, ReadsWhatItCan)
     const std::wstring start = L"<XMLPH version=\"1.0\">", end = L"</XMLPH>";
     const std::wstring item = L"<Item Name=\"a\">1</Item>", one = L"a: 1\r\n";
     ExpectRows<std::wstring, std::wstring>({
-        {L"<XMLPH version=\"1.0\"/>", L""}, {L"Width=1", L"no"}, {L"<XMLPH version=\"1,0\">" + item + end, one},
+        {L"", L""}, {L"<XMLPH version=\"1.0\"/>", L""}, {L"Width=1", L"no"}, {L"<XMLPH version=\"1,0\">" + item + end, one},
         {L"<XMLPH version='10e-1'>" + item + end, one}, {L"<XMLPH version=\"2.0\">" + item + end, L"no"},
         {L"<XMLPH>" + item + end, L"no"}, {L"<XMLFN version=\"1.0\">" + item + L"</XMLFN>", L"no"},
         {L"<x/>" + start + item + end, one}, {L"<xmlph VERSION=\"1.0\"><ITEM name=\"a\">1</ITEM></xmlph>", one},

@@ -23,7 +23,12 @@ TEST(ZVStringConvert, NarrowAndEncodedUTF8)
     ExpectRows<wchar_t, std::string>({
         {0x7f, "\x7f"}, {0x80, "\xc2\x80"}, {0x7ff, "\xdf\xbf"}, {0x800, "\xe0\xa0\x80"}, {0xffff, "\xef\xbf\xbf"},
         {0x10000, "\xf1\x90\x80\x80"}, {0x1f600, "\xf1\x9f\x98\x80"},
-    }, [](wchar_t character) { return std::string(ZVStringUTF8(S(&character, 1)).Get()); });
+    }, [](wchar_t character)
+    {
+        int32_t size = 0;
+        const std::unique_ptr<char[]> bytes(S(&character, 1).GetUTF8(&size));
+        return std::string(bytes.get(), static_cast<size_t>(size));
+    });
 }
 
 TEST(ZVStringConvert, DecodeUTF8)

@@ -64,11 +64,4 @@ TEST(ZVStringManager, PoolGivesTheBestBlock)
     const Blocks blocks = PoolBlocks({1032, 1031});
     EXPECT_EQ(take(1031), blocks[1]) << "a block of 1031 is kept, one of 1032 is not";
 }
-
-// Digit 1, alphabetic 2, space 4, upper 8, lower 16, punctuation 32, printable 64, which the no-break space always is.
-TEST(ZVStringManager, CharacterClasses)
-{
-    ExpectRows<wchar_t, int>({{L'7', 65}, {L'Z', 74}, {L'a', 82}, {L'\t', 4}, {L'!', 96}, {0xa0, 64}},
-                             [](wchar_t character) { return Manager.ClassFromTable(character); });
-}
 }

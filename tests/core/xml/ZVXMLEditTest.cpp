@@ -75,7 +75,7 @@ TEST(ZVXMLEdit, SetsTheContent)
     ExpectRows<std::pair<const wchar_t*, const wchar_t*>, std::wstring>({
         {{L"<r><a/><b/></r>", L""}, L"<r><a/><b/></r>"}, {{L"<r><a>old</a ><b/></r>", L""}, L"<r><a></a ><b/></r>"},
         {{L"<r><a y='/' //><b/></r>", L"<"}, L"<r><a y='/'>&lt;</a><b/></r>"},
-        {{L"<r><a>1<c><d/></c><e>2</e></a><b/></r>", L"t"}, L"<r><a>t</a><b/></r>"},
+        {{L"<r><a>1<c><d/></c><e>2</e></a><b/></r>", L"long text"}, L"<r><a>long text</a><b/></r>"},
     }, [](const auto& textAndContent)
     {
         return Changed(textAndContent.first, L"/r/a", [content = textAndContent.second](ZVXMLDocument& document)
