@@ -105,20 +105,24 @@ bool LockDescriptor(int descriptor)
     return errno == ENOLCK || errno == ENOTSUP;
 }
 
-// The checks and the lock that an open file still needs. False with the reason in errno.
-bool Prepare(int descriptor, bool locks, bool truncates)
+// False for a folder, which some modes can open.
+bool IsNoFolder(int descriptor)
 {
     struct stat status;
     if (fstat(descriptor, &status) != 0)
         return false;
-    if (S_ISDIR(status.st_mode))
-    {
-        errno = EISDIR;
-        return false;
-    }
-    if (locks && !LockDescriptor(descriptor))
-        return false;
-    return !truncates || !S_ISREG(status.st_mode) || Uninterrupted([&] { return ftruncate64(descriptor, 0); }) == 0;
+    if (!S_ISDIR(status.st_mode))
+        return true;
+    errno = EISDIR;
+    return false;
+}
+
+// Empties a plain file. Others have nothing to lose.
+bool Truncate(int descriptor)
+{
+    struct stat status;
+    return fstat(descriptor, &status) == 0 &&
+           (!S_ISREG(status.st_mode) || Uninterrupted([&] { return ftruncate64(descriptor, 0); }) == 0);
 }
 }
 
@@ -149,7 +153,9 @@ ZVDescriptor ZVFile::OpenDescriptor() const
     const int flags = FlagsOf(m_access) | (creationFlags & ~postponedFlags) | O_CLOEXEC;
     const ZVNativePath path(GetFilename());
     ZVDescriptor file(Uninterrupted([&] { return open64(path, flags, NewFileMode); }));
-    if (!file.IsOpen() || Prepare(file.Get(), LocksFile(), postponedFlags != 0))
+    if (!file.IsOpen())
+        return file;
+    if (IsNoFolder(file.Get()) && (!LocksFile() || LockDescriptor(file.Get())) && (postponedFlags == 0 || Truncate(file.Get())))
         return file;
     const int error = errno;
     file.Close();
