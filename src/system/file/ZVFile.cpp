@@ -117,7 +117,7 @@ bool IsNoFolder(int descriptor)
     return false;
 }
 
-// Empties a plain file. Others have nothing to lose.
+// Empties a plain file, and does nothing to anything else.
 bool Truncate(int descriptor)
 {
     struct stat status;

@@ -40,9 +40,9 @@ enum class ZVSeekOrigin : int32_t
     End = 2,
 };
 
-// A file by its name and, while it is open, one POSIX descriptor. Nothing is buffered: callers read and write in blocks. An object
-// belongs to one thread and closes its file at its end. Positions and lengths are in bytes. An operation that fails returns false
-// or -1 and leaves the reason in errno; a failed open and a failed write are also logged.
+// A file by its name and, while it is open, one POSIX descriptor. Nothing is buffered: callers read and write in blocks. An
+// object belongs to one thread and closes its file at its end. Positions and lengths are in bytes. An operation that fails
+// returns false or -1 and leaves the reason in errno; a failed open and a failed write are also logged.
 class ZVFile : public ZVFilename
 {
 public:
@@ -76,8 +76,8 @@ public:
     bool Write(const void* buffer, int64_t length);
     // One call of the system. written receives the count of bytes that it took, 0 on an error.
     bool Write(const void* buffer, int64_t length, int64_t& written);
-    // Write the characters as 32-bit values without a terminator, as UTF-8, or as one byte each with "?" for those that have none.
-    // WriteNarrow is true whatever became of the write. scratch is a buffer that many calls can share.
+    // Write the characters as 32-bit values without a terminator, as UTF-8, or as one byte each with "?" for those that have
+    // none. WriteNarrow is true whatever became of the write. scratch is a buffer that many calls can share.
     bool WriteWide(const ZVString& text);
     bool WriteUTF8(const ZVString& text, ZVBuffer& scratch);
     bool WriteUTF8(const ZVString& text);
@@ -85,8 +85,8 @@ public:
 
     // One call of the system. read receives the count of bytes that it gave, 0 at the end and on an error.
     bool Read(void* buffer, int64_t length, int64_t& read);
-    // Read up to a newline, which does not go into the text, or to the end; a NUL ends a line of 32-bit values too. False if there
-    // was nothing left to read. Each value is a call of the system, so these are for small files.
+    // Read up to a newline, which does not go into the text, or to the end; a NUL ends a line of 32-bit values too. False if
+    // there was nothing left to read. Each value is a call of the system, so these are for small files.
     bool ReadLineWide(ZVString& text);
     bool ReadLineUTF8(ZVString& text);
     // ReadLineWide that is also true if nothing could be read although the position is before the end of the file.

@@ -23,8 +23,8 @@ public:
     ZVFileFinder(const ZVFileFinder&) = delete;
     ZVFileFinder& operator=(const ZVFileFinder&) = delete;
 
-    // Drops what was found before and looks anew. True even if nothing is found; false for an empty path, and if the system fails,
-    // which is logged.
+    // Drops what was found before and looks anew. True even if nothing is found; false for an empty path, and if the system
+    // fails, which is logged.
     bool Find(const ZVFilename& pattern, ZVFind what = ZVFind::Matches);
     bool IsFound() const { return m_isFound; }
 

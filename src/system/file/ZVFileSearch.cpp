@@ -22,8 +22,8 @@ struct FolderIdentity
 };
 }
 
-// One walk, with the listings of the folders that it is in, from the outermost to the one that it reads, and with all folders that
-// it has been in.
+// One walk, with the listings of the folders that it is in, from the outermost to the one that it reads, and with all folders
+// that it has been in.
 class ZVFileSearch::Walk
 {
 public:

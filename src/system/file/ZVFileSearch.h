@@ -6,8 +6,9 @@
 #include <atomic>
 #include <cstdint>
 
-// Collects the paths of a folder's files, in the order of ZVFileFinder, with the content of a folder directly after it. The folder
-// is walked once, when a result is first asked for, so everything has to be set before. A folder that does not exist has no files.
+// Collects the paths of a folder's files, in the order of ZVFileFinder, with the content of a folder directly after it. The
+// folder is walked once, when a result is first asked for, so everything has to be set before. A folder that does not exist has
+// no files.
 class ZVFileSearch
 {
 public:

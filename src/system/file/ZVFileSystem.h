@@ -65,8 +65,8 @@ bool DeleteFile(const ZVString& path);
 // followed; if the path itself is one, it is deleted, or with keepRoot refused. With keepRoot, names that begin with "." stay,
 // except in folders that are deleted.
 //
-// Nothing is deleted for the root folder under any name, an empty path, and a path with ".." anywhere in it, which may also be one
-// below the given path. These are noted in the file /var/tmp/lddebug. False if anything is left that should be gone.
+// Nothing is deleted for the root folder under any name, an empty path, and a path with ".." anywhere in it, which may also be
+// one below the given path. These are noted in the file /var/tmp/lddebug. False if anything is left that should be gone.
 bool DeleteDirectoryTree(const ZVString& path, bool keepRoot, const ZVString& filter = ZVString());
 // Moves a file or folder; an existing file of the new name is replaced, but not a folder by a file. Between devices too, whatever
 // stands under the new name is whole, and wherever the process ends there is a whole file or folder under one of the two names.
@@ -104,8 +104,8 @@ void GetAvailableDrives(ZVStringArray& drives);
 
 // A size for people: "1023 bytes", "1.0 KB", "37 GB", by powers of 1024 with one decimal below 10.
 ZVString FormatFileSize(int64_t size);
-// Reads a number that is followed by "kb", "gb", "tb" or "pb" in any case. Every other number counts bytes; callers expect that of
-// "mb" too.
+// Reads a number that is followed by "kb", "gb", "tb" or "pb" in any case. Every other number counts bytes; callers expect that
+// of "mb" too.
 int64_t ParseFileSize(const ZVString& text);
 // A path in the folder that no file has: the name as it stands, or with " - 1", " - 2" and so on. Characters that a name may not
 // have become "_", in the extension too, which may be empty. Without a folder it is in the folder for temporary files.

@@ -2,7 +2,8 @@
 
 #include "core/string/ZVString.h"
 
-// Labels of volumes as the device manager lists them: a folder of links to devices, each with the label of its volume as its name.
+// Labels of volumes as the device manager lists them: a folder of links to devices, each with the label of its volume as its
+// name.
 namespace ZVVolumeLabels
 {
 inline constexpr wchar_t LabelFolder[] = L"/dev/disk/by-label/";

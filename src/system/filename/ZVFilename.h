@@ -146,7 +146,8 @@ public:
         bool Special = false;
     };
     // Whether a text may stand for a file name. An empty text, a URL and a special entry pass only if they are allowed. A handle,
-    // which is "(0x", eight characters, "):" and at least one more, passes if it is allowed and is otherwise judged like any text.
+    // which is "(0x", eight characters, "):" and at least one more, passes if it is allowed and is otherwise judged like any
+    // text.
     static bool IsSpecialFileName(const ZVString& text, const Allowed& allowed);
 
 private:

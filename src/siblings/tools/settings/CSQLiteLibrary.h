@@ -22,8 +22,8 @@ ZV_DEFINE_FUNCTION_TABLE(CSQLiteFunctions, ZV_SQLITE_FUNCTIONS);
 // the library.
 struct CSQLiteLibrary : CSQLiteFunctions
 {
-    // Opens the library, unless it is open, and binds all functions. False if it is not installed or lacks one of them. It is never
-    // closed.
+    // Opens the library, unless it is open, and binds all functions. False if it is not installed or lacks one of them. It is
+    // never closed.
     bool Load(const char* fileName);
 
 private:
