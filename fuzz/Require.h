@@ -4,14 +4,13 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <source_location>
 
 // A promise that must hold for every input. If it does not, says where and ends the process, which counts as a failed input.
-inline void Require(bool isTrue, std::source_location where = std::source_location::current())
+inline void Require(bool isTrue, const char* file = __builtin_FILE(), int line = __builtin_LINE())
 {
     if (isTrue)
         return;
-    fprintf(stderr, "%s:%u: the input broke a promise\n", where.file_name(), static_cast<unsigned>(where.line()));
+    fprintf(stderr, "%s:%d: the input broke a promise\n", file, line);
     abort();
 }
 

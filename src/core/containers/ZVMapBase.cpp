@@ -30,7 +30,7 @@ void ZVMapBase::InitHashTable(int32_t size, bool addHeadroom)
     // Each node goes to the head of its new chain, so the order of a chain may be reversed.
     for (int32_t bucket = 0; bucket < oldBucketCount; ++bucket)
     {
-        for (ZVMapNodeBase* node = oldBuckets[bucket]; node != nullptr;)
+        for (ZVMapNodeBase* node = oldBuckets.get()[bucket]; node != nullptr;)
         {
             ZVMapNodeBase* const next = node->Next;
             ZVMapNodeBase*& head = m_buckets[GetBucket(node)];
@@ -47,7 +47,7 @@ void ZVMapBase::RemoveAll()
         return;
     for (int32_t bucket = 0; bucket < m_bucketCount; ++bucket)
     {
-        for (ZVMapNodeBase* node = std::exchange(m_buckets[bucket], nullptr); node != nullptr;)
+        for (ZVMapNodeBase* node = std::exchange(m_buckets.get()[bucket], nullptr); node != nullptr;)
             FreeNode(std::exchange(node, node->Next));
     }
     m_count = 0;
@@ -58,8 +58,8 @@ void ZVMapBase::RemoveAll()
 ZVMapPosition ZVMapBase::GetFirstPosition() const
 {
     for (int32_t bucket = 0; bucket < m_bucketCount; ++bucket)
-        if (m_buckets[bucket] != nullptr)
-            return {bucket, m_buckets[bucket]};
+        if (m_buckets.get()[bucket] != nullptr)
+            return {bucket, m_buckets.get()[bucket]};
     return {0, nullptr};
 }
 
@@ -71,7 +71,7 @@ ZVMapNodeBase* ZVMapBase::TakeNext(ZVMapPosition& position) const
 
     position.Node = node->Next;
     while (position.Node == nullptr && ++position.Bucket < m_bucketCount)
-        position.Node = m_buckets[position.Bucket];
+        position.Node = m_buckets.get()[position.Bucket];
     if (position.Node == nullptr)
         position.Bucket = -1;
     return node;
