@@ -36,7 +36,7 @@ public:
             return;
         Enter(root);
         ZVFileInfo entry;
-        while (m_listings.GetCount() > 0 && !m_search.IsCancelled())
+        while (m_listings.GetCount() > 0 && !m_search.IsCancelled() && !m_search.IsFull())
         {
             if (m_listings[m_listings.GetCount() - 1]->GetNext(entry))
                 Take(entry);

@@ -26,6 +26,8 @@ public:
     void SetIncludeFolders(bool include) { m_includesFolders = include; }
     // Leaves out folders whose names begin with "." and are longer than that.
     void SetSkipHiddenFolders(bool skip) { m_skipsHiddenFolders = skip; }
+    // Ends the walk with that many results.
+    void SetMaximumResults(int32_t count) { m_maximumResults = count; }
     // A flag with which another thread can end the walk. It outlives the search; null for none.
     void SetCancelFlag(const std::atomic<bool>* flag) { m_cancelFlag = flag; }
     // An array for the results, which outlives the search; null for the search's own.
@@ -43,6 +45,7 @@ private:
     void WalkOnce();
     bool Passes(const ZVString& path) const;
     bool IsCancelled() const { return m_cancelFlag != nullptr && m_cancelFlag->load(); }
+    bool IsFull() const { return m_results->GetCount() >= m_maximumResults; }
 
     bool m_isWalked = false;
     ZVString m_folder;
@@ -51,6 +54,7 @@ private:
     bool m_isRecursive;
     bool m_includesFolders = false;
     bool m_skipsHiddenFolders = false;
+    int32_t m_maximumResults = INT32_MAX;
     const std::atomic<bool>* m_cancelFlag = nullptr;
     ZVStringArray m_ownResults;
     ZVStringArray* m_results = &m_ownResults;
