@@ -14,29 +14,6 @@
 
 namespace
 {
-// The lines that a command prints.
-std::vector<std::string> OutputOf(const std::string& command)
-{
-    const ToolsFolder folder;
-    EXPECT_NE(system(("(" + command + ") > " + folder.PathOf("output")).c_str()), -1);
-    return folder.ReadLines("output");
-}
-
-// Only for the library as it is shipped: sanitizers add exports and libraries of their own.
-TEST(CToolsLibrary, ExportsItsEntryPointAloneAndNeedsNothingButTheCLibrary)
-{
-#if defined(ZV_IS_SANITIZED)
-    GTEST_SKIP() << "a sanitized library exports and needs what the sanitizers want";
-#endif
-    if (OutputOf("command -v nm && command -v readelf").size() != 2)
-        GTEST_SKIP() << "nm or readelf is not installed";
-    EXPECT_THAT(OutputOf("nm -D --defined-only '" ZV_TOOLS_LIBRARY "'"),
-                testing::ElementsAre(testing::EndsWith(" T GetZVToolsDLL")));
-    const auto isOfC = testing::ContainsRegex("\\[(libc|libm|ld-linux[-_a-z0-9]*)\\.so\\.[0-9]+\\]");
-    EXPECT_THAT(OutputOf("readelf -d '" ZV_TOOLS_LIBRARY "' | grep NEEDED"),
-                testing::AllOf(testing::SizeIs(testing::Gt(0)), testing::Each(isOfC)));
-}
-
 TEST(CToolsLibrary, HasItsServices)
 {
     const ToolsFolder folder;
