@@ -247,7 +247,7 @@ TEST_F(AnalyzeExtended, RefusesWhatIsNoFilm)
     FilmFolder::Write("cut.mp4", film.substr(0, film.size() / 2));
     FilmFolder::Write("text.txt", "No film, but a text.\n");
     FilmFolder::Write("empty.mkv", "");
-    for (const char* extension : {"iso", "ifo", "bdmv", "mpls", "bluray", "bluray3d"})
+    for (const char* extension : {"iso", "ifo"})
         fs::copy_file("film.mp4", std::string("film.") + extension);
     fs::create_directory("folder.mkv");
     ASSERT_EQ(mkfifo("pipe.mkv", 0600), 0);
@@ -261,8 +261,6 @@ TEST_F(AnalyzeExtended, RefusesWhatIsNoFilm)
     expectReason("The file does not open (Invalid data found when processing input): ", {"cut.mp4", "text.txt", "empty.mkv"});
     expectReason("This is no file: ", {"folder.mkv", "link.mkv", "/dev/zero"});
     expectReason("Disc images and DVD folders are not analyzed here: film.", {"film.iso", "film.ifo"});
-    expectReason("A Blu-ray folder cannot be analyzed by this worker: film.",
-                 {"film.bdmv", "film.mpls", "film.bluray", "film.bluray3d"});
     // No name starts a protocol of the libraries but an address.
     expectReason("The file does not open (No such file or directory): ",
                  {"missing/film.mkv", "concat:film.mp4|film.mp4", "data:video/mp4;base64,AAAA", "pipe:0", "http:film.mp4"});

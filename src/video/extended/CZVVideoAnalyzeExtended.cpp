@@ -11,6 +11,8 @@
 namespace
 {
 constexpr ZVLogSource Source {ZVLogCategory::Media, L"CZVVideoAnalyzeExtended::AnalyzeFile"};
+// The choice of a disc's clip is told where downloads are.
+constexpr ZVLogSource DiscSource {ZVLogCategory::Network, L"CZVVideoAnalyzeExtended::AnalyzeFile"};
 
 // How many frames of the main stream are looked at.
 constexpr int32_t FrameLimit = 10;
@@ -22,7 +24,6 @@ constexpr ZVFilmOptions FilmOptions = {
 };
 
 // Extensions are compared as they stand: one in upper case is that of an ordinary file.
-constexpr const wchar_t* BlurayExtensions[] = {L"bdmv", L"mpls", L"bluray", L"bluray3d"};
 constexpr const wchar_t* RefusedExtensions[] = {L"iso", L"ifo"};
 
 // In these containers the pixel aspect of the container is to be trusted more than that of the frames.
@@ -54,21 +55,31 @@ CZVVideoAnalyzeExtended::CZVVideoAnalyzeExtended() : m_film(FilmOptions) {}
 
 bool CZVVideoAnalyzeExtended::AnalyzeFile(const ZVFilename& file)
 {
-    if (!m_film.GetCodec().Loaded || IsRefused(file) || !m_film.Open(file.GetPathOnly()))
+    if (!m_film.GetCodec().Loaded || IsRefused(file))
         return false;
-    const bool isAnalyzed = Analyze(file);
+    const ZVFilmSource source(file);
+    if (source.GetPath().IsEmpty() && source.IsDisc())
+    {
+        Source.Log("The disc has no title: %s", file.GetPathOnly());
+        return false;
+    }
+    if (source.IsDisc())
+        DiscSource.Log("Using '%s' as Blu-ray reference clip", source.GetPath());
+    if (!m_film.Open(source.GetPath()))
+        return false;
+    const bool isAnalyzed = Analyze(file, source);
     // The file is free again when the analysis is over, whatever becomes of its result.
     m_film.Close();
     return isAnalyzed;
 }
 
-bool CZVVideoAnalyzeExtended::Analyze(const ZVFilename& file)
+bool CZVVideoAnalyzeExtended::Analyze(const ZVFilename& file, const ZVFilmSource& source)
 {
     if (m_film.GetStreams().empty())
         Source.Log("There is no stream in it: %s", file.GetPathOnly());
     if (m_film.ChooseMainStream() != nullptr)
         WriteMainStream();
-    WalkStreams();
+    WalkStreams(source);
     if (m_film.GetMainStream() == nullptr)
         return true;
     const ZVFilmDecoders decoders = m_film.OpenDecoders();
@@ -90,13 +101,9 @@ bool CZVVideoAnalyzeExtended::Analyze(const ZVFilename& file)
 
 bool CZVVideoAnalyzeExtended::IsRefused(const ZVFilename& file) const
 {
-    const ZVString extension = file.GetExtension(true);
-    if (IsOneOf(extension, BlurayExtensions))
-        Source.Log("A Blu-ray folder cannot be analyzed by this worker: %s", file.GetPathOnly());
-    else if (IsOneOf(extension, RefusedExtensions))
-        Source.Log("Disc images and DVD folders are not analyzed here: %s", file.GetPathOnly());
-    else
+    if (!IsOneOf(file.GetExtension(true), RefusedExtensions))
         return false;
+    Source.Log("Disc images and DVD folders are not analyzed here: %s", file.GetPathOnly());
     return true;
 }
 
@@ -126,16 +133,23 @@ void CZVVideoAnalyzeExtended::WriteMainStream()
         ZVHDRFacts::ApplyDolbyVision(Properties, *static_cast<const AVDOVIDecoderConfigurationRecord*>(dolbyVision));
 }
 
-void CZVVideoAnalyzeExtended::WalkStreams()
+void CZVVideoAnalyzeExtended::WalkStreams(const ZVFilmSource& source)
 {
     const CZVAVLibraries& codec = m_film.GetCodec();
     bool hasSecondLayer = false;
     for (AVStream* const stream : m_film.GetStreams())
     {
+        const auto list = [&]
+        {
+            // A disc knows better than its streams.
+            const std::optional<ZVString> language = source.FindLanguage(stream->id);
+            return ZVStreamFacts::ListedStream {m_film.GetContainer(), *stream,
+                                                language ? *language : ZVStreamFacts::GetLanguage(codec, *stream)};
+        };
         if (stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO)
-            ZVStreamFacts::AddAudioStream(Properties, codec, m_film.GetContainer(), *stream);
+            ZVStreamFacts::AddAudioStream(Properties, codec, list());
         else if (stream->codecpar->codec_type == AVMEDIA_TYPE_SUBTITLE)
-            ZVStreamFacts::AddSubtitleStream(Properties, codec, *stream);
+            ZVStreamFacts::AddSubtitleStream(Properties, codec, list());
         else if (!hasSecondLayer && IsSecondLayer(*stream))
         {
             m_film.SetSecondStream(*stream);

@@ -3,6 +3,7 @@
 #include "core/property/ZVPropertyMap.h"
 #include "system/filename/ZVFilename.h"
 #include "video/film/ZVFilmReader.h"
+#include "video/film/ZVFilmSource.h"
 
 #include <cstdint>
 
@@ -15,8 +16,9 @@ public:
     CZVVideoAnalyzeExtended(const CZVVideoAnalyzeExtended&) = delete;
     CZVVideoAnalyzeExtended& operator=(const CZVVideoAnalyzeExtended&) = delete;
 
-    // Analyses a file, once per object. False, with the reason in the log, when the codec libraries are missing, for a kind of
-    // input that is not analysed here, for a file that they do not open, and when the machine lacks the memory to decode it.
+    // Analyses a file, or the main title of the Blu-ray disc that it names, once per object. False, with the reason in the log, when the codec libraries are missing, for a kind of
+    // input that is not analysed here, for a disc without a title, for a file that they do not open, and when the machine lacks
+    // the memory to decode it.
     // Whatever else is missing in the file is missing in the result.
     bool AnalyzeFile(const ZVFilename& file);
 
@@ -25,9 +27,9 @@ public:
 
 private:
     bool IsRefused(const ZVFilename& file) const;
-    bool Analyze(const ZVFilename& file);
+    bool Analyze(const ZVFilename& file, const ZVFilmSource& source);
     void WriteMainStream();
-    void WalkStreams();
+    void WalkStreams(const ZVFilmSource& source);
     bool IsSecondLayer(const AVStream& stream) const;
     void DecodeFrames();
     void ProcessFrame(const AVFrame& frame);

@@ -35,11 +35,6 @@ void AddEntry(ZVPropertyMap& properties, const wchar_t* key, const ZVString& ent
 {
     properties.SetString(key, properties.GetString(key) + entry + L";");
 }
-
-ZVString GetLanguage(const CZVAVLibraries& codec, const AVStream& stream)
-{
-    return LanguageNameFromCode(NormalizeLanguageCode(ZVStreamFacts::GetStreamTag(codec, stream, "language")));
-}
 }
 
 ZVString ZVStreamFacts::GetStreamTag(const CZVAVLibraries& codec, const AVStream& stream, const char* key)
@@ -63,26 +58,30 @@ int32_t ZVStreamFacts::BitrateKbps(const CZVAVLibraries& codec, const AVFormatCo
     return bitrate > LeastStreamBitrate ? static_cast<int32_t>(bitrate / BitsPerKilobit) : 0;
 }
 
-void ZVStreamFacts::AddAudioStream(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVFormatContext& context,
-                                   const AVStream& stream)
+ZVString ZVStreamFacts::GetLanguage(const CZVAVLibraries& codec, const AVStream& stream)
 {
-    const AVCodecParameters& parameters = *stream.codecpar;
+    return LanguageNameFromCode(NormalizeLanguageCode(GetStreamTag(codec, stream, "language")));
+}
+
+void ZVStreamFacts::AddAudioStream(ZVPropertyMap& properties, const CZVAVLibraries& codec, const ListedStream& listed)
+{
+    const AVCodecParameters& parameters = *listed.Stream.codecpar;
     properties.SetInt(L"Audio Streams", properties.GetInt(L"Audio Streams", 0) + 1);
     AddEntry(properties, L"Audio Codec", CodecName(codec, parameters));
     AddEntry(properties, L"Audio Channels", ZVString::FromInt(parameters.ch_layout.nb_channels));
     AddEntry(properties, L"Audio Sample Rate", ZVString::FromInt(parameters.sample_rate));
-    const int32_t bitrate = BitrateKbps(codec, context, stream);
+    const int32_t bitrate = BitrateKbps(codec, listed.Container, listed.Stream);
     AddEntry(properties, L"Audio Bitrate", bitrate < 1 ? ZVString() : ZVString::FromInt(bitrate));
-    AddEntry(properties, L"Audio Title", GetStreamTag(codec, stream, "title"));
-    AddEntry(properties, L"Audio Language", GetLanguage(codec, stream));
+    AddEntry(properties, L"Audio Title", GetStreamTag(codec, listed.Stream, "title"));
+    AddEntry(properties, L"Audio Language", listed.Language);
 }
 
-void ZVStreamFacts::AddSubtitleStream(ZVPropertyMap& properties, const CZVAVLibraries& codec, const AVStream& stream)
+void ZVStreamFacts::AddSubtitleStream(ZVPropertyMap& properties, const CZVAVLibraries& codec, const ListedStream& listed)
 {
     properties.SetInt(L"Subtitle Streams", properties.GetInt(L"Subtitle Streams", 0) + 1);
-    AddEntry(properties, L"Subtitle Codec", CodecName(codec, *stream.codecpar));
-    AddEntry(properties, L"Subtitle Title", GetStreamTag(codec, stream, "title"));
-    AddEntry(properties, L"Subtitle Language", GetLanguage(codec, stream));
+    AddEntry(properties, L"Subtitle Codec", CodecName(codec, *listed.Stream.codecpar));
+    AddEntry(properties, L"Subtitle Title", GetStreamTag(codec, listed.Stream, "title"));
+    AddEntry(properties, L"Subtitle Language", listed.Language);
 }
 
 const void* ZVStreamFacts::FindSideData(const AVCodecParameters& parameters, AVPacketSideDataType type, size_t minimumSize)

@@ -1,0 +1,78 @@
+#include "video/film/ZVFilmSource.h"
+
+#include "disc/language/LanguageCodes.h"
+#include "system/file/ZVFileSystem.h"
+#include "system/filename/ZVPathLayout.h"
+
+namespace
+{
+constexpr wchar_t PlaylistExtension[] = L"mpls";
+
+// Extensions are compared as they stand: one in upper case is that of an ordinary file.
+constexpr const wchar_t* DiscExtensions[] = {L"bdmv", PlaylistExtension, L"bluray", L"bluray3d"};
+
+constexpr wchar_t Separators[] = L"/\\";
+
+bool IsDiscName(const ZVString& extension)
+{
+    for (const wchar_t* const item : DiscExtensions)
+        if (extension == item)
+            return true;
+    return false;
+}
+
+ZVString GetAbsolute(const ZVString& path)
+{
+    return path.FindOneOf(Separators) == 0 ? path : ZVFileSystem::GetDirectoryWorking() + path;
+}
+
+// The folder of the disc that a playlist is in: that of PLAYLIST, with a slash at its end.
+ZVString GetDiscFolder(const ZVString& playlist)
+{
+    ZVString path = GetAbsolute(playlist);
+    path = path.Left(path.ReverseFindOneOf(Separators));
+    return path.Left(path.ReverseFindOneOf(Separators) + 1);
+}
+
+std::unique_ptr<ZVBlurayHelper> ScanDisc(const ZVFilename& file, const ZVString& extension)
+{
+    auto disc = std::make_unique<ZVBlurayHelper>();
+    if (extension != PlaylistExtension)
+    {
+        disc->SetFilename(file);
+        return disc;
+    }
+    disc->SetFilename(ZVFilename::FromPath(GetDiscFolder(file.GetPathOnly())));
+    disc->SelectPlaylist(file.GetNameAndExtension());
+    return disc;
+}
+
+// The stream file of a title, or empty.
+ZVString GetStreamFile(const BlurayPlaylist* playlist)
+{
+    const BlurayStreamClip* const clip = playlist == nullptr ? nullptr : playlist->GetReferenceClip();
+    return clip == nullptr || clip->StreamFile == nullptr ? ZVString() : clip->StreamFile->Name;
+}
+}
+
+ZVFilmSource::ZVFilmSource(const ZVFilename& file)
+{
+    const ZVString extension = file.GetExtension(true);
+    if (!IsDiscName(extension))
+    {
+        m_path = file.GetPathOnly();
+        return;
+    }
+    m_disc = ScanDisc(file, extension);
+    m_path = GetStreamFile(m_disc->GetSelected());
+}
+
+std::optional<ZVString> ZVFilmSource::FindLanguage(int32_t pid) const
+{
+    const BlurayPlaylist* const title = m_disc == nullptr ? nullptr : m_disc->GetSelected();
+    // The number of a stream has 16 bits on a disc.
+    const BlurayStream* const stream = title == nullptr ? nullptr : title->FindStream(static_cast<uint16_t>(pid));
+    if (stream == nullptr)
+        return {};
+    return LanguageNameFromCode(stream->Language());
+}
