@@ -224,7 +224,7 @@ const AVFrame* ZVFilmReader::NextFrameOfPacket()
 // Ends the place when it has cost enough.
 bool ZVFilmReader::CanGoOn()
 {
-    if (m_place.IsAtEnd || m_hasNoMemory)
+    if (m_place.IsAtEnd || HasNoMemory())
         return false;
     if (m_place.PacketsOfOthers >= MaximumPacketsOfOthers)
         ReadSource.Log("No packet of the main stream came among %d", m_place.PacketsOfOthers);

@@ -59,7 +59,7 @@ public:
     // Whether the frame that was returned last is one of the main stream.
     bool IsOfMainStream() const { return m_source == &m_main; }
     // True once a decoder ran out of memory: what came out of it does not say what the film is.
-    bool HasNoMemory() const { return m_hasNoMemory; }
+    bool HasNoMemory() const { return m_hasNoMemory || m_picture.HasNoMemory(); }
 
     // Goes to a time of the main stream, counted from the start of the film, or to a key frame before it. A film that cannot go
     // there stays where it is. The decoders must be open.

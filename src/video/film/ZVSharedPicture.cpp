@@ -23,16 +23,24 @@ void ZVSharedPicture::ServeDecoder(AVCodecContext& decoder)
 int ZVSharedPicture::GetBuffer(AVCodecContext* decoder, AVFrame* frame, int flags)
 {
     ZVSharedPicture& picture = *static_cast<ZVSharedPicture*>(decoder->opaque);
-    const AVFrame* const memory = picture.FindMemory(*decoder, *frame, flags);
+    const int result = picture.FillFrame(*decoder, *frame, flags);
+    if (result == AVERROR(ENOMEM))
+        picture.m_hasNoMemory = true;
+    return result;
+}
+
+int ZVSharedPicture::FillFrame(AVCodecContext& decoder, AVFrame& frame, int flags)
+{
+    const AVFrame* const memory = FindMemory(decoder, frame, flags);
     if (memory == nullptr)
-        return picture.m_getBuffer(decoder, frame, flags);
+        return m_getBuffer(&decoder, &frame, flags);
     // Decoders know their reference frames apart by their buffers, so each frame has one of its own, if only a small one.
-    frame->buf[0] = picture.m_codec.av_buffer_alloc(1);
-    if (frame->buf[0] == nullptr)
+    frame.buf[0] = m_codec.av_buffer_alloc(1);
+    if (frame.buf[0] == nullptr)
         return AVERROR(ENOMEM);
-    std::copy(std::begin(memory->data), std::end(memory->data), frame->data);
-    std::copy(std::begin(memory->linesize), std::end(memory->linesize), frame->linesize);
-    frame->extended_data = frame->data;
+    std::copy(std::begin(memory->data), std::end(memory->data), frame.data);
+    std::copy(std::begin(memory->linesize), std::end(memory->linesize), frame.linesize);
+    frame.extended_data = frame.data;
     return 0;
 }
 

@@ -2,6 +2,7 @@
 
 #include "video/film/ZVCodecObjects.h"
 
+#include <atomic>
 #include <mutex>
 
 // The memory that all frames of a decoder are decoded into, for an analysis that looks at what comes with a frame and not at its
@@ -21,16 +22,21 @@ public:
     // frames, before this object. Several decoders may share.
     void ServeDecoder(AVCodecContext& decoder);
 
+    // True once there was no memory for a frame. Decoders do not always pass that on.
+    bool HasNoMemory() const { return m_hasNoMemory; }
+
 private:
     // Frames of one size; a stream whose size changes more often gets fresh memory for the others.
     static constexpr size_t MaximumSizes = 4;
 
     static int GetBuffer(AVCodecContext* decoder, AVFrame* frame, int flags);
+    int FillFrame(AVCodecContext& decoder, AVFrame& frame, int flags);
     const AVFrame* FindMemory(AVCodecContext& decoder, const AVFrame& frame, int flags);
     ZVFramePointer MakeMemory(AVCodecContext& decoder, const AVFrame& frame, int flags) const;
 
     const CZVAVLibraries& m_codec;
     decltype(AVCodecContext::get_buffer2) m_getBuffer = nullptr;
+    std::atomic<bool> m_hasNoMemory = false;
     std::mutex m_mutex;
     ZVFramePointer m_memory[MaximumSizes];
 };
