@@ -4,6 +4,7 @@
 #include "contracts/IZVReader.h"
 #include "contracts/IZVTools.h"
 #include "core/ZVToolsPointer.h"
+#include "core/string/ZVStringGlobals.h"
 #include "siblings/reader/CLocalReader.h"
 #include "siblings/reader/CMemoryReader.h"
 #include "siblings/reader/CResourceName.h"
@@ -84,6 +85,8 @@ IZVReader* MakeByName(const Factory& factory, const wchar_t* text)
 // nothing here.
 ZV_EXPORT void ZVReaderInitialize(int32_t)
 {
+    // Made here, where no second thread is in the library yet: its own first use is not guarded.
+    ZVStringGlobals::Get();
     if (s_toolsLibrary == nullptr)
         s_toolsLibrary.reset(dlopen("libZVTools.so", RTLD_LAZY | RTLD_NOLOAD));
     if (s_toolsLibrary == nullptr)

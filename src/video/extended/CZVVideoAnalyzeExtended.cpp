@@ -11,7 +11,7 @@
 namespace
 {
 constexpr ZVLogSource Source {ZVLogCategory::Media, L"CZVVideoAnalyzeExtended::AnalyzeFile"};
-// The choice of a disc's clip is told where downloads are.
+// The category under which those who read the log look for the choice of a disc's clip.
 constexpr ZVLogSource DiscSource {ZVLogCategory::Network, L"CZVVideoAnalyzeExtended::AnalyzeFile"};
 
 // How many frames of the main stream are looked at.
