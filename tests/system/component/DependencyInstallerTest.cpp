@@ -279,7 +279,6 @@ TEST_F(DependencyInstallerTest, KeepsTheFilesThatAPackageDoesNotReplace)
 TEST_F(DependencyInstallerTest, SeveralInstallAtOnce)
 {
     ServeFromFolder("linux_youtube-dl_v8.tar.xz", MakeDownloader());
-    EXPECT_TRUE(DependencyInstaller::Install(Downloader)) << "and the reader library has started";
     Put(OlderMainFile, "older");
     std::vector<std::future<bool>> installations;
     for (int32_t number = 0; number < 4; ++number)
