@@ -53,7 +53,6 @@ TEST(CToolsLibrary, HasItsServices)
     ZVString text = L"xABxab";
     EXPECT_EQ(text.FindNoCase(L"aB", 2), 4);
     EXPECT_EQ(text.FindNoCase(L"ab", 2, true), 6) << "the position after the match";
-    EXPECT_EQ(text.FindNoCase(L"y", 2, true), -1);
     const wchar_t* const needle = L"b";
     EXPECT_EQ(text.ReplaceMultiple(&needle, nullptr, 1, false, INT32_MAX, true, L"<", L">"), 2);
     EXPECT_EQ(text.RemoveText(L"X", false), 2);
