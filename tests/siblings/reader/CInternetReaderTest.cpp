@@ -165,7 +165,10 @@ TEST_F(CInternetReaderTest, SeeksWithRangesOrByReadingOver)
             {
                 EXPECT_EQ(reader->Seek(place), place) << TakeLog();
                 EXPECT_EQ(ReadBytes(*reader, 20), m_body.substr(static_cast<size_t>(place), 20));
-                EXPECT_TRUE(place != 200000 || m_server.GetRequests().size() == requests) << "a short way is read over";
+                if (place == 200000)
+                {
+                    EXPECT_EQ(m_server.GetRequests().size(), requests) << "a short way is read over";
+                }
             }
             EXPECT_EQ(reader->Seek(4), 4);
             EXPECT_EQ(reader->Seek(-1), 4);
