@@ -1,5 +1,6 @@
 #include "worker/ZVVideoTasks.h"
 
+#include "video/blackbars/CZVVideoBlackBars.h"
 #include "video/extended/CZVVideoAnalyzeExtended.h"
 #include "worker/ZVWorkerCommand.h"
 
@@ -9,5 +10,17 @@ bool RunAnalyzeVideoExtendedTask(const ZVWorkerRequest& request, ZVPropertyMap& 
     if (!analysis.AnalyzeFile(ZVFilename(request.Match.GetPath(0))))
         return false;
     result = analysis.Properties;
+    return true;
+}
+
+bool RunAnalyzeVideoBlackBarsTask(const ZVWorkerRequest& request, ZVPropertyMap& result)
+{
+    CZVVideoBlackBars analysis;
+    if (!analysis.AnalyzeFile(ZVFilename(request.Match.GetPath(0))))
+        return false;
+    // Two of the names are there for every film, if only with an empty value.
+    for (const wchar_t* const name : {CZVVideoBlackBars::Crop, CZVVideoBlackBars::AspectRatio})
+        result.SetString(name, analysis.Properties.GetString(name));
+    result.SetString(CZVVideoBlackBars::Report, analysis.Properties.GetString(CZVVideoBlackBars::Report), true);
     return true;
 }

@@ -30,7 +30,7 @@ constexpr ZVWorkerCommand Commands[] = {
      "Processing AnalyzeZVVid task...",          "AnalyzeZVVid succeeded..."},
     {L"/AnalyzeVideoExtended",  2, true,  false, UTF8,   RunAnalyzeVideoExtendedTask,
      "Processing AnalyzeVideoExtended task...",  "AnalyzeVideoExtended succeeded..."},
-    {L"/AnalyzeVideoBlackBars", 2, true,  false, UTF8,   RefuseTask,
+    {L"/AnalyzeVideoBlackBars", 2, true,  false, UTF8,   RunAnalyzeVideoBlackBarsTask,
      "Processing AnalyzeVideoBlackBars task...", "AnalyzeVideoBlackBars succeeded..."},
     {L"/AnalyzeDevices",        2, false, false, Narrow, RunDevicesTask,
      "Processing AnalyzeDevices task..."},

@@ -17,5 +17,5 @@ ZVSamplePositions::ZVSamplePositions(int64_t duration) : m_duration(duration)
 bool ZVSamplePositions::IsBeforeEnd(int32_t index) const
 {
     const uint32_t microseconds = static_cast<uint32_t>(m_seconds[index]) * static_cast<uint32_t>(MicrosecondsPerSecond);
-    return static_cast<int32_t>(microseconds) < m_duration;
+    return m_duration <= 0 || static_cast<int32_t>(microseconds) < m_duration;
 }

@@ -13,8 +13,8 @@ public:
     int32_t GetCount() const { return m_count; }
     int32_t Get(int32_t index) const { return m_seconds[index]; }
 
-    // Whether a place lies before the end. Its microseconds are counted in 32 bits, so beyond 2147 seconds the answer is that for
-    // the wrapped value. Callers rely on the results that come of this.
+    // Whether a place lies before the end, which it does when that is not known. Its microseconds are counted in 32 bits, so beyond
+    // 2147 seconds the answer is that for the wrapped value. Callers rely on the results that come of this.
     bool IsBeforeEnd(int32_t index) const;
 
     // A film's opening, with its logos, tells less than the other places when there are enough of them.

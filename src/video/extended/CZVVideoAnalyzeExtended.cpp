@@ -5,43 +5,20 @@
 #include "video/extended/ZVHDRFacts.h"
 #include "video/extended/ZVPrimariesName.h"
 #include "video/extended/ZVStreamFacts.h"
+#include "video/film/ZVFilmAspect.h"
 
 #include <cstddef>
 
 namespace
 {
 constexpr ZVLogSource Source {ZVLogCategory::Media, L"CZVVideoAnalyzeExtended::AnalyzeFile"};
-// The category under which those who read the log look for the choice of a disc's clip.
-constexpr ZVLogSource DiscSource {ZVLogCategory::Network, L"CZVVideoAnalyzeExtended::AnalyzeFile"};
 
-// How many frames of the main stream are looked at.
-constexpr int32_t FrameLimit = 10;
-
-// The facts come with the frames; their pixels are not looked at.
+// The facts come with the first frames; their pixels are not looked at.
 constexpr ZVFilmOptions FilmOptions = {
     .Filter = ZVFilmOptions::LoopFilter::Skip,
     .Frames = ZVFilmOptions::Memory::Shared,
+    .FramesPerPlace = 10,
 };
-
-// Extensions are compared as they stand: one in upper case is that of an ordinary file.
-constexpr const wchar_t* RefusedExtensions[] = {L"iso", L"ifo"};
-
-// In these containers the pixel aspect of the container is to be trusted more than that of the frames.
-constexpr const wchar_t* ContainersWithAspect[] = {L"mkv", L"webm", L"mp4", L"mov", L"m4v"};
-
-template <size_t Count>
-bool IsOneOf(const ZVString& text, const wchar_t* const (&list)[Count])
-{
-    for (const wchar_t* item : list)
-        if (text == item)
-            return true;
-    return false;
-}
-
-bool IsPositive(const AVRational& value)
-{
-    return value.num > 0 && value.den > 0;
-}
 
 template <class Data>
 const Data* FindFrameData(const CZVAVLibraries& codec, const AVFrame& frame, AVFrameSideDataType type)
@@ -55,17 +32,10 @@ CZVVideoAnalyzeExtended::CZVVideoAnalyzeExtended() : m_film(FilmOptions) {}
 
 bool CZVVideoAnalyzeExtended::AnalyzeFile(const ZVFilename& file)
 {
-    if (!m_film.GetCodec().Loaded || IsRefused(file))
+    if (!m_film.GetCodec().Loaded)
         return false;
     const ZVFilmSource source(file);
-    if (source.GetPath().IsEmpty() && source.IsDisc())
-    {
-        Source.Log("The disc has no title: %s", file.GetPathOnly());
-        return false;
-    }
-    if (source.IsDisc())
-        DiscSource.Log("Using '%s' as Blu-ray reference clip", source.GetPath());
-    if (!m_film.Open(source.GetPath()))
+    if (!source.IsFound() || !m_film.Open(source.GetPath()))
         return false;
     const bool isAnalyzed = Analyze(file, source);
     // The file is free again when the analysis is over, whatever becomes of its result.
@@ -82,28 +52,13 @@ bool CZVVideoAnalyzeExtended::Analyze(const ZVFilename& file, const ZVFilmSource
     WalkStreams(source);
     if (m_film.GetMainStream() == nullptr)
         return true;
-    const ZVFilmDecoders decoders = m_film.OpenDecoders();
-    if (decoders == ZVFilmDecoders::None)
-    {
-        Source.Log("There is no decoder for it: %s", file.GetPathOnly());
-        return true;
-    }
-    if (decoders == ZVFilmDecoders::Open)
-        DecodeFrames();
-    if (decoders == ZVFilmDecoders::NoMemory || m_film.HasNoMemory())
-    {
-        Source.Log("There is not enough memory to decode it: %s", file.GetPathOnly());
+    if (!m_film.OpenDecoders())
+        return !m_film.HasNoMemory();
+    while (const AVFrame* const frame = m_film.NextFrame())
+        ProcessFrame(*frame);
+    if (m_film.HasNoMemory())
         return false;
-    }
     WriteAspectRatio(file.GetExtension(true));
-    return true;
-}
-
-bool CZVVideoAnalyzeExtended::IsRefused(const ZVFilename& file) const
-{
-    if (!IsOneOf(file.GetExtension(true), RefusedExtensions))
-        return false;
-    Source.Log("Disc images and DVD folders are not analyzed here: %s", file.GetPathOnly());
     return true;
 }
 
@@ -171,19 +126,6 @@ bool CZVVideoAnalyzeExtended::IsSecondLayer(const AVStream& stream) const
            (other.height == main.height || other.height == main.height / 2);
 }
 
-// The frames that came out of one packet are all looked at.
-void CZVVideoAnalyzeExtended::DecodeFrames()
-{
-    while (m_framesSeen < FrameLimit)
-    {
-        const AVFrame* frame = m_film.NextFrame();
-        if (frame == nullptr)
-            return;
-        for (; frame != nullptr; frame = m_film.NextFrameOfPacket())
-            ProcessFrame(*frame);
-    }
-}
-
 void CZVVideoAnalyzeExtended::ProcessFrame(const AVFrame& frame)
 {
     const CZVAVLibraries& codec = m_film.GetCodec();
@@ -201,25 +143,13 @@ void CZVVideoAnalyzeExtended::ProcessFrame(const AVFrame& frame)
 
     Properties.SetString(L"Video Scan", (frame.flags & AV_FRAME_FLAG_INTERLACED) != 0 ? L"Interlaced" : L"Progressive");
     m_sampleAspect = frame.sample_aspect_ratio;
-    ++m_framesSeen;
 }
 
 void CZVVideoAnalyzeExtended::WriteAspectRatio(const ZVString& extension)
 {
-    const AVRational containerAspect = m_film.GetMainStream()->sample_aspect_ratio;
-    const bool hasFrameAspect = IsPositive(m_sampleAspect);
-    double pixelAspect = 1.0;
-    if (hasFrameAspect && !IsOneOf(extension, ContainersWithAspect))
-        pixelAspect = av_q2d(m_sampleAspect);
-    else if (IsPositive(containerAspect))
-        pixelAspect = av_q2d(containerAspect);
-    else if (hasFrameAspect)
-        pixelAspect = av_q2d(m_sampleAspect);
-
-    const AVCodecParameters& parameters = *m_film.GetMainStream()->codecpar;
-    // Without a size there is no aspect.
-    if (parameters.width < 1 || parameters.height < 1)
-        return;
-    const double aspect = static_cast<double>(parameters.width) / parameters.height * pixelAspect;
-    Properties.SetString(L"Aspect Ratio", ZVString::FromDouble(aspect, 2));
+    const AVStream& stream = *m_film.GetMainStream();
+    const double pixelAspect = ZVFilmAspect::GetPixelAspect(stream, m_sampleAspect, extension);
+    const double aspect = ZVFilmAspect::GetDisplayAspect(stream, pixelAspect);
+    if (aspect > 0)
+        Properties.SetString(L"Aspect Ratio", ZVString::FromDouble(aspect, 2));
 }

@@ -16,26 +16,23 @@ public:
     CZVVideoAnalyzeExtended(const CZVVideoAnalyzeExtended&) = delete;
     CZVVideoAnalyzeExtended& operator=(const CZVVideoAnalyzeExtended&) = delete;
 
-    // Analyses a file, or the main title of the Blu-ray disc that it names, once per object. False, with the reason in the log, when the codec libraries are missing, for a kind of
-    // input that is not analysed here, for a disc without a title, for a file that they do not open, and when the machine lacks
-    // the memory to decode it.
-    // Whatever else is missing in the file is missing in the result.
+    // Analyzes a file, or the main title of the Blu-ray disc that it names, once per object. False, with the reason in the log,
+    // when the codec libraries are missing, for a kind of input that is not analyzed here, for a disc without a title, for a file
+    // that they do not open, and when the machine lacks the memory to decode it. Whatever else is missing in the file is missing
+    // in the result.
     bool AnalyzeFile(const ZVFilename& file);
 
     // The result.
     ZVPropertyMap Properties;
 
 private:
-    bool IsRefused(const ZVFilename& file) const;
     bool Analyze(const ZVFilename& file, const ZVFilmSource& source);
     void WriteMainStream();
     void WalkStreams(const ZVFilmSource& source);
     bool IsSecondLayer(const AVStream& stream) const;
-    void DecodeFrames();
     void ProcessFrame(const AVFrame& frame);
     void WriteAspectRatio(const ZVString& extension);
 
     ZVFilmReader m_film;
-    int32_t m_framesSeen = 0;
     AVRational m_sampleAspect {0, 1};
 };

@@ -37,5 +37,7 @@ struct ZVFilmOptions
     Memory Frames = Memory::OfEachFrame;
     // The threads of each decoder; 0 leaves their number to the codec libraries.
     int32_t ThreadCount = 0;
+    // A place of the film ends with the packet that brings out this many frames of the main stream.
+    int32_t FramesPerPlace = INT32_MAX;
     ZVFilmBudget::Limits Limits {};
 };

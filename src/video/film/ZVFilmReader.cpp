@@ -14,6 +14,7 @@
 namespace
 {
 constexpr ZVLogSource OpenSource {ZVLogCategory::Media, L"ZVFilmReader::Open"};
+constexpr ZVLogSource DecoderSource {ZVLogCategory::Media, L"ZVFilmReader::OpenDecoders"};
 constexpr ZVLogSource ReadSource {ZVLogCategory::Media, L"ZVFilmReader::NextFrame"};
 
 // As much of a file is read to find out its container.
@@ -46,6 +47,7 @@ ZVFilmReader::ZVFilmReader(const ZVFilmOptions& options) : m_options(options), m
 bool ZVFilmReader::Open(const ZVString& path)
 {
     Close();
+    m_path = path;
     // A pipe would be waited for without an end.
     const ZVFileInfo info(path);
     if (info.IsFound() && !S_ISREG(info.GetMode()) && !S_ISBLK(info.GetMode()))
@@ -86,6 +88,8 @@ bool ZVFilmReader::Fail(int result, const ZVString& path)
 
 void ZVFilmReader::Close()
 {
+    if (m_context != nullptr && HasNoMemory())
+        ReadSource.Log("There is not enough memory to decode it: %s", m_path);
     m_source = nullptr;
     m_isPending = false;
     m_frame.reset();
@@ -124,32 +128,36 @@ const AVStream* ZVFilmReader::ChooseMainStream()
     return m_main.Stream;
 }
 
-ZVFilmDecoders ZVFilmReader::OpenDecoders()
+bool ZVFilmReader::OpenDecoders()
 {
-    const ZVFilmDecoders result = OpenDecoder(m_main);
-    if (result != ZVFilmDecoders::Open)
-        return result;
-    if (m_second.Stream != nullptr && OpenDecoder(m_second) == ZVFilmDecoders::NoMemory)
-        return ZVFilmDecoders::NoMemory;
+    const bool isOpen = OpenDecoder(m_main);
+    if (!isOpen && !HasNoMemory())
+        DecoderSource.Log("There is no decoder for it: %s", m_path);
+    if (isOpen && m_second.Stream != nullptr)
+        OpenDecoder(m_second);
+    if (!isOpen || HasNoMemory())
+        return false;
     m_packet = ZVPacketPointer(m_codec.av_packet_alloc(), {m_codec.av_packet_free});
     m_frame = ZVFramePointer(m_codec.av_frame_alloc(), {m_codec.av_frame_free});
-    if (m_packet == nullptr || m_frame == nullptr)
-        return ZVFilmDecoders::NoMemory;
+    m_hasNoMemory = m_packet == nullptr || m_frame == nullptr;
+    if (m_hasNoMemory)
+        return false;
     if (m_options.Read == ZVFilmOptions::Packets::OfDecodedStreams)
         LeaveOutOtherStreams();
     BeginPlace();
-    return ZVFilmDecoders::Open;
+    return true;
 }
 
-ZVFilmDecoders ZVFilmReader::OpenDecoder(Layer& layer)
+bool ZVFilmReader::OpenDecoder(Layer& layer)
 {
     const AVCodecParameters& parameters = *layer.Stream->codecpar;
     const AVCodec* const decoder = m_codec.avcodec_find_decoder(parameters.codec_id);
     if (decoder == nullptr)
-        return ZVFilmDecoders::None;
+        return false;
     ZVCodecContextPointer context(m_codec.avcodec_alloc_context3(decoder), {m_codec.avcodec_free_context});
-    if (context == nullptr || IsShortage(m_codec.avcodec_parameters_to_context(context.get(), &parameters)))
-        return ZVFilmDecoders::NoMemory;
+    m_hasNoMemory = context == nullptr || IsShortage(m_codec.avcodec_parameters_to_context(context.get(), &parameters));
+    if (m_hasNoMemory)
+        return false;
     context->pkt_timebase = layer.Stream->time_base;
     context->thread_count = m_options.ThreadCount;
     context->thread_type = FF_THREAD_FRAME;
@@ -160,10 +168,10 @@ ZVFilmDecoders ZVFilmReader::OpenDecoder(Layer& layer)
     if (m_options.Frames == ZVFilmOptions::Memory::Shared)
         m_picture.ServeDecoder(*context);
     const int result = m_codec.avcodec_open2(context.get(), decoder, nullptr);
-    if (result < 0)
-        return IsShortage(result) ? ZVFilmDecoders::NoMemory : ZVFilmDecoders::None;
-    layer.Decoder = std::move(context);
-    return ZVFilmDecoders::Open;
+    m_hasNoMemory = IsShortage(result);
+    if (result >= 0)
+        layer.Decoder = std::move(context);
+    return result >= 0;
 }
 
 void ZVFilmReader::LeaveOutOtherStreams()
@@ -173,21 +181,27 @@ void ZVFilmReader::LeaveOutOtherStreams()
             stream->discard = AVDISCARD_ALL;
 }
 
-void ZVFilmReader::SeekTo(int32_t seconds)
+int64_t ZVFilmReader::GetStart() const
+{
+    // An unknown start has the sign bit alone.
+    if ((m_context->start_time & INT64_MAX) == 0)
+        return 0;
+    const AVRational timeBase = m_main.Stream->time_base;
+    return m_codec.av_rescale(m_context->start_time, timeBase.den, int64_t {timeBase.num} * AV_TIME_BASE);
+}
+
+bool ZVFilmReader::SeekTo(int32_t seconds)
 {
     const AVRational timeBase = m_main.Stream->time_base;
-    int64_t target = m_codec.av_rescale(seconds, timeBase.den, timeBase.num);
-    if ((m_context->start_time & INT64_MAX) != 0)
-    {
-        const int64_t start = m_codec.av_rescale(m_context->start_time, timeBase.den, int64_t {timeBase.num} * AV_TIME_BASE);
-        // A file may tell any start, so the sum may wrap.
-        target = static_cast<int64_t>(static_cast<uint64_t>(target) + static_cast<uint64_t>(start));
-    }
+    const int64_t sinceStart = m_codec.av_rescale(seconds, timeBase.den, timeBase.num);
+    // A file may tell any start, so the sum may wrap.
+    const auto target = static_cast<int64_t>(static_cast<uint64_t>(sinceStart) + static_cast<uint64_t>(GetStart()));
     BeginPlace();
-    m_codec.av_seek_frame(m_context.get(), m_main.Stream->index, target, AVSEEK_FLAG_BACKWARD);
+    const int result = m_codec.av_seek_frame(m_context.get(), m_main.Stream->index, target, AVSEEK_FLAG_BACKWARD);
     for (const Layer* const layer : {&m_main, &m_second})
         if (layer->Decoder != nullptr)
             m_codec.avcodec_flush_buffers(layer->Decoder.get());
+    return result >= 0;
 }
 
 void ZVFilmReader::BeginPlace()
@@ -200,15 +214,16 @@ void ZVFilmReader::BeginPlace()
 
 const AVFrame* ZVFilmReader::NextFrame()
 {
-    while (CanGoOn() && ReadPacket())
+    const AVFrame* frame = NextFrameOfPacket();
+    while (frame == nullptr && m_place.FramesSeen < m_options.FramesPerPlace && CanGoOn() && ReadPacket())
     {
         SendPacket();
-        if (const AVFrame* const frame = NextFrameOfPacket())
-            return frame;
+        frame = NextFrameOfPacket();
     }
-    return nullptr;
+    return frame;
 }
 
+// The next of the frames that came out of the packet that was sent last; null when there are no more.
 const AVFrame* ZVFilmReader::NextFrameOfPacket()
 {
     if (m_source == nullptr)
@@ -276,7 +291,7 @@ void ZVFilmReader::EndPlace(int result)
         ReadSource.Log("The film cannot be read to its end (%s)", GetReason(result));
     // A sound film of a few pictures ends while its decoder still keeps them.
     const int32_t keptFrames = m_main.Decoder->thread_count + m_main.Decoder->has_b_frames;
-    if (!m_place.HasFrame && (m_place.RefusedPackets > 0 || m_place.PacketsWithoutFrame > keptFrames))
+    if (m_place.FramesSeen == 0 && (m_place.RefusedPackets > 0 || m_place.PacketsWithoutFrame > keptFrames))
         ReadSource.Log("No frame came out of %d packets", m_place.PacketsWithoutFrame);
 }
 
@@ -309,7 +324,7 @@ const AVFrame* ZVFilmReader::ReceiveFrame()
     m_frame->time_base = m_source->Decoder->pkt_timebase;
     if (IsOfMainStream())
     {
-        m_place.HasFrame = true;
+        ++m_place.FramesSeen;
         m_place.PacketsWithoutFrame = 0;
         m_budget.Restart();
     }

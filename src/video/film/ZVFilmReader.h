@@ -9,14 +9,6 @@
 #include <cstdint>
 #include <span>
 
-// What became of opening the decoders.
-enum class ZVFilmDecoders
-{
-    Open,
-    None,      // no decoder is known for the main stream, or it does not take the stream: a fact about the film
-    NoMemory,  // the machine cannot open it now, which says nothing about the film
-};
-
 // Reads one film through the codec libraries: opens it, chooses its main video stream, decodes that and if wanted a second stream,
 // and goes to other places of the film.
 //
@@ -45,25 +37,26 @@ public:
     // Chooses the largest video stream for the main stream, the first of several. Null when there is no video but cover pictures.
     const AVStream* ChooseMainStream();
     const AVStream* GetMainStream() const { return m_main.Stream; }
+    // The time stamp at which the film starts, in the time base of the main stream; 0 when the container does not tell.
+    int64_t GetStart() const;
     // Has one more video stream decoded, beside the main stream, if there is a decoder for it.
     void SetSecondStream(AVStream& stream) { m_second.Stream = &stream; }
 
-    // Opens the decoders of the chosen streams. The place of the film is its beginning.
-    ZVFilmDecoders OpenDecoders();
+    // Opens the decoders of the chosen streams. The place of the film is its beginning. False when no decoder is known for the
+    // main stream or it does not take the stream, which is a fact about the film, and when there is no memory.
+    bool OpenDecoders();
 
-    // Reads on to the next packet that brings out a frame, and returns that frame, which is valid until the next call. Null at the
-    // end of the place: the end of the film, or one of the bounds above.
+    // The next frame, which is valid until the next call. Null at the end of the place: as many frames as were asked for, the end
+    // of the film, or one of the bounds above.
     const AVFrame* NextFrame();
-    // The further frames that came out of the same packet; null when there are no more.
-    const AVFrame* NextFrameOfPacket();
     // Whether the frame that was returned last is one of the main stream.
     bool IsOfMainStream() const { return m_source == &m_main; }
-    // True once a decoder ran out of memory: what came out of it does not say what the film is.
+    // True once the machine had no memory or threads for a decoder: what came out of it does not say what the film is.
     bool HasNoMemory() const { return m_hasNoMemory || m_picture.HasNoMemory(); }
 
-    // Goes to a time of the main stream, counted from the start of the film, or to a key frame before it. A film that cannot go
-    // there stays where it is. The decoders must be open.
-    void SeekTo(int32_t seconds);
+    // Begins a new place at a time of the main stream, counted from the start of the film, or at a key frame before it. False for
+    // a film that cannot go there, whose new place begins wherever that leaves it. The decoders must be open.
+    bool SeekTo(int32_t seconds);
 
     // What a result code of the libraries means.
     ZVString GetReason(int error) const;
@@ -81,13 +74,13 @@ private:
         int32_t PacketsOfOthers = 0;      // since the last packet of the main stream
         int32_t PacketsWithoutFrame = 0;  // packets of the main stream since its last frame
         int32_t RefusedPackets = 0;       // of the main stream
-        bool HasFrame = false;
+        int32_t FramesSeen = 0;           // of the main stream
         bool IsAtEnd = false;
     };
 
     bool Fail(int result, const ZVString& path);
     ZVString GetLimits() const;
-    ZVFilmDecoders OpenDecoder(Layer& layer);
+    bool OpenDecoder(Layer& layer);
     void LeaveOutOtherStreams();
     void BeginPlace();
     void EndPlace(int result);
@@ -95,11 +88,13 @@ private:
     bool CanGoOn();
     Layer* FindLayer(int32_t streamIndex);
     void SendPacket();
+    const AVFrame* NextFrameOfPacket();
     const AVFrame* ReceiveFrame();
     void NoteResult(int result);
 
     const ZVFilmOptions m_options;
     CZVAVLibraries m_codec;
+    ZVString m_path;
     ZVFilmBudget m_budget;
     ZVSharedPicture m_picture {m_codec};
     ZVFormatContextPointer m_context;

@@ -3,22 +3,30 @@
 #include "disc/language/LanguageCodes.h"
 #include "system/file/ZVFileSystem.h"
 #include "system/filename/ZVPathLayout.h"
+#include "system/log/ZVLog.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace
 {
+// The name under which those who read the log look for the choice of the film.
+constexpr wchar_t LogName[] = L"CZVVideoAnalyzeExtended::AnalyzeFile";
+constexpr ZVLogSource Source {ZVLogCategory::Media, LogName};
+constexpr ZVLogSource ClipSource {ZVLogCategory::Network, LogName};
+
 constexpr wchar_t PlaylistExtension[] = L"mpls";
 
 // Extensions are compared as they stand: one in upper case is that of an ordinary file.
 constexpr const wchar_t* DiscExtensions[] = {L"bdmv", PlaylistExtension, L"bluray", L"bluray3d"};
+constexpr const wchar_t* RefusedExtensions[] = {L"iso", L"ifo"};
 
 constexpr wchar_t Separators[] = L"/\\";
 
-bool IsDiscName(const ZVString& extension)
+template <size_t Count>
+bool IsOneOf(const ZVString& extension, const wchar_t* const (&list)[Count])
 {
-    for (const wchar_t* const item : DiscExtensions)
-        if (extension == item)
-            return true;
-    return false;
+    return std::ranges::find(list, extension.View()) != std::end(list);
 }
 
 ZVString GetAbsolute(const ZVString& path)
@@ -58,13 +66,26 @@ ZVString GetStreamFile(const BlurayPlaylist* playlist)
 ZVFilmSource::ZVFilmSource(const ZVFilename& file)
 {
     const ZVString extension = file.GetExtension(true);
-    if (!IsDiscName(extension))
+    if (IsOneOf(extension, DiscExtensions))
     {
-        m_path = file.GetPathOnly();
+        ChooseTitle(file, extension);
         return;
     }
+    m_path = file.GetPathOnly();
+    m_isFound = !IsOneOf(extension, RefusedExtensions);
+    if (!m_isFound)
+        Source.Log("Disc images and DVD folders are not analyzed here: %s", m_path);
+}
+
+void ZVFilmSource::ChooseTitle(const ZVFilename& file, const ZVString& extension)
+{
     m_disc = ScanDisc(file, extension);
     m_path = GetStreamFile(m_disc->GetSelected());
+    m_isFound = !m_path.IsEmpty();
+    if (m_isFound)
+        ClipSource.Log("Using '%s' as Blu-ray reference clip", m_path);
+    else
+        Source.Log("The disc has no title: %s", file.GetPathOnly());
 }
 
 std::optional<ZVString> ZVFilmSource::FindLanguage(int32_t pid) const

@@ -36,15 +36,14 @@ protected:
     {
         ASSERT_TRUE(film.Open(name));
         ASSERT_NE(film.ChooseMainStream(), nullptr);
-        ASSERT_EQ(film.OpenDecoders(), ZVFilmDecoders::Open);
+        ASSERT_TRUE(film.OpenDecoders());
     }
 
     static int32_t CountFrames(ZVFilmReader& film)
     {
         int32_t count = 0;
-        for (const AVFrame* frame = film.NextFrame(); frame != nullptr; frame = film.NextFrame())
-            for (; frame != nullptr; frame = film.NextFrameOfPacket())
-                ++count;
+        while (film.NextFrame() != nullptr)
+            ++count;
         return count;
     }
 
