@@ -76,6 +76,14 @@ TEST_F(BlurayAnalysis, TakesTheTitleThatIsAskedForOrSaysWhyNot)
     EXPECT_THAT(analysis.Log, HasSubstr("00003.mpls is not taken, since it shows the same as 00002.mpls"));
 }
 
+TEST_F(BlurayAnalysis, FindsTheBlackBarsOfTheMainTitle)
+{
+    FilmFolder::Make("-f lavfi -i color=gray:s=320x140:r=25:d=60 -vf pad=320:180:0:20 -c:v libx264 -preset ultrafast "
+                     "-f mpegts -mpegts_m2ts_mode 1 BDMV/STREAM/00001.m2ts");
+    EXPECT_THAT(FilmFolder::FindBlackBars("BDMV/index.bdmv").Properties,
+                IsSupersetOf({"Video Crop=0x20x320x160", "Aspect Ratio=2.29"}));
+}
+
 TEST_F(BlurayAnalysis, FailsWithoutATitleThatCanBeOpened)
 {
     fs::remove("BDMV/STREAM/00001.m2ts");

@@ -44,6 +44,18 @@ public:
     static FilmAnalysis Analyze(
         const std::string& name, std::vector<std::string> environment = {}, const std::function<void()>& prepare = [] {})
     {
+        return RunTask("/AnalyzeVideoExtended", name, std::move(environment), prepare);
+    }
+    // Has it look for black bars.
+    static FilmAnalysis FindBlackBars(const std::string& name)
+    {
+        return RunTask("/AnalyzeVideoBlackBars", name, {}, [] {});
+    }
+
+private:
+    static FilmAnalysis RunTask(const std::string& command, const std::string& name, std::vector<std::string> environment,
+                                const std::function<void()>& prepare)
+    {
         constexpr char ResultName[] = "result/film.xml";
         std::filesystem::remove(ResultName);
         std::filesystem::remove("worker.log");
@@ -51,7 +63,7 @@ public:
         environment.push_back("ZV_LOG_FILE=" + std::filesystem::absolute("worker.log").string());
 
         FilmAnalysis analysis;
-        analysis.Run = RunWorker({"/AnalyzeVideoExtended", name, ResultName}, environment, prepare);
+        analysis.Run = RunWorker({command, name, ResultName}, environment, prepare);
         analysis.HasResult = std::filesystem::exists(ResultName);
         analysis.Log = Read("worker.log");
         ZVPropertyMap properties;

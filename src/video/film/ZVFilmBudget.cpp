@@ -8,6 +8,9 @@
 
 void ZVFilmBudget::Serve(AVFormatContext& context)
 {
+    // The libraries close a film's own file without a word.
+    std::fill(std::begin(m_files), std::end(m_files), nullptr);
+    m_bytesOfClosedFiles = 0;
     m_openFile = context.io_open;
     m_closeFile = context.io_close2;
     context.opaque = this;

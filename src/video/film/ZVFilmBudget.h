@@ -29,7 +29,7 @@ public:
     ZVFilmBudget(const ZVFilmBudget&) = delete;
     ZVFilmBudget& operator=(const ZVFilmBudget&) = delete;
 
-    // Has a context ask this budget, which outlives it. The context is not open yet.
+    // Has a context ask this budget, which outlives it. The context is not open yet, and one that was served before is closed.
     void Serve(AVFormatContext& context);
 
     // Begins anew, for another place of the film or after a frame has come.

@@ -201,7 +201,8 @@ bool ZVFilmReader::SeekTo(int32_t seconds)
     for (const Layer* const layer : {&m_main, &m_second})
         if (layer->Decoder != nullptr)
             m_codec.avcodec_flush_buffers(layer->Decoder.get());
-    return result >= 0;
+    const int entries = m_codec.avformat_index_get_entries_count(m_main.Stream);
+    return result >= 0 && (entries == 0 || m_codec.avformat_index_get_entry(m_main.Stream, entries - 1)->timestamp > target);
 }
 
 void ZVFilmReader::BeginPlace()

@@ -54,8 +54,11 @@ public:
     // True once the machine had no memory or threads for a decoder: what came out of it does not say what the film is.
     bool HasNoMemory() const { return m_hasNoMemory || m_picture.HasNoMemory(); }
 
-    // Begins a new place at a time of the main stream, counted from the start of the film, or at a key frame before it. False for
-    // a film that cannot go there, whose new place begins wherever that leaves it. The decoders must be open.
+    // Begins a new place at a time of the main stream, counted from the start of the film, or at a key frame before it. The
+    // decoders must be open.
+    //
+    // False when where the new place begins hangs on what was read of the film before: it cannot be moved at all, or its index
+    // only grows while it is read and does not reach that far.
     bool SeekTo(int32_t seconds);
 
     // What a result code of the libraries means.

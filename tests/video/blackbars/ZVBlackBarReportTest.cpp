@@ -1,0 +1,89 @@
+#include "video/blackbars/ZVBlackBarReport.h"
+
+#include "video/RealCodec.h"
+#include "video/blackbars/ZVRectTrackers.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+using ZVBlackBarReportTest = RealCodec;
+
+constexpr ZVFilmClock Clock {
+    {1, 1000},
+    2000
+};
+
+ZVString Report(const ZVRectTrackers& trackers, double pixelAspect, const CZVAVLibraries& codec)
+{
+    const ZVBlackBarVerdict verdict(trackers.GetSeenOften(), pixelAspect);
+    return ZVBlackBarReport::Write(verdict, verdict.GetAspect(verdict.GetResult()), codec, Clock);
+}
+
+void Count(ZVRectTrackers& trackers, const ZVRect& rect, int32_t hits, int64_t pts)
+{
+    for (; hits > 0; --hits)
+        trackers.Add(rect, pts++);
+}
+
+// Every rectangle is told when the result is not sure, and none that was seen once or twice.
+TEST_F(ZVBlackBarReportTest, TellsEverythingOfALowScore)
+{
+    ZVRectTrackers trackers;
+    Count(trackers, {0, 0, 1920, 1080}, 300, 2'000);
+    Count(trackers, {0, 132, 1920, 948}, 297, 47'000);
+    Count(trackers, {240, 0, 1680, 1080}, 3, 5'402'999);
+    Count(trackers, {500, 500, 600, 600}, 2, 0);
+    EXPECT_EQ(Report(trackers, 1, m_codec), L"Score: 2\n"
+                                            L"Result: 0x0x1920x1080 (1.78)\n"
+                                            L"\n"
+                                            L"0x0x1920x1080 (1.78), 50% (300 samples), first at 00:00:00\n"
+                                            L"0x132x1920x948 (2.35), 50% (297 samples), first at 00:00:45\n"
+                                            L"240x0x1680x1080 (1.33), 1% (3 samples), first at 01:30:01\n");
+    Count(trackers, {0, 0, 1920, 1080}, 12, 9'000'000);
+    EXPECT_EQ(Report(trackers, 4. / 3, m_codec), L"Score: 2\n"
+                                                 L"Result: 0x0x1920x1080 (2.37)\n"
+                                                 L"\n"
+                                                 L"0x0x1920x1080 (2.37), 51% (312 samples), first at 00:00:00\n"
+                                                 L"0x132x1920x948 (3.14), 49% (297 samples), first at 00:00:45\n"
+                                                 L"240x0x1680x1080 (1.78), 0% (3 samples), first at 01:30:01\n");
+}
+
+TEST_F(ZVBlackBarReportTest, LeavesOutTheRareOfAHighScore)
+{
+    ZVRectTrackers trackers;
+    trackers.Add({0, 132, 1920, 948}, AV_NOPTS_VALUE);
+    Count(trackers, {0, 132, 1920, 948}, 990, 47'000);
+    for (int32_t hits = 0; hits < 5; ++hits)
+        trackers.Add({0, 0, 1920, 1080}, AV_NOPTS_VALUE);
+    Count(trackers, {240, 0, 1680, 1080}, 4, 0);
+    EXPECT_EQ(Report(trackers, 1, m_codec), L"Score: 5\n"
+                                            L"Result: 0x132x1920x948 (2.35)\n"
+                                            L"\n"
+                                            L"0x132x1920x948 (2.35), 99% (991 samples), first at 00:00:45\n"
+                                            L"0x0x1920x1080 (1.78), 1% (5 samples), first at <unknown>\n"
+                                            L"\n"
+                                            L"Hits <1% have been skipped due to a high accuracy score.");
+}
+
+TEST_F(ZVBlackBarReportTest, TellsWholeSecondsSinceTheStart)
+{
+    struct Row
+    {
+        int64_t Pts;
+        ZVFilmClock Clock;
+        const wchar_t* Expected;
+    };
+    const Row rows[] = {
+        {0,                       {{1, 1000}, 0},         L"00:00:00" },
+        {59'499,                  {{1, 1000}, 0},         L"00:00:59" },
+        {59'500,                  {{1, 1000}, 0},         L"00:01:00" },
+        {90'000 * 3725 + 126'000, {{1, 90'000}, 126'000}, L"01:02:05" },
+        {1001 * 24 * 1000,        {{1, 24'000}, 0},       L"00:16:41" },
+        {360'000,                 {{1, 1}, 0},            L"100:00:00"},
+        {AV_NOPTS_VALUE,          {{1, 1000}, 5},         L"<unknown>"},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(ZVBlackBarReport::GetTime(row.Pts, m_codec, row.Clock), row.Expected);
+}
+}
