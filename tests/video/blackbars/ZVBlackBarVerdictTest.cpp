@@ -181,20 +181,4 @@ TEST(ZVBlackBarVerdict, MergesWhatIsNearInOnePass)
     }
 }
 
-TEST(ZVBlackBarVerdict, HoldsAllPicturesWhenNoneDominates)
-{
-    const Trackers dark = {
-        {{100, 200, 900, 600}, 3, 0},
-        {{300, 40, 1000, 500}, 3, 1},
-        {{20, 300, 400, 720},  3, 2}
-    };
-    const ZVBlackBarVerdict none = Weigh(dark);
-    EXPECT_EQ(none.GetScore(), 1);
-    EXPECT_EQ(none.GetResult(), ZVRect({20, 40, 1000, 720}));
-    Trackers sure = dark;
-    sure[1].Hits = 4;
-    const ZVBlackBarVerdict some = Weigh(sure);
-    EXPECT_EQ(some.GetScore(), 2);
-    EXPECT_EQ(some.GetResult(), sure[1].Rect);
-}
 }

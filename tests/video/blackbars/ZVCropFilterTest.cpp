@@ -15,7 +15,6 @@ namespace
 {
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 class ZVCropFilterTest : public RealCodec
 {
@@ -76,17 +75,6 @@ protected:
     ZVRectTrackers m_trackers;
 };
 
-TEST_F(ZVCropFilterTest, ReportsAllButTheFirstSixteenFramesOfARun)
-{
-    const ZVFramePointer frame = Make(AV_PIX_FMT_GRAY8, 160, 120, Wide, 0);
-    Feed(*frame, 200);
-    EXPECT_THAT(GetHits(), ElementsAre(std::pair("0x20x160x100", 184)));
-    m_filter.Restart();
-    Feed(*frame, 20);
-    EXPECT_THAT(GetHits(), ElementsAre(std::pair("0x20x160x100", 188)));
-    EXPECT_EQ(frame->width, 160) << "the frame stays with its owner";
-}
-
 // What a frame shows beyond its neighbors stays in the reports until the next 32.
 TEST_F(ZVCropFilterTest, ReportsWhatTheFramesSinceTheLastResetHaveInCommon)
 {
@@ -128,25 +116,6 @@ TEST_F(ZVCropFilterTest, TakesForBlackWhatTheRangeAndTheDepthCallBlack)
         ASSERT_EQ(trackers.GetSeenOften().GetCount(), 1);
         EXPECT_EQ(trackers.GetSeenOften()[0].Rect, row.IsBlack ? Wide : ZVRect({0, 0, 160, 120}));
     }
-}
-
-TEST_F(ZVCropFilterTest, FindsNoSizeInABlackFilm)
-{
-    Feed(*Make(AV_PIX_FMT_GRAY8, 160, 120, {}, 16), 100);
-    EXPECT_THAT(GetHits(), IsEmpty());
-}
-
-// The filters read each frame as if it had the size of the first: the second would be read beyond its end.
-TEST_F(ZVCropFilterTest, BeginsAnewWithAFrameOfAnotherKind)
-{
-    const ZVFramePointer large = Make(AV_PIX_FMT_GRAY8, 160, 120, Wide, 0);
-    const ZVFramePointer small = Make(AV_PIX_FMT_GRAY8, 80, 60, {0, 8, 80, 52}, 0);
-    const ZVFramePointer deep = Make(AV_PIX_FMT_YUV444P10LE, 80, 60, {0, 8, 80, 52}, 0, 900);
-    Feed(*large, 20);
-    Feed(*small, 20);
-    Feed(*deep, 20);
-    Feed(*small, 16);
-    EXPECT_THAT(GetHits(), UnorderedElementsAre(std::pair("0x20x160x100", 4), std::pair("0x8x80x52", 8)));
 }
 
 TEST_F(ZVCropFilterTest, SaysOnceThatItCannotBeMade)
