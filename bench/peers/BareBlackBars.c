@@ -1,6 +1,6 @@
-// What a look for black bars costs at the least: seeks to nine places of a film, decodes up to 200 frames at each and has them, but for
-// the opening's, looked at by the crop detection, with the libraries of the codec component and the settings of the worker. It is linked
-// with the libraries and writes no result.
+// What a plain look for black bars costs: it seeks to nine places of a film, decodes up to 200 frames at each and has them, but for the
+// opening's, looked at by the crop detection, with the libraries of the codec component. It is linked with the libraries and writes no
+// result. The worker does less: it leaves out the opening and the packets of other streams.
 //
 //   BareBlackBars FILE
 //

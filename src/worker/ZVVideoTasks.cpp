@@ -2,6 +2,7 @@
 
 #include "video/blackbars/CZVVideoBlackBars.h"
 #include "video/extended/CZVVideoAnalyzeExtended.h"
+#include "video/film/ZVFilmAspect.h"
 #include "worker/ZVWorkerCommand.h"
 
 bool RunAnalyzeVideoExtendedTask(const ZVWorkerRequest& request, ZVPropertyMap& result)
@@ -19,7 +20,7 @@ bool RunAnalyzeVideoBlackBarsTask(const ZVWorkerRequest& request, ZVPropertyMap&
     if (!analysis.AnalyzeFile(ZVFilename(request.Match.GetPath(0))))
         return false;
     // Two of the names are there for every film, if only with an empty value.
-    for (const wchar_t* const name : {CZVVideoBlackBars::Crop, CZVVideoBlackBars::AspectRatio})
+    for (const wchar_t* const name : {CZVVideoBlackBars::Crop, ZVFilmAspect::Property})
         result.SetString(name, analysis.Properties.GetString(name));
     result.SetString(CZVVideoBlackBars::Report, analysis.Properties.GetString(CZVVideoBlackBars::Report), true);
     return true;

@@ -286,6 +286,7 @@ TEST_F(AnalyzeExtended, TakesAFilmByAnyNameInAnyLocaleAndFailsWithoutAPlaceForTh
     if (system("locale -a | grep -qi '^de_DE.utf'") != 0)
         GTEST_SKIP() << "there is no German locale";
     EXPECT_THAT(FilmFolder::Analyze("film.mkv", {"LC_ALL=de_DE.UTF-8"}).Properties, testing::Contains("Aspect Ratio=1,78"));
+    EXPECT_THAT(FilmFolder::FindBlackBars("film.mkv", {"LC_ALL=de_DE.UTF-8"}).Properties, testing::Contains("Aspect Ratio=1,78"));
 }
 
 TEST_F(AnalyzeExtended, FailsWithoutTheCodecComponent)

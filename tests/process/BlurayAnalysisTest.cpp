@@ -80,8 +80,7 @@ TEST_F(BlurayAnalysis, FindsTheBlackBarsOfTheMainTitle)
 {
     FilmFolder::Make("-f lavfi -i color=gray:s=320x140:r=25:d=60 -vf pad=320:180:0:20 -c:v libx264 -preset ultrafast "
                      "-f mpegts -mpegts_m2ts_mode 1 BDMV/STREAM/00001.m2ts");
-    EXPECT_THAT(FilmFolder::FindBlackBars("BDMV/index.bdmv").Properties,
-                IsSupersetOf({"Video Crop=0x20x320x160", "Aspect Ratio=2.29"}));
+    EXPECT_THAT(FilmFolder::FindBlackBars("BDMV/index.bdmv").Properties, Contains("Video Crop=0x20x320x160"));
 }
 
 TEST_F(BlurayAnalysis, FailsWithoutATitleThatCanBeOpened)

@@ -47,9 +47,10 @@ public:
         return RunTask("/AnalyzeVideoExtended", name, std::move(environment), prepare);
     }
     // Has it look for black bars.
-    static FilmAnalysis FindBlackBars(const std::string& name)
+    static FilmAnalysis FindBlackBars(
+        const std::string& name, std::vector<std::string> environment = {}, const std::function<void()>& prepare = [] {})
     {
-        return RunTask("/AnalyzeVideoBlackBars", name, {}, [] {});
+        return RunTask("/AnalyzeVideoBlackBars", name, std::move(environment), prepare);
     }
 
 private:

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// A rectangle of whole pixels. Right and bottom are the first column and row behind it.
+// A rectangle of whole pixels. Right and bottom are the first column and row outside it.
 struct ZVRect
 {
     int32_t Left = 0;

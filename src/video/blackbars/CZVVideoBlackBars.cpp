@@ -12,7 +12,7 @@ constexpr ZVLogSource Source {ZVLogCategory::Media, L"CZVVideoBlackBars::Analyze
 // The name under which those who read the log look for the places.
 constexpr ZVLogSource PlaceSource {ZVLogCategory::Network, L"CZVVideoAnalyzeExtended::BlackBarDetection"};
 
-// The pixels are looked at, so they must come out right; and the filters keep frames while the next are decoded.
+// The pixels are looked at, so they must come out right, and while that is done the decoder already writes the next ones.
 constexpr ZVFilmOptions FilmOptions = {
     .Read = ZVFilmOptions::Packets::OfDecodedStreams,
     .FramesPerPlace = 200,
@@ -34,7 +34,7 @@ bool CZVVideoBlackBars::AnalyzeFile(const ZVFilename& file)
     // Neither a file of sound nor one without a decoder is a failure.
     if (!OpenDecoders())
         return !m_film.HasNoMemory();
-    if (!Walk(source.GetPath()) || m_film.HasNoMemory() || m_filter.HasNoMemory())
+    if (!Walk(source.GetPath()) || HasNoMemory())
         return false;
     WriteResult(file.GetExtension(true));
     return true;
@@ -54,40 +54,38 @@ bool CZVVideoBlackBars::OpenDecoders()
 bool CZVVideoBlackBars::Walk(const ZVString& path)
 {
     const ZVSamplePositions positions(m_film.GetContainer().duration);
-    const bool isOpeningCounted = !positions.IsOpening(0);
-    if (!isOpeningCounted && positions.IsBeforeEnd(1))
+    if (!positions.IsOpeningCounted() && positions.IsBeforeEnd(1))
     {
-        if (VisitLaterPlaces(positions, Opening::LeftOut))
+        if (VisitLaterPlaces(positions, FirstPlace::WhereItWasSought))
             return true;
-        if (m_film.HasNoMemory() || !m_film.Open(path) || !OpenDecoders())
+        if (HasNoMemory() || !m_film.Open(path) || !OpenDecoders())
             return false;
     }
-    LookAtPlace(isOpeningCounted ? Frames::Counted : Frames::Seen);
-    VisitLaterPlaces(positions, Opening::Decoded);
-    return true;
+    LookAtPlace(positions.IsOpeningCounted() ? Frames::Counted : Frames::Seen);
+    return VisitLaterPlaces(positions, FirstPlace::WhereverItIs);
 }
 
-// Looks at the places behind the opening. Where that was left out, false as soon as it turns out to be missing.
-bool CZVVideoBlackBars::VisitLaterPlaces(const ZVSamplePositions& positions, Opening opening)
+// Looks at the places after the opening. False when the first of them is not what it must be.
+bool CZVVideoBlackBars::VisitLaterPlaces(const ZVSamplePositions& positions, FirstPlace first)
 {
-    for (int32_t index = 1; index < positions.GetCount() && positions.IsBeforeEnd(index); ++index)
+    for (int32_t index = 1; index < positions.GetCount() && positions.IsBeforeEnd(index) && !HasNoMemory(); ++index)
     {
+        const bool mustBeRight = index == 1 && first == FirstPlace::WhereItWasSought;
         m_filter.Restart();
         PlaceSource.Log("Seeking to %d", positions.Get(index));
         const bool isThere = m_film.SeekTo(positions.Get(index));
-        if (opening == Opening::LeftOut && !isThere)
+        if (mustBeRight && !isThere)
             return false;
         LookAtPlace(Frames::Counted);
-        if (opening == Opening::LeftOut && !m_hasFrame)
+        if (mustBeRight && !m_hasFrame)
             return false;
-        opening = Opening::Decoded;
     }
     return true;
 }
 
 void CZVVideoBlackBars::LookAtPlace(Frames frames)
 {
-    while (const AVFrame* const frame = m_film.NextFrame())
+    while (const AVFrame* const frame = HasNoMemory() ? nullptr : m_film.NextFrame())
     {
         if (frames == Frames::Counted)
             ProcessBlackBarFilter(*frame);
@@ -99,6 +97,11 @@ void CZVVideoBlackBars::LookAtPlace(Frames frames)
 // A stream may change its size. Rectangles of several sizes could not be weighed against each other.
 void CZVVideoBlackBars::ProcessBlackBarFilter(const AVFrame& frame)
 {
+    if (m_width < 1 || m_height < 1)
+    {
+        m_width = frame.width;
+        m_height = frame.height;
+    }
     if (frame.width == m_width && frame.height == m_height)
     {
         m_filter.Process(frame, m_trackers);
@@ -127,6 +130,5 @@ void CZVVideoBlackBars::WriteResult(const ZVString& extension)
         const ZVFilmClock clock {stream.time_base, m_film.GetStart()};
         Properties.SetString(Report, ZVBlackBarReport::Write(verdict, displayAspect, m_film.GetCodec(), clock));
     }
-    if (displayAspect > 0)
-        Properties.SetString(AspectRatio, ZVString::FromDouble(displayAspect, 2));
+    ZVFilmAspect::Write(Properties, displayAspect);
 }

@@ -6,7 +6,7 @@
 
 namespace
 {
-// Sides of two rectangles that are at most so many pixels apart are the same border, found a little otherwise.
+// Sides of two rectangles that are at most so many pixels apart are the same border, found at slightly different places.
 constexpr int32_t MergeDistance = 8;
 
 // The aspects in which films are made.
@@ -72,7 +72,7 @@ void ZVBlackBarVerdict::Sort()
     std::sort(m_entries.begin(), m_entries.end(), StandsBefore);
 }
 
-// An entry takes up those behind it that are near, one by one, and grows with each: what is near is judged by its new size.
+// An entry takes up those after it that are near, one by one, and grows with each: what is near is judged by its new size.
 void ZVBlackBarVerdict::Merge()
 {
     for (int32_t index = 0; index < m_entries.GetCount(); ++index)

@@ -15,7 +15,7 @@ public:
 
     // From 1, no rectangle dominates, to 5, nearly all frames agree.
     int32_t GetScore() const { return m_score; }
-    // The rectangle of the most frames; with score 1 the one that holds the picture of all frames.
+    // The rectangle of the most frames; with score 1 the one that holds all rectangles.
     const ZVRect& GetResult() const { return m_result; }
     // What was weighed, in the order of the hits, most first. Of equal hits the rectangle that was found first stands first.
     const ZVArray<sRectTracker>& GetEntries() const { return m_entries; }

@@ -1,9 +1,9 @@
 #include "video/blackbars/ZVCropFilter.h"
 
 #include "system/log/ZVLog.h"
+#include "video/film/ZVShortage.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -51,14 +51,32 @@ void ZVCropFilter::Process(const AVFrame& frame, ZVRectTrackers& trackers)
         Restart();
     if (m_hasFailed || (m_graph == nullptr && !Build(frame)))
         return;
-    // The source takes a reference of its own and leaves the frame as it is.
-    if (m_codec.av_buffersrc_write_frame(m_source, &frame) < 0)
-        return;
-    while (m_codec.av_buffersink_get_frame(m_sink, m_output.get()) >= 0)
+    int result = Feed(frame);
+    while (result >= 0)
     {
+        result = m_codec.av_buffersink_get_frame(m_sink, m_output.get());
+        if (result < 0)
+            break;
         Count(*m_output, trackers);
         m_codec.av_frame_unref(m_output.get());
     }
+    m_hasNoMemory = m_hasNoMemory || result == AVERROR(ENOMEM);
+}
+
+// The source takes a reference of its own. What a file says of its frames under the names of the crop detection does not go in,
+// since the crop detection says nothing of the first ones.
+int ZVCropFilter::Feed(const AVFrame& frame)
+{
+    if (frame.metadata == nullptr)
+        return m_codec.av_buffersrc_write_frame(m_source, &frame);
+    int result = m_codec.av_frame_ref(m_input.get(), &frame);
+    if (result >= 0)
+    {
+        m_codec.av_dict_free(&m_input->metadata);
+        result = m_codec.av_buffersrc_write_frame(m_source, m_input.get());
+    }
+    m_codec.av_frame_unref(m_input.get());
+    return result;
 }
 
 bool ZVCropFilter::Fits(const AVFrame& frame) const
@@ -76,7 +94,7 @@ bool ZVCropFilter::Build(const AVFrame& frame)
         BuildSource.Log(step.Failure, result);
         m_graph.reset();
         m_hasFailed = true;
-        m_hasNoMemory = result == AVERROR(ENOMEM);
+        m_hasNoMemory = IsShortage(result);
         return false;
     }
     m_width = frame.width;
@@ -88,8 +106,14 @@ bool ZVCropFilter::Build(const AVFrame& frame)
 int ZVCropFilter::CreateSource(const AVFrame& frame)
 {
     m_graph = ZVFilterGraphPointer(m_codec.avfilter_graph_alloc(), {m_codec.avfilter_graph_free});
+    m_input = ZVFramePointer(m_codec.av_frame_alloc(), {m_codec.av_frame_free});
     m_output = ZVFramePointer(m_codec.av_frame_alloc(), {m_codec.av_frame_free});
-    if (m_graph == nullptr || m_output == nullptr)
+    if (m_graph == nullptr || m_input == nullptr || m_output == nullptr)
+        return AVERROR(ENOMEM);
+    // Frames of a format that the crop detection does not take are converted for it and back again. No size changes, so the
+    // cheapest conversion gives the same brightness, and nobody looks at what comes back.
+    m_graph->scale_sws_opts = m_codec.av_strdup("flags=neighbor:sws_dither=none");
+    if (m_graph->scale_sws_opts == nullptr)
         return AVERROR(ENOMEM);
     const AVFilter* const filter = m_codec.avfilter_get_by_name("buffer");
     const char* const format = m_codec.av_get_pix_fmt_name(static_cast<AVPixelFormat>(frame.format));
@@ -102,7 +126,7 @@ int ZVCropFilter::CreateSource(const AVFrame& frame)
     return m_codec.avfilter_graph_create_filter(&m_source, filter, SourceName, arguments, nullptr, m_graph.get());
 }
 
-// The sink asks for the format of the frames, so that nothing is converted unless the crop detection needs it.
+// The sink asks for the format that the frames came in.
 int ZVCropFilter::CreateSink(const AVFrame& frame)
 {
     const AVFilter* const filter = m_codec.avfilter_get_by_name("buffersink");
@@ -139,7 +163,8 @@ int ZVCropFilter::Parse(const AVFrame& frame)
     ZVFilterPadsPointer inputs = makePad(SinkName, m_sink);
     if (outputs == nullptr || inputs == nullptr || outputs->name == nullptr || inputs->name == nullptr)
         return AVERROR(ENOMEM);
-    // Each report is what the last 32 frames at most have in common; the first 16 often come out of a scene change.
+    // Nothing is reported of the first 16 frames. Each report holds the picture of all frames since the last of its resets, which
+    // are 32 frames apart.
     char text[64];
     snprintf(text, sizeof text, "cropdetect=limit=%d:round=4:skip=16:reset=32", GetLimit(frame));
     // The call takes both lists and gives back what is left of them.
@@ -178,6 +203,8 @@ void ZVCropFilter::Count(const AVFrame& output, ZVRectTrackers& trackers) const
     const int32_t y = find("lavfi.cropdetect.y").value_or(0);
     const int32_t width = find("lavfi.cropdetect.w").value_or(0);
     const int32_t height = find("lavfi.cropdetect.h").value_or(0);
-    if (x >= 0 && y >= 0 && width > 0 && height > 0)
+    // Sides outside the frame are none.
+    const bool isInside = x >= 0 && y >= 0 && width <= m_width - x && height <= m_height - y;
+    if (isInside && width > 0 && height > 0)
         trackers.Add({x, y, x + width, y + height}, output.pts);
 }

@@ -18,14 +18,14 @@ public:
     ZVCropFilter(const ZVCropFilter&) = delete;
     ZVCropFilter& operator=(const ZVCropFilter&) = delete;
 
-    // Takes the next frame and counts what is known then. Where the chain cannot be made for a frame, the log says why, and that
-    // was all for this film.
+    // Takes the next frame and counts what is known then. Where the chain cannot be made for a frame, the log says why, and
+    // nothing more is counted for this film.
     void Process(const AVFrame& frame, ZVRectTrackers& trackers);
 
     // Begins anew with the next frame: what was seen elsewhere in the film does not count there.
     void Restart() { m_graph.reset(); }
 
-    // True once there was no memory for the chain, which says nothing about the film.
+    // True once there was no memory for the chain or in it, which says nothing about the film.
     bool HasNoMemory() const { return m_hasNoMemory; }
 
 private:
@@ -35,6 +35,7 @@ private:
     int Configure(const AVFrame& frame);
     bool Build(const AVFrame& frame);
     bool Fits(const AVFrame& frame) const;
+    int Feed(const AVFrame& frame);
     int32_t GetLimit(const AVFrame& frame) const;
     void Count(const AVFrame& output, ZVRectTrackers& trackers) const;
 
@@ -50,6 +51,7 @@ private:
     ZVFilterGraphPointer m_graph;
     AVFilterContext* m_source = nullptr;  // of the graph, like the sink
     AVFilterContext* m_sink = nullptr;
+    ZVFramePointer m_input;
     ZVFramePointer m_output;
     // What the graph was made for.
     int m_width = 0;

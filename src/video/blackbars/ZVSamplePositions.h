@@ -13,12 +13,12 @@ public:
     int32_t GetCount() const { return m_count; }
     int32_t Get(int32_t index) const { return m_seconds[index]; }
 
-    // Whether a place lies before the end, which it does when that is not known. Its microseconds are counted in 32 bits, so beyond
-    // 2147 seconds the answer is that for the wrapped value. Callers rely on the results that come of this.
+    // Whether a place lies before the end, which it does when that is not known. Its microseconds are counted in 32 bits and wrap
+    // beyond 2147 seconds, but a film in which they do is longer than any wrapped value.
     bool IsBeforeEnd(int32_t index) const;
 
-    // A film's opening, with its logos, tells less than the other places when there are enough of them.
-    bool IsOpening(int32_t index) const { return index == 0 && m_count > FewPositions; }
+    // Whether the first place counts. A film's opening, with its logos, tells less than the other places when there are enough.
+    bool IsOpeningCounted() const { return m_count <= FewPositions; }
 
 private:
     static constexpr int32_t FewPositions = 3;

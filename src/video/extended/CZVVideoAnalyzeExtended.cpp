@@ -149,7 +149,5 @@ void CZVVideoAnalyzeExtended::WriteAspectRatio(const ZVString& extension)
 {
     const AVStream& stream = *m_film.GetMainStream();
     const double pixelAspect = ZVFilmAspect::GetPixelAspect(stream, m_sampleAspect, extension);
-    const double aspect = ZVFilmAspect::GetDisplayAspect(stream, pixelAspect);
-    if (aspect > 0)
-        Properties.SetString(L"Aspect Ratio", ZVString::FromDouble(aspect, 2));
+    ZVFilmAspect::Write(Properties, ZVFilmAspect::GetDisplayAspect(stream, pixelAspect));
 }

@@ -31,3 +31,9 @@ double ZVFilmAspect::GetDisplayAspect(const AVStream& stream, double pixelAspect
         return 0;
     return static_cast<double>(parameters.width) / parameters.height * pixelAspect;
 }
+
+void ZVFilmAspect::Write(ZVPropertyMap& properties, double aspect)
+{
+    if (aspect > 0)
+        properties.SetString(Property, ZVString::FromDouble(aspect, 2));
+}

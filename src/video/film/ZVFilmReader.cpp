@@ -5,10 +5,8 @@
 #include "system/filename/ZVNativePath.h"
 #include "system/log/ZVLog.h"
 #include "video/film/ZVCodecLog.h"
+#include "video/film/ZVShortage.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <iterator>
 #include <string>
 
 namespace
@@ -25,14 +23,6 @@ constexpr int32_t MaximumPacketsWithoutFrame = 1000;
 
 // The same for a stream that brings no packet while the others go on: more than ten minutes of sound.
 constexpr int32_t MaximumPacketsOfOthers = 100'000;
-
-// What the libraries return when the machine has no memory or no threads left.
-constexpr int ShortageErrors[] = {AVERROR(ENOMEM), AVERROR(EAGAIN)};
-
-bool IsShortage(int result)
-{
-    return std::find(std::begin(ShortageErrors), std::end(ShortageErrors), result) != std::end(ShortageErrors);
-}
 
 // The name as the codec libraries take it. A local one gets their prefix for files, so that no ":" in it is taken for a protocol.
 std::string GetInputName(const ZVString& path)

@@ -21,6 +21,7 @@ public:
     explicit ZVFilmReader(const ZVFilmOptions& options);
     ZVFilmReader(const ZVFilmReader&) = delete;
     ZVFilmReader& operator=(const ZVFilmReader&) = delete;
+    ~ZVFilmReader() { Close(); }
 
     const CZVAVLibraries& GetCodec() const { return m_codec; }
 
@@ -57,8 +58,8 @@ public:
     // Begins a new place at a time of the main stream, counted from the start of the film, or at a key frame before it. The
     // decoders must be open.
     //
-    // False when where the new place begins hangs on what was read of the film before: it cannot be moved at all, or its index
-    // only grows while it is read and does not reach that far.
+    // False when the beginning of the new place depends on what was read of the film before: it cannot be moved at all, or its
+    // index only grows while it is read and does not reach that far.
     bool SeekTo(int32_t seconds);
 
     // What a result code of the libraries means.

@@ -174,7 +174,7 @@ TEST(ZVBlackBarVerdict, MergesWhatIsNearInOnePass)
         for (int32_t index = 0; const sRectTracker& expected : row.Expected)
         {
             const sRectTracker& entry = verdict.GetEntries()[index++];
-            EXPECT_EQ(entry.Rect, expected.Rect) << entry.Rect.GetText(L"x").GetUTF8();
+            EXPECT_EQ(entry.Rect, expected.Rect);
             EXPECT_EQ(entry.Hits, expected.Hits);
             EXPECT_EQ(entry.FirstPts, expected.FirstPts);
         }

@@ -15,6 +15,7 @@ namespace
 {
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 
 class ZVCropFilterTest : public RealCodec
 {
@@ -31,7 +32,7 @@ protected:
     ZVFramePointer Make(AVPixelFormat format, int width, int height, const ZVRect& picture, int bars, int brightness = 200)
     {
         ZVFramePointer frame(m_codec.av_frame_alloc(), {m_codec.av_frame_free});
-        const int pixelSize = format == AV_PIX_FMT_GRAY8 ? 1 : 2;
+        const int pixelSize = format == AV_PIX_FMT_GRAY8 || format == AV_PIX_FMT_YUVJ444P ? 1 : 2;
         frame->format = format;
         frame->width = width;
         frame->height = height;
@@ -76,7 +77,7 @@ protected:
 };
 
 // What a frame shows beyond its neighbors stays in the reports until the next 32.
-TEST_F(ZVCropFilterTest, ReportsWhatTheFramesSinceTheLastResetHaveInCommon)
+TEST_F(ZVCropFilterTest, ReportsThePictureOfAllFramesSinceTheLastReset)
 {
     const ZVFramePointer frame = Make(AV_PIX_FMT_GRAY8, 160, 120, Wide, 0);
     Feed(*frame, 16 + 30);
@@ -99,6 +100,8 @@ TEST_F(ZVCropFilterTest, TakesForBlackWhatTheRangeAndTheDepthCallBlack)
         {AV_PIX_FMT_GRAY8,       AVCOL_RANGE_UNSPECIFIED, 21, false},
         {AV_PIX_FMT_GRAY8,       AVCOL_RANGE_JPEG,        4,  true },
         {AV_PIX_FMT_GRAY8,       AVCOL_RANGE_JPEG,        5,  false},
+        {AV_PIX_FMT_YUVJ444P,    AVCOL_RANGE_UNSPECIFIED, 4,  true },
+        {AV_PIX_FMT_YUVJ444P,    AVCOL_RANGE_UNSPECIFIED, 5,  false},
         {AV_PIX_FMT_YUV444P10LE, AVCOL_RANGE_MPEG,        80, true },
         {AV_PIX_FMT_YUV444P10LE, AVCOL_RANGE_MPEG,        81, false},
         {AV_PIX_FMT_YUV444P12LE, AVCOL_RANGE_JPEG,        64, true },
@@ -116,6 +119,14 @@ TEST_F(ZVCropFilterTest, TakesForBlackWhatTheRangeAndTheDepthCallBlack)
         ASSERT_EQ(trackers.GetSeenOften().GetCount(), 1);
         EXPECT_EQ(trackers.GetSeenOften()[0].Rect, row.IsBlack ? Wide : ZVRect({0, 0, 160, 120}));
     }
+}
+
+// The filters read each frame as if it had the size of the first: the second would be read beyond its end.
+TEST_F(ZVCropFilterTest, BeginsAnewWithAFrameOfAnotherSize)
+{
+    Feed(*Make(AV_PIX_FMT_GRAY8, 160, 120, Wide, 0), 20);
+    Feed(*Make(AV_PIX_FMT_GRAY8, 80, 60, {0, 8, 80, 52}, 0), 20);
+    EXPECT_THAT(GetHits(), UnorderedElementsAre(std::pair("0x20x160x100", 4), std::pair("0x8x80x52", 4)));
 }
 
 TEST_F(ZVCropFilterTest, SaysOnceThatItCannotBeMade)

@@ -19,7 +19,7 @@ Seconds GetSeconds(int64_t duration)
     return seconds;
 }
 
-TEST(ZVSamplePositions, LieAnEighthApartBehindTheFirstTwo)
+TEST(ZVSamplePositions, LieAnEighthApartAfterTheFirstTwo)
 {
     EXPECT_EQ(GetSeconds(INT64_MIN), Seconds({0, 45}));
     EXPECT_EQ(GetSeconds(1), Seconds({0, 45, 0, 0, 0, 0, 0, 0, 0}));
@@ -27,12 +27,11 @@ TEST(ZVSamplePositions, LieAnEighthApartBehindTheFirstTwo)
     EXPECT_EQ(GetSeconds((80 + (int64_t {1} << 32)) * Second), Seconds({0, 45, 10, 20, 30, 40, 50, 60, 70}));
 }
 
-TEST(ZVSamplePositions, AreComparedWithTheEndInWrappedMicroseconds)
+TEST(ZVSamplePositions, LieBeforeTheEndUnlessThatComesInTheFirst45Seconds)
 {
     EXPECT_TRUE(ZVSamplePositions(INT64_MIN).IsBeforeEnd(1)) << "an unknown length ends nothing";
     EXPECT_FALSE(ZVSamplePositions(45 * Second).IsBeforeEnd(1));
     EXPECT_TRUE(ZVSamplePositions(45 * Second + 1).IsBeforeEnd(1));
-    // 2700 s wrap to a negative value, which is below the length.
     EXPECT_TRUE(ZVSamplePositions(7200 * Second).IsBeforeEnd(4));
     EXPECT_TRUE(ZVSamplePositions(INT64_MAX).IsBeforeEnd(8));
 }
