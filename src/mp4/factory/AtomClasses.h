@@ -1,0 +1,21 @@
+#pragma once
+
+// All classes of atoms that the factory makes.
+#include "mp4/model/CFREEAtom.h"
+#include "mp4/movie/CCopyrightAtom.h"
+#include "mp4/movie/CDREFAtom.h"
+#include "mp4/movie/CELSTAtom.h"
+#include "mp4/movie/CFTYPAtom.h"
+#include "mp4/movie/CHDLRAtom.h"
+#include "mp4/movie/CMDATAtom.h"
+#include "mp4/movie/CMDIAAtom.h"
+#include "mp4/movie/CMOOVAtom.h"
+#include "mp4/movie/CMVHDAtom.h"
+#include "mp4/movie/CTKHDAtom.h"
+#include "mp4/movie/CTRAKAtom.h"
+#include "mp4/movie/CTrackReferenceTypeAtom.h"
+#include "mp4/movie/CUUIDAtom.h"
+#include "mp4/movie/CUdtaAtom.h"
+#include "mp4/movie/MediaHeaders.h"
+#include "mp4/movie/PlainAtoms.h"
+#include "mp4/quicktime/QTMetaAtom.h"
