@@ -30,7 +30,8 @@ void CChunkOffsetAtomBase::Verify(const CMDATList& mdatList, bool)
 void CChunkOffsetAtomBase::Match(const CMDATIndex& index)
 {
     CMDATRange range;
-    for (; m_matchedCount < GetChunkCount(); ++m_matchedCount)
+    const uint32_t count = GetChunkCount();
+    for (; m_matchedCount < count; ++m_matchedCount)
     {
         const uint64_t offset = GetOffset(m_matchedCount);
         if (range.Contains(offset))
