@@ -15,12 +15,13 @@ public:
     // Finds the mdat atom of each chunk, unless there are none, up to the first chunk that lies in none. That fails nothing. The
     // mdat atoms must outlive what was found of them.
     void Verify(const CMDATList& mdatList, bool checkOverlap) override;
-    // The chunks whose mdat is known are counted from the start of its data, and the reverse. The offset of a place where the
-    // table cannot say it keeps its low bits.
+    // The chunks whose mdat is known are counted from the start of its data, and the reverse. An offset that does not fit into
+    // the table keeps its low bits.
     void ConvertToRelative() override;
     void ConvertToAbsolute() override;
 
     uint32_t GetChunkCount() const { return m_offsets.GetCount(); }
+    // Where a chunk begins that is in the table.
     uint64_t GetOffset(uint32_t chunk) const
     {
         return m_offsets.GetRowWidth() == ShortOffset ? m_offsets.Get<uint32_t>(chunk) : m_offsets.Get<uint64_t>(chunk);

@@ -33,6 +33,7 @@ public:
         visitor.Rest("descriptor", m_body);
     }
 
+    // What the atom says, which is taken apart by the first call.
     const CStreamDescription& GetDescription() const
     {
         if (!m_description.has_value())

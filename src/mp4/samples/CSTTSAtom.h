@@ -21,6 +21,7 @@ public:
         visitor.Table("sample counts and deltas", count, m_runs);
     }
 
+    // The runs, which count from 0, and what is said of one that is there.
     uint32_t GetRunCount() const { return m_runs.GetCount(); }
     uint32_t GetSampleCount(uint32_t run) const { return m_runs.Get<uint32_t>(run); }
     // In units of the media's timescale.

@@ -34,21 +34,6 @@ TEST(CMOOVAtom, SortsItsTracksByHandlerAndDescriptions)
     EXPECT_EQ(tracks[1]->GetDurationInSeconds(), 2.5);
 }
 
-TEST(CMOOVAtom, TellsNothingOfKindsItDoesNotHave)
-{
-    const Film audio(Movie(Track("soun", SoundTables)));
-    EXPECT_EQ(audio.GetMovie().GetMediaType(), 'a');
-    EXPECT_EQ(audio.GetMovie().GetWidth(), 0);
-    EXPECT_EQ(audio.GetMovie().GetFramesPerSecond(), 0);
-    const Film other(Movie(Track("text", UnknownTables)));
-    EXPECT_EQ(other.GetMovie().GetMediaType(), 'o');
-    EXPECT_EQ(other.GetMovie().GetTracks().size(), 1U);
-    EXPECT_EQ(other.GetMovie().GetSampleRate(), 0);
-    EXPECT_EQ(other.GetMovie().GetAudioAverageBitRate(), 0U);
-    EXPECT_EQ(other.GetMovie().GetTimescale(), 600U);
-    EXPECT_EQ(other.GetMovie().GetDuration(), 1200U);
-}
-
 TEST(CMOOVAtom, CountsFramesThatTheTablesAgreeOn)
 {
     // 100 sizes, but 8 chunks of 6: 48 frames in 1200 units of which 600 are a second.
@@ -116,17 +101,6 @@ TEST(CMOOVAtom, FindsSamplesThatLieOverEachOther)
         EXPECT_EQ(film.Message, row.Message) << row.First << ' ' << row.Second;
         EXPECT_EQ(Film(file).Message, L"");
     }
-}
-
-TEST(CMOOVAtom, LeavesTheCursorsAtTheEndAndBeginsAnew)
-{
-    const Tables audio {.Entries = Descriptions({SoundEntry()}), .SampleSizes = FixedSizes(1, 1), .Offsets = Table("stco", {9})};
-    Film film(Movie(Track("soun", audio.Make()) + Track("vide", VideoTables)), true);
-    const auto& tracks = film.GetMovie().GetTracks();
-    EXPECT_EQ(tracks[0]->Cursor, 1U);
-    EXPECT_EQ(tracks[1]->Cursor, 1U);
-    film.Verify(false);
-    EXPECT_EQ(tracks[0]->Cursor, 0U);
 }
 
 // What a movie found is its own: a copy that outlives it must not know of it.

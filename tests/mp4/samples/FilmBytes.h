@@ -5,7 +5,7 @@
 #include "mp4/movie/CMDATAtom.h"
 #include "mp4/movie/CMOOVAtom.h"
 
-#include <initializer_list>
+#include <vector>
 
 // Films as bytes, for tests of tracks and their tables.
 namespace FilmBytes

@@ -131,13 +131,10 @@ TEST(SampleEntries, DecideTheKindOfMedia)
 
 TEST(SampleEntries, TheFirstOfAKnownTypeTells)
 {
-    const Film film(FilmWith({Atom("hvc1"), SoundEntry("ac-3"), SoundEntry("mp4a", Esds())}));
-    EXPECT_EQ(DescriptionsOf(film).GetObjectType(), CCodecNumber::AC3);
-    EXPECT_EQ(DescriptionsOf(film).GetAverageBitRate(), 0U);
-    EXPECT_EQ(DescriptionsOf(film).GetWidth(), 0);
+    const Film sound(FilmWith({Atom("hvc1"), SoundEntry("mp4a", Esds()), SoundEntry("mp4a")}));
+    EXPECT_EQ(DescriptionsOf(sound).GetAverageBitRate(), 128000U);
     const Film opaque(FilmWith({Atom("AVdn", Zeros(40)), VideoEntry()}));
     EXPECT_EQ(DescriptionsOf(opaque).GetWidth(), 0);
-    EXPECT_EQ(DescriptionsOf(opaque).GetObjectType(), 0);
 }
 
 TEST(SampleEntries, TheirTypesTellTheCodec)

@@ -83,12 +83,6 @@ TEST(SampleTables, TellSizesOfSamplesThatAreThere)
     EXPECT_EQ(variedSizes.SumSampleSizes(1, 3), 0x100000008U);
 }
 
-TEST(SampleTables, AddUpTimes)
-{
-    const Film film(FilmWith({.Times = Table("stts", {3, 512, 0, 9, 0xffffffff, 0xffffffff}, 2)}));
-    EXPECT_EQ(TablesOf(film).GetTimes()->GetTotalDuration(), 1536 + 0xfffffffe00000001U);
-}
-
 TEST(SampleTables, AgreeOnTheSmallerCount)
 {
     const std::vector<uint64_t> tenChunks = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
