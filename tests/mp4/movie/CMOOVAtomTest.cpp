@@ -53,19 +53,21 @@ TEST(CMOOVAtom, MustHaveItsHeaders)
 {
     const Bytes movieHeader = FullAtom("mvhd", Zeros(96));
     const Bytes trackHeader = FullAtom("tkhd", Zeros(80));
+    // clang-format off
     const struct
     {
         Bytes Movie;
         const wchar_t* Message;
     } rows[] = {
-        {Zeros(0),                                     L"moov atom has wrong number of mvhd atoms"},
-        {                                                        movieHeader + movieHeader, L"moov atom has wrong number of mvhd atoms"                                           },
-        {                               movieHeader + Atom("trak"),                                            L"trak atom has wrong number of tkhd atoms"                                                              },
-        { movieHeader + Atom("trak",                                            trackHeader),                                                               L"trak atom has wrong number of mdia atoms"},
-        {                                                movieHeader + Atom("trak",                                            trackHeader + Atom("mdia")),                                                              L"mdia atom has wrong number of mdhd atoms"},
-        {                                                             movieHeader + Track("vide",                                            Atom("stbl")),                                                              L"stbl atom has wrong number of stsd atoms"},
-        {                                                                       movieHeader + Track("vide",                                            {}),                                                                                        L""},
+        {{}, L"moov atom has wrong number of mvhd atoms"},
+        {movieHeader + movieHeader, L"moov atom has wrong number of mvhd atoms"},
+        {movieHeader + Atom("trak"), L"trak atom has wrong number of tkhd atoms"},
+        {movieHeader + Atom("trak", trackHeader), L"trak atom has wrong number of mdia atoms"},
+        {movieHeader + Atom("trak", trackHeader + Atom("mdia")), L"mdia atom has wrong number of mdhd atoms"},
+        {movieHeader + Track("vide", Atom("stbl")), L"stbl atom has wrong number of stsd atoms"},
+        {movieHeader + Track("vide", {}), L""},
     };
+    // clang-format on
     for (const auto& row : rows)
         EXPECT_EQ(Film(Atom("moov", row.Movie)).Message, row.Message);
 }

@@ -173,27 +173,29 @@ TEST(SampleEntries, TheirTypesTellTheCodec)
 TEST(SampleEntries, TheirDescriptorsTellTheCodec)
 {
     const Bytes none = Esds("\x04\x01\x20");
+    // clang-format off
     const struct
     {
         const char* Name;
         Bytes Entry;
         int32_t Number;
     } rows[] = {
-        {"esds of sound",     SoundEntry("ac-3",          Esds()),                           64                                                    },
-        {"esds in a wave",    SoundEntry("ac-3",          PacketFields + Atom("wave",        Esds()),                                                1), 64},
-        {"esds of plain sound",                 SoundEntry("twos",                                           PacketFields + Esds()),                                                        64                                                                            },
-        {"esds of video",                 VideoEntry("mp4v",                                           Esds()),       64},
-        {"wave of video",                 VideoEntry("mp4v",                                           Atom("wave",                                                        Esds())),                                                                                                                              32},
-        {"esds that describes nothing",           SoundEntry("mp4a",                                   none),             0},
-        {"that and a wave",              SoundEntry("mp4a",     none + Atom("wave",                          Esds())),                                                                                                                                                       0},
-        {"empty esds", SoundEntry("mp4a",               Esds({})),                      0},
-        {"esds without a version",  SoundEntry("mp4a",     Atom("esds",                "abc")),                                                                                                                                                 0},
-        {"alac", SoundEntry("alac",            Alac()),                       254},
-        {"alac and wave",              SoundEntry("alac",                       Atom("wave",                                      Esds()) + Alac()),                                                                   254},
-        {"alac in another entry",     SoundEntry("mp4a", Alac()), 64},
-        {"that and a wave with esds",                   SoundEntry("ac-3",                       Alac() + Atom("wave",                                   Esds())),                                                                                  64},
-        {"wave without esds",                   SoundEntry("ac-3",                   Atom("wave")),                 65288                            },
+        {"esds of sound", SoundEntry("ac-3", Esds()), 64},
+        {"esds in a wave", SoundEntry("ac-3", PacketFields + Atom("wave", Esds()), 1), 64},
+        {"esds of plain sound", SoundEntry("twos", PacketFields + Esds()), 64},
+        {"esds of video", VideoEntry("mp4v", Esds()), 64},
+        {"wave of video", VideoEntry("mp4v", Atom("wave", Esds())), 32},
+        {"esds that describes nothing", SoundEntry("mp4a", none), 0},
+        {"that and a wave", SoundEntry("mp4a", none + Atom("wave", Esds())), 0},
+        {"empty esds", SoundEntry("mp4a", Esds({})), 0},
+        {"esds without a version", SoundEntry("mp4a", Atom("esds", "abc")), 0},
+        {"alac", SoundEntry("alac", Alac()), 254},
+        {"alac and wave", SoundEntry("alac", Atom("wave", Esds()) + Alac()), 254},
+        {"alac in another entry", SoundEntry("mp4a", Alac()), 64},
+        {"that and a wave with esds", SoundEntry("ac-3", Alac() + Atom("wave", Esds())), 64},
+        {"wave without esds", SoundEntry("ac-3", Atom("wave")), 65288},
     };
+    // clang-format on
     for (const auto& row : rows)
     {
         SCOPED_TRACE(row.Name);
@@ -205,6 +207,7 @@ TEST(SampleEntries, TheirDescriptorsTellTheCodec)
 
 TEST(SampleEntries, PreferWhatALosslessDescriptorSays)
 {
+    // clang-format off
     const struct
     {
         Bytes Alac;
@@ -212,16 +215,17 @@ TEST(SampleEntries, PreferWhatALosslessDescriptorSays)
         int32_t Channels;
         int32_t SampleRate;
     } rows[] = {
-        {Alac(),            24,             6,                           96000                                  },
-        {Alac(8,            1,              1),                          8,                                       1, 1},
-        {Alac(32,                31,                              192000),                                                   32,                                                                         31, 192000},
-        {Alac(7,               0,                           0),16,2, 48000},
-        {Alac(33,  32),16,                2,                                                                                          96000},
-        {FullAtom("alac",                 Alac().substr(12,                         23)),                                                24,                                                                                                  6, 48000},
-        {FullAtom("alac",            Alac().substr(12,                          6)),                                       24,2, 48000},
-        {FullAtom("alac",               {}),                            16,   2,48000},
-        {Esds(),16,2,48000                                            },
+        {Alac(), 24, 6, 96000},
+        {Alac(8, 1, 1), 8, 1, 1},
+        {Alac(32, 31, 192000), 32, 31, 192000},
+        {Alac(7, 0, 0), 16, 2, 48000},
+        {Alac(33, 32), 16, 2, 96000},
+        {FullAtom("alac", Alac().substr(12, 23)), 24, 6, 48000},
+        {FullAtom("alac", Alac().substr(12, 6)), 24, 2, 48000},
+        {FullAtom("alac"), 16, 2, 48000},
+        {Esds(), 16, 2, 48000},
     };
+    // clang-format on
     for (const auto& row : rows)
     {
         SCOPED_TRACE(row.Alac.size());
@@ -247,22 +251,24 @@ TEST(SampleEntries, ReadEveryFormOfADescriptor)
     const Bytes id = Number(1, 2);
     const Bytes config = Tagged(4, DecoderConfig);
     const Bytes longConfig = Bytes("\x04\x80\x80\x80\x16", 5) + DecoderConfig;
+    // clang-format off
     const struct
     {
         const char* Name;
         Bytes Descriptor;
         int32_t ObjectType;
     } rows[] = {
-        {"depends on another",             Tagged(3,                                            id + "\x80" + "xx" + config),                                                       0x40},
-        {"has a URL",                                Tagged(3,                                                                         id + "\x40" + Tagged(3,                                                                                                                    "abc").substr(1) + config), 0x40},
-        {"has a clock",      Tagged(3,                                                     id + "\x3f" + "xx" + config),                    0x40},
-        {"has all",                   Tagged(3,id + "\xff" + "xx" + Tagged(3,                                                 "abc").substr(1) + "xx" + config), 0x40},
-        {"long lengths",                        Bytes("\x03\x80\x80\x80\x20",                                                 5) + id + Zeros(1) + longConfig,                                                                                                                 0x40},
-        {"a length of four bytes that goes on",                            Bytes("\x03\x80\x80\x80\xff",                                                                               5) + id + Zeros(1) + config,                                                                                                                                                    0x40},
-        {"a URL beyond the end", Tagged(3,id + "\x40" + "\xff" + config),0},
-        {"another tag",Tagged(3,id + Zeros(1) + "\x06" + config.substr(1)),0},
-        {"another first tag",           "\x02" + PlainDescriptor.substr(1),                                                      0                                                                                                          },
+        {"depends on another", Tagged(3, id + "\x80" + "xx" + config), 0x40},
+        {"has a URL", Tagged(3, id + "\x40" + "\x03" + "abc" + config), 0x40},
+        {"has a clock", Tagged(3, id + "\x3f" + "xx" + config), 0x40},
+        {"has all", Tagged(3, id + "\xff" + "xx" + "\x03" + "abc" + "xx" + config), 0x40},
+        {"long lengths", Bytes("\x03\x80\x80\x80\x20", 5) + id + Zeros(1) + longConfig, 0x40},
+        {"a length of four bytes that goes on", Bytes("\x03\x80\x80\x80\xff", 5) + id + Zeros(1) + config, 0x40},
+        {"a URL beyond the end", Tagged(3, id + "\x40" + "\xff" + config), 0},
+        {"another tag", Tagged(3, id + Zeros(1) + "\x06" + config.substr(1)), 0},
+        {"another first tag", "\x02" + PlainDescriptor.substr(1), 0},
     };
+    // clang-format on
     for (const auto& row : rows)
     {
         SCOPED_TRACE(row.Name);

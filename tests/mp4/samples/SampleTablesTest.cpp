@@ -101,8 +101,7 @@ TEST(SampleTables, AgreeOnTheSmallerCount)
         {"chunks in front of all entries", Chunks({3, 50, 1, 5, 10, 1}),                  160 },
         {"a first chunk of 0",             Chunks({0, 50, 1, 2, 10, 1}),                  140 },
         {"twice the same first chunk",     Chunks({1, 7, 1, 3, 50, 1, 3, 10, 1}),         94  },
- // The second entry would begin after the third, which holds from chunk 4 on.
-        {"out of order",                   Chunks({1, 7, 1, 9, 50, 1, 4, 10, 1}),         91  },
+        {"second begins after the third",  Chunks({1, 7, 1, 9, 50, 1, 4, 10, 1}),         91  },
         {"descending",                     Chunks({9, 7, 1, 5, 50, 1, 1, 3, 1}),          30  },
         {"after the last chunk",           Chunks({1, 7, 1, 10, 3, 1, 4000000000, 9, 1}), 66  },
         {"sums beyond 32 bits",            Chunks({1, 0xffffffff, 1}),                    1000},
