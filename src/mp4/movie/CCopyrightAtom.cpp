@@ -4,5 +4,5 @@
 
 ZVString CCopyrightAtom::GetValue() const
 {
-    return GetText(m_text.Text().substr(0, m_text.Text().find('\0')));
+    return GetText(m_text.Text());
 }

@@ -14,8 +14,8 @@ public:
     {
         CFullAtom::Fields(visitor);
         visitor.Field("entry count", m_count);
-        if (m_count != 0)
-            visitor.Children(*this, m_count);
+        // A count of 0 takes all that are there.
+        visitor.Children(*this, m_count);
     }
 
 private:

@@ -10,6 +10,7 @@ void CMOOVAtom::Verify(const CMDATList& mdatList, bool checkOverlap)
     m_tracks.clear();
     m_audioTracks.clear();
     m_videoTracks.clear();
+    m_mdatIndex = CMDATIndex(mdatList);
     m_header = static_cast<CMVHDAtom*>(&GetRequiredChild(FourCC("mvhd")));
     for (CAtom* const child : GetChildren())
     {

@@ -3,6 +3,7 @@
 #include "mp4/model/CFoundAtom.h"
 #include "mp4/movie/CMVHDAtom.h"
 #include "mp4/movie/CTRAKAtom.h"
+#include "mp4/samples/CMDATIndex.h"
 
 #include <cstdint>
 #include <vector>
@@ -14,6 +15,8 @@ public:
     static const CAtomClass Class;
 
     using CContainerAtom::CContainerAtom;
+    // A copy must be verified anew.
+    CMOOVAtom(const CMOOVAtom& other) : CContainerAtom(other) {}
 
     // Verifies all tracks and sorts them by their kinds. With checkOverlap it throws when samples of sound and picture lie over
     // each other in the file.
@@ -45,10 +48,14 @@ public:
     const std::vector<CTRAKAtom*>& GetAudioTracks() const { return m_audioTracks; }
     const std::vector<CTRAKAtom*>& GetVideoTracks() const { return m_videoTracks; }
 
+    // Of the list that the movie was verified with last.
+    const CMDATIndex& GetMDATIndex() const { return m_mdatIndex; }
+
 private:
     void CheckOverlap() const;
     const class CSTSDAtom* FindDescriptions(const std::vector<CTRAKAtom*>& tracks) const;
 
+    CMDATIndex m_mdatIndex;
     CFoundAtom<CMVHDAtom> m_header;
     std::vector<CTRAKAtom*> m_tracks;
     std::vector<CTRAKAtom*> m_audioTracks;

@@ -2,6 +2,7 @@
 
 #include "mp4/model/CFoundAtom.h"
 #include "mp4/model/CFullAtom.h"
+#include "mp4/samples/CSampleEntryAtom.h"
 
 #include <cstdint>
 
@@ -31,15 +32,17 @@ public:
     int32_t GetChannels() const;
     int32_t GetSampleSize() const;
     int32_t GetSampleRate() const;
-    // The number of the codec.
+    // The number of the codec; see CCodecNumber.h.
     int32_t GetObjectType() const;
+    // All that the descriptor of the entry says, or null without one.
+    const CStreamDescription* GetDescription() const;
     // Bits a second.
     uint32_t GetAverageBitRate() const;
 
 private:
     uint32_t m_count = 0;
     char m_mediaType = 'o';
-    CFoundAtom<CAtom> m_entry;
+    CFoundAtom<CSampleEntryAtom> m_entry;
 };
 
 inline constexpr CAtomClass CSTSDAtom::Class = MakeAtomClass<CSTSDAtom>("CSTSDAtom");
