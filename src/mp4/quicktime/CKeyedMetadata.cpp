@@ -13,7 +13,7 @@
 
 namespace
 {
-constexpr ZVLogSource GetTagsSource {ZVLogCategory::General, L"QTMetaAtom::GetTags"};
+constexpr ZVLogSource LogSource {ZVLogCategory::General, L"CKeyedMetadata"};
 
 constexpr uint32_t MDTA = MetadataItemKeysAtom::MDTA;
 constexpr uint32_t UDTA = MetadataItemKeysAtom::UDTA;
@@ -128,7 +128,7 @@ CKeyedMetadata::CKeyedMetadata(const CContainerAtom& meta)
         return;
     m_keys = static_cast<const MetadataItemKeysAtom*>(meta.GetFirstChild(FourCC("keys")));
     m_items = static_cast<const CILSTAtom*>(meta.GetFirstChild(FourCC("ilst")));
-    GetTagsSource.Log("Handler type is correct");
+    LogSource.Log("Handler type is correct");
 }
 
 bool CKeyedMetadata::GetTags(ZVPropertyMap& map) const
