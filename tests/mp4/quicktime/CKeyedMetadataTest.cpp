@@ -38,11 +38,11 @@ Bytes Meta(const std::vector<Entry>& entries, const char* handler = "mdta")
 class CKeyedMetadataTest : public TagTest
 {
 protected:
-    Values GetTags(const Bytes& meta, const Values& before = {})
+    Values GetTags(const Bytes& meta, const wchar_t* oldKey = nullptr)
     {
         ZVPropertyMap map;
-        for (const auto& [key, value] : before)
-            map.SetString(key.c_str(), value.c_str());
+        if (oldKey != nullptr)
+            map.SetString(oldKey, L"old");
         const Tree tree(meta);
         m_wasUnderstood = CKeyedMetadata(*tree.Find<CContainerAtom>()).GetTags(map);
         return GetValues(map);
@@ -54,16 +54,10 @@ protected:
 TEST_F(CKeyedMetadataTest, NamesTheValuesOfKeys)
 {
     const Values expected = {
-        {L"Name",      L"new"              },
-        {L"Make",      L"Maker"            },
-        {L"Model",     L"One"              },
-        {L"Camera",    L"Maker One"        },
-        {L"Date",      L"43968.25"         },
-        {L"Location",  L"+48.8577+002.295/"},
-        {L"Latitude",  L"+48.8577"         },
-        {L"Longitude", L"+002.295"         },
-        {L"Altitude",  L""                 },
-        {L"Rating",    L"3.5"              },
+        L"Name=new",          L"Make=Maker",         L"Model=One",
+        L"Camera=Maker One",  L"Date=43968.25",      L"Location=+48.8577+002.295/",
+        L"Latitude=+48.8577", L"Longitude=+002.295", L"Altitude=",
+        L"Rating=3.5",
     };
     // clang-format off
     const Bytes meta = Meta({
@@ -77,11 +71,7 @@ TEST_F(CKeyedMetadataTest, NamesTheValuesOfKeys)
         {Apple + "genre",            ""                             },
     });
     // clang-format on
-    EXPECT_EQ(GetTags(meta,
-                      {
-                          {L"Name", L"old"}
-    }),
-              expected);
+    EXPECT_EQ(GetTags(meta, L"Name"), expected);
     EXPECT_TRUE(m_wasUnderstood);
     const Tree tree(meta);
     EXPECT_NE(tree.Find<QTMetaAtom>(), nullptr);
@@ -92,9 +82,7 @@ TEST_F(CKeyedMetadataTest, ReadsAMetaAtomWithAVersionToo)
 {
     const Bytes meta = FullAtom("meta", Handler("mdta") + Keys({Key(Apple + "album")}) + Atom("ilst", Item(0, "Album")));
     EXPECT_NE(Tree(meta).Find<CMetaAtom>(), nullptr);
-    EXPECT_EQ(GetTags(meta), (Values {
-                                 {L"Album", L"Album"}
-    }));
+    EXPECT_EQ(GetTags(meta), Values({L"Album=Album"}));
 }
 
 TEST_F(CKeyedMetadataTest, SetsNothingWithoutMetadata)
@@ -120,18 +108,17 @@ TEST_F(CKeyedMetadataTest, SetsWhatMakesSenseAlone)
         Values Expected;
     } rows[] = {
         {"a make without a model", Meta({{Apple + "make", " Maker"}, {Apple + "model", ""}}),
-         {{L"Make", L" Maker"}, {L"Camera", L"Maker"}}},
+         {L"Make= Maker", L"Camera=Maker"}},
         {"a date that is none", Meta({{Apple + "creationdate", "someday"}}), {}},
-        {"a place that is none", Meta({{Apple + "location.ISO6709", "home"}}), {{L"Location", L"home"}}},
-        {"a day without a tag", Meta({{"\xa9" "Day", "2020-05-17T06:00:00Z"}}), {}},
+        {"a place that is none", Meta({{Apple + "location.ISO6709", "home"}}), {L"Location=home"}},
         {"the key of another namespace",
          Atom("meta", Handler("mdta") + Keys({Key(Apple + "album", "udta"), Key("\xa9" "day", "udta")}) +
                           Atom("ilst", Item(0, "x") + Item(1, "2020"))),
-         {{L"Date", L"2020"}}},
+         {L"Date=2020"}},
         {"fewer items than keys",
          Atom("meta", Handler("mdta") + Keys({Key(Apple + "album"), Key(Apple + "artist"), Key(Apple + "genre")}) +
                           Atom("ilst", Item(2, "c") + Item(2, "d") + Item(7, "e") + Item(0, "a"))),
-         {{L"Album", L"a"}, {L"Genre", L"c"}}},
+         {L"Album=a", L"Genre=c"}},
     };
     // clang-format on
     for (const auto& row : rows)
@@ -147,65 +134,32 @@ TEST_F(CKeyedMetadataTest, ReadsNumbersByTheirType)
         Bytes Value;
         const wchar_t* Expected;  // null for no value
     } rows[] = {
-        {1,  "text",                                 L"text"},
-        {4,  "text",                                 L"text"},
-        {5,  "text",                                 L"text"},
         {2,  "text",                                 nullptr},
-        {21, "",                                     nullptr},
         {21, "\xff",                                 L"-1"},
         {21, "\x80\0"s,                              L"-32768"},
-        {21, "\x7f\xff\xff",                         L"8388607"},
         {21, "\x80\0\0\0"s,                          L"-2147483648"},
         {21, "\0\0\0\1\xff"s,                        L"1"},
-        {21, "\0\0\1\0\0\0\0\0"s,                    L"256"},
-        {22, "",                                     nullptr},
-        {22, "\xff",                                 L"255"},
         {22, "\1\0\0"s,                              L"65536"},
         {22, "\xff\xff\xff\xff\xff\xff\xff\xff",     L"4294967295"},
         {23, Number(0xbfc00000, 4),                  L"-1.5"},
         {23, "\0\0\0"s,                              nullptr},
-        {23, Number(0x7fc00000, 4),                  L"?"},
         {24, Number(0x4004000000000000, 8),          L"2.5"},
-        {24, Number(0x40040000, 4),                  nullptr},
-        {65, "\x80",                                 L"-128"},
         {66, "\xff\xfe",                             L"-2"},
-        {66, "\xff",                                 nullptr},
-        {67, "\xff\xff\xff\xfd",                     L"-3"},
         {67, "\xff\xff\xff",                         nullptr},
         {74, Number(0x8000000000000000, 8),          L"-9223372036854775808"},
         {74, Zeros(7),                               nullptr},
-        {75, "\xff",                                 L"255"},
-        {76, "\xff\xff",                             L"65535"},
-        {77, "\xff\xff\xff\xff",                     L"4294967295"},
-        {77, "\xff\xff",                             nullptr},
         {78, Number(UINT64_MAX, 8),                  L"18446744073709551615"},
     };
     // clang-format on
     for (const auto& row : rows)
     {
-        const Values expected = row.Expected == nullptr ? Values()
-                                                        : Values {
-                                                              {L"Comment", row.Expected}
-        };
-        EXPECT_EQ(GetTags(Meta({
-                      {Apple + "comment", row.Value, row.DataType}
-        })),
-                  expected)
+        const ZVString expected = row.Expected;
+        const Bytes meta = Meta({
+            Entry {Apple + "comment", row.Value, row.DataType}
+        });
+        EXPECT_EQ(GetTags(meta), expected.IsEmpty() ? Values() : Values({(L"Comment=" + expected).GetText()}))
             << row.DataType << " " << testing::PrintToString(row.Value);
     }
-}
-
-// Of an item for each of many keys, none is looked for from the start of the list.
-TEST_F(CKeyedMetadataTest, ReadsManyItems)
-{
-    constexpr uint32_t Count = 50'000;
-    std::vector<Bytes> keys(Count, Key(Apple + "album"));
-    Bytes items;
-    for (uint32_t index = 0; index < Count; ++index)
-        items += Item(Count - 1 - index, std::to_string(Count - 1 - index));
-    EXPECT_EQ(GetTags(Atom("meta", Handler("mdta") + Keys(keys) + Atom("ilst", items))), (Values {
-                                                                                             {L"Album", L"49999"}
-    }));
 }
 
 TEST_F(CKeyedMetadataTest, WritesThePictureOfTheLastKey)
@@ -236,12 +190,11 @@ TEST_F(CKeyedMetadataTest, WritesNoPictureIfThereIsNone)
 // However many pictures somebody put into a file, they do not fill the disk.
 TEST_F(CKeyedMetadataTest, WritesAllPicturesAmongTheTagsToOneFile)
 {
-    const Values tags = GetTags(Meta({
-        {Apple + "artwork", "first",  13},
-        {"unknown",         "other",  13},
-        {Apple + "artwork", "second", 13},
-    }));
-    ASSERT_EQ(tags.count(L"Image File"), 1);
-    EXPECT_EQ(ReadFile(tags.at(L"Image File")), "second");
+    const Entry unknown = {"unknown", "other", 13};
+    const Entry artwork = {Apple + "artwork", "first", 13};
+    const Entry lastArtwork = {Apple + "artwork", "last", 13};
+    const Values tags = GetTags(Meta({artwork, unknown, lastArtwork}));
+    ASSERT_EQ(tags.size(), 1);
+    EXPECT_EQ(ReadFile(tags.begin()->substr(wcslen(L"Image File="))), "last");
     EXPECT_EQ(CountFiles(), 1);
 }

@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
+#include <set>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -54,12 +54,13 @@ protected:
         std::filesystem::remove_all(Folder);
     }
 
-    using Values = std::map<std::wstring, std::wstring>;
+    // What a map holds, as "key=value".
+    using Values = std::set<std::wstring>;
 
     static Values GetValues(const ZVPropertyMap& map)
     {
         Values values;
-        map.ForEach([&values](const ZVString& key, const ZVString& value) { values[key.GetText()] = value.GetText(); });
+        map.ForEach([&values](const ZVString& key, const ZVString& value) { values.insert((key + L"=" + value).GetText()); });
         return values;
     }
 
