@@ -3,6 +3,7 @@
 #include "mp4/factory/AtomClasses.h"
 #include "mp4/model/CFieldReader.h"
 #include "mp4/model/Exception.h"
+#include "mp4/tags/TagTypes.h"
 #include "system/log/ZVLogScope.h"
 
 #include <algorithm>
@@ -96,19 +97,29 @@ constexpr FactoryRow FactoryRows[] = {
     {FourCC("frma"), AnyParent, &FRMAAtom::Class},
     {FourCC("wave"), AnyParent, &WAVEAtom::Class},
 
-    // Tags.
+    // Tags. Those that an ilst knows by their type have a table of their own.
+    {FourCC("ilst"), AnyParent, &CILSTAtom::Class},
+    {FourCC("----"), AnyParent, &C4DashesAtom::Class},
+    {FourCC("mean"), AnyParent, &CFreeFormTextAtom::MeanClass},
+    {FourCC("name"), AnyParent, &CFreeFormTextAtom::NameClass},
+    {FourCC("data"), AnyParent, &CTagDataAtom::Class},
 
     // The metadata of QuickTime.
+    {FourCC("keys"), AnyParent, &MetadataItemKeysAtom::Class},
 
     // The items of pictures.
+
+    // What else a list holds, after all types that are known wherever they are. In an ilst it is the number of a key.
+    {AnyType, FourCC("ilst"), &MetadataItemAtom::Class},
 };
 // clang-format on
 
 constexpr uint32_t META = FourCC("meta");
 constexpr uint32_t HDLR = FourCC("hdlr");
+constexpr uint32_t ILST = FourCC("ilst");
 
 // What only a meta atom without a version begins with.
-constexpr uint32_t FirstOfPlainMeta[] = {HDLR, FourCC("keys"), FourCC("ilst")};
+constexpr uint32_t FirstOfPlainMeta[] = {HDLR, FourCC("keys"), ILST};
 
 // So many bytes behind an atom that was not read whole are shown in the log.
 constexpr int32_t MaximumBytesLogged = 24;
@@ -146,6 +157,8 @@ private:
 
 const CAtomClass& CAtomFactory::FindClass(uint32_t type, uint32_t parentType)
 {
+    if (const CAtomClass* const tag = parentType == ILST ? FindTagClass(type) : nullptr)
+        return *tag;
     for (const FactoryRow& row : FactoryRows)
         if ((row.Type == type || row.Type == AnyType) && (row.Parent == parentType || row.Parent == AnyParent))
             return *row.Class;
