@@ -165,14 +165,11 @@ std::unique_ptr<CAtom> CAtomFactory::ReadMeta(CAtomReader& reader, CAtom* parent
 {
     const CAtomClass* tries[] = {&CMetaAtom::Class, &QTMetaAtom::Class};
     const int64_t body = reader.GetPosition();
-    if (header.Remaining >= CAtom::HeaderSize)
-    {
-        reader.ReadNumber(4);
-        const auto second = static_cast<uint32_t>(reader.ReadNumber(4));
-        reader.Seek(body);
-        if (std::ranges::find(FirstOfPlainMeta, second) != std::end(FirstOfPlainMeta))
-            std::swap(tries[0], tries[1]);
-    }
+    reader.ReadNumber(4);
+    const auto second = static_cast<uint32_t>(reader.ReadNumber(4));
+    reader.Seek(body);
+    if (std::ranges::find(FirstOfPlainMeta, second) != std::end(FirstOfPlainMeta))
+        std::swap(tries[0], tries[1]);
     for (const CAtomClass* const atomClass : tries)
         if (std::unique_ptr<CAtom> atom = Try(*atomClass, reader, parent, header))
             return atom;
@@ -205,7 +202,9 @@ std::unique_ptr<CAtom> CAtomFactory::ReadBody(const CAtomClass& atomClass, CAtom
     atom->m_position = header.Position;
     CFieldReader fields(reader, header.Remaining);
     atomClass.Fields(*atom, fields);
-    atom->m_size = static_cast<uint64_t>(header.Size + header.Remaining - fields.GetRemaining());
+    // Unsigned, since a size of 64 bits can be anything.
+    atom->m_size = static_cast<uint64_t>(header.Size) + static_cast<uint64_t>(header.Remaining) -
+                   static_cast<uint64_t>(fields.GetRemaining());
     header.Remaining = fields.GetRemaining();
     return atom;
 }
