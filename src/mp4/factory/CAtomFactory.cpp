@@ -67,6 +67,18 @@ constexpr FactoryRow FactoryRows[] = {
     // The metadata of QuickTime.
 
     // The items of pictures.
+    {FourCC("iinf"), AnyParent, &IInfAtom::Class},
+    {FourCC("infe"), AnyParent, &InfeAtom::Class},
+    {FourCC("iloc"), AnyParent, &ILocAtom::Class},
+    {FourCC("idat"), AnyParent, &IDatAtom::Class},
+    {FourCC("iref"), AnyParent, &IRefAtom::Class},
+    {FourCC("pitm"), AnyParent, &PrimaryItemAtom::Class},
+    {FourCC("iprp"), AnyParent, &ItemPropertiesAtom::Class},
+    {FourCC("ipco"), AnyParent, &ItemPropContainerAtom::Class},
+    {FourCC("ipma"), AnyParent, &ItemPropAssocAtom::Class},
+
+    // All other types, so these rows are the last ones.
+    {AnyType, FourCC("iref"), &IRefEntryAtom::Class},
 };
 // clang-format on
 
