@@ -189,15 +189,19 @@ std::unique_ptr<CAtom> CAtomFactory::ReadMeta(CAtomReader& reader, CAtom* parent
 }
 
 // Null, with the reader where it was, for what turns out to be something else. Atoms inside each other that are all tried twice
-// would be read again and again, so that ends when too much was read in vain.
+// would be read again and again, so that ends when too much was read in vain. An attempt counts from its start, since those inside
+// it are made before it is known to be in vain.
 std::unique_ptr<CAtom> CAtomFactory::Try(const CAtomClass& atomClass, CAtomReader& reader, CAtom* parent, Header& header)
 {
     CAtomLimits& limits = reader.Limits;
-    if (limits.RereadBytes > 2 * reader.GetLength() + CAtomLimits::RereadAllowance)
+    const int64_t bytesAtMost = std::clamp<int64_t>(header.Remaining, 0, reader.GetAvailable());
+    if (limits.RereadBytes + bytesAtMost > 2 * reader.GetLength() + CAtomLimits::RereadAllowance)
         return nullptr;
+    limits.RereadBytes += bytesAtMost;
     const int64_t body = reader.GetPosition();
     Header attempt = header;
     std::unique_ptr<CAtom> atom = ReadBody(atomClass, reader, parent, attempt);
+    limits.RereadBytes -= bytesAtMost;
     if (static_cast<CContainerAtom&>(*atom).GetFirstChild(HDLR) != nullptr)
     {
         header = attempt;

@@ -16,7 +16,7 @@ struct CAtomLimits
     // In the lists of varying entries, whose entries take more memory than they take bytes in the file. The largest list that is
     // allowed has some 640,000.
     static constexpr int32_t MaximumEntries = 4'000'000;
-    // How much may be read again after attempts that did not succeed, beside twice the length of the file.
+    // How much may be read again after attempts that do not succeed, beside twice the length of the file.
     static constexpr int64_t RereadAllowance = int64_t {1} << 20;
 
     int32_t Depth = 0;
