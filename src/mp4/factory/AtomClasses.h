@@ -1,6 +1,15 @@
 #pragma once
 
 // All classes of atoms that the factory makes.
+#include "mp4/heif/IDatAtom.h"
+#include "mp4/heif/IInfAtom.h"
+#include "mp4/heif/ILocAtom.h"
+#include "mp4/heif/IRefAtom.h"
+#include "mp4/heif/IRefEntryAtom.h"
+#include "mp4/heif/InfeAtom.h"
+#include "mp4/heif/ItemPropAssocAtom.h"
+#include "mp4/heif/ItemProperties.h"
+#include "mp4/heif/PrimaryItemAtom.h"
 #include "mp4/model/CFREEAtom.h"
 #include "mp4/movie/CCopyrightAtom.h"
 #include "mp4/movie/CDREFAtom.h"

@@ -108,9 +108,19 @@ constexpr FactoryRow FactoryRows[] = {
     {FourCC("keys"), AnyParent, &MetadataItemKeysAtom::Class},
 
     // The items of pictures.
+    {FourCC("iinf"), AnyParent, &IInfAtom::Class},
+    {FourCC("infe"), AnyParent, &InfeAtom::Class},
+    {FourCC("iloc"), AnyParent, &ILocAtom::Class},
+    {FourCC("idat"), AnyParent, &IDatAtom::Class},
+    {FourCC("iref"), AnyParent, &IRefAtom::Class},
+    {FourCC("pitm"), AnyParent, &PrimaryItemAtom::Class},
+    {FourCC("iprp"), AnyParent, &ItemPropertiesAtom::Class},
+    {FourCC("ipco"), AnyParent, &ItemPropContainerAtom::Class},
+    {FourCC("ipma"), AnyParent, &ItemPropAssocAtom::Class},
 
     // What else a list holds, after all types that are known wherever they are. In an ilst it is the number of a key.
     {AnyType, FourCC("ilst"), &MetadataItemAtom::Class},
+    {AnyType, FourCC("iref"), &IRefEntryAtom::Class},
 };
 // clang-format on
 
@@ -212,14 +222,11 @@ std::unique_ptr<CAtom> CAtomFactory::ReadMeta(CAtomReader& reader, CAtom* parent
 {
     const CAtomClass* tries[] = {&CMetaAtom::Class, &QTMetaAtom::Class};
     const int64_t body = reader.GetPosition();
-    if (header.Remaining >= CAtom::HeaderSize)
-    {
-        reader.ReadNumber(4);
-        const auto second = static_cast<uint32_t>(reader.ReadNumber(4));
-        reader.Seek(body);
-        if (std::ranges::find(FirstOfPlainMeta, second) != std::end(FirstOfPlainMeta))
-            std::swap(tries[0], tries[1]);
-    }
+    reader.ReadNumber(4);
+    const auto second = static_cast<uint32_t>(reader.ReadNumber(4));
+    reader.Seek(body);
+    if (std::ranges::find(FirstOfPlainMeta, second) != std::end(FirstOfPlainMeta))
+        std::swap(tries[0], tries[1]);
     for (const CAtomClass* const atomClass : tries)
         if (std::unique_ptr<CAtom> atom = Try(*atomClass, reader, parent, header))
             return atom;
@@ -227,15 +234,19 @@ std::unique_ptr<CAtom> CAtomFactory::ReadMeta(CAtomReader& reader, CAtom* parent
 }
 
 // Null, with the reader where it was, for what turns out to be something else. Atoms inside each other that are all tried twice
-// would be read again and again, so that ends when too much was read in vain.
+// would be read again and again, so that ends when too much was read in vain. An attempt counts from its start, since those inside
+// it are made before it is known to be in vain.
 std::unique_ptr<CAtom> CAtomFactory::Try(const CAtomClass& atomClass, CAtomReader& reader, CAtom* parent, Header& header)
 {
     CAtomLimits& limits = reader.Limits;
-    if (limits.RereadBytes > 2 * reader.GetLength() + CAtomLimits::RereadAllowance)
+    const int64_t bytesAtMost = std::clamp<int64_t>(header.Remaining, 0, reader.GetAvailable());
+    if (limits.RereadBytes + bytesAtMost > 2 * reader.GetLength() + CAtomLimits::RereadAllowance)
         return nullptr;
+    limits.RereadBytes += bytesAtMost;
     const int64_t body = reader.GetPosition();
     Header attempt = header;
     std::unique_ptr<CAtom> atom = ReadBody(atomClass, reader, parent, attempt);
+    limits.RereadBytes -= bytesAtMost;
     if (static_cast<CContainerAtom&>(*atom).GetFirstChild(HDLR) != nullptr)
     {
         header = attempt;
@@ -252,7 +263,9 @@ std::unique_ptr<CAtom> CAtomFactory::ReadBody(const CAtomClass& atomClass, CAtom
     atom->m_position = header.Position;
     CFieldReader fields(reader, header.Remaining);
     atomClass.Fields(*atom, fields);
-    atom->m_size = static_cast<uint64_t>(header.Size + header.Remaining - fields.GetRemaining());
+    // Unsigned, since a size of 64 bits can be anything.
+    atom->m_size = static_cast<uint64_t>(header.Size) + static_cast<uint64_t>(header.Remaining) -
+                   static_cast<uint64_t>(fields.GetRemaining());
     header.Remaining = fields.GetRemaining();
     return atom;
 }

@@ -9,6 +9,24 @@
 #include <iomanip>
 #include <ostream>
 
+namespace
+{
+// Four characters: those of Latin-1 in UTF-8, and a dot for each byte that a terminal would obey.
+void ShowType(uint32_t type, std::ostream& stream)
+{
+    for (int shift = 24; shift >= 0; shift -= 8)
+    {
+        const auto byte = static_cast<uint8_t>(type >> shift);
+        if (byte < 0x20 || (byte > 0x7e && byte < 0xa0))
+            stream << '.';
+        else if (byte < 0x80)
+            stream << static_cast<char>(byte);
+        else
+            stream << static_cast<char>(0xc0 | byte >> 6) << static_cast<char>(0x80 | (byte & 0x3f));
+    }
+}
+}
+
 CAtom::CAtom(const CAtomClass& atomClass, uint32_t type, const CAtom*) : m_type(type), m_class(&atomClass) {}
 
 CAtom* CAtom::Clone(CAtom* parent) const
@@ -41,8 +59,7 @@ void CAtom::Dump(int32_t verbosity, int32_t indent, std::ostream& stream)
 {
     stream << std::setw(indent) << ""
            << "Atom: ";
-    for (const wchar_t character : GetTypeName().View())
-        stream << (character < 0x20 || character > 0x7e ? '.' : static_cast<char>(character));
+    ShowType(m_type, stream);
     stream << "\tPosition: " << m_position << ", length=" << m_size << " \n";
     CFieldDump fields(verbosity, indent, stream);
     m_class->Fields(*this, fields);

@@ -9,6 +9,17 @@ void CAtomReader::ThrowPastEnd::OnPastEnd()
     ThrowException(ReadPastEnd);
 }
 
+// A stream may give less at once than it has, so it is asked until it gives nothing.
+int64_t CAtomReader::Block::Read(int64_t position, void* bytes, int64_t count)
+{
+    if (Stream == nullptr || position < 0 || Stream->Seek(position) != position)
+        return 0;
+    int64_t used = 0;
+    for (int64_t part = 1; part > 0 && used < count; used += std::max<int64_t>(part, 0))
+        part = Stream->Read(static_cast<uint8_t*>(bytes) + used, count - used);
+    return used;
+}
+
 const uint8_t* CAtomReader::Block::Find(int64_t position, int64_t count)
 {
     const int64_t offset = position - m_position;
@@ -16,10 +27,8 @@ const uint8_t* CAtomReader::Block::Find(int64_t position, int64_t count)
     if (offset >= 0 && offset <= size && count <= size - offset)
         return m_bytes.data() + offset;
     m_bytes.clear();
-    if (Stream == nullptr || position < 0 || Stream->Seek(position) != position)
-        return nullptr;
     m_bytes.resize(static_cast<size_t>(Size));
-    m_bytes.resize(static_cast<size_t>(std::max<int64_t>(Stream->Read(m_bytes.data(), Size), 0)));
+    m_bytes.resize(static_cast<size_t>(Read(position, m_bytes.data(), Size)));
     m_position = position;
     return count <= static_cast<int64_t>(m_bytes.size()) ? m_bytes.data() : nullptr;
 }
@@ -43,12 +52,12 @@ void CAtomReader::ReadBytes(void* bytes, int64_t count)
 {
     if (count < 1)
         return;
-    if (count > GetAvailable() || m_block.Stream == nullptr)
+    if (count > GetAvailable())
         ThrowPastEnd::OnPastEnd();
     const int64_t position = GetPosition();
     if (const uint8_t* const found = m_block.FindFew(position, count))
         std::copy_n(found, count, static_cast<uint8_t*>(bytes));
-    else if (m_block.Stream->Seek(position) != position || m_block.Stream->Read(bytes, count) != count)
+    else if (m_block.Read(position, bytes, count) != count)
         ThrowPastEnd::OnPastEnd();
     m_cursor.SeekTo(position + count);
 }

@@ -13,11 +13,15 @@ struct CAtomLimits
 {
     static constexpr int32_t MaximumDepth = 64;
     static constexpr int32_t MaximumAtoms = 1'000'000;
-    // How much may be read again after attempts that did not succeed, beside twice the length of the file.
+    // In the lists of varying entries, whose entries take more memory than they take bytes in the file. The largest list that is
+    // allowed has some 640,000.
+    static constexpr int32_t MaximumEntries = 4'000'000;
+    // How much may be read again after attempts that do not succeed, beside twice the length of the file.
     static constexpr int64_t RereadAllowance = int64_t {1} << 20;
 
     int32_t Depth = 0;
     int32_t Atoms = 0;
+    int32_t Entries = 0;
     int64_t RereadBytes = 0;
 };
 
@@ -57,6 +61,8 @@ private:
         CGeneralReader* Stream = nullptr;
 
         void Drop() { m_bytes.clear(); }
+        // Reads from a position as many of that many bytes as are there, and returns how many.
+        int64_t Read(int64_t position, void* bytes, int64_t count);
         // That many bytes, at most as many as a block has; null when they are not there.
         const uint8_t* Find(int64_t position, int64_t count);
         // The same for any count; null also when they are more than it pays to copy.

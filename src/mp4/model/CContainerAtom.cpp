@@ -5,11 +5,6 @@
 
 #include <algorithm>
 
-namespace
-{
-constexpr uint32_t HDLR = FourCC("hdlr");
-}
-
 CContainerAtom::CContainerAtom(const CContainerAtom& other) : CAtom(other), m_passedOver(other.m_passedOver)
 {
     for (const CAtom* const child : other.m_children)

@@ -10,6 +10,8 @@
 namespace
 {
 constexpr int32_t IndentOfAChild = 2;
+// So that fields and children of an atom can be told apart.
+constexpr int32_t IndentOfAField = 4;
 
 // No more of a run of bytes is shown.
 constexpr size_t MaximumBytesShown = 32;
@@ -22,7 +24,7 @@ bool IsPrintable(uint8_t byte)
 
 std::ostream& CFieldDump::Begin(const char* name)
 {
-    return m_stream << std::setw(m_indent) << "" << name << ": ";
+    return m_stream << std::setw(m_indent + IndentOfAField) << "" << name << ": ";
 }
 
 void CFieldDump::Number(const char* name, int32_t width, uint64_t& value)

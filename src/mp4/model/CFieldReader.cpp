@@ -6,15 +6,23 @@
 
 #include <algorithm>
 
+// A size that is smaller than its own header can be so far below zero that nothing more can be taken from it. It stays there, and
+// the atom fails.
+void CFieldReader::Take(int64_t count)
+{
+    if (__builtin_sub_overflow(m_remaining, count, &m_remaining))
+        m_remaining = INT64_MIN;
+}
+
 void CFieldReader::Number(const char*, int32_t width, uint64_t& value)
 {
     value = m_reader.ReadNumber(width);
-    m_remaining -= width;
+    Take(width);
 }
 
 void CFieldReader::Zero(int32_t count)
 {
-    m_remaining -= count;
+    Take(count);
     for (; count > 0; --count)
         if (m_reader.ReadNumber(1) != 0)
             ThrowException(L"SkipZero error");
@@ -23,7 +31,7 @@ void CFieldReader::Zero(int32_t count)
 void CFieldReader::Bytes(const char*, int64_t count, CAtomBytes& bytes)
 {
     bytes.Read(m_reader, count);
-    m_remaining -= count;
+    Take(count);
 }
 
 void CFieldReader::Rest(const char* name, CAtomBytes& bytes)
@@ -34,7 +42,8 @@ void CFieldReader::Rest(const char* name, CAtomBytes& bytes)
 
 void CFieldReader::Range(const char*, CAtomBytes& bytes, CRangeEnd end)
 {
-    if (m_remaining < 1)
+    // The place of a range counts also when nothing is in it.
+    if (m_remaining < 0)
         return;
     bytes.ReadRange(m_reader, m_remaining, end);
     m_remaining = 0;
@@ -59,12 +68,17 @@ void CFieldReader::Table(const char*, uint32_t count, CAtomTable& table)
         table.GetBytes().ReadRange(m_reader, size, CRangeEnd::MustBeThere);
     else
         table.GetBytes().ReadIntoMemory(m_reader, size);
-    m_remaining -= size;
+    Take(size);
 }
 
 uint32_t CFieldReader::CountRows(const CAtomTable& table) const
 {
     return static_cast<uint32_t>(std::clamp<int64_t>(m_remaining / table.GetRowWidth(), 0, UINT32_MAX));
+}
+
+bool CFieldReader::HasEntry(bool, int64_t bytes)
+{
+    return m_remaining >= bytes && ++m_reader.Limits.Entries <= CAtomLimits::MaximumEntries;
 }
 
 void CFieldReader::Children(CContainerAtom& atom, uint32_t required)

@@ -22,9 +22,12 @@ public:
     void Children(CContainerAtom& atom, uint32_t required) override;
     uint32_t CountRows(const CAtomTable& table) const override;
     bool If(bool& isThere, int64_t bytes) override { return isThere = m_remaining >= bytes; }
-    bool HasEntry(bool, int64_t bytes) override { return m_remaining >= bytes; }
+    bool HasEntry(bool isInList, int64_t bytes) override;
 
 private:
+    // Counts bytes as used up.
+    void Take(int64_t count);
+
     CAtomReader& m_reader;
     int64_t m_remaining;
 };

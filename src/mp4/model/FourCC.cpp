@@ -3,7 +3,9 @@
 ZVString GetTypeText(uint32_t type)
 {
     wchar_t text[5] = {};
-    for (int index = 0; index < 4; ++index)
-        text[index] = static_cast<wchar_t>(type >> (24 - 8 * index) & 0xff);
+    wchar_t* end = text;
+    for (int shift = 24; shift >= 0; shift -= 8)
+        if (const uint32_t byte = type >> shift & 0xff; byte != 0)
+            *end++ = static_cast<wchar_t>(byte);
     return text;
 }

@@ -22,5 +22,5 @@ constexpr uint32_t SignedFourCC(const char (&text)[4])
     return type;
 }
 
-// A type as a text of four characters, each byte as the character of that code.
+// A type as a text, each byte as the character of that code. Bytes of 0, as in types that are small numbers, are left out.
 ZVString GetTypeText(uint32_t type);
