@@ -11,7 +11,7 @@
 #include "mp4/movie/CMOOVAtom.h"
 #include "mp4/movie/CUUIDAtom.h"
 #include "mp4/movie/CUdtaAtom.h"
-#include "mp4/quicktime/QTMetaAtom.h"
+#include "mp4/quicktime/CKeyedMetadata.h"
 #include "mp4/tags/CCoverartAtom.h"
 #include "mp4/tags/CILSTAtom.h"
 
@@ -197,7 +197,7 @@ bool CMp4File::GetAllTags(ZVPropertyMap& map)
     if (isFound)
         SetMediaSubType(map);
     if (CContainerAtom* const meta = FindQTMeta())
-        isFound = QTMetaAtom::GetTags(*meta, map) || isFound;
+        isFound = CKeyedMetadata(*meta).GetTags(map) || isFound;
     return isFound;
 }
 
@@ -207,7 +207,7 @@ bool CMp4File::GetImageFile(ZVFilename& filename)
                                     [&]
                                     {
                                         CContainerAtom* const meta = FindQTMeta();
-                                        if (meta != nullptr && QTMetaAtom::GetImageFile(*meta, filename))
+                                        if (meta != nullptr && CKeyedMetadata(*meta).GetImageFile(filename))
                                             return true;
                                         CUdtaAtom* udta;
                                         const CILSTAtom* const ilst = FindILST(udta);
