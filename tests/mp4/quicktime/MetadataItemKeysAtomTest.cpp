@@ -76,16 +76,3 @@ TEST(MetadataItemKeysAtom, TakesNewKeys)
     EXPECT_EQ(keys->GetNamespace(-1), 0);
     EXPECT_EQ(tree.Write(), Keys({Key("a"), Key("\xc3\xa9")}));
 }
-
-TEST(MetadataItemKeysAtom, KnowsTheTagsOfKeys)
-{
-    uint32_t type = 0;
-    EXPECT_EQ(MetadataItemKeysAtom::GetTagOfKey(UDTA, L"\u00a9mvi", type), L"Movement Number");
-    EXPECT_EQ(type, 76);
-    EXPECT_EQ(MetadataItemKeysAtom::GetKeyOfTag(UDTA, L"Image File", type), L"covr");
-    EXPECT_EQ(type, 13);
-    EXPECT_EQ(MetadataItemKeysAtom::GetTagOfKey(MDTA, L"\u00a9mvi", type), L"");
-    EXPECT_EQ(MetadataItemKeysAtom::GetTagOfKey(MDTA, L"COM.APPLE.QUICKTIME.TITLE", type), L"");
-    EXPECT_EQ(MetadataItemKeysAtom::GetTagOfKey(0, L"covr", type), L"");
-    EXPECT_EQ(type, 13);
-}

@@ -78,10 +78,3 @@ TEST(TagAtoms, AreWrittenBackAsTheyStood)
     EXPECT_EQ(tree.Message, L"");
     EXPECT_EQ(tree.Write(), list);
 }
-
-// The value that stays in the file is neither read into memory nor taken for an empty one.
-TEST(TagAtoms, DoNotTakeHugeBytesForText)
-{
-    const Tree tree(Atom("ilst", Tag("\xa9lyr", Bytes(CAtomBytes::MaximumInMemory + 1, 'x'))));
-    EXPECT_EQ(GetValue(tree, "\xa9lyr"), NoValue);
-}
