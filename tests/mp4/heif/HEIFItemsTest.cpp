@@ -5,7 +5,6 @@
 #include "mp4/heif/IRefEntryAtom.h"
 #include "mp4/heif/InfeAtom.h"
 #include "mp4/heif/ItemPropAssocAtom.h"
-#include "mp4/heif/ItemProperties.h"
 #include "mp4/heif/PrimaryItemAtom.h"
 
 #include <gmock/gmock.h>
@@ -200,15 +199,6 @@ TEST(HEIFItemsTest, AssociationsEndWithTheirAtom)
     EXPECT_EQ(tree.Find<ItemPropAssocAtom>()->GetEntries().size(), 2U);
     EXPECT_STREQ(Tree(FullAtom("ipma", Number(2, 4) + entry + Zeros(1)) + Atom("free", Zeros(8))).Message,
                  L"CAtom::Read Expected empty size -2, Pos 0, Size 23, ipma\n");
-}
-
-TEST(HEIFItemsTest, PropertiesAreKeptAsTheyStand)
-{
-    const WholeTree tree(Atom("iprp", Atom("ipco", Atom("ispe", Zeros(12)) + Atom("irot", "\1"))));
-    EXPECT_NE(tree.Find<ItemPropertiesAtom>(), nullptr);
-    EXPECT_NE(tree.Find<ItemPropContainerAtom>({"ipco"}), nullptr);
-    ASSERT_NE(tree.Find({"ipco", "irot"}), nullptr);
-    EXPECT_TRUE(tree.Find({"ipco", "irot"})->IsOpaque());
 }
 
 TEST(HEIFItemsTest, ItemDataIsReadFromInsideTheAtomOnly)

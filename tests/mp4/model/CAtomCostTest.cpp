@@ -115,15 +115,6 @@ TEST(CAtomCostTest, ALargeBodyStaysInTheFile)
     }
 }
 
-TEST(CAtomCostTest, AFileIsReadInBlocks)
-{
-    const Bytes mdat = Atom("mdat", Zeros(200'000));
-    CountingFile stream(Atom("moov", Nest(20, "udta")) + mdat + Atom("free", Zeros(100)));
-    CAtomReader reader(&stream);
-    EXPECT_STREQ(GetMessageOf(reader), L"");
-    EXPECT_LE(stream.BytesRead, 0x10000 + 108);
-}
-
 TEST(CAtomCostTest, AStreamMayGiveAFewBytesAtOnce)
 {
     const Bytes file = Atom("moov", Atom("free", Zeros(0x8000)) + FullAtom("smhd", Zeros(4))) + "xyz";
@@ -133,11 +124,5 @@ TEST(CAtomCostTest, AStreamMayGiveAFewBytesAtOnce)
     ASSERT_NE(atom, nullptr);
     EXPECT_EQ(atom->GetSize(), file.size() - 3);
     EXPECT_STREQ(GetMessageOf(reader), L"Read past EOF");
-}
-
-TEST(CAtomCostTest, NothingIsReadWithoutAFile)
-{
-    CAtomReader reader;
-    EXPECT_EQ(CAtom::Read(reader, nullptr, UINT64_MAX), nullptr);
 }
 }

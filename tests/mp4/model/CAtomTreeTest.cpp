@@ -90,7 +90,6 @@ TEST_F(CAtomTreeTest, AHeaderIsLongWhenItMustBe)
 {
     // One that was read is not kept when the size fits into the short one.
     EXPECT_EQ(Tree(LargeAtom("moov", LargeAtom("free", "1"))).Write(), Atom("moov", Atom("free", "1")));
-    const Tree tree(Atom("moov", Atom("free", "1") + Atom("free", "2")));
     m_moov.SetForceLarge(true);
     m_moov.GetFirstChild(FREE)->SetForceLarge(true);
     const Bytes written = m_tree.Write();
