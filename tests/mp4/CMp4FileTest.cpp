@@ -141,10 +141,10 @@ TEST_F(CMp4FileTest, KeepsWhatStandsBeforeTheCut)
 TEST_F(CMp4FileTest, FindsMediaThatNoAtomLeadsTo)
 {
     // The type stands at odd places, with sizes that are none, before it stands in a header.
-    const Bytes garbage = Zeros(3) + "mdat" + Zeros(11) + Number(0, 4) + "mdat" + Zeros(5);
+    const Bytes garbage = Zeros(11) + "mdat" + Zeros(9) + "mdat" + Zeros(5);
     Outcome outcome(FTYP + Movie(Track("soun", Sound("ac-3"), 0)) + garbage + Atom("mdat", Zeros(12'500)) + Atom("free"),
                     "film.mp4", false, false);
-    EXPECT_TRUE(outcome.IsVerified) << outcome.Error.GetUTF8();
+    EXPECT_TRUE(outcome.IsVerified);
     ZVPropertyMap info;
     EXPECT_TRUE(outcome.File.GetFileInfo(info));
     EXPECT_EQ(info.GetString(L"Bitrate"), L"10");
@@ -175,7 +175,8 @@ TEST_F(CMp4FileTest, TellsTheTagsOfAllPlaces)
     {
         Outcome outcome(FTYP + Movie(content) + after);
         ZVPropertyMap tags;
-        EXPECT_EQ(outcome.File.GetTags(tags), !GetLines(tags).empty());
+        const bool isFound = outcome.File.GetTags(tags);
+        EXPECT_EQ(isFound, !GetLines(tags).empty());
         return GetLines(tags);
     };
     EXPECT_THAT(getTags(""), ElementsAre());
