@@ -1,0 +1,158 @@
+// The bytes of an MP4, QuickTime or HEIF file: its atoms are read, shown, written, and read and written again.
+
+#include "Require.h"
+#include "mp4/model/CAtomWriter.h"
+#include "mp4/model/CContainerAtom.h"
+#include "mp4/model/Exception.h"
+#include "mp4/model/StopOnBrokenTree.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <ostream>
+#include <span>
+#include <vector>
+
+// Instead of the library's own, so that a broken tree is an input like any other, in the replay too.
+void StopOnBrokenTree()
+{
+    ThrowException(L"The tree is broken");
+}
+
+namespace
+{
+// A file in memory.
+class MemoryFile final : public CGeneralReader
+{
+public:
+    explicit MemoryFile(std::span<const uint8_t> bytes) : m_bytes(bytes) {}
+
+    int64_t Read(void* bytes, int64_t count) override
+    {
+        const auto part = std::min(static_cast<size_t>(count), m_bytes.size() - m_position);
+        if (part > 0)
+            memcpy(bytes, m_bytes.data() + m_position, part);
+        m_position += part;
+        return static_cast<int64_t>(part);
+    }
+    int64_t Seek(int64_t position) override
+    {
+        m_position = std::min(static_cast<size_t>(position), m_bytes.size());
+        return static_cast<int64_t>(m_position);
+    }
+    int64_t GetLength() override { return static_cast<int64_t>(m_bytes.size()); }
+    bool IsOpen() override { return true; }
+
+
+private:
+    std::span<const uint8_t> m_bytes;
+    size_t m_position = 0;
+};
+
+class MemorySink final : public IAtomSink
+{
+public:
+    bool Write(const void* bytes, int64_t count) override
+    {
+        const auto* const first = static_cast<const uint8_t*>(bytes);
+        Bytes.insert(Bytes.end(), first, first + count);
+        return true;
+    }
+
+    std::vector<uint8_t> Bytes;
+};
+
+int64_t CountAtoms(const CAtom& atom, int32_t depth)
+{
+    Require(depth <= CAtomLimits::MaximumDepth);
+    int64_t count = 1;
+    if (const auto* const container = dynamic_cast<const CContainerAtom*>(&atom))
+        for (const CAtom* const child : container->GetChildren())
+        {
+            Require(child->GetParent() == &atom);
+            count += CountAtoms(*child, depth + 1);
+        }
+    return count;
+}
+
+// The atoms of a file up to what ended the reading.
+class Tree
+{
+public:
+    explicit Tree(std::span<const uint8_t> bytes) : m_file(bytes), m_reader(&m_file), m_size(static_cast<int64_t>(bytes.size()))
+    {
+        try
+        {
+            while (std::unique_ptr<CAtom> atom = CAtom::Read(m_reader, nullptr, UINT64_MAX))
+                m_roots.push_back(std::move(atom));
+        }
+        catch (Exception* exception)
+        {
+            delete exception;
+            IsWhole = false;
+        }
+        CheckCost();
+    }
+
+    // Writes what was read.
+    std::vector<uint8_t> Write() const
+    {
+        MemorySink sink;
+        CAtomWriter writer(sink);
+        for (const std::unique_ptr<CAtom>& root : m_roots)
+        {
+            root->ComputeSize();
+            const int64_t start = writer.GetCount();
+            root->Write(writer);
+            Require(static_cast<uint64_t>(writer.GetCount() - start) == root->GetSize());
+        }
+        writer.Flush();
+        return std::move(sink.Bytes);
+    }
+
+    void Dump() const
+    {
+        std::ostream nowhere(nullptr);
+        for (const std::unique_ptr<CAtom>& root : m_roots)
+            root->Dump(1, 0, nowhere);
+    }
+
+    bool IsWhole = true;
+
+private:
+    void CheckCost() const
+    {
+        const CAtomLimits& limits = m_reader.Limits;
+        int64_t count = 0;
+        for (const std::unique_ptr<CAtom>& root : m_roots)
+            count += CountAtoms(*root, 1);
+        Require(count <= limits.Atoms);
+        Require(limits.Depth == 0);
+        Require(limits.Atoms <= CAtomLimits::MaximumAtoms);
+        Require(limits.RereadBytes <= 2 * m_size + CAtomLimits::RereadAllowance);
+        // Each atom that was read has a header.
+        Require(limits.Atoms * int64_t {CAtom::HeaderSize} <= m_size + limits.RereadBytes);
+    }
+
+    MemoryFile m_file;
+    CAtomReader m_reader;
+    int64_t m_size;
+    std::vector<std::unique_ptr<CAtom>> m_roots;
+};
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    const Tree first({data, size});
+    first.Dump();
+    const std::vector<uint8_t> written = first.Write();
+    Require(written.size() <= size);
+    // Followed by bytes that are no atom, since a short meta looks at more than it has.
+    std::vector<uint8_t> file = written;
+    file.resize(written.size() + CAtom::HeaderSize);
+    const Tree second(file);
+    Require(second.IsWhole);
+    Require(second.Write() == written);
+    return 0;
+}

@@ -1,0 +1,267 @@
+#include "mp4/CMp4File.h"
+
+#include "core/property/ZVPropertyMap.h"
+#include "mp4/CMDATSearch.h"
+#include "mp4/CodecNames.h"
+#include "mp4/MediaSubTypes.h"
+#include "mp4/model/Exception.h"
+#include "mp4/model/GetText.h"
+#include "mp4/movie/CCopyrightAtom.h"
+#include "mp4/movie/CMDATAtom.h"
+#include "mp4/movie/CMOOVAtom.h"
+#include "mp4/movie/CUUIDAtom.h"
+#include "mp4/movie/CUdtaAtom.h"
+#include "mp4/quicktime/CKeyedMetadata.h"
+#include "mp4/tags/CCoverartAtom.h"
+#include "mp4/tags/CILSTAtom.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+namespace
+{
+constexpr uint32_t FTYP = FourCC("ftyp");
+constexpr uint32_t MOOV = FourCC("moov");
+constexpr uint32_t MDAT = FourCC("mdat");
+constexpr uint32_t UUID = FourCC("uuid");
+constexpr uint32_t UDTA = FourCC("udta");
+constexpr uint32_t META = FourCC("meta");
+constexpr uint32_t ILST = FourCC("ilst");
+
+// The identifier of the payload of a shop's receipts.
+constexpr uint8_t UITSIdentifier[] = {0x99, 0x45, 0x4e, 0x27, 0x96, 0x3a, 0x4b, 0x56,
+                                      0x8e, 0x76, 0x1d, 0xb6, 0x8c, 0x89, 0x9c, 0xd4};
+
+bool HoldsUITS(const CAtom& atom)
+{
+    return atom.GetType() == UUID && std::ranges::equal(static_cast<const CUUIDAtom&>(atom).GetIdentifier(), UITSIdentifier);
+}
+
+// A meta atom that was understood, or null.
+CContainerAtom* AsMeta(CAtom* atom)
+{
+    return atom == nullptr || atom->GetType() != META || atom->IsOpaque() ? nullptr : static_cast<CContainerAtom*>(atom);
+}
+
+// Sets a number that is known.
+void SetPositive(ZVPropertyMap& map, const wchar_t* key, int64_t value)
+{
+    if (value > 0)
+        map.SetInt64(key, value);
+}
+
+void SetPositive(ZVPropertyMap& map, const wchar_t* key, double value)
+{
+    if (value > 0)
+        map.SetString(key, ZVString::FromDouble(value));
+}
+}
+
+CMp4File::CMp4File(bool checkOverlap, int32_t, bool allowMissingMDAT)
+    : m_checkOverlap(checkOverlap), m_allowMissingMDAT(allowMissingMDAT)
+{
+}
+
+CMp4File::~CMp4File() = default;
+
+bool CMp4File::Verify()
+{
+    try
+    {
+        if (!FindParts())
+            return false;
+        if (m_mdatList.GetCount() == 0)
+            RecoverMDAT();
+        if (m_mdatList.GetCount() == 0 && !m_allowMissingMDAT)
+            return Fail(L"Missing MDAT Atom");
+        m_moov->Verify(m_mdatList, m_checkOverlap);
+        return true;
+    }
+    catch (const Exception* exception)
+    {
+        SetLastError(exception->Message);
+        throw;
+    }
+}
+
+bool CMp4File::FindParts()
+{
+    m_ftyp = nullptr;
+    m_moov = nullptr;
+    m_uits = nullptr;
+    m_ilst = nullptr;
+    m_qtMeta = nullptr;
+    m_mdatList.RemoveAll();
+    for (CAtom* const atom : GetRootAtoms())
+    {
+        if (atom->GetType() == FTYP && std::exchange(m_ftyp, atom) != nullptr)
+            return Fail(L"Too many FTYP atoms in file");
+        if (atom->GetType() == MOOV && std::exchange(m_moov, static_cast<CMOOVAtom*>(atom)) != nullptr)
+            return Fail(L"Too many MOOV atoms in file");
+        if (atom->GetType() == MDAT)
+            m_mdatList.Add(static_cast<CMDATAtom*>(atom));
+        if (HoldsUITS(*atom) && std::exchange(m_uits, static_cast<CUUIDAtom*>(atom)) != nullptr)
+            return Fail(L"Too many UITS payload atoms in file");
+    }
+    if (m_ftyp == nullptr && !m_allowMissingFTYP)
+        return Fail(L"Missing FTYP Atom");
+    return m_moov != nullptr || Fail(L"Missing MOOV Atom");
+}
+
+// A recording that was not finished has its media behind bytes that are no atoms.
+void CMp4File::RecoverMDAT()
+{
+    const CAtom& last = *GetRootAtoms()[GetRootAtoms().GetCount() - 1];
+    auto from = static_cast<int64_t>(last.GetPosition() + last.GetSize());
+    CMDATSearch search(GetStream());
+    while (const std::optional<int64_t> start = search.FindNextMDAT(from))
+    {
+        GetReader().Seek(*start);
+        std::unique_ptr<CAtom> atom = CAtom::Read(GetReader(), nullptr, UINT64_MAX);
+        if (atom == nullptr)
+        {
+            // Behind the first character of the type.
+            from = *start + 5;
+            continue;
+        }
+        if (atom->GetType() == MDAT)
+            m_mdatList.Add(static_cast<CMDATAtom*>(atom.get()));
+        AddRootAtom(std::move(atom));
+        from = GetReader().GetPosition();
+    }
+}
+
+// The list of tags, or null, and the udta that it is in, or that it would be in.
+CILSTAtom* CMp4File::FindILST(CUdtaAtom*& udta)
+{
+    udta = nullptr;
+    if (m_ilst != nullptr)
+    {
+        udta = static_cast<CUdtaAtom*>(&m_ilst->GetParent(META).GetParent(UDTA));
+        return m_ilst;
+    }
+    for (CAtom* const child : m_moov->GetChildren())
+    {
+        if (child->GetType() != UDTA)
+            continue;
+        auto* const candidate = static_cast<CUdtaAtom*>(child);
+        CContainerAtom* const meta = AsMeta(candidate->GetFirstChild(META));
+        if (udta == nullptr || meta != nullptr)
+            udta = candidate;
+        m_ilst = meta == nullptr ? nullptr : static_cast<CILSTAtom*>(meta->GetFirstChild(ILST));
+        if (m_ilst != nullptr)
+            break;
+    }
+    return m_ilst;
+}
+
+// The metadata of QuickTime, whose values are found by keys, or null.
+CContainerAtom* CMp4File::FindQTMeta()
+{
+    if (m_qtMeta != nullptr)
+        return m_qtMeta;
+    for (CAtom* const child : m_moov->GetChildren())
+    {
+        CContainerAtom* const meta = AsMeta(child);
+        if (meta == nullptr || meta->GetFirstChild(FourCC("hdlr")) == nullptr || meta->GetFirstChild(FourCC("keys")) == nullptr)
+            continue;
+        m_qtMeta = meta;
+        break;
+    }
+    return m_qtMeta;
+}
+
+bool CMp4File::GetTags(ZVPropertyMap& map)
+{
+    return m_moov != nullptr && Guard([&] { return GetAllTags(map); });
+}
+
+bool CMp4File::GetAllTags(ZVPropertyMap& map)
+{
+    bool isFound = false;
+    CUdtaAtom* udta;
+    CILSTAtom* const ilst = FindILST(udta);
+    if (const CAtom* const copyright = udta == nullptr ? nullptr : udta->GetFirstChild(FourCC("cprt")))
+    {
+        map.SetString(L"Copyright", static_cast<const CCopyrightAtom*>(copyright)->GetValue());
+        isFound = true;
+    }
+    if (m_uits != nullptr)
+    {
+        map.SetString(L"UITS Payload", GetText(m_uits->GetData().Text()));
+        isFound = true;
+    }
+    if (ilst != nullptr)
+        isFound = ilst->GetTags(map) || isFound;
+    if (isFound)
+        SetMediaSubType(map);
+    if (CContainerAtom* const meta = FindQTMeta())
+        isFound = CKeyedMetadata(*meta).GetTags(map) || isFound;
+    return isFound;
+}
+
+bool CMp4File::GetImageFile(ZVFilename& filename)
+{
+    return m_moov != nullptr && Guard(
+                                    [&]
+                                    {
+                                        CContainerAtom* const meta = FindQTMeta();
+                                        if (meta != nullptr && CKeyedMetadata(*meta).GetImageFile(filename))
+                                            return true;
+                                        CUdtaAtom* udta;
+                                        const CILSTAtom* const ilst = FindILST(udta);
+                                        CAtom* const cover = ilst == nullptr ? nullptr : ilst->GetFirstChild(FourCC("covr"));
+                                        return cover != nullptr && static_cast<CCoverartAtom*>(cover)->GetValue(filename);
+                                    });
+}
+
+bool CMp4File::GetFileInfo(ZVPropertyMap& map)
+{
+    return m_moov != nullptr && Guard([&] { return WriteFileInfo(map); });
+}
+
+bool CMp4File::WriteFileInfo(ZVPropertyMap& map) const
+{
+    const char mediaType = m_moov->GetMediaType();
+    const bool isVideo = mediaType == 'v';
+    if (!isVideo && mediaType != 'a')
+        return false;
+    const ZVString fileType = GetFilename().GetExtension(true);
+    map.SetString(L"File Type", fileType);
+    map.SetInt64(L"File Size", GetFileSize());
+    const double duration =
+        m_moov->GetTimescale() == 0 ? -1.0 : static_cast<double>(m_moov->GetDuration()) / m_moov->GetTimescale();
+    SetPositive(map, L"Duration", duration);
+    SetPositive(map, L"Sample Rate", int64_t {m_moov->GetSampleRate()});
+    SetPositive(map, L"Channels", int64_t {m_moov->GetChannels()});
+    SetPositive(map, L"Bit Depth", int64_t {m_moov->GetBitDepth()});
+    map.SetString(L"Media Type", isVideo ? L"Video" : L"Audio");
+    if (isVideo && m_moov->GetWidth() > 0 && m_moov->GetHeight() > 0)
+    {
+        map.SetInt64(L"Width", m_moov->GetWidth());
+        map.SetInt64(L"Height", m_moov->GetHeight());
+    }
+    const int64_t described = isVideo ? 0 : m_moov->GetAudioAverageBitRate() / 1000;
+    SetPositive(map, L"Bitrate", m_moov->GetAudioAverageBitRate() != 0 && !isVideo ? described : GetBitrate(duration));
+    if (isVideo)
+        SetPositive(map, L"FPS", m_moov->GetFramesPerSecond());
+    const ZVString audio = GetCodecName(m_moov->GetAudioObjectType());
+    map.SetString(L"Compression", !isVideo ? audio
+                                           : ZVFormat(L"%s video (video: %s, audio: %s)", fileType,
+                                                      GetCodecName(m_moov->GetVideoObjectType()), audio));
+    return true;
+}
+
+// Kilobits a second of all media, 0 without a duration.
+int64_t CMp4File::GetBitrate(double duration) const
+{
+    if (duration <= 0)
+        return 0;
+    double bytes = 0;
+    for (const CMDATAtom* const mdat : m_mdatList)
+        bytes += static_cast<double>(mdat->GetDataSize());
+    // The sizes and the duration may be anything.
+    constexpr double Limit = 0x1p62;
+    return static_cast<int64_t>(std::min(bytes * 8 / duration, Limit)) / 1000;
+}

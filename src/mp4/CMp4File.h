@@ -1,0 +1,59 @@
+#pragma once
+
+#include "mp4/CMp4FileBase.h"
+#include "mp4/model/CAtom.h"
+
+#include <cstdint>
+
+class CContainerAtom;
+class CILSTAtom;
+class CMOOVAtom;
+class CUUIDAtom;
+class CUdtaAtom;
+class ZVPropertyMap;
+
+// Tells the tags, the properties and the cover picture of an MP4 or QuickTime file. Made for one file, and used in this order: the
+// constructor, AllowMissingFTYP for a file of QuickTime, Open, ReadAtoms, Verify, and then what is asked. Before Verify there are
+// no answers.
+class CMp4File : public CMp4FileBase
+{
+public:
+    // With checkOverlap Verify also fails for samples that lie over each other. The second argument has no meaning. Unless mdat
+    // may be missing, a file without media fails.
+    explicit CMp4File(bool checkOverlap = false, int32_t reserved = 0, bool allowMissingMDAT = true);
+    ~CMp4File() override;
+
+    // QuickTime wrote files without ftyp.
+    void AllowMissingFTYP() { m_allowMissingFTYP = true; }
+
+    // Finds the parts of the file, looks for media that its atoms do not lead to, and verifies the movie. What the movie throws
+    // becomes the last error and goes on to the caller, who frees it.
+    bool Verify() override;
+
+    // Sets what the tags tell. True when there is at least one.
+    bool GetTags(ZVPropertyMap& map);
+    // Sets what the file is: type, size, duration in seconds, sample rate, channels, bit depth, kind of media, width and height in
+    // pixels, kilobits a second, frames a second, and the codecs in words.
+    bool GetFileInfo(ZVPropertyMap& map);
+    // Writes the cover picture to a file; with an empty name to a new temporary file, whose name is set. False without a picture.
+    bool GetImageFile(ZVFilename& filename);
+
+private:
+    bool FindParts();
+    void RecoverMDAT();
+    CILSTAtom* FindILST(CUdtaAtom*& udta);
+    CContainerAtom* FindQTMeta();
+    bool GetAllTags(ZVPropertyMap& map);
+    bool WriteFileInfo(ZVPropertyMap& map) const;
+    int64_t GetBitrate(double duration) const;
+
+    const CAtom* m_ftyp = nullptr;
+    CMOOVAtom* m_moov = nullptr;
+    CMDATList m_mdatList;
+    const CUUIDAtom* m_uits = nullptr;
+    CILSTAtom* m_ilst = nullptr;
+    CContainerAtom* m_qtMeta = nullptr;
+    bool m_checkOverlap;
+    bool m_allowMissingMDAT;
+    bool m_allowMissingFTYP = false;
+};

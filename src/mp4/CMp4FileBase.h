@@ -1,0 +1,70 @@
+#pragma once
+
+#include "core/containers/ZVOwnedPtrArray.h"
+#include "mp4/model/CAtom.h"
+#include "system/filename/ZVFilename.h"
+
+#include <memory>
+
+// A file of atoms: it opens the file and reads the tree of its atoms. It belongs to one thread.
+//
+// An operation that fails returns false, and the last error tells why.
+class CMp4FileBase
+{
+public:
+    CMp4FileBase();
+    CMp4FileBase(const CMp4FileBase&) = delete;
+    CMp4FileBase& operator=(const CMp4FileBase&) = delete;
+    virtual ~CMp4FileBase();
+
+    // Opens a file for reading, after closing the one that was open.
+    virtual bool Open(const ZVFilename& filename);
+    // Checks what the atoms say of each other, once they are read.
+    virtual bool Verify() = 0;
+
+    // Reads all atoms of the file. One that ends in the middle of an atom keeps those before it, and that is a success.
+    bool ReadAtoms();
+
+    // The size of the file in bytes.
+    int64_t GetFileSize() const { return m_fileSize; }
+    const ZVFilename& GetFilename() const { return m_filename; }
+    // Why the last operation failed, or how the reading of a cut file ended.
+    const ZVString& GetLastError() const { return m_lastError; }
+    // The atoms of the top level, in the order of the file.
+    const ZVOwnedPtrArray<CAtom>& GetRootAtoms() const { return m_rootAtoms; }
+
+protected:
+    // Runs a step that may throw. False, with the message as the last error, when it does.
+    template <class Step>
+    bool Guard(Step step)
+    {
+        try
+        {
+            return step();
+        }
+        catch (...)
+        {
+            m_lastError = TakeMessage();
+            return false;
+        }
+    }
+
+    bool Fail(const wchar_t* error);
+    void SetLastError(const ZVString& error) { m_lastError = error; }
+    CAtomReader& GetReader() { return m_reader; }
+    // The file, which is open.
+    CGeneralReader& GetStream() { return *m_stream; }
+    void AddRootAtom(std::unique_ptr<CAtom> atom);
+
+private:
+    void Close();
+    // Of the exception that is being handled, which is freed.
+    static ZVString TakeMessage();
+
+    ZVFilename m_filename;
+    std::unique_ptr<CGeneralReader> m_stream;
+    CAtomReader m_reader;
+    int64_t m_fileSize = 0;
+    ZVOwnedPtrArray<CAtom> m_rootAtoms;
+    ZVString m_lastError;
+};

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "mp4/model/CFullAtom.h"
+
+#include <cstdint>
+#include <vector>
+
+// A piece of an item.
+struct ILocExtent
+{
+    uint64_t Index = 0;
+    uint64_t Offset = 0;
+    uint64_t Length = 0;
+};
+
+// Where one item lies.
+struct ILocEntry
+{
+    // What the offsets count from: the start of the file, the body of idat, or that of another item.
+    static constexpr uint16_t InFile = 0;
+    static constexpr uint16_t InItemData = 1;
+    static constexpr uint16_t InItem = 2;
+
+    uint16_t GetConstructionMethod() const { return MethodField & 0xf; }
+
+    uint32_t ItemID = 0;
+    // The method is in its low four bits.
+    uint16_t MethodField = InFile;
+    uint16_t DataReferenceIndex = 0;
+    uint64_t BaseOffset = 0;
+    std::vector<ILocExtent> Extents;
+};
+
+// iloc: where the items lie (ISO/IEC 14496-12, 8.11.3). Of version 1 the index of an extent is not read.
+class ILocAtom : public CFullAtom
+{
+public:
+    static const CAtomClass Class;
+
+    using CFullAtom::CFullAtom;
+
+    void Fields(CFieldVisitor& visitor);
+
+    // What the file says; the list is shorter when the atom ends before.
+    uint32_t GetItemCount() const { return m_itemCount; }
+    const std::vector<ILocEntry>& GetEntries() const { return m_entries; }
+
+private:
+    int32_t GetOffsetSize() const { return m_sizes >> 12; }
+    int32_t GetLengthSize() const { return m_sizes >> 8 & 0xf; }
+    int32_t GetBaseOffsetSize() const { return m_sizes >> 4 & 0xf; }
+    int32_t GetIndexSize() const { return HasIndex() ? m_sizes & 0xf : 0; }
+
+    bool HasIndex() const { return GetVersion() >= 2; }
+    int32_t GetItemNumberWidth() const { return GetVersion() < 2 ? 2 : 4; }
+    int64_t GetMinimumEntrySize() const;
+
+    void EntryFields(CFieldVisitor& visitor, ILocEntry& entry);
+    void ExtentFields(CFieldVisitor& visitor, ILocExtent& extent);
+
+    bool m_hasItems = true;
+    uint16_t m_sizes = 0x4440;  // of offset, length, base offset and index, four bits each
+    uint32_t m_itemCount = 0;
+    std::vector<ILocEntry> m_entries;
+    CAtomBytes m_rest;
+};
+
+inline constexpr CAtomClass ILocAtom::Class = MakeAtomClass<ILocAtom>("ILocAtom");

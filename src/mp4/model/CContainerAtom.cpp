@@ -1,0 +1,95 @@
+#include "mp4/model/CContainerAtom.h"
+
+#include "mp4/model/Exception.h"
+#include "mp4/model/StopOnBrokenTree.h"
+
+#include <algorithm>
+
+CContainerAtom::CContainerAtom(const CContainerAtom& other) : CAtom(other), m_passedOver(other.m_passedOver)
+{
+    for (const CAtom* const child : other.m_children)
+        AddChild(std::unique_ptr<CAtom>(child->Clone(this)));
+}
+
+void CContainerAtom::ConvertToRelative()
+{
+    for (CAtom* const child : m_children)
+        child->ConvertToRelative();
+}
+
+void CContainerAtom::ConvertToAbsolute()
+{
+    for (CAtom* const child : m_children)
+        child->ConvertToAbsolute();
+}
+
+void CContainerAtom::AppendMultiple(CAtom& child)
+{
+    ThrowException(L"CContainerAtom::AppendMultiple not implemented for %s with child %s", GetTypeName(), child.GetTypeName());
+}
+
+void CContainerAtom::AppendRoot(CAtom&)
+{
+    ThrowException(L"CContainerAtom::AppendRoot not implemented for %s", GetTypeName());
+}
+
+void CContainerAtom::AppendMissing(CAtom&)
+{
+    ThrowException(L"CContainerAtom::AppendMissing not implemented for %s", GetTypeName());
+}
+
+int64_t CContainerAtom::ReadChildren(CAtomReader& reader, int64_t& remaining, uint32_t required)
+{
+    const int64_t before = remaining;
+    for (uint32_t count = required; remaining >= HeaderSize;)
+    {
+        std::unique_ptr<CAtom> child = Read(reader, this, static_cast<uint64_t>(remaining));
+        if (child == nullptr)
+        {
+            // A file that ends here has none of the rest, or only a part of it.
+            m_passedOver.Read(reader, std::min(remaining, reader.GetAvailable()));
+            remaining = 0;
+            break;
+        }
+        // A child is never longer than what was available for it, but for one whose size has 64 bits.
+        if (child->GetSize() > static_cast<uint64_t>(remaining))
+            StopOnBrokenTree();
+        remaining -= static_cast<int64_t>(child->GetSize());
+        AddChild(std::move(child));
+        if (required != 0 && --count == 0)
+            return before - remaining;
+    }
+    if (required != 0)
+        ThrowException(L"CContainerAtom::ReadChildren didn't read the requested atoms");
+    return before - remaining;
+}
+
+void CContainerAtom::AddChild(std::unique_ptr<CAtom> child)
+{
+    child->SetParent(this);
+    m_children.Add(child.get());
+    child.release();
+}
+
+CAtom* CContainerAtom::GetChild(uint32_t type, int32_t& index) const
+{
+    for (CAtom* const child : m_children)
+        if (child->GetType() == type && index-- == 0)
+            return child;
+    return nullptr;
+}
+
+CAtom* CContainerAtom::GetFirstChild(uint32_t type) const
+{
+    int32_t index = 0;
+    return GetChild(type, index);
+}
+
+CAtom& CContainerAtom::GetRequiredChild(uint32_t type) const
+{
+    const auto count =
+        std::count_if(m_children.begin(), m_children.end(), [type](const CAtom* child) { return child->GetType() == type; });
+    if (count != 1)
+        ThrowException(L"%s atom has wrong number of %s atoms", GetTypeName(), GetTypeText(type));
+    return *GetFirstChild(type);
+}

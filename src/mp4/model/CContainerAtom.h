@@ -1,0 +1,50 @@
+#pragma once
+
+#include "core/containers/ZVOwnedPtrArray.h"
+#include "mp4/model/CAtom.h"
+#include "mp4/model/CAtomBytes.h"
+#include "mp4/model/CFieldVisitor.h"
+
+// An atom with a list of further atoms, in the order of the file.
+class CContainerAtom : public CAtom
+{
+public:
+    using CAtom::CAtom;
+
+    // Of a container that has nothing but its children.
+    void Fields(CFieldVisitor& visitor) { visitor.Children(*this); }
+
+    void ConvertToRelative() override;
+    void ConvertToAbsolute() override;
+    // Merging of a second file, for the classes that know it.
+    virtual void AppendMultiple(CAtom& child);
+    virtual void AppendRoot(CAtom& child);
+    virtual void AppendMissing(CAtom& child);
+
+    // Reads children into the list while at least 8 of the remaining bytes are left, or as many as are required. Where no atom
+    // begins, the rest is passed over, but kept to be written back. Returns how many bytes that took, by which the remaining ones
+    // are fewer then. Throws when the required ones are not there.
+    int64_t ReadChildren(CAtomReader& reader, int64_t& remaining, uint32_t required);
+
+    const ZVOwnedPtrArray<CAtom>& GetChildren() const { return m_children; }
+    // Takes an atom, which becomes the last child.
+    void AddChild(std::unique_ptr<CAtom> child);
+
+    // A child of a type; the index counts down through those before it. Null, with what is left of the index, if there is none.
+    CAtom* GetChild(uint32_t type, int32_t& index) const;
+    CAtom* GetFirstChild(uint32_t type) const;
+    // The only child of a type; throws when there is none or more than one.
+    CAtom& GetRequiredChild(uint32_t type) const;
+    // What the first hdlr child says that the atoms beside it are about, or 0.
+    uint32_t GetHandlerType() const;
+
+    // What stood behind the children without being one.
+    const CAtomBytes& GetPassedOver() const { return m_passedOver; }
+
+protected:
+    CContainerAtom(const CContainerAtom& other);
+
+private:
+    ZVOwnedPtrArray<CAtom> m_children;
+    CAtomBytes m_passedOver;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "mp4/model/CContainerAtom.h"
+
+// An atom whose body begins with a version and flags. A body that is too short for them is kept as it is.
+class CFullAtom : public CContainerAtom
+{
+public:
+    using CContainerAtom::CContainerAtom;
+
+    void Fields(CFieldVisitor& visitor)
+    {
+        if (!visitor.If(m_hasVersion, 4))
+        {
+            visitor.Rest("too short for a version", m_stub);
+            return;
+        }
+        visitor.Field("version", m_version);
+        visitor.Field("flags", m_flags, 3);
+    }
+
+    uint8_t GetVersion() const { return m_version; }
+    uint32_t GetFlags() const { return m_flags; }
+    void SetFlags(uint32_t flags) { m_flags = flags; }
+
+protected:
+    // The width of what has 32 bits in version 0 and 64 in all others.
+    int32_t GetLongWidth() const { return m_version == 0 ? 4 : 8; }
+
+private:
+    bool m_hasVersion = true;
+    uint8_t m_version = 0;
+    uint32_t m_flags = 0;  // 24 bits
+    CAtomBytes m_stub;
+};

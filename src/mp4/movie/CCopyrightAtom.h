@@ -1,0 +1,30 @@
+#pragma once
+
+#include "mp4/model/CFullAtom.h"
+
+// cprt in udta (ISO/IEC 14496-12, 8.10.2).
+class CCopyrightAtom : public CFullAtom
+{
+public:
+    static const CAtomClass Class;
+
+    using CFullAtom::CFullAtom;
+
+    void Fields(CFieldVisitor& visitor)
+    {
+        CFullAtom::Fields(visitor);
+        if (visitor.If(m_hasLanguage, 2))
+            visitor.Field("language", m_language);
+        visitor.Rest("text", m_text);
+    }
+
+    // The text up to its NUL, in UTF-8.
+    ZVString GetValue() const;
+
+private:
+    bool m_hasLanguage = true;
+    uint16_t m_language = 0;
+    CAtomBytes m_text;
+};
+
+inline constexpr CAtomClass CCopyrightAtom::Class = MakeAtomClass<CCopyrightAtom>("CCopyrightAtom");

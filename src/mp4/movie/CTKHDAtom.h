@@ -1,0 +1,36 @@
+#pragma once
+
+#include "mp4/model/CFullAtom.h"
+
+// tkhd: what holds for a whole track (ISO/IEC 14496-12, 8.3.2).
+class CTKHDAtom : public CFullAtom
+{
+public:
+    static const CAtomClass Class;
+
+    using CFullAtom::CFullAtom;
+
+    void Fields(CFieldVisitor& visitor);
+    // Throws unless it is in a track.
+    void Verify(const CMDATList& mdatList, bool checkOverlap) override;
+
+    uint32_t GetTrackID() const { return m_trackID; }
+    // In units of the movie's timescale.
+    uint64_t GetDuration() const { return m_duration; }
+
+private:
+    static constexpr int64_t MatrixSize = 9 * 4;
+
+    uint64_t m_creationTime = 0;
+    uint64_t m_modificationTime = 0;
+    uint32_t m_trackID = 1;
+    uint64_t m_duration = 0;
+    uint16_t m_layer = 0;
+    uint16_t m_alternateGroup = 0;
+    uint16_t m_volume = 0x100;  // 8.8
+    CAtomBytes m_matrix;
+    uint32_t m_width = 0;  // 16.16, like the height
+    uint32_t m_height = 0;
+};
+
+inline constexpr CAtomClass CTKHDAtom::Class = MakeAtomClass<CTKHDAtom>("CTKHDAtom");

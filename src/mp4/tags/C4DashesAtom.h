@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/string/ZVString.h"
+#include "mp4/model/CContainerAtom.h"
+
+// ----: a tag that has no type of its own but a name, and a text that says who defined it. Each function gives false, and leaves
+// the text as it was, if the item lacks what it asks for.
+class C4DashesAtom : public CContainerAtom
+{
+public:
+    static const CAtomClass Class;
+
+    using CContainerAtom::CContainerAtom;
+
+    // Who defined the tag, in the form of a reversed domain name; it may be empty.
+    bool GetMean(ZVString& text) const;
+    // The name, which is not empty.
+    bool GetName(ZVString& text) const;
+    // The value, which is not empty.
+    bool GetData(ZVString& text) const;
+};
+
+inline constexpr CAtomClass C4DashesAtom::Class = MakeAtomClass<C4DashesAtom>("C4DashesAtom");

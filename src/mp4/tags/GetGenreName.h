@@ -1,0 +1,7 @@
+#pragma once
+
+#include <cstdint>
+
+// The name of a genre by its number in the list of ID3v1 and its later additions, from 0 on; null if there is none. The spellings
+// are those of the list that players show.
+const wchar_t* GetGenreName(int32_t number);

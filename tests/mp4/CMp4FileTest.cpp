@@ -1,0 +1,199 @@
+#include "mp4/CMp4File.h"
+
+#include "AtomBytes.h"
+#include "core/property/ZVPropertyMap.h"
+#include "process/WorkFolder.h"
+#include "support/PropertyLines.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace
+{
+using namespace AtomBytes;
+using testing::ElementsAre;
+using testing::IsSupersetOf;
+
+const Bytes FTYP = Atom("ftyp", "isom" + Zeros(4));
+// A movie of ten seconds without tracks.
+const Bytes MVHD = FullAtom("mvhd", Zeros(8) + Number(1000, 4) + Number(10'000, 4) + Zeros(80));
+
+Bytes Handler(const Bytes& type)
+{
+    return FullAtom("hdlr", Zeros(4) + type + Zeros(12));
+}
+
+// A track of one sample description and one sample.
+Bytes Track(const Bytes& handler, const Bytes& entry, uint32_t chunkOffset)
+{
+    const Bytes tables = FullAtom("stsd", Number(1, 4) + entry) + FullAtom("stts", Number(1, 4) + Number(1, 4) + Number(10, 4)) +
+                         FullAtom("stsc", Number(1, 4) + Number(1, 4) + Number(1, 4) + Number(1, 4)) +
+                         FullAtom("stsz", Number(0, 4) + Number(1, 4) + Number(4, 4)) +
+                         FullAtom("stco", Number(1, 4) + Number(chunkOffset, 4));
+    const Bytes media = FullAtom("mdhd", Zeros(8) + Number(1000, 4) + Number(10'000, 4) + Zeros(4)) + Handler(handler) +
+                        Atom("minf", Atom("stbl", tables));
+    return Atom("trak",
+                FullAtom("tkhd", Zeros(8) + Number(1, 4) + Zeros(4) + Number(10'000, 4) + Zeros(60)) + Atom("mdia", media));
+}
+
+Bytes Sound(const Bytes& type)
+{
+    return Atom(type,
+                Zeros(6) + Number(1, 2) + Zeros(8) + Number(2, 2) + Number(16, 2) + Zeros(4) + Number(48'000, 2) + Zeros(2));
+}
+
+Bytes Movie(const Bytes& content = {})
+{
+    return Atom("moov", MVHD + content);
+}
+
+Bytes Tag(const Bytes& type, const Bytes& value, int dataType = 1)
+{
+    return Atom(type, Atom("data", Number(static_cast<uint64_t>(dataType), 4) + Zeros(4) + value));
+}
+
+Bytes TagList(const Bytes& tags)
+{
+    return Atom("udta", FullAtom("meta", Handler("mdir") + Atom("ilst", tags)));
+}
+
+// What becomes of a file, step by step.
+struct Outcome
+{
+    explicit Outcome(const Bytes& bytes, const char* name = "film.mp4", bool allowMissingFTYP = false,
+                     bool allowMissingMDAT = true)
+        : File(false, 0, allowMissingMDAT)
+    {
+        WorkFolder::Write(name, bytes);
+        if (allowMissingFTYP)
+            File.AllowMissingFTYP();
+        const ZVFilename filename = ZVFilename::FromPath(ZVString::FromUTF8(name));
+        try
+        {
+            IsRead = File.Open(filename) && File.ReadAtoms();
+            IsVerified = IsRead && File.Verify();
+        }
+        catch (Exception* exception)
+        {
+            delete exception;
+        }
+        Error = File.GetLastError();
+    }
+
+    CMp4File File;
+    bool IsRead = false;
+    bool IsVerified = false;
+    ZVString Error;
+};
+
+class CMp4FileTest : public testing::Test
+{
+protected:
+    WorkFolder m_folder;
+};
+
+TEST_F(CMp4FileTest, SaysWhyAFileIsNone)
+{
+    const Bytes mdat = Atom("mdat", "data");
+    const Bytes uits = Atom("uuid", "\x99\x45\x4e\x27\x96\x3a\x4b\x56\x8e\x76\x1d\xb6\x8c\x89\x9c\xd4<xml/>");
+    const Bytes track = Track("soun", Sound("mp4a"), 0);
+    struct Row
+    {
+        const char* Name;
+        Bytes File;
+        const wchar_t* Error;
+    };
+    const Row rows[] = {
+        {"no ftyp",      Movie() + mdat,                  L"Missing FTYP Atom"                       },
+        {"two ftyp",     FTYP + FTYP + Movie() + mdat,    L"Too many FTYP atoms in file"             },
+        {"no moov",      FTYP + mdat,                     L"Missing MOOV Atom"                       },
+        {"two moov",     FTYP + Movie() + Movie() + mdat, L"Too many MOOV atoms in file"             },
+        {"two payloads", FTYP + Movie() + uits + uits,    L"Too many UITS payload atoms in file"     },
+        {"no mdat",      FTYP + Movie(),                  L"Missing MDAT Atom"                       },
+        {"no mvhd",      FTYP + Atom("moov") + mdat,      L"moov atom has wrong number of mvhd atoms"},
+        {"a cut leaf",   FTYP + Movie(track).substr(0,    60),                                         L"Missing MOOV Atom"},
+        {"nothing",              "",                                     L"Missing FTYP Atom"                                                                },
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.Name);
+        const Outcome outcome(row.File, "film.mp4", false, false);
+        EXPECT_FALSE(outcome.IsVerified);
+        EXPECT_EQ(outcome.Error, row.Error);
+    }
+    EXPECT_TRUE(Outcome(Movie() + mdat, "film.mov", true).IsVerified);
+    EXPECT_TRUE(Outcome(FTYP + Movie()).IsVerified);
+    CMp4File missing;
+    EXPECT_FALSE(missing.Open(ZVFilename::FromPath(L"missing.mp4")));
+    EXPECT_FALSE(missing.ReadAtoms());
+    EXPECT_EQ(missing.GetLastError(), L"Failed to open file");
+}
+
+// Of a download that was not finished, or whose movie stands behind what is cut.
+TEST_F(CMp4FileTest, KeepsWhatStandsBeforeTheCut)
+{
+    const Outcome inMedia(FTYP + Movie() + Atom("mdat", Zeros(100)).substr(0, 50));
+    EXPECT_TRUE(inMedia.IsVerified);
+    const Outcome inMovie(FTYP + Atom("moov", MVHD + Atom("trak", Zeros(500))).substr(0, 8 + MVHD.size()));
+    EXPECT_TRUE(inMovie.IsVerified) << "the tracks are missing, and nothing else";
+}
+
+TEST_F(CMp4FileTest, FindsMediaThatNoAtomLeadsTo)
+{
+    // The type stands at odd places, with sizes that are none, before it stands in a header.
+    const Bytes garbage = Zeros(11) + "mdat" + Zeros(9) + "mdat" + Zeros(5);
+    Outcome outcome(FTYP + Movie(Track("soun", Sound("ac-3"), 0)) + garbage + Atom("mdat", Zeros(12'500)) + Atom("free"),
+                    "film.mp4", false, false);
+    EXPECT_TRUE(outcome.IsVerified);
+    ZVPropertyMap info;
+    EXPECT_TRUE(outcome.File.GetFileInfo(info));
+    EXPECT_EQ(info.GetString(L"Bitrate"), L"10");
+}
+
+TEST_F(CMp4FileTest, TellsWhatAFileIs)
+{
+    const Bytes video = Atom("avc1", Zeros(6) + Number(1, 2) + Zeros(16) + Number(1920, 2) + Number(1080, 2) + Zeros(50));
+    const auto getInfo = [](const Bytes& tracks, const char* name)
+    {
+        Outcome outcome(FTYP + Movie(tracks) + Atom("mdat", Zeros(12'500)), name);
+        ZVPropertyMap info;
+        EXPECT_TRUE(outcome.File.GetFileInfo(info));
+        return GetLines(info);
+    };
+    EXPECT_THAT(getInfo(Track("vide", video, 0) + Track("soun", Sound("mp4a"), 0), "film.m4v"),
+                IsSupersetOf({"File Type=m4v", "Duration=10", "Sample Rate=48000", "Channels=2", "Bit Depth=16",
+                              "Media Type=Video", "Width=1920", "Height=1080", "Bitrate=10", "FPS=0.1",
+                              "Compression=m4v video (video: AVC1, audio: MP4 AAC)"}));
+    EXPECT_THAT(getInfo(Track("soun", Sound("ac-3"), 0), "sound.m4a"),
+                IsSupersetOf({"File Type=m4a", "Duration=10", "Media Type=Audio", "Bitrate=10", "Compression=Unknown codec"}));
+}
+
+TEST_F(CMp4FileTest, TellsTheTagsOfAllPlaces)
+{
+    const Bytes shop = Atom("uuid", "\x99\x45\x4e\x27\x96\x3a\x4b\x56\x8e\x76\x1d\xb6\x8c\x89\x9c\xd4<xml/>");
+    const auto getTags = [](const Bytes& content, const Bytes& after = {})
+    {
+        Outcome outcome(FTYP + Movie(content) + after);
+        ZVPropertyMap tags;
+        const bool isFound = outcome.File.GetTags(tags);
+        EXPECT_EQ(isFound, !GetLines(tags).empty());
+        return GetLines(tags);
+    };
+    EXPECT_THAT(getTags(""), ElementsAre());
+    EXPECT_THAT(getTags(Atom("udta", FullAtom("cprt", Number(0, 2) + "Someone" + Zeros(1))), shop),
+                ElementsAre("Copyright=Someone", "UITS Payload=<xml/>"));
+    EXPECT_THAT(getTags(TagList(Tag("\xa9"
+                                    "nam",
+                                    "One") +
+                                Tag("stik", Number(10, 1), 21) + Tag("pcst", Number(1, 1), 21))),
+                ElementsAre("Media Sub Type=TV Show", "Name=One", "Podcast=1", "stik=10"));
+    EXPECT_THAT(getTags(TagList(Tag("stik", Number(5, 1), 21) + Tag("pcst", Number(1, 1), 21))),
+                ElementsAre("Media Sub Type=Podcast", "Podcast=1", "stik=5"));
+    // The second list is the first with tags; tags outside a list are none.
+    EXPECT_THAT(getTags(Atom("udta", Tag("\xa9"
+                                         "nam",
+                                         "None")) +
+                        TagList(Tag("aART", "Two"))),
+                ElementsAre("Album Artist=Two"));
+}
+}

@@ -1,0 +1,128 @@
+// What the atoms of one file may cost, whatever the file says.
+
+#include "mp4/AtomBytes.h"
+#include "mp4/model/CFREEAtom.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+using namespace AtomBytes;
+
+// Counts what is asked of it, and gives a limited count of bytes at once.
+class CountingFile final : public MemoryFile
+{
+public:
+    explicit CountingFile(const Bytes& bytes, int64_t atOnce = INT64_MAX) : MemoryFile(bytes), m_atOnce(atOnce) {}
+
+    int64_t Read(void* bytes, int64_t count) override
+    {
+        LargestRead = std::max(LargestRead, count);
+        const int64_t read = MemoryFile::Read(bytes, std::min(count, m_atOnce));
+        BytesRead += read;
+        return read;
+    }
+
+    int64_t LargestRead = 0;
+    int64_t BytesRead = 0;
+
+private:
+    int64_t m_atOnce;
+};
+
+ZVString GetMessageOf(CAtomReader& reader)
+{
+    try
+    {
+        while (CAtom::Read(reader, nullptr, UINT64_MAX) != nullptr)
+            ;
+    }
+    catch (Exception* exception)
+    {
+        const std::unique_ptr<Exception> owner(exception);
+        return owner->Message;
+    }
+    return L"";
+}
+
+Bytes Nest(int depth, const Bytes& type, Bytes inner = "")
+{
+    for (; depth > 0; --depth)
+        inner = Atom(type, inner);
+    return inner;
+}
+
+TEST(CAtomCostTest, AtomsMayBe64Deep)
+{
+    EXPECT_STREQ(Tree(Nest(64, "moov")).Message, L"");
+    const Tree tree(Atom("free") + Nest(65, "moov"));
+    EXPECT_STREQ(tree.Message, L"There are more than 64 atoms inside each other");
+    EXPECT_EQ(tree.Roots.size(), 1U);
+}
+
+TEST(CAtomCostTest, AMillionAtomsEndEveryList)
+{
+    Bytes children;
+    for (int32_t count = 0; count < CAtomLimits::MaximumAtoms; ++count)
+        children += Atom("free");
+    const Bytes file = Atom("moov", children);
+    const Tree tree(file + Atom("free"));
+    EXPECT_STREQ(tree.Message, L"");
+    ASSERT_EQ(tree.Roots.size(), 1U);
+    EXPECT_EQ(tree.Find<CContainerAtom>()->GetChildren().GetCount(), 999'999);
+    EXPECT_EQ(tree.Find<CContainerAtom>()->GetPassedOver().GetCount(), 8);
+    EXPECT_TRUE(tree.Write() == file);
+}
+
+// Each one is tried in two ways, and so is all that is in it.
+TEST(CAtomCostTest, MetaAtomsInsideEachOtherAreReadAFewTimesOnly)
+{
+    constexpr int Depth = 60;
+    Bytes file = Atom("free", Zeros(1 << 20));
+    for (int count = 0; count < Depth; ++count)
+        file = FullAtom("meta", file);
+    const auto size = static_cast<int64_t>(file.size());
+    CountingFile stream(file);
+    CAtomReader reader(&stream);
+    EXPECT_STREQ(GetMessageOf(reader), L"");
+    EXPECT_GT(reader.Limits.RereadBytes, size);
+    EXPECT_LE(reader.Limits.RereadBytes, 2 * size + (1 << 20));
+    EXPECT_LT(stream.BytesRead, 8 * size);
+}
+
+TEST(CAtomCostTest, ABodyThatIsNotThereIsNotAskedFor)
+{
+    for (const char* const type : {"free", "hint", "dref", "url ", "hdlr", "uuid", "elst"})
+    {
+        CountingFile stream(Number(0x7fffffff, 4) + type + Number(0, 4) + Number(0x0fffffff, 4) + Bytes(200, 'x'));
+        CAtomReader reader(&stream);
+        EXPECT_STREQ(GetMessageOf(reader), L"Read past EOF") << type;
+        EXPECT_EQ(stream.LargestRead, 0x10000) << type;
+    }
+}
+
+TEST(CAtomCostTest, ALargeBodyStaysInTheFile)
+{
+    for (const int64_t excess : {0, 1})
+    {
+        const Bytes file = Atom("free", Bytes(static_cast<size_t>(CAtomBytes::MaximumInMemory + excess), 'x'));
+        const Tree tree(file + Atom("free"));
+        ASSERT_EQ(tree.Roots.size(), 2U);
+        const CAtomBytes& body = tree.Find<CFREEAtom>()->GetBody();
+        EXPECT_EQ(body.GetCount(), CAtomBytes::MaximumInMemory + excess);
+        EXPECT_EQ(body.View().empty(), excess == 1);
+        EXPECT_TRUE(tree.Write() == file + Atom("free"));
+    }
+}
+
+TEST(CAtomCostTest, AStreamMayGiveAFewBytesAtOnce)
+{
+    const Bytes file = Atom("moov", Atom("free", Zeros(0x8000)) + FullAtom("smhd", Zeros(4))) + "xyz";
+    CountingFile stream(file, 3);
+    CAtomReader reader(&stream);
+    const std::unique_ptr<CAtom> atom = CAtom::Read(reader, nullptr, UINT64_MAX);
+    ASSERT_NE(atom, nullptr);
+    EXPECT_EQ(atom->GetSize(), file.size() - 3);
+    EXPECT_STREQ(GetMessageOf(reader), L"Read past EOF");
+}
+}

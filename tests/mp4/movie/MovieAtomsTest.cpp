@@ -1,0 +1,171 @@
+#include "mp4/AtomBytes.h"
+
+#include "mp4/movie/CCopyrightAtom.h"
+#include "mp4/movie/CHDLRAtom.h"
+#include "mp4/movie/CMDIAAtom.h"
+#include "mp4/movie/CMVHDAtom.h"
+#include "mp4/movie/CTKHDAtom.h"
+
+#include <gtest/gtest.h>
+
+using namespace AtomBytes;
+
+namespace
+{
+// Fields of a given width, each with a value that no other has.
+Bytes Distinct(size_t count)
+{
+    Bytes bytes;
+    for (size_t index = 0; index < count; ++index)
+        bytes += static_cast<char>(0x31 + index % 0x40);
+    return bytes;
+}
+
+Bytes MovieHeader(int version, const Bytes& reserved = Zeros(10))
+{
+    const int width = version == 0 ? 4 : 8;
+    return FullAtom("mvhd",
+                    Number(1, width) + Number(2, width) + Number(600, 4) + Number(0x8070605, width) + Distinct(6) + reserved +
+                        Distinct(64),
+                    version);
+}
+
+Bytes TrackHeader(int version, const std::vector<Bytes>& reserved = {Zeros(4), Zeros(8), Zeros(2)})
+{
+    const int width = version == 0 ? 4 : 8;
+    return FullAtom("tkhd",
+                    Number(1, width) + Number(2, width) + Number(7, 4) + reserved[0] + Number(900, width) + reserved[1] +
+                        Distinct(6) + reserved[2] + Distinct(44),
+                    version, 7);
+}
+
+Bytes MediaHeader(int version, const Bytes& quality = Zeros(2))
+{
+    const int width = version == 0 ? 4 : 8;
+    return FullAtom("mdhd",
+                    Distinct(static_cast<size_t>(2 * width)) + Number(44100, 4) + Number(88200, width) + "\x55\xc4" + quality,
+                    version);
+}
+
+Bytes Brands(size_t count)
+{
+    return Atom("ftyp", "isom" + Number(512, 4) + Distinct(4 * count));
+}
+
+const Bytes URL = FullAtom("url ", {}, 0, 1);
+const Bytes Copyright = FullAtom("cprt", Number(0x55c4, 2) + "(c) me" + Zeros(1));
+
+struct Row
+{
+    const char* Name;
+    Bytes File;
+    const wchar_t* Message = L"";
+};
+
+// clang-format off
+std::vector<Row> Rows()
+{
+    return {
+        {"ftyp without brands", Brands(0)},
+        {"ftyp with 100 brands", Brands(100)},
+        {"ftyp with 101 brands", Brands(101), L"ftyp compatible brands out of range"},
+        {"ftyp with half a brand", Atom("ftyp", Distinct(10)), L"In FTYP, non zero size"},
+        {"mvhd 0", MovieHeader(0)},
+        {"mvhd 1", MovieHeader(1)},
+        {"mvhd with a reserved byte", MovieHeader(0, Zeros(9) + "x"), L"SkipZero error"},
+        {"tkhd 0", TrackHeader(0)},
+        {"tkhd 3", TrackHeader(3)},
+        {"tkhd first reserved", TrackHeader(0, {Number(1, 4), Zeros(8), Zeros(2)}), L"SkipZero error"},
+        {"tkhd second reserved", TrackHeader(0, {Zeros(4), Number(1, 8), Zeros(2)}), L"SkipZero error"},
+        {"tkhd third reserved", TrackHeader(0, {Zeros(4), Zeros(8), Number(1, 2)}), L"SkipZero error"},
+        {"mdhd 0", MediaHeader(0)},
+        {"mdhd 1", MediaHeader(1)},
+        {"mdhd with quality", MediaHeader(0, Number(1, 2)), L"SkipZero error"},
+        {"hdlr without a name", FullAtom("hdlr", Distinct(20))},
+        {"hdlr with a counted name", FullAtom("hdlr", Distinct(20) + "\x03" + "abc")},
+        {"hdlr too short", FullAtom("hdlr", Distinct(19))},
+        {"hdlr without a version", Atom("hdlr", "abc")},
+        {"vmhd", FullAtom("vmhd", Distinct(8), 0, 1)},
+        {"smhd", FullAtom("smhd", Distinct(4))},
+        {"nmhd", FullAtom("nmhd")},
+        {"hmhd", FullAtom("hmhd", Distinct(16))},
+        {"dref with two", FullAtom("dref", Number(2, 4) + URL + FullAtom("urn ", Bytes("name\0http://a\0", 14)))},
+        {"dref of uncounted ones", FullAtom("dref", Number(0, 4) + URL + URL)},
+        {"dref with fewer", FullAtom("dref", Number(3, 4) + URL + URL),
+         L"CContainerAtom::ReadChildren didn't read the requested atoms"},
+        {"urn cut in its name", FullAtom("urn ", "name")},
+        {"elst 0", FullAtom("elst", Number(2, 4) + Distinct(24))},
+        {"elst 1", FullAtom("elst", Number(2, 4) + Distinct(40), 1)},
+        {"tref", Atom("tref", Atom("hint", Distinct(8)) + Atom("sync") + Atom("mpod", Distinct(4)))},
+        {"udta with an end", Atom("udta", Copyright + Zeros(4))},
+        {"cprt without a language", Atom("udta", FullAtom("cprt", "x"))},
+        {"cprt elsewhere", Atom("edts", Copyright)},
+        {"iods", FullAtom("iods", Distinct(17))},
+        {"uuid", Atom("uuid", Distinct(20))},
+        {"uuid too short", Atom("uuid", Distinct(15)), L"uuid atom must have larger size"},
+    };
+}
+// clang-format on
+}
+
+TEST(MovieAtoms, AreWrittenAsTheyWereReadOrRefused)
+{
+    for (const Row& row : Rows())
+    {
+        SCOPED_TRACE(row.Name);
+        const Tree tree(row.File);
+        EXPECT_EQ(tree.Message, row.Message);
+        EXPECT_EQ(tree.Write(), tree.Message.IsEmpty() ? row.File : Bytes());
+    }
+}
+
+// A field that is read past the end of its atom, or that leaves something over, refuses the file.
+TEST(MovieAtoms, MustHaveTheirExactSize)
+{
+    for (const char* const type : {"mvhd", "tkhd", "mdhd", "vmhd", "smhd", "hmhd", "elst"})
+    {
+        SCOPED_TRACE(type);
+        for (const size_t size : {size_t {3}, size_t {127}})
+        {
+            const Tree tree(Atom(type, Zeros(size)) + Zeros(300));
+            EXPECT_NE(tree.Message.Find(L"Expected empty size"), -1);
+        }
+    }
+}
+
+// The test is for version 0, so any other has the long form.
+TEST(MovieAtoms, HaveTheLongFormInAllVersionsButZero)
+{
+    for (const int version : {0, 1, 2, 255})
+    {
+        SCOPED_TRACE(version);
+        const Tree movie(MovieHeader(version));
+        ASSERT_NE(movie.Find<CMVHDAtom>(), nullptr);
+        EXPECT_EQ(movie.Find<CMVHDAtom>()->GetTimescale(), 600U);
+        EXPECT_EQ(movie.Find<CMVHDAtom>()->GetDuration(), 0x8070605U);
+        const Tree track(TrackHeader(version));
+        ASSERT_NE(track.Find<CTKHDAtom>(), nullptr);
+        EXPECT_EQ(track.Find<CTKHDAtom>()->GetTrackID(), 7U);
+        EXPECT_EQ(track.Find<CTKHDAtom>()->GetDuration(), 900U);
+        const Tree media(MediaHeader(version));
+        ASSERT_NE(media.Find<CMDHDAtom>(), nullptr);
+        EXPECT_EQ(media.Find<CMDHDAtom>()->GetTimescale(), 44100U);
+        EXPECT_EQ(media.Find<CMDHDAtom>()->GetDuration(), 88200U);
+    }
+}
+
+TEST(MovieAtoms, AHandlerThatIsTooShortHasNoType)
+{
+    const Tree whole(FullAtom("hdlr", "mhlrvide" + Zeros(12)));
+    EXPECT_EQ(whole.Find<CHDLRAtom>()->GetHandlerType(), FourCC("vide"));
+    const Tree cut(FullAtom("hdlr", "mhlrvide" + Zeros(11)));
+    EXPECT_EQ(cut.Find<CHDLRAtom>()->GetHandlerType(), 0U);
+}
+
+TEST(MovieAtoms, ACopyrightEndsAtItsNUL)
+{
+    const Tree tree(Atom("udta", Copyright));
+    EXPECT_EQ(tree.Find<CCopyrightAtom>({"cprt"})->GetValue(), L"(c) me");
+    const Tree open(Atom("udta", FullAtom("cprt", Number(0x55c4, 2) + "\xc3\xa9")));
+    EXPECT_EQ(open.Find<CCopyrightAtom>({"cprt"})->GetValue(), L"\u00e9");
+}

@@ -1,0 +1,197 @@
+#include "mp4/quicktime/CKeyedMetadata.h"
+
+#include "KeyBytes.h"
+#include "mp4/movie/PlainAtoms.h"
+#include "mp4/quicktime/QTMetaAtom.h"
+#include "system/filename/ZVFilename.h"
+
+#include <gtest/gtest.h>
+
+using namespace AtomBytes;
+using namespace std::string_literals;
+
+namespace
+{
+const Bytes Apple = "com.apple.quicktime.";
+
+struct Entry
+{
+    Bytes Key;
+    Bytes Value;
+    uint32_t DataType = 1;
+};
+
+// A meta atom with an item for each key.
+Bytes Meta(const std::vector<Entry>& entries, const char* handler = "mdta")
+{
+    std::vector<Bytes> keys;
+    Bytes items;
+    for (const Entry& entry : entries)
+    {
+        items += Item(static_cast<uint32_t>(keys.size()), entry.Value, entry.DataType);
+        keys.push_back(Key(entry.Key));
+    }
+    return Atom("meta", Handler(handler) + Keys(keys) + Atom("ilst", items));
+}
+}
+
+class CKeyedMetadataTest : public TagTest
+{
+protected:
+    Values GetTags(const Bytes& meta, const wchar_t* oldKey = nullptr)
+    {
+        ZVPropertyMap map;
+        if (oldKey != nullptr)
+            map.SetString(oldKey, L"old");
+        const Tree tree(meta);
+        m_wasUnderstood = CKeyedMetadata(*tree.Find<CContainerAtom>()).GetTags(map);
+        return GetValues(map);
+    }
+
+    bool m_wasUnderstood = false;
+};
+
+TEST_F(CKeyedMetadataTest, NamesTheValuesOfKeys)
+{
+    const Values expected = {
+        L"Name=new",          L"Make=Maker",         L"Model=One",
+        L"Camera=Maker One",  L"Date=43968.25",      L"Location=+48.8577+002.295/",
+        L"Latitude=+48.8577", L"Longitude=+002.295", L"Altitude=",
+        L"Rating=3.5",
+    };
+    // clang-format off
+    const Bytes meta = Meta({
+        {Apple + "make",             "Maker"                        },
+        {Apple + "creationdate",     "2020-05-17T06:00:00Z"         },
+        {"com.example.unknown",      "x"                            },
+        {Apple + "location.ISO6709", "+48.8577+002.295/"            },
+        {Apple + "model",            "One"                          },
+        {Apple + "title",            "new"                          },
+        {Apple + "rating.user",      Number(0x40600000, 4),       23},
+        {Apple + "genre",            ""                             },
+    });
+    // clang-format on
+    EXPECT_EQ(GetTags(meta, L"Name"), expected);
+    EXPECT_TRUE(m_wasUnderstood);
+    const Tree tree(meta);
+    EXPECT_NE(tree.Find<QTMetaAtom>(), nullptr);
+    EXPECT_EQ(tree.Write(), meta);
+}
+
+TEST_F(CKeyedMetadataTest, ReadsAMetaAtomWithAVersionToo)
+{
+    const Bytes meta = FullAtom("meta", Handler("mdta") + Keys({Key(Apple + "album")}) + Atom("ilst", Item(0, "Album")));
+    EXPECT_NE(Tree(meta).Find<CMetaAtom>(), nullptr);
+    EXPECT_EQ(GetTags(meta), Values({L"Album=Album"}));
+}
+
+TEST_F(CKeyedMetadataTest, SetsNothingWithoutMetadata)
+{
+    const Bytes keys = Keys({Key(Apple + "album")});
+    const Bytes items = Atom("ilst", Item(0, "Album"));
+    for (const Bytes& children : {Handler("mdir") + keys + items, keys + items, Handler("mdta") + keys, Handler("mdta") + items})
+    {
+        EXPECT_EQ(GetTags(Atom("udta", children)), Values());
+        EXPECT_FALSE(m_wasUnderstood);
+    }
+    EXPECT_EQ(GetTags(Atom("udta", Handler("mdta") + Keys({}) + Atom("ilst"))), Values());
+    EXPECT_TRUE(m_wasUnderstood);
+}
+
+TEST_F(CKeyedMetadataTest, SetsWhatMakesSenseAlone)
+{
+    // clang-format off
+    const struct
+    {
+        const char* Name;
+        Bytes Meta;
+        Values Expected;
+    } rows[] = {
+        {"a make without a model", Meta({{Apple + "make", " Maker"}, {Apple + "model", ""}}),
+         {L"Make= Maker", L"Camera=Maker"}},
+        {"a date that is none", Meta({{Apple + "creationdate", "someday"}}), {}},
+        {"a place that is none", Meta({{Apple + "location.ISO6709", "home"}}), {L"Location=home"}},
+        {"the key of another namespace",
+         Atom("meta", Handler("mdta") + Keys({Key(Apple + "album", "udta"), Key("\xa9" "day", "udta")}) +
+                          Atom("ilst", Item(0, "x") + Item(1, "2020"))),
+         {L"Date=2020"}},
+        {"fewer items than keys",
+         Atom("meta", Handler("mdta") + Keys({Key(Apple + "album"), Key(Apple + "artist"), Key(Apple + "genre")}) +
+                          Atom("ilst", Item(2, "c") + Item(2, "d") + Item(7, "e") + Item(0, "a"))),
+         {L"Album=a", L"Genre=c"}},
+    };
+    // clang-format on
+    for (const auto& row : rows)
+        EXPECT_EQ(GetTags(row.Meta), row.Expected) << row.Name;
+}
+
+TEST_F(CKeyedMetadataTest, ReadsNumbersByTheirType)
+{
+    // clang-format off
+    const struct
+    {
+        uint32_t DataType;
+        Bytes Value;
+        const wchar_t* Expected;  // null for no value
+    } rows[] = {
+        {2,  "text",                                 nullptr},
+        {21, "\xff",                                 L"-1"},
+        {21, "\x80\0"s,                              L"-32768"},
+        {21, "\x80\0\0\0"s,                          L"-2147483648"},
+        {21, "\0\0\0\1\xff"s,                        L"1"},
+        {22, "\1\0\0"s,                              L"65536"},
+        {22, "\xff\xff\xff\xff\xff\xff\xff\xff",     L"4294967295"},
+        {23, Number(0xbfc00000, 4),                  L"-1.5"},
+        {24, Number(0x4004000000000000, 8),          L"2.5"},
+        {67, "\xff\xff\xff",                         nullptr},
+        {74, Number(0x8000000000000000, 8),          L"-9223372036854775808"},
+        {78, Number(UINT64_MAX, 8),                  L"18446744073709551615"},
+    };
+    // clang-format on
+    for (const auto& row : rows)
+    {
+        const ZVString expected = row.Expected;
+        const Bytes meta = Meta({
+            Entry {Apple + "comment", row.Value, row.DataType}
+        });
+        EXPECT_EQ(GetTags(meta), expected.IsEmpty() ? Values() : Values({(L"Comment=" + expected).GetText()}))
+            << row.DataType << " " << testing::PrintToString(row.Value);
+    }
+}
+
+TEST_F(CKeyedMetadataTest, WritesThePictureOfTheLastKey)
+{
+    const Bytes meta = Atom("meta", Handler("mdta") + Keys({Key(Apple + "artwork"), Key("covr", "udta"), Key("other")}) +
+                                        Atom("ilst", Item(0, "first", 14) + Item(1, "second", 27) + Item(2, "third", 13)));
+    const Tree tree(meta);
+    ZVFilename filename;
+    ASSERT_TRUE(tree.Find<QTMetaAtom>()->GetImageFile(filename));
+    EXPECT_EQ(filename.GetNameAndExtension(), L"cover art.bmp");
+    EXPECT_EQ(ReadFile(filename.GetFilename().GetText()), "second");
+    EXPECT_EQ(CountFiles(), 1);
+}
+
+TEST_F(CKeyedMetadataTest, WritesNoPictureIfThereIsNone)
+{
+    const Bytes keys = Keys({Key(Apple + "artwork")});
+    for (const Bytes& items : {Item(0, "text", 1), Item(0, "", 13), Item(1, "picture", 13), Atom(Number(1, 4))})
+    {
+        const Tree tree(Atom("meta", Handler("mdta") + keys + Atom("ilst", items)));
+        ZVFilename filename;
+        EXPECT_FALSE(tree.Find<QTMetaAtom>()->GetImageFile(filename));
+        EXPECT_TRUE(filename.IsEmpty());
+    }
+    EXPECT_EQ(CountFiles(), 0);
+}
+
+// However many pictures somebody put into a file, they do not fill the disk.
+TEST_F(CKeyedMetadataTest, WritesAllPicturesAmongTheTagsToOneFile)
+{
+    const Entry unknown = {"unknown", "other", 13};
+    const Entry artwork = {Apple + "artwork", "first", 13};
+    const Entry lastArtwork = {Apple + "artwork", "last", 13};
+    const Values tags = GetTags(Meta({artwork, unknown, lastArtwork}));
+    ASSERT_EQ(tags.size(), 1);
+    EXPECT_EQ(ReadFile(tags.begin()->substr(wcslen(L"Image File="))), "last");
+    EXPECT_EQ(CountFiles(), 1);
+}

@@ -1,0 +1,301 @@
+#include "mp4/samples/FilmBytes.h"
+
+#include "mp4/samples/CCodecNumber.h"
+#include "mp4/samples/CSTBLAtom.h"
+
+#include <gtest/gtest.h>
+
+using namespace FilmBytes;
+
+namespace
+{
+// A descriptor with its length in one byte.
+Bytes Tagged(int tag, const Bytes& body)
+{
+    return Number(static_cast<uint64_t>(tag), 1) + Number(body.size(), 1) + body;
+}
+
+// AAC at 128 kbit/s, at most 160, and two bytes for the decoder.
+const Bytes DecoderSpecific = Tagged(5, "\x11\x90");
+const Bytes DecoderConfig = Number(0x40, 1) + Number(0x15001800, 4) + Number(160000, 4) + Number(128000, 4) + DecoderSpecific;
+const Bytes PlainDescriptor = Tagged(3, Number(1, 2) + Zeros(1) + Tagged(4, DecoderConfig) + Tagged(6, "\x02"));
+
+Bytes Esds(const Bytes& descriptor = PlainDescriptor)
+{
+    return FullAtom("esds", descriptor);
+}
+
+// Frame length, version, bit depth, tuning, channels, longest run and frame, average bit rate, sample rate.
+Bytes Alac(int bitDepth = 24, int channels = 6, uint32_t sampleRate = 96000)
+{
+    return FullAtom("alac", Number(4096, 4) + Zeros(1) + Number(static_cast<uint64_t>(bitDepth), 1) + Zeros(3) +
+                                Number(static_cast<uint64_t>(channels), 1) + Zeros(10) + Number(sampleRate, 4));
+}
+
+// The fields that are there in version 1 of a sound entry.
+const Bytes PacketFields = Bytes(16, 'p');
+
+Bytes FilmWith(const std::vector<Bytes>& entries)
+{
+    return Movie(Track("text", Tables {.Entries = Descriptions(entries)}.Make()));
+}
+
+const CSTSDAtom& DescriptionsOf(const Film& film)
+{
+    return *film.Find<CSTSDAtom>({"trak", "mdia", "minf", "stbl", "stsd"});
+}
+
+// What an esds says.
+CStreamDescription Describe(const Bytes& esds)
+{
+    const Tree tree(esds);
+    const auto* const atom = tree.Find<CESDescriptorAtom>();
+    EXPECT_NE(atom, nullptr);
+    return atom == nullptr ? CStreamDescription() : atom->GetDescription();
+}
+}
+
+TEST(SampleEntries, AreWrittenAsTheyWereRead)
+{
+    const Bytes wave = Atom("wave", Atom("frma", "mp4a") + Atom("mp4a", Zeros(4)) + Esds() + Atom(Zeros(4)));
+    const Bytes layout = FullAtom("chan", Zeros(12));
+    for (const Bytes& entry : {
+             VideoEntry(),
+             VideoEntry("mp4v", Esds() + Atom("pasp", Zeros(8)) + "end"),
+             VideoEntry("jpeg", Zeros(9)),
+             SoundEntry(),
+             SoundEntry("mp4a", Esds() + "trailer"),
+             SoundEntry("mp4a", PacketFields + wave + layout + Zeros(4), 1),
+             SoundEntry("ac-3", PacketFields, 2),
+             SoundEntry("alac", Alac()),
+             SoundEntry("alac", FullAtom("alac", {})),
+             SoundEntry("sowt"),
+             SoundEntry("sowt", Bytes(15, 'x')),
+             SoundEntry("twos", PacketFields),
+             SoundEntry("raw ", PacketFields + layout + "end", 1),
+             Atom("mp4s", Zeros(7) + "\x01" + Esds()),
+             Atom("rtp ", Zeros(7) + "\x01" + Number(0x10001, 4) + Number(1450, 4) + "tims"),
+             Atom("hvc1", Bytes(99, 'x')),
+         })
+    {
+        const Bytes file = FilmWith({entry});
+        const Film film(file);
+        SCOPED_TRACE(entry.substr(4, 4) + std::to_string(entry.size()));
+        EXPECT_EQ(film.Message, L"");
+        EXPECT_EQ(film.Write(), file);
+    }
+}
+
+TEST(SampleEntries, MustHaveTheirReservedBytesZero)
+{
+    const Bytes video = VideoEntry();
+    for (const size_t place : {8U, 13U, 44U, 47U})
+    {
+        Bytes damaged = video;
+        damaged[place] = 1;
+        EXPECT_EQ(Tree(damaged).Message, L"SkipZero error") << place;
+    }
+    EXPECT_NE(Tree(Atom("avc1", Zeros(20)) + Zeros(99)).Message.Find(L"Expected empty size"), -1);
+    // An mp4s keeps no rest.
+    EXPECT_NE(Tree(Atom("mp4s", Zeros(8) + "abc") + Zeros(99)).Message.Find(L"Expected empty size"), -1);
+}
+
+TEST(SampleEntries, DecideTheKindOfMedia)
+{
+    const Bytes unknown = Atom("hvc1", Zeros(78));
+    const struct
+    {
+        const char* Name;
+        std::vector<Bytes> Entries;
+        char Kind;
+    } rows[] = {
+        {"nothing",                   {},                                       'o'},
+        {"unknown",                   {unknown},                                'o'},
+        {"video after unknown",       {unknown, VideoEntry("cvid")},            'v'},
+        {"sound",                     {SoundEntry("QDM2")},                     'a'},
+        {"two of sound",              {SoundEntry("mp4a"), SoundEntry("twos")}, 'a'},
+        {"not understood, but video", {Atom("AVdn", Zeros(7))},                 'v'},
+        {"hints",                     {Atom("mp4s", Zeros(8))},                 'o'},
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.Name);
+        const Film film(FilmWith(row.Entries));
+        EXPECT_EQ(film.Message, L"");
+        EXPECT_EQ(film.GetMovie().GetTracks().front()->GetMediaType(), row.Kind);
+    }
+    const wchar_t* const conflict = L"STSD atom has too many content children of conflicting types";
+    EXPECT_EQ(Film(FilmWith({SoundEntry(), VideoEntry()})).Message, conflict);
+    EXPECT_EQ(Film(FilmWith({Atom("AVdn"), unknown, SoundEntry("raw ")})).Message, conflict);
+}
+
+TEST(SampleEntries, TheFirstOfAKnownTypeTells)
+{
+    const Film sound(FilmWith({Atom("hvc1"), SoundEntry("mp4a", Esds()), SoundEntry("mp4a")}));
+    EXPECT_EQ(DescriptionsOf(sound).GetAverageBitRate(), 128000U);
+    const Film opaque(FilmWith({Atom("AVdn", Zeros(40)), VideoEntry()}));
+    EXPECT_EQ(DescriptionsOf(opaque).GetWidth(), 0);
+}
+
+TEST(SampleEntries, TheirTypesTellTheCodec)
+{
+    const struct
+    {
+        Bytes Entry;
+        int32_t Number;
+    } rows[] = {
+        {VideoEntry("mp4v"), 32   },
+        {VideoEntry("jpeg"), 108  },
+        {VideoEntry("avc1"), 65280},
+        {VideoEntry("rle "), 65281},
+        {VideoEntry("SVQ3"), 65282},
+        {VideoEntry("SVQ1"), 65285},
+        {VideoEntry("cvid"), 0    },
+        {SoundEntry("mp4a"), 64   },
+        {SoundEntry("ac-3"), 65288},
+        {SoundEntry("ec-3"), 65289},
+        {SoundEntry("soun"), 0    },
+        {SoundEntry("alac"), 0    },
+        {SoundEntry("twos"), 65283},
+        {SoundEntry("sowt"), 65284},
+        {SoundEntry("raw "), 65286},
+        {SoundEntry("ulaw"), 65287},
+        {SoundEntry("QDM2"), 0    },
+    };
+    for (const auto& row : rows)
+    {
+        const Film film(FilmWith({row.Entry}));
+        EXPECT_EQ(DescriptionsOf(film).GetObjectType(), row.Number) << row.Entry.substr(4, 4);
+    }
+}
+
+// Where a descriptor is found, and that it decides the codec whatever it says.
+TEST(SampleEntries, TheirDescriptorsTellTheCodec)
+{
+    const Bytes none = Esds("\x04\x01\x20");
+    // clang-format off
+    const struct
+    {
+        const char* Name;
+        Bytes Entry;
+        int32_t Number;
+    } rows[] = {
+        {"esds of sound", SoundEntry("ac-3", Esds()), 64},
+        {"esds in a wave", SoundEntry("ac-3", PacketFields + Atom("wave", Esds()), 1), 64},
+        {"esds of plain sound", SoundEntry("twos", PacketFields + Esds()), 64},
+        {"esds of video", VideoEntry("mp4v", Esds()), 64},
+        {"wave of video", VideoEntry("mp4v", Atom("wave", Esds())), 32},
+        {"esds that describes nothing", SoundEntry("mp4a", none), 0},
+        {"that and a wave", SoundEntry("mp4a", none + Atom("wave", Esds())), 0},
+        {"empty esds", SoundEntry("mp4a", Esds({})), 0},
+        {"esds without a version", SoundEntry("mp4a", Atom("esds", "abc")), 0},
+        {"alac", SoundEntry("alac", Alac()), 254},
+        {"alac and wave", SoundEntry("alac", Atom("wave", Esds()) + Alac()), 254},
+        {"alac in another entry", SoundEntry("mp4a", Alac()), 64},
+        {"that and a wave with esds", SoundEntry("ac-3", Alac() + Atom("wave", Esds())), 64},
+        {"wave without esds", SoundEntry("ac-3", Atom("wave")), 65288},
+    };
+    // clang-format on
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.Name);
+        const Film film(FilmWith({row.Entry}));
+        EXPECT_EQ(film.Message, L"");
+        EXPECT_EQ(DescriptionsOf(film).GetObjectType(), row.Number);
+    }
+}
+
+TEST(SampleEntries, PreferWhatALosslessDescriptorSays)
+{
+    // clang-format off
+    const struct
+    {
+        Bytes Alac;
+        int32_t SampleSize;
+        int32_t Channels;
+        int32_t SampleRate;
+    } rows[] = {
+        {Alac(), 24, 6, 96000},
+        {Alac(8, 1, 1), 8, 1, 1},
+        {Alac(32, 31, 192000), 32, 31, 192000},
+        {Alac(7, 0, 0), 16, 2, 48000},
+        {Alac(33, 32), 16, 2, 96000},
+        {FullAtom("alac", Alac().substr(12, 23)), 24, 6, 48000},
+        {FullAtom("alac", Alac().substr(12, 6)), 24, 2, 48000},
+        {FullAtom("alac"), 16, 2, 48000},
+        {Esds(), 16, 2, 48000},
+    };
+    // clang-format on
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.Alac.size());
+        const Film film(FilmWith({SoundEntry("alac", row.Alac)}));
+        EXPECT_EQ(film.Message, L"");
+        EXPECT_EQ(DescriptionsOf(film).GetSampleSize(), row.SampleSize);
+        EXPECT_EQ(DescriptionsOf(film).GetChannels(), row.Channels);
+        EXPECT_EQ(DescriptionsOf(film).GetSampleRate(), row.SampleRate);
+    }
+}
+
+TEST(SampleEntries, MakeACookieForLosslessDecoders)
+{
+    const Bytes alac = Alac();
+    const Film film(FilmWith({SoundEntry("alac", alac)}));
+    const CStreamDescription* const description = DescriptionsOf(film).GetDescription();
+    ASSERT_NE(description, nullptr);
+    EXPECT_EQ(Bytes(description->RawConfig.begin(), description->RawConfig.end()), Atom("frma", "alac") + alac);
+}
+
+TEST(SampleEntries, ReadEveryFormOfADescriptor)
+{
+    const Bytes id = Number(1, 2);
+    const Bytes config = Tagged(4, DecoderConfig);
+    const Bytes longConfig = Bytes("\x04\x80\x80\x80\x16", 5) + DecoderConfig;
+    // clang-format off
+    const struct
+    {
+        const char* Name;
+        Bytes Descriptor;
+        int32_t ObjectType;
+    } rows[] = {
+        {"depends on another", Tagged(3, id + "\x80" + "xx" + config), 0x40},
+        {"has a URL", Tagged(3, id + "\x40" + "\x03" + "abc" + config), 0x40},
+        {"has a clock", Tagged(3, id + "\x3f" + "xx" + config), 0x40},
+        {"has all", Tagged(3, id + "\xff" + "xx" + "\x03" + "abc" + "xx" + config), 0x40},
+        {"long lengths", Bytes("\x03\x80\x80\x80\x20", 5) + id + Zeros(1) + longConfig, 0x40},
+        {"a length of four bytes that goes on", Bytes("\x03\x80\x80\x80\xff", 5) + id + Zeros(1) + config, 0x40},
+        {"a URL beyond the end", Tagged(3, id + "\x40" + "\xff" + config), 0},
+        {"another tag", Tagged(3, id + Zeros(1) + "\x06" + config.substr(1)), 0},
+        {"another first tag", "\x02" + PlainDescriptor.substr(1), 0},
+    };
+    // clang-format on
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(row.Name);
+        const CStreamDescription description = Describe(Esds(row.Descriptor));
+        EXPECT_EQ(description.ObjectType, row.ObjectType);
+        EXPECT_EQ(description.AverageBitRate, row.ObjectType == 0 ? 0U : 128000U);
+        EXPECT_EQ(description.MaximumBitRate, row.ObjectType == 0 ? 0U : 160000U);
+        EXPECT_EQ(description.RawConfig.size(), row.ObjectType == 0 ? 0U : 2U);
+    }
+}
+
+// What does not fit is 0, whole numbers and not parts of them.
+TEST(SampleEntries, ReadADescriptorUpToWhereItIsCut)
+{
+    // Where each field of the descriptor ends.
+    constexpr size_t ObjectTypeEnd = 8;
+    constexpr size_t MaximumEnd = 16;
+    constexpr size_t AverageEnd = 20;
+    constexpr size_t ConfigEnd = 24;
+    for (size_t size = 0; size <= PlainDescriptor.size(); ++size)
+    {
+        SCOPED_TRACE(size);
+        const CStreamDescription description = Describe(Esds(PlainDescriptor.substr(0, size)));
+        EXPECT_EQ(description.ObjectType, size < ObjectTypeEnd ? 0 : 0x40);
+        EXPECT_EQ(description.MaximumBitRate, size < MaximumEnd ? 0U : 160000U);
+        EXPECT_EQ(description.AverageBitRate, size < AverageEnd ? 0U : 128000U);
+        EXPECT_EQ(Bytes(description.RawConfig.begin(), description.RawConfig.end()),
+                  size < ConfigEnd ? Bytes() : DecoderSpecific.substr(2));
+    }
+}

@@ -1,0 +1,115 @@
+#include "mp4/tags/CILSTAtom.h"
+
+#include "TagBytes.h"
+#include "mp4/movie/CMOOVAtom.h"
+#include "mp4/tags/CCoverartAtom.h"
+#include "system/filename/ZVFilename.h"
+
+#include <gtest/gtest.h>
+
+using namespace AtomBytes;
+using namespace std::string_literals;
+
+class CILSTAtomTest : public TagTest
+{
+protected:
+    // What a list sets in a map that has some values already.
+    Values GetTags(const Bytes& tags, const wchar_t* oldKey = nullptr)
+    {
+        ZVPropertyMap map;
+        if (oldKey != nullptr)
+            map.SetString(oldKey, L"old");
+        const Tree tree(Atom("ilst", tags));
+        m_wasAnySet = tree.Find<CILSTAtom>()->GetTags(map);
+        return GetValues(map);
+    }
+
+    bool m_wasAnySet = false;
+};
+
+TEST_F(CILSTAtomTest, NamesTags)
+{
+    const Values expected = {
+        L"Name=a",           L"Track #=2/9",
+        L"Rating=4",         L"Title Sort Order=s",
+        L"Title Sort=s",     L"Show Name Sort Order=t",
+        L"Show Name Sort=t", L"Number of Episodes=12",
+    };
+    EXPECT_EQ(GetTags(Tag("\xa9nam", "a") + Tag("trkn", "\0\0\0\2\0\11"s) + Tag("rtng", "\4") + Tag("sonm", "s") +
+                      Tag("sosn", "t") + Tag("tven", "12") + Tag("tves", "\0\0\0\3"s) + Tag("covr", "x") + Tag("abcd", "x")),
+              expected);
+    EXPECT_TRUE(m_wasAnySet);
+}
+
+TEST_F(CILSTAtomTest, LetsLaterTagsReplaceEarlierOnes)
+{
+    EXPECT_EQ(GetTags(Tag("\xa9gen", "Own") + Tag("gnre", "\0\1"s) + Tag("gnre", "\0\0"s), L"Genre"), Values({L"Genre=Blues"}));
+}
+
+TEST_F(CILSTAtomTest, KeepsACopyrightThatIsThere)
+{
+    EXPECT_EQ(GetTags(Tag("cprt", "a") + Tag("cprt", "b")), Values({L"Copyright=a"}));
+    EXPECT_EQ(GetTags(Tag("cprt", "a"), L"copyright"), Values({L"copyright=old"}));
+    EXPECT_FALSE(m_wasAnySet);
+}
+
+TEST_F(CILSTAtomTest, StoresADateAsItsNumber)
+{
+    const Bytes day = Number(SignedFourCC("day"), 4);
+    EXPECT_EQ(GetTags(Tag(day, "2020-05-17T06:00:00Z")), Values({L"Date=43968.25"}));
+    EXPECT_EQ(GetTags(Tag(day, "someday")), Values());
+    EXPECT_FALSE(m_wasAnySet);
+}
+
+TEST_F(CILSTAtomTest, NamesFreeFormTags)
+{
+    const struct
+    {
+        const char* Name;
+        const char* Value;
+        Values Expected;
+    } rows[] = {
+        {"REPLAYGAIN_track_gain", "-7 dB",                {L"Replay Gain=-7 dB"}},
+        {"media",                 "CD",                   {L"Release Medium=CD"}},
+        {"My own",                "x",                    {L"My own=x"}         },
+        {"Rating",                "10",                   {L"Rating=5"}         },
+        {"RATING",                "7.5",                  {L"Rating=4"}         },
+        {"RATING",                "none",                 {L"Rating=0"}         },
+        {"RATING",                "-10",                  {L"Rating=-4"}        },
+        {"RATING",                "99999999999999999999", {L"Rating=500000"}    },
+        {"empty",                 "",                     {}                    },
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(GetTags(FreeForm(row.Name, row.Value)), row.Expected) << row.Name << " " << row.Value;
+}
+
+TEST_F(CILSTAtomTest, SkipsFreeFormTagsThatLackAPart)
+{
+    const Bytes mean = FullAtom("mean", "m");
+    const Bytes name = FullAtom("name", "n");
+    EXPECT_EQ(GetTags(Atom("----", name + Data("x"))), Values());
+    EXPECT_EQ(GetTags(Atom("----", mean + Data("x"))), Values());
+    EXPECT_EQ(GetTags(Atom("----", mean + name)), Values());
+    EXPECT_EQ(GetTags(Atom("----", mean + Atom("name", "abc") + Data("x"))), Values());
+    EXPECT_EQ(GetTags(Atom("----", Atom("mean") + name + Data("x"))), Values({L"n=x"}));
+}
+
+// The values are those that other programs show of this file.
+TEST_F(CILSTAtomTest, ReadsASampleFile)
+{
+    const char* const fixtures = getenv("ZV_FIXTURES");
+    if (fixtures == nullptr)
+        GTEST_SKIP() << "ZV_FIXTURES names no folder with sample media";
+    Tree film(ReadFile(std::filesystem::path(fixtures) / "mp4" / "has-tags.m4a"));
+    std::erase_if(film.Roots, [](const auto& root) { return root->GetType() != FourCC("moov"); });
+    const auto* const list = film.Find<CILSTAtom>({"udta", "meta", "ilst"});
+    ASSERT_NE(list, nullptr);
+    ZVPropertyMap tags;
+    EXPECT_TRUE(list->GetTags(tags));
+    EXPECT_EQ(tags.GetString(L"Artist"), L"Test Artist");
+    EXPECT_EQ(tags.GetString(L"Tool Name"), L"FAAC 1.24");
+    EXPECT_EQ(tags.GetString(L"iTunNORM").GetLength(), 90);
+    ZVFilename filename;
+    EXPECT_TRUE(film.Find<CCoverartAtom>({"udta", "meta", "ilst", "covr"})->GetValue(filename));
+    EXPECT_EQ(ReadFile(filename.GetFilename().GetText()).size(), 79);
+}
