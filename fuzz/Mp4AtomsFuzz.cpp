@@ -1,10 +1,14 @@
-// The bytes of an MP4, QuickTime or HEIF file: its atoms are read, shown, written, and read and written again.
+// The bytes of an MP4, QuickTime or HEIF file: its atoms are read, shown, written, and read and written again; then it is verified and
+// asked for all that the library tells of such a file.
 
 #include "Require.h"
+#include "core/property/ZVPropertyMap.h"
+#include "mp4/CMp4File.h"
 #include "mp4/model/CAtomWriter.h"
 #include "mp4/model/CContainerAtom.h"
 #include "mp4/model/Exception.h"
 #include "mp4/model/StopOnBrokenTree.h"
+#include "system/file/ZVFileSystem.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -43,7 +47,6 @@ public:
     }
     int64_t GetLength() override { return static_cast<int64_t>(m_bytes.size()); }
     bool IsOpen() override { return true; }
-
 
 private:
     std::span<const uint8_t> m_bytes;
@@ -140,6 +143,34 @@ private:
     int64_t m_size;
     std::vector<std::unique_ptr<CAtom>> m_roots;
 };
+
+// As those do who show what a file is. Pictures go nowhere, but for that of a key, which is deleted.
+void AskEverything(std::span<const uint8_t> bytes)
+{
+    CMp4File file;
+    file.AllowMissingFTYP();
+    Require(file.OpenStream(std::make_unique<MemoryFile>(bytes), ZVFilename::FromPath(L"film.mp4")));
+    if (!file.ReadAtoms())
+        return;
+    try
+    {
+        if (!file.Verify())
+            return;
+    }
+    catch (Exception* exception)
+    {
+        delete exception;
+        return;
+    }
+    ZVPropertyMap tags;
+    file.GetTags(tags);
+    if (tags.IsSet(L"Image File"))
+        ZVFileSystem::DeleteFile(tags.GetString(L"Image File"));
+    ZVPropertyMap information;
+    Require(file.GetFileInfo(information) == information.IsSet(L"Media Type"));
+    ZVFilename picture = ZVFilename::FromPath(L"/dev/null");
+    file.GetImageFile(picture);
+}
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
@@ -154,5 +185,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const Tree second(file);
     Require(second.IsWhole);
     Require(second.Write() == written);
+    AskEverything({data, size});
     return 0;
 }

@@ -33,7 +33,13 @@ CMp4FileBase::~CMp4FileBase() = default;
 bool CMp4FileBase::Open(const ZVFilename& filename)
 {
     Close();
-    m_stream = std::make_unique<CLibraryReader>(filename.GetPathOnly());
+    return OpenStream(std::make_unique<CLibraryReader>(filename.GetPathOnly()), filename);
+}
+
+bool CMp4FileBase::OpenStream(std::unique_ptr<CGeneralReader> stream, const ZVFilename& filename)
+{
+    Close();
+    m_stream = std::move(stream);
     m_reader.Attach(m_stream.get());
     m_fileSize = m_reader.GetLength();
     m_filename = filename;

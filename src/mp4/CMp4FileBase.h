@@ -19,6 +19,8 @@ public:
 
     // Opens a file for reading, after closing the one that was open.
     virtual bool Open(const ZVFilename& filename);
+    // The same with a file that a reader reads; the name is only that of its properties.
+    bool OpenStream(std::unique_ptr<CGeneralReader> stream, const ZVFilename& filename);
     // Checks what the atoms say of each other, once they are read.
     virtual bool Verify() = 0;
 
