@@ -196,4 +196,42 @@ TEST_F(CMp4FileTest, TellsTheTagsOfAllPlaces)
                         TagList(Tag("aART", "Two"))),
                 ElementsAre("Album Artist=Two"));
 }
+
+// Real files; what is expected was read from them with another program.
+TEST_F(CMp4FileTest, ReadsRealFilesAndWritesThemAsTheyAre)
+{
+    const char* const fixtures = getenv("ZV_FIXTURES");
+    if (fixtures == nullptr)
+        GTEST_SKIP() << "ZV_FIXTURES names no folder with sample media";
+    struct Row
+    {
+        const char* Name;
+        std::set<std::string> Expected;
+    };
+    const Row rows[] = {
+        {"ac3.m4a",              {"Sample Rate=48000", "Channels=2", "Compression=Unknown codec"}             },
+        {"blank_video.m4v",      {"Width=640", "Height=360", "FPS=30", "Sample Rate=44100"}                   },
+        {"covr-junk.m4a",        {"Artist=Test Artist", "Tool Name=FAAC 1.24"}                                },
+        {"empty_alac.m4a",       {"Name=empty_alac", "Compression=ALAC", "Bit Depth=16", "Gapless Playback=0"}},
+        {"gnre.m4a",             {"Genre=Ska"}                                                                },
+        {"has-tags.m4a",         {"Artist=Test Artist", "Compression=MP4 AAC"}                                },
+        {"no-tags.m4a",          {"Media Type=Audio"}                                                         },
+        {"non-full-meta.m4a",    {"Artist=Test Artist!!!!"}                                                   },
+        {"zero-length-mdat.m4a", {"Name=Sine wave 440Hz", "Channels=1", "Sample Rate=22050"}                  },
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.Name);
+        const Bytes bytes = WorkFolder::Read(std::string(fixtures) + "/mp4/" + row.Name);
+        Outcome outcome(bytes, row.Name);
+        ZVPropertyMap map;
+        outcome.File.GetTags(map);
+        outcome.File.GetFileInfo(map);
+        EXPECT_THAT(GetLines(map), IsSupersetOf(row.Expected));
+        const Tree tree(bytes);
+        const Bytes written = tree.Write();
+        EXPECT_EQ(written, bytes.substr(0, written.size()));
+        EXPECT_EQ(written.size(), static_cast<size_t>(tree.Reader.GetPosition()));
+    }
+}
 }

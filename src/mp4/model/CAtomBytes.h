@@ -1,13 +1,38 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <new>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 class CAtomReader;
 class CAtomWriter;
 enum class CRangeEnd;
+
+// Leaves memory as it is that is filled afterwards.
+template <class T>
+struct CUninitialized : std::allocator<T>
+{
+    template <class U>
+    struct rebind
+    {
+        using other = CUninitialized<U>;
+    };
+
+    template <class U>
+    void construct(U* place)
+    {
+        new (static_cast<void*>(place)) U;
+    }
+    template <class U, class... Arguments>
+    void construct(U* place, Arguments&&... arguments)
+    {
+        new (static_cast<void*>(place)) U(std::forward<Arguments>(arguments)...);
+    }
+};
 
 // Bytes of an atom as they stand in the file. Few are in memory; of many there is only the place in the file, which must stay
 // open for as long as they are needed.
@@ -40,7 +65,7 @@ public:
     int64_t GetDeclaredCount() const { return m_declaredCount; }
 
 private:
-    std::vector<uint8_t> m_bytes;
+    std::vector<uint8_t, CUninitialized<uint8_t>> m_bytes;
     CAtomReader* m_reader = nullptr;  // set when the bytes are in the file
     int64_t m_start = 0;
     int64_t m_count = 0;

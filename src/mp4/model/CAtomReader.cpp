@@ -22,15 +22,22 @@ int64_t CAtomReader::Block::Read(int64_t position, void* bytes, int64_t count)
 
 const uint8_t* CAtomReader::Block::Find(int64_t position, int64_t count)
 {
-    const int64_t offset = position - m_position;
-    const auto size = static_cast<int64_t>(m_bytes.size());
-    if (offset >= 0 && offset <= size && count <= size - offset)
-        return m_bytes.data() + offset;
-    m_bytes.clear();
-    m_bytes.resize(static_cast<size_t>(Size));
-    m_bytes.resize(static_cast<size_t>(Read(position, m_bytes.data(), Size)));
+    const std::span<const uint8_t> present = FindPresent(position);
+    if (count <= static_cast<int64_t>(present.size()))
+        return present.data();
+    if (m_bytes == nullptr)
+        m_bytes = std::make_unique_for_overwrite<uint8_t[]>(static_cast<size_t>(Size));
+    m_used = Read(position, m_bytes.get(), Size);
     m_position = position;
-    return count <= static_cast<int64_t>(m_bytes.size()) ? m_bytes.data() : nullptr;
+    return count <= m_used ? m_bytes.get() : nullptr;
+}
+
+std::span<const uint8_t> CAtomReader::Block::FindPresent(int64_t position) const
+{
+    if (position < m_position || position - m_position >= m_used)
+        return {};
+    const int64_t offset = position - m_position;
+    return {m_bytes.get() + offset, static_cast<size_t>(m_used - offset)};
 }
 
 void CAtomReader::Attach(CGeneralReader* stream)
@@ -55,9 +62,11 @@ void CAtomReader::ReadBytes(void* bytes, int64_t count)
     if (count > GetAvailable())
         ThrowPastEnd::OnPastEnd();
     const int64_t position = GetPosition();
-    if (const uint8_t* const found = m_block.FindFew(position, count))
-        std::copy_n(found, count, static_cast<uint8_t*>(bytes));
-    else if (m_block.Read(position, bytes, count) != count)
+    auto* const target = static_cast<uint8_t*>(bytes);
+    const std::span<const uint8_t> present = m_block.FindPresent(position);
+    const int64_t used = std::min(count, static_cast<int64_t>(present.size()));
+    std::copy_n(present.data(), used, target);
+    if (m_block.Read(position + used, target + used, count - used) != count - used)
         ThrowPastEnd::OnPastEnd();
     m_cursor.SeekTo(position + count);
 }

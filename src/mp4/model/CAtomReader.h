@@ -5,7 +5,8 @@
 
 #include <bit>
 #include <cstdint>
-#include <vector>
+#include <memory>
+#include <span>
 
 // What all atoms of one file may cost together, however they are nested. Files that were made to be costly go beyond it; real ones
 // have some hundred atoms, ten deep at most.
@@ -48,7 +49,7 @@ public:
 
     // Reads an unsigned number of 1 to 8 bytes.
     uint64_t ReadNumber(int32_t width) { return m_cursor.ReadUnsigned(width); }
-    // Reads that many bytes, of which large numbers go past the block.
+    // Reads that many bytes. Those that are not in the block go past it.
     void ReadBytes(void* bytes, int64_t count);
 
     CAtomLimits Limits;
@@ -60,18 +61,19 @@ private:
     public:
         CGeneralReader* Stream = nullptr;
 
-        void Drop() { m_bytes.clear(); }
+        void Drop() { m_used = 0; }
         // Reads from a position as many of that many bytes as are there, and returns how many.
         int64_t Read(int64_t position, void* bytes, int64_t count);
         // That many bytes, at most as many as a block has; null when they are not there.
         const uint8_t* Find(int64_t position, int64_t count);
-        // The same for any count; null also when they are more than it pays to copy.
-        const uint8_t* FindFew(int64_t position, int64_t count) { return count > Size / 4 ? nullptr : Find(position, count); }
+        // What is in memory already of the bytes from a position on.
+        std::span<const uint8_t> FindPresent(int64_t position) const;
 
     private:
         static constexpr int64_t Size = 0x10000;
 
-        std::vector<uint8_t> m_bytes;
+        std::unique_ptr<uint8_t[]> m_bytes;
+        int64_t m_used = 0;
         int64_t m_position = 0;
     };
 

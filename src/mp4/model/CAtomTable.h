@@ -2,7 +2,9 @@
 
 #include "mp4/model/CAtomBytes.h"
 
+#include <bit>
 #include <cstdint>
+#include <cstring>
 
 // The rows of a table, as the big-endian bytes that stand in the file. Long films have some hundred thousand rows, so they are
 // read in one piece and taken apart when one is asked for.
@@ -21,23 +23,51 @@ public:
     Integer Get(uint32_t row, int32_t offset = 0) const
     {
         const uint8_t* const bytes = m_bytes.View().data() + static_cast<size_t>(row) * static_cast<size_t>(m_rowWidth) + offset;
-        uint64_t value = 0;
-        for (size_t index = 0; index < sizeof(Integer); ++index)
-            value = value << 8 | bytes[index];
-        return static_cast<Integer>(value);
+        Integer value;
+        memcpy(&value, bytes, sizeof value);
+        return SwapBytes(value);
+    }
+    // The first row, from one on, whose number does not meet a condition, or the count of all rows. Of a table with that one number
+    // in each row.
+    template <class Integer, class Condition>
+    uint32_t SkipWhile(uint32_t row, Condition condition) const
+    {
+        const uint8_t* const bytes = m_bytes.View().data();
+        const uint32_t count = GetCount();
+        for (; row < count; ++row)
+        {
+            Integer value;
+            memcpy(&value, bytes + size_t {row} * sizeof value, sizeof value);
+            if (!condition(SwapBytes(value)))
+                break;
+        }
+        return row;
     }
     template <class Integer>
     void Set(uint32_t row, Integer value, int32_t offset = 0)
     {
         uint8_t* const bytes = m_bytes.GetData() + static_cast<size_t>(row) * static_cast<size_t>(m_rowWidth) + offset;
-        for (size_t index = 0; index < sizeof(Integer); ++index)
-            bytes[index] = static_cast<uint8_t>(static_cast<uint64_t>(value) >> 8 * (sizeof(Integer) - 1 - index));
+        value = SwapBytes(value);
+        memcpy(bytes, &value, sizeof value);
     }
 
     CAtomBytes& GetBytes() { return m_bytes; }
     const CAtomBytes& GetBytes() const { return m_bytes; }
 
 private:
+    // Between the order of the file and that of the machine.
+    template <class Integer>
+    static Integer SwapBytes(Integer value)
+    {
+        static_assert(std::endian::native == std::endian::little);
+        if constexpr (sizeof(Integer) == 8)
+            return static_cast<Integer>(__builtin_bswap64(static_cast<uint64_t>(value)));
+        else if constexpr (sizeof(Integer) == 4)
+            return static_cast<Integer>(__builtin_bswap32(static_cast<uint32_t>(value)));
+        else
+            return static_cast<Integer>(__builtin_bswap16(static_cast<uint16_t>(value)));
+    }
+
     CAtomBytes m_bytes;
     int32_t m_rowWidth;
 };

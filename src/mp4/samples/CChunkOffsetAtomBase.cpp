@@ -5,6 +5,7 @@
 #include "mp4/samples/CMDATIndex.h"
 
 #include <algorithm>
+#include <optional>
 
 void CChunkOffsetAtomBase::OffsetFields(CFieldVisitor& visitor, int32_t width)
 {
@@ -20,29 +21,35 @@ void CChunkOffsetAtomBase::Verify(const CMDATList& mdatList, bool)
     m_runs.clear();
     m_matchedCount = 0;
     const auto* const movie = static_cast<const CMOOVAtom*>(FindParent(FourCC("moov")));
-    if (movie != nullptr && movie->GetMDATIndex().IsOf(mdatList))
-        Match(movie->GetMDATIndex());
+    const bool isKnown = movie != nullptr && movie->GetMDATIndex().IsOf(mdatList);
+    const std::optional<CMDATIndex> own = isKnown ? std::nullopt : std::optional<CMDATIndex>(mdatList);
+    const CMDATIndex& index = isKnown ? movie->GetMDATIndex() : *own;
+    if (m_offsets.GetRowWidth() == ShortOffset)
+        Match<uint32_t>(index);
     else
-        Match(CMDATIndex(mdatList));
+        Match<uint64_t>(index);
 }
 
-// Neighbours nearly always lie in the same mdat, so the last one is tried first.
+// Neighbours nearly always lie in the same mdat, so the last one is tried first. A long film has some hundred thousand chunks.
+template <class Offset>
 void CChunkOffsetAtomBase::Match(const CMDATIndex& index)
 {
-    CMDATRange range;
+    uint64_t start = 0;
+    uint64_t size = 0;
     const uint32_t count = GetChunkCount();
-    for (; m_matchedCount < count; ++m_matchedCount)
+    uint32_t chunk = 0;
+    for (;; ++chunk)
     {
-        const uint64_t offset = GetOffset(m_matchedCount);
-        if (range.Contains(offset))
-            continue;
-        const CMDATRange* const found = index.Find(offset);
+        chunk = m_offsets.SkipWhile<Offset>(chunk, [start, size](Offset offset) { return offset - start < size; });
+        const CMDATRange* const found = chunk < count ? index.Find(m_offsets.Get<Offset>(chunk)) : nullptr;
         if (found == nullptr)
-            return;
-        range = *found;
-        if (m_runs.empty() || m_runs.back().Atom != range.Atom)
-            m_runs.push_back({m_matchedCount, range.Atom});
+            break;
+        start = found->Start;
+        size = found->End - found->Start;
+        if (m_runs.empty() || m_runs.back().Atom != found->Atom)
+            m_runs.push_back({chunk, found->Atom});
     }
+    m_matchedCount = chunk;
 }
 
 CMDATAtom* CChunkOffsetAtomBase::GetMdat(uint32_t chunk) const

@@ -54,6 +54,7 @@ private:
         ToAbsolute,
     };
 
+    template <class Offset>
     void Match(const class CMDATIndex& index);
     void Convert(Direction direction);
 
