@@ -229,9 +229,9 @@ TEST_F(CMp4FileTest, ReadsRealFilesAndWritesThemAsTheyAre)
         outcome.File.GetFileInfo(map);
         EXPECT_THAT(GetLines(map), IsSupersetOf(row.Expected));
         const Tree tree(bytes);
-        const Bytes written = tree.Write();
-        EXPECT_EQ(written, bytes.substr(0, written.size()));
-        EXPECT_EQ(written.size(), static_cast<size_t>(tree.Reader.GetPosition()));
+        EXPECT_EQ(tree.Message, L"");
+        const auto end = static_cast<size_t>(tree.Reader.GetPosition());
+        EXPECT_EQ(tree.Write(), bytes.substr(0, end));
     }
 }
 }
