@@ -43,11 +43,6 @@ if(ZV_SANITIZER_LIST)
     target_link_options(zv_options INTERFACE -fsanitize=${ZV_SANITIZER_LIST})
 endif()
 
-# What stops the process on purpose must not look like a crash to the fuzzer.
-if(ZV_FUZZING)
-    target_compile_definitions(zv_options INTERFACE FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION)
-endif()
-
 # The containers of the standard library check their indexes wherever speed is not what is measured.
 target_compile_definitions(zv_options INTERFACE $<$<NOT:$<CONFIG:Release>>:_GLIBCXX_ASSERTIONS>)
 

@@ -37,8 +37,6 @@ bool CMDATSearch::Load(int64_t position)
 {
     m_block.resize(static_cast<size_t>(std::min(BlockSize, m_length - position)));
     m_blockPosition = position;
-    const int64_t count =
-        m_file.Seek(position) == position ? m_file.Read(m_block.data(), static_cast<int64_t>(m_block.size())) : 0;
-    m_block.resize(static_cast<size_t>(std::max<int64_t>(count, 0)));
+    m_block.resize(static_cast<size_t>(m_file.ReadAt(position, m_block.data(), static_cast<int64_t>(m_block.size()))));
     return m_block.size() >= Type.size();
 }

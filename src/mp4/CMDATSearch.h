@@ -13,8 +13,8 @@ class CMDATSearch
 public:
     explicit CMDATSearch(CGeneralReader& file) : m_file(file), m_length(file.GetLength()) {}
 
-    // The place of the first header, from a position on, whose type is mdat. Nothing when there is none; a type in the first five
-    // bytes of a file has no room for its size.
+    // The place of the first header, from a position on, whose type is mdat. Nothing when there is none; the first header of a
+    // file does not count.
     std::optional<int64_t> FindNextMDAT(int64_t from);
 
 private:

@@ -29,7 +29,7 @@ constexpr uint32_t UDTA = FourCC("udta");
 constexpr uint32_t META = FourCC("meta");
 constexpr uint32_t ILST = FourCC("ilst");
 
-// The identifier of the payload of a shop's receipts.
+// The identifier of a uuid atom with a UITS payload.
 constexpr uint8_t UITSIdentifier[] = {0x99, 0x45, 0x4e, 0x27, 0x96, 0x3a, 0x4b, 0x56,
                                       0x8e, 0x76, 0x1d, 0xb6, 0x8c, 0x89, 0x9c, 0xd4};
 
@@ -85,7 +85,13 @@ bool CMp4File::Verify()
     }
 }
 
-bool CMp4File::FindParts()
+void CMp4File::Close()
+{
+    ForgetParts();
+    CMp4FileBase::Close();
+}
+
+void CMp4File::ForgetParts()
 {
     m_ftyp = nullptr;
     m_moov = nullptr;
@@ -93,6 +99,11 @@ bool CMp4File::FindParts()
     m_ilst = nullptr;
     m_qtMeta = nullptr;
     m_mdatList.RemoveAll();
+}
+
+bool CMp4File::FindParts()
+{
+    ForgetParts();
     for (CAtom* const atom : GetRootAtoms())
     {
         if (atom->GetType() == FTYP && std::exchange(m_ftyp, atom) != nullptr)
@@ -218,10 +229,10 @@ bool CMp4File::GetImageFile(ZVFilename& filename)
 
 bool CMp4File::GetFileInfo(ZVPropertyMap& map)
 {
-    return m_moov != nullptr && Guard([&] { return WriteFileInfo(map); });
+    return m_moov != nullptr && Guard([&] { return SetFileInfo(map); });
 }
 
-bool CMp4File::WriteFileInfo(ZVPropertyMap& map) const
+bool CMp4File::SetFileInfo(ZVPropertyMap& map) const
 {
     const char mediaType = m_moov->GetMediaType();
     const bool isVideo = mediaType == 'v';

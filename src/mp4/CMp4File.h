@@ -38,13 +38,17 @@ public:
     // Writes the cover picture to a file; with an empty name to a new temporary file, whose name is set. False without a picture.
     bool GetImageFile(ZVFilename& filename);
 
+protected:
+    void Close() override;
+
 private:
+    void ForgetParts();
     bool FindParts();
     void RecoverMDAT();
     CILSTAtom* FindILST(CUdtaAtom*& udta);
     CContainerAtom* FindQTMeta();
     bool GetAllTags(ZVPropertyMap& map);
-    bool WriteFileInfo(ZVPropertyMap& map) const;
+    bool SetFileInfo(ZVPropertyMap& map) const;
     int64_t GetBitrate(double duration) const;
 
     const CAtom* m_ftyp = nullptr;

@@ -58,8 +58,10 @@ protected:
     CGeneralReader& GetStream() { return *m_stream; }
     void AddRootAtom(std::unique_ptr<CAtom> atom);
 
+    // Forgets the atoms and the file.
+    virtual void Close();
+
 private:
-    void Close();
     // Of the exception that is being handled, which is freed.
     static ZVString TakeMessage();
 

@@ -243,6 +243,7 @@ std::unique_ptr<CAtom> CAtomFactory::Try(const CAtomClass& atomClass, CAtomReade
     if (limits.RereadBytes + bytesAtMost > 2 * reader.GetLength() + CAtomLimits::RereadAllowance)
         return nullptr;
     limits.RereadBytes += bytesAtMost;
+    const int32_t entries = limits.Entries;
     const int64_t body = reader.GetPosition();
     Header attempt = header;
     std::unique_ptr<CAtom> atom = ReadBody(atomClass, reader, parent, attempt);
@@ -253,6 +254,7 @@ std::unique_ptr<CAtom> CAtomFactory::Try(const CAtomClass& atomClass, CAtomReade
         return atom;
     }
     limits.RereadBytes += reader.GetPosition() - body;
+    limits.Entries = entries;
     reader.Seek(body);
     return nullptr;
 }

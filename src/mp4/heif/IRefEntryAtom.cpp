@@ -12,8 +12,12 @@ IRefEntryAtom::IRefEntryAtom(const CAtomClass& atomClass, uint32_t type, const C
 
 void IRefEntryAtom::Fields(CFieldVisitor& visitor)
 {
-    if (visitor.If(m_hasFromItem, GetIDWidth()))
-        visitor.Field("from item id", m_fromItemID, GetIDWidth());
+    if (!visitor.If(m_hasFromItem, GetIDWidth()))
+    {
+        visitor.Rest("end", m_end);
+        return;
+    }
+    visitor.Field("from item id", m_fromItemID, GetIDWidth());
     if (visitor.If(m_hasCount, sizeof m_count))
         visitor.Field("reference count", m_count);
     visitor.Table("to item ids", std::min<uint32_t>(m_count, visitor.CountRows(m_toItemIDs)), m_toItemIDs);

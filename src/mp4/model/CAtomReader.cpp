@@ -9,17 +9,6 @@ void CAtomReader::ThrowPastEnd::OnPastEnd()
     ThrowException(ReadPastEnd);
 }
 
-// A stream may give less at once than it has, so it is asked until it gives nothing.
-int64_t CAtomReader::Block::Read(int64_t position, void* bytes, int64_t count)
-{
-    if (Stream == nullptr || position < 0 || Stream->Seek(position) != position)
-        return 0;
-    int64_t used = 0;
-    for (int64_t part = 1; part > 0 && used < count; used += std::max<int64_t>(part, 0))
-        part = Stream->Read(static_cast<uint8_t*>(bytes) + used, count - used);
-    return used;
-}
-
 const uint8_t* CAtomReader::Block::Find(int64_t position, int64_t count)
 {
     const std::span<const uint8_t> present = FindPresent(position);
@@ -27,7 +16,7 @@ const uint8_t* CAtomReader::Block::Find(int64_t position, int64_t count)
         return present.data();
     if (m_bytes == nullptr)
         m_bytes = std::make_unique_for_overwrite<uint8_t[]>(static_cast<size_t>(Size));
-    m_used = Read(position, m_bytes.get(), Size);
+    m_used = Stream == nullptr ? 0 : Stream->ReadAt(position, m_bytes.get(), Size);
     m_position = position;
     return count <= m_used ? m_bytes.get() : nullptr;
 }
@@ -66,7 +55,7 @@ void CAtomReader::ReadBytes(void* bytes, int64_t count)
     const std::span<const uint8_t> present = m_block.FindPresent(position);
     const int64_t used = std::min(count, static_cast<int64_t>(present.size()));
     std::copy_n(present.data(), used, target);
-    if (m_block.Read(position + used, target + used, count - used) != count - used)
+    if (used < count && m_block.Stream->ReadAt(position + used, target + used, count - used) != count - used)
         ThrowPastEnd::OnPastEnd();
     m_cursor.SeekTo(position + count);
 }

@@ -62,8 +62,6 @@ private:
         CGeneralReader* Stream = nullptr;
 
         void Drop() { m_used = 0; }
-        // Reads from a position as many of that many bytes as are there, and returns how many.
-        int64_t Read(int64_t position, void* bytes, int64_t count);
         // That many bytes, at most as many as a block has; null when they are not there.
         const uint8_t* Find(int64_t position, int64_t count);
         // What is in memory already of the bytes from a position on.

@@ -9,6 +9,8 @@
 #include "system/filename/ZVFilename.h"
 #include "system/log/ZVLog.h"
 
+#include <map>
+#include <string>
 #include <unordered_map>
 
 namespace
@@ -20,9 +22,6 @@ constexpr uint32_t UDTA = MetadataItemKeysAtom::UDTA;
 
 constexpr wchar_t CreationDateKey[] = L"com.apple.quicktime.creationdate";
 constexpr wchar_t LocationKey[] = L"com.apple.quicktime.location.ISO6709";
-
-// Is a date whatever its namespace.
-constexpr wchar_t DayKey[] = L"\u00a9Day";
 
 constexpr wchar_t ImageTag[] = L"Image File";
 
@@ -54,7 +53,7 @@ struct KnownKey
     uint32_t Namespace;
     ZVString Tag;
 
-    bool IsDate() const { return (Text == CreationDateKey && Namespace == MDTA) || Text == DayKey; }
+    bool IsDate() const { return Text == CreationDateKey && Namespace == MDTA; }
     bool IsLocation() const { return Text == LocationKey && Namespace == MDTA; }
 };
 
@@ -66,32 +65,27 @@ public:
 
     void Store(const KnownKey& key, const MetadataItemAtom& item);
     void StoreCamera();
+    void StorePictures();
 
 private:
-    bool ReadValue(const MetadataItemAtom& item, ZVString& value);
-
     ZVPropertyMap& m_map;
     ZVString m_make;
     ZVString m_model;
-    ZVString m_picture;
+    // The last picture of each tag. There may be as many in the list as somebody wrote into it, and each is a file.
+    std::map<std::wstring, const MetadataItemAtom*> m_pictures;
 };
-
-// Only the last picture counts, so all of them go to one file: as many as somebody wrote into the list would fill the disk.
-bool TagStore::ReadValue(const MetadataItemAtom& item, ZVString& value)
-{
-    if (!item.IsPicture())
-        return item.GetValue(value);
-    if (!item.GetValue(m_picture))
-        return false;
-    value = m_picture;
-    return true;
-}
 
 void TagStore::Store(const KnownKey& key, const MetadataItemAtom& item)
 {
-    ZVString value;
-    if (!ReadValue(item, value))
+    if (item.IsPicture())
+    {
+        m_pictures[std::wstring(key.Tag.View())] = &item;
         return;
+    }
+    ZVString value;
+    if (!item.GetValue(value))
+        return;
+    m_pictures.erase(std::wstring(key.Tag.View()));
     if (key.IsDate())
     {
         double date = 0.0;
@@ -111,6 +105,17 @@ void TagStore::Store(const KnownKey& key, const MetadataItemAtom& item)
     if (key.Tag == L"Model")
         m_model = value;
     m_map.SetString(key.Tag, value);
+}
+
+// Each in a temporary file of its own.
+void TagStore::StorePictures()
+{
+    for (const auto& [tag, item] : m_pictures)
+    {
+        ZVString file;
+        if (item->GetValue(file))
+            m_map.SetString(tag.c_str(), file);
+    }
 }
 
 void TagStore::StoreCamera()
@@ -147,6 +152,7 @@ bool CKeyedMetadata::GetTags(ZVPropertyMap& map) const
         if (item != nullptr)
             tags.Store(key, *item);
     }
+    tags.StorePictures();
     tags.StoreCamera();
     return true;
 }

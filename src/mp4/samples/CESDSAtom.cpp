@@ -19,7 +19,10 @@ constexpr int64_t StreamIDSize = 2;
 class Descriptor
 {
 public:
-    explicit Descriptor(const CAtomBytes& bytes) : m_cursor(ZVByteSpan(bytes.View().data(), bytes.GetCount())) {}
+    explicit Descriptor(const CAtomBytes& bytes)
+        : m_cursor(ZVByteSpan(bytes.View().data(), static_cast<int64_t>(bytes.View().size())))
+    {
+    }
 
     // A number, or 0 if it is not there whole; then nothing that follows is there either.
     uint32_t Read(int32_t width)

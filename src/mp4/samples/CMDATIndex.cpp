@@ -60,6 +60,9 @@ void CMDATIndex::Add(const CMDATRange& range)
 
 const CMDATRange* CMDATIndex::Find(uint64_t offset) const
 {
+    if (m_finds >= MaximumFinds)
+        return nullptr;
+    ++m_finds;
     auto after = std::ranges::upper_bound(m_ranges, offset, {}, &CMDATRange::Start);
     if (after == m_ranges.begin() || !(--after)->Contains(offset))
         return nullptr;

@@ -30,7 +30,8 @@ public:
 
     // Whether it was made of that very list.
     bool IsOf(const CMDATList& list) const { return m_list == &list; }
-    // The range around a place, or null if it is in none. Takes log n steps.
+    // The range around a place, or null if it is in none. Takes log n steps. A file in which more places than real ones have are
+    // asked for was made to be costly, and gets no more answers.
     const CMDATRange* Find(uint64_t offset) const;
 
 private:
@@ -44,6 +45,10 @@ private:
     static std::vector<Candidate> FindCandidates(const CMDATList& list);
     void Add(const CMDATRange& range);
 
+    // A real film has one range, or some for each minute, and asks once for each stretch of chunks in the same range.
+    static constexpr int32_t MaximumFinds = 2'000'000;
+
     const CMDATList* m_list = nullptr;
+    mutable int32_t m_finds = 0;
     std::vector<CMDATRange> m_ranges;  // ascending, not over each other
 };

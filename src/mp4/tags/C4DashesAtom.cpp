@@ -4,18 +4,6 @@
 #include "mp4/tags/CFreeFormTextAtom.h"
 #include "mp4/tags/CTagDataAtom.h"
 
-namespace
-{
-// Hands over a text unless it is empty.
-bool Take(const ZVString& found, ZVString& text)
-{
-    if (found.IsEmpty())
-        return false;
-    text = found;
-    return true;
-}
-}
-
 bool C4DashesAtom::GetMean(ZVString& text) const
 {
     const auto* const mean = static_cast<const CFreeFormTextAtom*>(GetFirstChild(FourCC("mean")));
@@ -28,11 +16,17 @@ bool C4DashesAtom::GetMean(ZVString& text) const
 bool C4DashesAtom::GetName(ZVString& text) const
 {
     const auto* const name = static_cast<const CFreeFormTextAtom*>(GetFirstChild(FourCC("name")));
-    return name != nullptr && Take(name->GetText(), text);
+    if (name == nullptr || name->GetText().IsEmpty())
+        return false;
+    text = name->GetText();
+    return true;
 }
 
 bool C4DashesAtom::GetData(ZVString& text) const
 {
     const auto* const data = static_cast<const CTagDataAtom*>(GetFirstChild(FourCC("data")));
-    return data != nullptr && Take(GetText(data->GetValue().Text()), text);
+    if (data == nullptr)
+        return false;
+    text = GetText(data->GetValue().Text());
+    return true;
 }

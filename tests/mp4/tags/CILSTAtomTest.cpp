@@ -77,7 +77,7 @@ TEST_F(CILSTAtomTest, NamesFreeFormTags)
         {"RATING",                "none",                 {L"Rating=0"}         },
         {"RATING",                "-10",                  {L"Rating=-4"}        },
         {"RATING",                "99999999999999999999", {L"Rating=500000"}    },
-        {"empty",                 "",                     {}                    },
+        {"empty",                 "",                     {L"empty="}           },
     };
     for (const auto& row : rows)
         EXPECT_EQ(GetTags(FreeForm(row.Name, row.Value)), row.Expected) << row.Name << " " << row.Value;
