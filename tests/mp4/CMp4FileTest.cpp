@@ -234,4 +234,36 @@ TEST_F(CMp4FileTest, ReadsRealFilesAndWritesThemAsTheyAre)
         EXPECT_EQ(tree.Write(), bytes.substr(0, end));
     }
 }
+
+// As downloads are that were broken off. What is read of them holds nothing that the whole file does not.
+TEST_F(CMp4FileTest, ReadsRealFilesThatAreCutAnywhere)
+{
+    const char* const fixtures = getenv("ZV_FIXTURES");
+    if (fixtures == nullptr)
+        GTEST_SKIP() << "ZV_FIXTURES names no folder with sample media";
+    const auto getTags = [](const Bytes& bytes)
+    {
+        CMp4File file;
+        file.OpenStream(std::make_unique<MemoryFile>(bytes), ZVFilename::FromPath(L"cut.m4a"));
+        ZVPropertyMap tags;
+        try
+        {
+            if (file.ReadAtoms() && file.Verify())
+                file.GetTags(tags);
+        }
+        catch (Exception* exception)
+        {
+            delete exception;
+        }
+        return GetLines(tags);
+    };
+    for (const char* const name : {"covr-junk.m4a", "empty_alac.m4a", "gnre.m4a", "zero-length-mdat.m4a"})
+    {
+        SCOPED_TRACE(name);
+        const Bytes bytes = WorkFolder::Read(std::string(fixtures) + "/mp4/" + name);
+        const std::set<std::string> whole = getTags(bytes);
+        for (size_t size = 0; size < bytes.size(); ++size)
+            ASSERT_THAT(whole, IsSupersetOf(getTags(bytes.substr(0, size)))) << "cut at " << size;
+    }
+}
 }
