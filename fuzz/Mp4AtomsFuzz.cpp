@@ -95,8 +95,18 @@ public:
             delete exception;
             IsWhole = false;
         }
+        uint64_t end = 0;
+        for (const std::unique_ptr<CAtom>& root : m_roots)
+            end += root->GetSize();
+        m_end = m_reader.GetPosition();
+        m_isUncut = end == static_cast<uint64_t>(m_end);
         CheckCost();
     }
+
+    // Whether all that the atoms say they have is there.
+    bool IsUncut() const { return m_isUncut; }
+    // How far the file was read.
+    int64_t GetEnd() const { return m_end; }
 
     // Writes what was read.
     std::vector<uint8_t> Write() const
@@ -141,6 +151,8 @@ private:
     MemoryFile m_file;
     CAtomReader m_reader;
     int64_t m_size;
+    int64_t m_end = 0;
+    bool m_isUncut = false;
     std::vector<std::unique_ptr<CAtom>> m_roots;
 };
 
@@ -179,6 +191,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     first.Dump();
     const std::vector<uint8_t> written = first.Write();
     Require(written.size() <= size);
+    // An atom whose size has 64 bits without need is written shorter, and one that is cut says so.
+    if (first.IsWhole && first.IsUncut() && static_cast<int64_t>(written.size()) == first.GetEnd())
+        Require(std::equal(written.begin(), written.end(), data));
     // Followed by bytes that are no atom, since a short meta looks at more than it has.
     std::vector<uint8_t> file = written;
     file.resize(written.size() + CAtom::HeaderSize);

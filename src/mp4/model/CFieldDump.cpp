@@ -59,11 +59,6 @@ void CFieldDump::ShowBytes(const char* name, const CAtomBytes& bytes)
     m_stream << (shown.size() < bytes.View().size() ? "...\n" : "\n");
 }
 
-void CFieldDump::Bytes(const char* name, int64_t, CAtomBytes& bytes)
-{
-    ShowBytes(name, bytes);
-}
-
 void CFieldDump::Rest(const char* name, CAtomBytes& bytes)
 {
     ShowBytes(name, bytes);
@@ -73,11 +68,6 @@ void CFieldDump::Range(const char* name, CAtomBytes& bytes, CRangeEnd)
 {
     if (m_verbosity != 0)
         Begin(name) << bytes.GetCount() << " bytes at " << bytes.GetStart() << '\n';
-}
-
-void CFieldDump::Text(const char* name, CAtomBytes& bytes)
-{
-    ShowBytes(name, bytes);
 }
 
 void CFieldDump::Table(const char* name, uint32_t, CAtomTable& table)

@@ -13,29 +13,9 @@ void CFieldSize::Zero(int32_t count)
     m_size += static_cast<uint64_t>(count);
 }
 
-void CFieldSize::Bytes(const char* name, int64_t, CAtomBytes& bytes)
-{
-    Rest(name, bytes);
-}
-
 void CFieldSize::Rest(const char*, CAtomBytes& bytes)
 {
     m_size += static_cast<uint64_t>(bytes.GetCount());
-}
-
-void CFieldSize::Range(const char* name, CAtomBytes& bytes, CRangeEnd)
-{
-    Rest(name, bytes);
-}
-
-void CFieldSize::Text(const char* name, CAtomBytes& bytes)
-{
-    Rest(name, bytes);
-}
-
-void CFieldSize::Table(const char* name, uint32_t, CAtomTable& table)
-{
-    Rest(name, table.GetBytes());
 }
 
 void CFieldSize::Children(CContainerAtom& atom, uint32_t)

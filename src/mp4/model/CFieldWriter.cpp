@@ -14,29 +14,9 @@ void CFieldWriter::Zero(int32_t count)
         m_writer.WriteNumber(0, 1);
 }
 
-void CFieldWriter::Bytes(const char* name, int64_t, CAtomBytes& bytes)
-{
-    Rest(name, bytes);
-}
-
 void CFieldWriter::Rest(const char*, CAtomBytes& bytes)
 {
     bytes.Write(m_writer);
-}
-
-void CFieldWriter::Range(const char* name, CAtomBytes& bytes, CRangeEnd)
-{
-    Rest(name, bytes);
-}
-
-void CFieldWriter::Text(const char* name, CAtomBytes& bytes)
-{
-    Rest(name, bytes);
-}
-
-void CFieldWriter::Table(const char* name, uint32_t, CAtomTable& table)
-{
-    Rest(name, table.GetBytes());
 }
 
 void CFieldWriter::Children(CContainerAtom& atom, uint32_t)
