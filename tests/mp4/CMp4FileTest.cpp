@@ -36,10 +36,10 @@ Bytes Track(const Bytes& handler, const Bytes& entry, uint32_t chunkOffset)
                 FullAtom("tkhd", Zeros(8) + Number(1, 4) + Zeros(4) + Number(10'000, 4) + Zeros(60)) + Atom("mdia", media));
 }
 
-Bytes Sound(const Bytes& type)
+Bytes Sound(const Bytes& type, const Bytes& end = {})
 {
-    return Atom(type,
-                Zeros(6) + Number(1, 2) + Zeros(8) + Number(2, 2) + Number(16, 2) + Zeros(4) + Number(48'000, 2) + Zeros(2));
+    return Atom(type, Zeros(6) + Number(1, 2) + Zeros(8) + Number(2, 2) + Number(16, 2) + Zeros(4) + Number(48'000, 2) +
+                          Zeros(2) + end);
 }
 
 Bytes Movie(const Bytes& content = {})
@@ -47,14 +47,26 @@ Bytes Movie(const Bytes& content = {})
     return Atom("moov", MVHD + content);
 }
 
-Bytes Tag(const Bytes& type, const Bytes& value, int dataType = 1)
+Bytes Data(const Bytes& value, uint32_t dataType = 1)
 {
-    return Atom(type, Atom("data", Number(static_cast<uint64_t>(dataType), 4) + Zeros(4) + value));
+    return Atom("data", Number(dataType, 4) + Zeros(4) + value);
+}
+
+Bytes Tag(const Bytes& type, const Bytes& value, uint32_t dataType = 1)
+{
+    return Atom(type, Data(value, dataType));
 }
 
 Bytes TagList(const Bytes& tags)
 {
     return Atom("udta", FullAtom("meta", Handler("mdir") + Atom("ilst", tags)));
+}
+
+// The metadata of QuickTime with the value of one key.
+Bytes KeyedTag(const Bytes& key, const Bytes& value, uint32_t dataType = 1)
+{
+    const Bytes keys = Number(1, 4) + Number(key.size() + 28, 4) + "mdtacom.apple.quicktime." + key;
+    return Atom("meta", Handler("mdta") + FullAtom("keys", keys) + Atom("ilst", Tag(Number(1, 4), value, dataType)));
 }
 
 // What becomes of a file, step by step.
@@ -150,6 +162,41 @@ TEST_F(CMp4FileTest, FindsMediaThatNoAtomLeadsTo)
     EXPECT_EQ(info.GetString(L"Bitrate"), L"10");
 }
 
+// Such media are looked for in blocks of a MiB.
+TEST_F(CMp4FileTest, FindsMediaWhoseTypeLiesAcrossTwoBlocks)
+{
+    for (const size_t start : {0x100000 - 8, 0x100000 - 7, 0x100000 - 5, 0x100000 - 4})
+        EXPECT_TRUE(Outcome(FTYP + Movie() + Zeros(start) + Atom("mdat", "x"), "film.mp4", false, false).IsVerified) << start;
+}
+
+TEST_F(CMp4FileTest, ForgetsTheFileThatWasOpenBefore)
+{
+    Outcome outcome(FTYP + Movie(Track("soun", Sound("ac-3"), 0) + TagList(Tag("aART", "One") + Tag("covr", "picture", 13))));
+    EXPECT_TRUE(outcome.File.Open(ZVFilename::FromPath(L"film.mp4")));
+    EXPECT_TRUE(outcome.File.ReadAtoms());
+    ZVPropertyMap map;
+    ZVFilename picture = ZVFilename::FromPath(L"cover.jpg");
+    EXPECT_FALSE(outcome.File.GetTags(map));
+    EXPECT_FALSE(outcome.File.GetFileInfo(map));
+    EXPECT_FALSE(outcome.File.GetImageFile(picture));
+    EXPECT_TRUE(outcome.File.Verify());
+    EXPECT_TRUE(outcome.File.GetImageFile(picture));
+}
+
+TEST_F(CMp4FileTest, WritesOnePictureToAFile)
+{
+    const Bytes list = TagList(Atom("covr", Data("first", 13) + Data("second", 13)));
+    for (const auto& [content, expected] :
+         {std::pair(list, "first"), std::pair(list + KeyedTag("artwork", "key", 13), "key"),
+          std::pair(KeyedTag("title", "One") + list, "first"), std::pair(KeyedTag("artwork", "", 13), "")})
+    {
+        std::filesystem::remove("cover.jpg");
+        ZVFilename picture = ZVFilename::FromPath(L"cover.jpg");
+        EXPECT_EQ(Outcome(FTYP + Movie(content)).File.GetImageFile(picture), *expected != '\0');
+        EXPECT_EQ(WorkFolder::Read("cover.jpg"), expected);
+    }
+}
+
 TEST_F(CMp4FileTest, TellsWhatAFileIs)
 {
     const Bytes video = Atom("avc1", Zeros(6) + Number(1, 2) + Zeros(16) + Number(1920, 2) + Number(1080, 2) + Zeros(50));
@@ -166,6 +213,10 @@ TEST_F(CMp4FileTest, TellsWhatAFileIs)
                               "Compression=m4v video (video: AVC1, audio: MP4 AAC)"}));
     EXPECT_THAT(getInfo(Track("soun", Sound("ac-3"), 0), "sound.m4a"),
                 IsSupersetOf({"File Type=m4a", "Duration=10", "Media Type=Audio", "Bitrate=10", "Compression=Unknown codec"}));
+    // AAC of 128 kbit/s: what the sound says of itself goes before what is counted.
+    const Bytes decoder = Bytes("\x04\x0d\x40\x15") + Zeros(3) + Number(160'000, 4) + Number(128'999, 4);
+    const Bytes esds = FullAtom("esds", Bytes("\x03\x12") + Number(1, 2) + Zeros(1) + decoder);
+    EXPECT_THAT(getInfo(Track("soun", Sound("mp4a", esds), 0), "sound.m4a"), IsSupersetOf({"Bitrate=128", "Media Type=Audio"}));
 }
 
 TEST_F(CMp4FileTest, TellsTheTagsOfAllPlaces)
@@ -195,6 +246,12 @@ TEST_F(CMp4FileTest, TellsTheTagsOfAllPlaces)
                                          "None")) +
                         TagList(Tag("aART", "Two"))),
                 ElementsAre("Album Artist=Two"));
+    // Keys have the last word, wherever they stand.
+    EXPECT_THAT(getTags(KeyedTag("title", "Two") + TagList(Tag("aART", "One") + Tag("\xa9nam", "One"))),
+                ElementsAre("Album Artist=One", "Name=Two"));
+    // A meta atom that is not understood has no tags.
+    const Bytes opaque = Atom("meta", Atom("ilst", Tag("aART", "None")));
+    EXPECT_THAT(getTags(opaque + Atom("udta", opaque) + TagList(Tag("aART", "One"))), ElementsAre("Album Artist=One"));
 }
 
 // Real files; what is expected was read from them with another program.

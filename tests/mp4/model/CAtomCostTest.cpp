@@ -5,6 +5,30 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+static std::atomic<size_t> LargestRequest;
+
+// All of this program's memory is asked for here. The compiler warns of what it sees of a pair that it has put into a caller.
+[[gnu::noinline]] void* operator new(size_t size)
+{
+    LargestRequest = std::max(LargestRequest.load(), size);
+    void* const memory = malloc(size);
+    return memory == nullptr ? throw std::bad_alloc() : memory;
+}
+
+[[gnu::noinline]] void operator delete(void* memory) noexcept
+{
+    free(memory);
+}
+
+[[gnu::noinline]] void operator delete(void* memory, size_t) noexcept
+{
+    free(memory);
+}
+
 namespace
 {
 using namespace AtomBytes;
@@ -17,13 +41,11 @@ public:
 
     int64_t Read(void* bytes, int64_t count) override
     {
-        LargestRead = std::max(LargestRead, count);
         const int64_t read = MemoryFile::Read(bytes, std::min(count, m_atOnce));
         BytesRead += read;
         return read;
     }
 
-    int64_t LargestRead = 0;
     int64_t BytesRead = 0;
 
 private:
@@ -90,14 +112,15 @@ TEST(CAtomCostTest, MetaAtomsInsideEachOtherAreReadAFewTimesOnly)
     EXPECT_LT(stream.BytesRead, 8 * size);
 }
 
+// Of a size and a count that are small enough for memory.
 TEST(CAtomCostTest, ABodyThatIsNotThereIsNotAskedFor)
 {
-    for (const char* const type : {"free", "hint", "dref", "url ", "hdlr", "uuid", "elst"})
+    for (const char* const type : {"free", "hint", "hdlr", "uuid", "data", "elst", "stts", "stsc", "stco", "co64"})
     {
-        CountingFile stream(Number(0x7fffffff, 4) + type + Number(0, 4) + Number(0x0fffffff, 4) + Bytes(200, 'x'));
-        CAtomReader reader(&stream);
-        EXPECT_STREQ(GetMessageOf(reader), L"Read past EOF") << type;
-        EXPECT_EQ(stream.LargestRead, 0x10000) << type;
+        LargestRequest = 0;
+        const Tree tree(Number(14 << 20, 4) + type + Number(0, 4) + Number(14 << 16, 4) + Zeros(84));
+        EXPECT_EQ(tree.Message, ReadPastEnd) << type;
+        EXPECT_LE(LargestRequest, 1U << 17) << type;
     }
 }
 

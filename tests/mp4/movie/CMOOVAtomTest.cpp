@@ -104,16 +104,3 @@ TEST(CMOOVAtom, FindsSamplesThatLieOverEachOther)
         EXPECT_EQ(Film(file).Message, L"");
     }
 }
-
-// What a movie found is its own: a copy that outlives it must not know of it.
-TEST(CMOOVAtom, ACopyIsVerifiedAnew)
-{
-    auto film = std::make_unique<Film>(Movie(Track("vide", VideoTables)));
-    const std::unique_ptr<CAtom> copy(film->GetMovie().Clone(nullptr));
-    film.reset();
-    auto& movie = static_cast<CMOOVAtom&>(*copy);
-    EXPECT_TRUE(movie.GetTracks().empty());
-    EXPECT_EQ(movie.GetTimescale(), 0U);
-    movie.Verify(CMDATList(), false);
-    EXPECT_EQ(movie.GetWidth(), 640);
-}

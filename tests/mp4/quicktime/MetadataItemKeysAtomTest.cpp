@@ -10,7 +10,6 @@ using namespace std::string_literals;
 namespace
 {
 constexpr uint32_t MDTA = MetadataItemKeysAtom::MDTA;
-constexpr uint32_t UDTA = MetadataItemKeysAtom::UDTA;
 }
 
 // Whatever the counts and sizes say, the list is written back as it stood.
@@ -62,17 +61,4 @@ TEST(MetadataItemKeysAtom, LooksAtSoManyKeysOnly)
     EXPECT_EQ(keys->GetKeyCount(), 0x10000);
     EXPECT_EQ(keys->FindKey(MDTA, L"new", MissingKey::Add), -1);
     EXPECT_TRUE(tree.Write() == atom);
-}
-
-TEST(MetadataItemKeysAtom, TakesNewKeys)
-{
-    const Tree tree(FullAtom("keys", Number(7, 4) + Key("a")));
-    auto* const keys = tree.Find<MetadataItemKeysAtom>();
-    EXPECT_EQ(keys->FindKey(MDTA, L"a", MissingKey::Add), 0);
-    EXPECT_EQ(keys->FindKey(UDTA, L"a", MissingKey::Leave), -1);
-    EXPECT_EQ(keys->FindKey(MDTA, L"\u00e9", MissingKey::Add), 1);
-    EXPECT_EQ(keys->GetKey(1), L"\u00e9");
-    EXPECT_EQ(keys->GetKey(2), L"");
-    EXPECT_EQ(keys->GetNamespace(-1), 0);
-    EXPECT_EQ(tree.Write(), Keys({Key("a"), Key("\xc3\xa9")}));
 }

@@ -129,14 +129,6 @@ TEST(SampleEntries, DecideTheKindOfMedia)
     EXPECT_EQ(Film(FilmWith({Atom("AVdn"), unknown, SoundEntry("raw ")})).Message, conflict);
 }
 
-TEST(SampleEntries, TheFirstOfAKnownTypeTells)
-{
-    const Film sound(FilmWith({Atom("hvc1"), SoundEntry("mp4a", Esds()), SoundEntry("mp4a")}));
-    EXPECT_EQ(DescriptionsOf(sound).GetAverageBitRate(), 128000U);
-    const Film opaque(FilmWith({Atom("AVdn", Zeros(40)), VideoEntry()}));
-    EXPECT_EQ(DescriptionsOf(opaque).GetWidth(), 0);
-}
-
 TEST(SampleEntries, TheirTypesTellTheCodec)
 {
     const struct
@@ -235,15 +227,6 @@ TEST(SampleEntries, PreferWhatALosslessDescriptorSays)
         EXPECT_EQ(DescriptionsOf(film).GetChannels(), row.Channels);
         EXPECT_EQ(DescriptionsOf(film).GetSampleRate(), row.SampleRate);
     }
-}
-
-TEST(SampleEntries, MakeACookieForLosslessDecoders)
-{
-    const Bytes alac = Alac();
-    const Film film(FilmWith({SoundEntry("alac", alac)}));
-    const CStreamDescription* const description = DescriptionsOf(film).GetDescription();
-    ASSERT_NE(description, nullptr);
-    EXPECT_EQ(Bytes(description->RawConfig.begin(), description->RawConfig.end()), Atom("frma", "alac") + alac);
 }
 
 TEST(SampleEntries, ReadEveryFormOfADescriptor)

@@ -68,21 +68,6 @@ TEST(SampleTables, ThatAreLongerThanTheirAtomFail)
     EXPECT_NE(Tree(FullAtom("stsz", Number(5, 4) + Number(1, 4) + Zeros(4))).Message.Find(L"Expected empty size"), -1);
 }
 
-TEST(SampleTables, TellSizesOfSamplesThatAreThere)
-{
-    const Film fixed(FilmWith({.SampleSizes = FixedSizes(512, 10)}));
-    const auto& fixedSizes = *fixed.Find<CSTSZAtom>({"trak", "mdia", "minf", "stbl", "stsz"});
-    EXPECT_EQ(fixedSizes.GetSampleSize(0), 512);
-    EXPECT_EQ(fixedSizes.GetSampleSize(9), 512);
-    EXPECT_EQ(fixedSizes.GetSampleSize(10), -1);
-    EXPECT_EQ(fixedSizes.SumSampleSizes(0, 10), 5120U);
-    const Film varied(FilmWith({.SampleSizes = Sizes({7, 0xffffffff, 9})}));
-    const auto& variedSizes = *varied.Find<CSTSZAtom>({"trak", "mdia", "minf", "stbl", "stsz"});
-    EXPECT_EQ(variedSizes.GetSampleSize(1), 0xffffffffLL);
-    EXPECT_EQ(variedSizes.GetSampleSize(3), -1);
-    EXPECT_EQ(variedSizes.SumSampleSizes(1, 3), 0x100000008U);
-}
-
 TEST(SampleTables, AgreeOnTheSmallerCount)
 {
     const std::vector<uint64_t> tenChunks = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
@@ -135,19 +120,6 @@ TEST(SampleTables, MustBeComplete)
     };
     for (const auto& row : rows)
         EXPECT_EQ(Film(FilmWith(row.Parts)).Message, row.Message);
-}
-
-TEST(SampleTables, SyncSamplesAreThoseOfVideo)
-{
-    const Bytes sync = Table("stss", {1, 30});
-    const Film video(FilmWith({.Others = sync}));
-    ASSERT_NE(TablesOf(video).GetSyncSamples(), nullptr);
-    EXPECT_EQ(TablesOf(video).GetSyncSamples()->GetSamples().Get<uint32_t>(1), 30U);
-    const Film audio(FilmWith({.Entries = Descriptions({SoundEntry()}), .Others = sync}));
-    EXPECT_EQ(TablesOf(audio).GetSyncSamples(), nullptr);
-    // A table that is somewhere else belongs to no track.
-    EXPECT_EQ(Film(sync).Message, L"stss Parent is null");
-    EXPECT_EQ(Film(Chunks({1, 1, 1})).Message, L"stsc Parent is null");
 }
 
 TEST(SampleTables, FindTheMdatOfEachChunk)
@@ -218,25 +190,6 @@ TEST(SampleTables, FindTheFirstMdatOfTheList)
             const CMDATAtom* const atom = range == nullptr ? nullptr : range->Atom;
             EXPECT_EQ(atom, expected == std::ssize(list) ? nullptr : mdats[static_cast<int32_t>(expected)]) << offset;
         }
-    }
-}
-
-TEST(SampleTables, CountOffsetsFromTheirMdatAndBack)
-{
-    for (const char* const type : {"stco", "co64"})
-    {
-        // Data from 8 to 18 and from 26 to 36; the third chunk is in none, so the fourth is not known either.
-        const Film film(FilmWithOffsets({10, 30, 3, 12}, type) + Atom("mdat", Zeros(10)) + Atom("mdat", Zeros(10)));
-        const CChunkOffsetAtomBase& offsets = *TablesOf(film).GetChunkOffsets();
-        const uint64_t third = offsets.GetOffset(2);
-        const Bytes before = film.Write();
-        film.GetMovie().ConvertToRelative();
-        EXPECT_EQ(offsets.GetOffset(0), 2U);
-        EXPECT_EQ(offsets.GetOffset(1), 4U);
-        EXPECT_EQ(offsets.GetOffset(2), third);
-        EXPECT_EQ(offsets.GetOffset(3), third + 9);
-        film.GetMovie().ConvertToAbsolute();
-        EXPECT_EQ(film.Write(), before);
     }
 }
 
