@@ -1,5 +1,15 @@
 #include "mp4/movie/CHDLRAtom.h"
 
+std::unique_ptr<CHDLRAtom> CHDLRAtom::MakeNew()
+{
+    auto handler = std::make_unique<CHDLRAtom>(Class, FourCC("hdlr"));
+    handler->m_handlerType = FourCC("mdir");
+    handler->m_manufacturer = CAtomBytes(std::vector<uint8_t>(ManufacturerSize));
+    // Read either way, with a length in front of it or with a NUL behind it, the name is empty.
+    handler->m_name = CAtomBytes(std::vector<uint8_t>(2));
+    return handler;
+}
+
 void CHDLRAtom::Fields(CFieldVisitor& visitor)
 {
     CFullAtom::Fields(visitor);

@@ -10,6 +10,9 @@ public:
 
     using CFullAtom::CFullAtom;
 
+    // The handler of a new list of tags.
+    static std::unique_ptr<CHDLRAtom> MakeNew();
+
     void Fields(CFieldVisitor& visitor);
 
     uint32_t GetComponentType() const { return m_componentType; }

@@ -26,8 +26,8 @@ private:
     uint64_t m_modificationTime = 0;
     uint32_t m_timescale = 0;
     uint64_t m_duration = 0;
-    uint32_t m_rate = 0x10000;  // 16.16
-    uint16_t m_volume = 0x100;  // 8.8
+    uint32_t m_rate = 0;    // 16.16
+    uint16_t m_volume = 0;  // 8.8
     CAtomBytes m_matrix;
     CAtomBytes m_editor;
 };

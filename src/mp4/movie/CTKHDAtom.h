@@ -10,6 +10,9 @@ public:
 
     using CFullAtom::CFullAtom;
 
+    // A header for a track that is made now: enabled and shown, at full volume, not turned, with the number 1.
+    static std::unique_ptr<CTKHDAtom> MakeNew();
+
     void Fields(CFieldVisitor& visitor);
     // Throws unless it is in a track.
     void Verify(const CMDATList& mdatList, bool checkOverlap) override;
@@ -23,11 +26,11 @@ private:
 
     uint64_t m_creationTime = 0;
     uint64_t m_modificationTime = 0;
-    uint32_t m_trackID = 1;
+    uint32_t m_trackID = 0;
     uint64_t m_duration = 0;
     uint16_t m_layer = 0;
     uint16_t m_alternateGroup = 0;
-    uint16_t m_volume = 0x100;  // 8.8
+    uint16_t m_volume = 0;  // 8.8
     CAtomBytes m_matrix;
     uint32_t m_width = 0;  // 16.16, like the height
     uint32_t m_height = 0;

@@ -1,6 +1,7 @@
 #include "mp4/AtomBytes.h"
 
 #include "mp4/movie/CCopyrightAtom.h"
+#include "mp4/movie/CHDLRAtom.h"
 #include "mp4/movie/CMDIAAtom.h"
 #include "mp4/movie/CMVHDAtom.h"
 #include "mp4/movie/CTKHDAtom.h"
@@ -137,4 +138,38 @@ TEST(MovieAtoms, ACopyrightEndsAtItsNUL)
     EXPECT_EQ(tree.Find<CCopyrightAtom>({"cprt"})->GetValue(), L"(c) me");
     const Tree open(Atom("udta", FullAtom("cprt", Number(0x55c4, 2) + "\xc3\xa9")));
     EXPECT_EQ(open.Find<CCopyrightAtom>({"cprt"})->GetValue(), L"\u00e9");
+}
+
+// An atom as it is written.
+static Bytes GetBytes(CAtom& atom)
+{
+    struct Sink : IAtomSink
+    {
+        bool Write(const void* bytes, int64_t count) override
+        {
+            Text.append(static_cast<const char*>(bytes), static_cast<size_t>(count));
+            return true;
+        }
+
+        Bytes Text;
+    };
+    Sink sink;
+    CAtomWriter writer(sink);
+    atom.ComputeSize();
+    atom.Write(writer);
+    writer.Flush();
+    return sink.Text;
+}
+
+TEST(MovieAtoms, AreWholeWhenTheyAreNew)
+{
+    EXPECT_EQ(GetBytes(*CHDLRAtom::MakeNew()), FullAtom("hdlr", Zeros(4) + "mdir" + Zeros(12) + Zeros(2)));
+    const Bytes track = GetBytes(*CTKHDAtom::MakeNew());
+    const Bytes times = track.substr(12, 8);
+    EXPECT_EQ(times.substr(0, 4), times.substr(4));
+    EXPECT_GT(times.substr(0, 4), Number(3'800'000'000, 4)) << "June 2024, in seconds since 1904";
+    EXPECT_EQ(track, FullAtom("tkhd",
+                              times + Number(1, 4) + Zeros(4 + 4 + 8 + 2 + 2) + Number(256, 2) + Zeros(2) + Number(0x10000, 4) +
+                                  Zeros(12) + Number(0x10000, 4) + Zeros(12) + Number(0x40000000, 4) + Zeros(8),
+                              0, 7));
 }

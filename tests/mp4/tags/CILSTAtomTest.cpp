@@ -3,6 +3,7 @@
 #include "TagBytes.h"
 #include "mp4/movie/CMOOVAtom.h"
 #include "mp4/tags/CCoverartAtom.h"
+#include "mp4/tags/TagNames.h"
 #include "system/filename/ZVFilename.h"
 
 #include <gtest/gtest.h>
@@ -112,4 +113,13 @@ TEST_F(CILSTAtomTest, ReadsASampleFile)
     ZVFilename filename;
     EXPECT_TRUE(film.Find<CCoverartAtom>({"udta", "meta", "ilst", "covr"})->GetValue(filename));
     EXPECT_EQ(ReadFile(filename.GetFilename().GetText()).size(), 79);
+}
+
+TEST(TagNames, HaveTheirAtomsInAnyCase)
+{
+    EXPECT_EQ(FindTagType(L"Name"), SignedFourCC("nam"));
+    EXPECT_EQ(FindTagType(L"aLBUM artist"), FourCC("aART"));
+    EXPECT_EQ(FindTagType(L"Season"), FourCC("tves"));
+    EXPECT_EQ(FindTagType(L"Show Name Sort"), FourCC("sosn"));
+    EXPECT_EQ(FindTagType(L"Rating"), 0u);
 }
