@@ -17,8 +17,8 @@ public:
     explicit CKeyedMetadata(const CContainerAtom& meta);
 
     // Sets what the items say under the names of their keys' tags, in the place of what the map has; dates as their number of
-    // days. A place is also set in its parts, and a camera is made of its make and its model. A picture is written to a temporary
-    // file. False, with the map as it was, if the atom has no such metadata.
+    // days. A place is also set in its parts, and a camera is made of its make and its model. The last picture of a tag is
+    // written to a temporary file. False, with the map as it was, if the atom has no such metadata.
     bool GetTags(ZVPropertyMap& map) const;
     // Writes the picture to a file, or without a name to a new temporary one, which filename then names. Of several the last key's
     // is taken. False if there is none or if it could not be written.

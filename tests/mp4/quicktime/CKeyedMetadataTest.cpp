@@ -185,7 +185,7 @@ TEST_F(CKeyedMetadataTest, WritesNoPictureIfThereIsNone)
 }
 
 // However many pictures somebody put into a file, they do not fill the disk.
-TEST_F(CKeyedMetadataTest, WritesAllPicturesAmongTheTagsToOneFile)
+TEST_F(CKeyedMetadataTest, WritesTheLastPictureOfATagAlone)
 {
     const Entry unknown = {"unknown", "other", 13};
     const Entry artwork = {Apple + "artwork", "first", 13};
