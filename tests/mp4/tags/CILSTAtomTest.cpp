@@ -143,26 +143,6 @@ TEST_F(CILSTAtomTest, SkipsFreeFormTagsThatLackAPart)
     EXPECT_EQ(GetTags(Atom("----", Atom("mean") + name + Data("x"))), Values({L"n=x"}));
 }
 
-// The values are those that other programs show of this file.
-TEST_F(CILSTAtomTest, ReadsASampleFile)
-{
-    const char* const fixtures = getenv("ZV_FIXTURES");
-    if (fixtures == nullptr)
-        GTEST_SKIP() << "ZV_FIXTURES names no folder with sample media";
-    Tree film(ReadFile(std::filesystem::path(fixtures) / "mp4" / "has-tags.m4a"));
-    std::erase_if(film.Roots, [](const auto& root) { return root->GetType() != FourCC("moov"); });
-    const auto* const list = film.Find<CILSTAtom>({"udta", "meta", "ilst"});
-    ASSERT_NE(list, nullptr);
-    ZVPropertyMap tags;
-    EXPECT_TRUE(list->GetTags(tags));
-    EXPECT_EQ(tags.GetString(L"Artist"), L"Test Artist");
-    EXPECT_EQ(tags.GetString(L"Tool Name"), L"FAAC 1.24");
-    EXPECT_EQ(tags.GetString(L"iTunNORM").GetLength(), 90);
-    ZVFilename filename;
-    EXPECT_TRUE(film.Find<CCoverartAtom>({"udta", "meta", "ilst", "covr"})->GetValue(filename));
-    EXPECT_EQ(ReadFile(filename.GetFilename().GetText()).size(), 79);
-}
-
 TEST(TagNames, HaveTheirAtomsInAnyCase)
 {
     EXPECT_EQ(FindTagType(L"Name"), SignedFourCC("nam"));
