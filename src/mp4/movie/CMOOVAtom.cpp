@@ -5,6 +5,12 @@
 
 #include <algorithm>
 
+namespace
+{
+// A table of one line can tell of billions of samples. A week of film has some thirty million.
+constexpr int32_t MaximumSamplesChecked = 50'000'000;
+}
+
 void CMOOVAtom::Verify(const CMDATList& mdatList, bool checkOverlap)
 {
     m_tracks.clear();
@@ -37,7 +43,7 @@ void CMOOVAtom::CheckOverlap() const
         if (!list->empty() && list->front()->GetSampleTables() != nullptr)
             tracks.push_back(list->front());
     uint64_t end = 0;
-    for (;;)
+    for (int32_t sample = 0; sample < MaximumSamplesChecked; ++sample)
     {
         CTRAKAtom* next = nullptr;
         CSamplePlace place;
