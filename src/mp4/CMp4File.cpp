@@ -16,8 +16,8 @@
 #include "mp4/tags/CILSTAtom.h"
 
 #include <algorithm>
-#include <cmath>
-#include <iterator>
+#include <optional>
+#include <utility>
 
 namespace
 {
@@ -214,17 +214,18 @@ bool CMp4File::GetAllTags(ZVPropertyMap& map)
 
 bool CMp4File::GetImageFile(ZVFilename& filename)
 {
-    return m_moov != nullptr && Guard(
-                                    [&]
-                                    {
-                                        CContainerAtom* const meta = FindQTMeta();
-                                        if (meta != nullptr && CKeyedMetadata(*meta).GetImageFile(filename))
-                                            return true;
-                                        CUdtaAtom* udta;
-                                        const CILSTAtom* const ilst = FindILST(udta);
-                                        CAtom* const cover = ilst == nullptr ? nullptr : ilst->GetFirstChild(FourCC("covr"));
-                                        return cover != nullptr && static_cast<CCoverartAtom*>(cover)->GetValue(filename);
-                                    });
+    return m_moov != nullptr && Guard([&] { return WriteImage(filename); });
+}
+
+bool CMp4File::WriteImage(ZVFilename& filename)
+{
+    CContainerAtom* const meta = FindQTMeta();
+    if (meta != nullptr && CKeyedMetadata(*meta).GetImageFile(filename))
+        return true;
+    CUdtaAtom* udta;
+    const CILSTAtom* const ilst = FindILST(udta);
+    const CAtom* const cover = ilst == nullptr ? nullptr : ilst->GetFirstChild(FourCC("covr"));
+    return cover != nullptr && static_cast<const CCoverartAtom*>(cover)->GetValue(filename);
 }
 
 bool CMp4File::GetFileInfo(ZVPropertyMap& map)
@@ -254,7 +255,7 @@ bool CMp4File::SetFileInfo(ZVPropertyMap& map) const
         map.SetInt64(L"Height", m_moov->GetHeight());
     }
     const int64_t described = isVideo ? 0 : m_moov->GetAudioAverageBitRate() / 1000;
-    SetPositive(map, L"Bitrate", m_moov->GetAudioAverageBitRate() != 0 && !isVideo ? described : GetBitrate(duration));
+    SetPositive(map, L"Bitrate", described != 0 ? described : GetBitrate(duration));
     if (isVideo)
         SetPositive(map, L"FPS", m_moov->GetFramesPerSecond());
     const ZVString audio = GetCodecName(m_moov->GetAudioObjectType());

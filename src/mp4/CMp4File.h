@@ -48,6 +48,7 @@ private:
     CILSTAtom* FindILST(CUdtaAtom*& udta);
     CContainerAtom* FindQTMeta();
     bool GetAllTags(ZVPropertyMap& map);
+    bool WriteImage(ZVFilename& filename);
     bool SetFileInfo(ZVPropertyMap& map) const;
     int64_t GetBitrate(double duration) const;
 

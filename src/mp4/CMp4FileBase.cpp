@@ -32,7 +32,6 @@ CMp4FileBase::~CMp4FileBase() = default;
 
 bool CMp4FileBase::Open(const ZVFilename& filename)
 {
-    Close();
     return OpenStream(std::make_unique<CLibraryReader>(filename.GetPathOnly()), filename);
 }
 

@@ -14,8 +14,8 @@ struct CAtomLimits
 {
     static constexpr int32_t MaximumDepth = 64;
     static constexpr int32_t MaximumAtoms = 1'000'000;
-    // In the lists of varying entries, whose entries take more memory than they take bytes in the file. The largest list that is
-    // allowed has some 640,000.
+    // In the lists of varying entries, whose entries take more memory than they take bytes in the file. Those of the largest
+    // pictures have some hundred thousand.
     static constexpr int32_t MaximumEntries = 4'000'000;
     // How much may be read again after attempts that do not succeed, beside twice the length of the file.
     static constexpr int64_t RereadAllowance = int64_t {1} << 20;

@@ -14,7 +14,7 @@ namespace
 {
 constexpr ZVLogSource GetValueSource {ZVLogCategory::General, L"MetadataItemAtom::GetValue"};
 
-// UTF-8, UTF-16 and Shift JIS. What writes the latter two keeps to ASCII, or means UTF-8.
+// UTF-8, UTF-16 and Shift JIS, which are all taken as UTF-8.
 constexpr uint32_t TextTypes[] = {1, 4, 5};
 
 struct PictureType

@@ -105,6 +105,8 @@ constexpr double MaximumPoints = 1e6;
 int32_t GetStars(const ZVString& points)
 {
     const double number = std::round(points.ToDouble(nullptr, true));
+    if (std::isnan(number))
+        return 0;
     return (static_cast<int32_t>(std::clamp(number, -MaximumPoints, MaximumPoints)) + 1) / 2;
 }
 
