@@ -2,31 +2,20 @@
 // leaves them.
 
 #include "contracts/IZVReader.h"
-#include "contracts/IZVTools.h"
-#include "core/ZVToolsPointer.h"
-#include "core/string/ZVStringGlobals.h"
 #include "siblings/reader/CLocalReader.h"
 #include "siblings/reader/CMemoryReader.h"
 #include "siblings/reader/CResourceName.h"
 #include "siblings/reader/internet/CInternetReader.h"
+#include "system/library/ZVToolsBinding.h"
 #include "system/log/ZVLog.h"
 #include "system/log/ZVLogCategory.h"
 
-#include <dlfcn.h>
-#include <memory>
 #include <new>
 
 #define ZV_EXPORT extern "C" __attribute__((visibility("default")))
 
 namespace
 {
-struct LibraryCloser
-{
-    void operator()(void* handle) const { dlclose(handle); }
-};
-
-std::unique_ptr<void, LibraryCloser> s_toolsLibrary;
-
 // A factory by name, with the kinds of names that it makes a reader for.
 struct Factory
 {
@@ -85,21 +74,13 @@ IZVReader* MakeByName(const Factory& factory, const wchar_t* text)
 // nothing here.
 ZV_EXPORT void ZVReaderInitialize(int32_t)
 {
-    // Made here, where no second thread is in the library yet: its own first use is not guarded.
-    ZVStringGlobals::Get();
-    if (s_toolsLibrary == nullptr)
-        s_toolsLibrary.reset(dlopen("libZVTools.so", RTLD_LAZY | RTLD_NOLOAD));
-    if (s_toolsLibrary == nullptr)
-        return;
-    if (auto* const getTools = reinterpret_cast<IZVTools* (*)(int32_t)>(dlsym(s_toolsLibrary.get(), "GetZVToolsDLL")))
-        g_pZVTools = getTools(IZVTools::InterfaceVersion);
+    ZVToolsBinding::Bind();
 }
 
 // Gives the tools library back. All readers are released by then.
 ZV_EXPORT void ZVReaderUninitialize()
 {
-    g_pZVTools = nullptr;
-    s_toolsLibrary.reset();
+    ZVToolsBinding::Release();
 }
 
 // A path, or an address with "file", "http" or "https".

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "contracts/IZVSiblingInterface.h"
 #include "core/string/ZVString.h"
 #include "system/library/ZVLoadLibrary.h"
 #include "system/library/ZVReaderFactoryNames.h"
 #include "system/library/ZVSiblingTable.h"
 
 #include <cstdint>
+#include <type_traits>
 
 // The binding of the product's libraries: which of them are loaded, and the interface of each. Everything runs under one
 // recursive mutex and may be called from any thread, except that the tools library is bound and unbound while no other thread
@@ -38,6 +40,13 @@ public:
 
     // The interface of a loaded library, or null. It belongs to the library and ends with the unload.
     void* GetInterface(ZVSibling sibling) const;
+    // The same as the interface that the library has, which is derived from IZVSiblingInterface alone; the call loads the library.
+    template <class Interface>
+    Interface* LoadInterface(ZVSibling sibling)
+    {
+        static_assert(std::is_base_of_v<IZVSiblingInterface, Interface>);
+        return Load(sibling, {}) ? static_cast<Interface*>(static_cast<IZVSiblingInterface*>(GetInterface(sibling))) : nullptr;
+    }
     // One of the reader library's factories, each a function with parameters of its own, or null. The first call loads the
     // library and looks up the name. The function ends with the unload.
     void* GetReaderFactory(const char* name);
