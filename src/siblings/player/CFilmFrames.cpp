@@ -17,6 +17,7 @@ ZVFilmOptions GetOptions()
 {
     ZVFilmOptions options;
     options.Probe = ZVFilmOptions::Probing::Header;
+    options.AtEnd = ZVFilmOptions::KeptFrames::Fetch;
     options.Log = CPlayerCodecLog::Write;
     return options;
 }

@@ -4,10 +4,15 @@
 #include "system/thread/ZVTimer.h"
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
 
 namespace
 {
 constexpr ZVLogSource Source {ZVLogCategory::Media, L"CFrameAim::Find"};
+
+// No film is longer; time stamps up to here can be computed with.
+constexpr int64_t MaximumMilliseconds = INT64_MAX / 1'000'000;
 
 // How far the first step back from a target goes when the film was moved to a place after its key frame. Each further step is
 // twice as long.
@@ -17,6 +22,19 @@ constexpr AVRational Milliseconds = {1, 1000};
 
 // The distance of two frames of a film that does not tell: that of 25 frames a second.
 constexpr AVRational UsualFrameDuration = {1, 25};
+
+// Containers that can be read from any byte on, and whose first byte is the start of the film. A move by time may miss that.
+constexpr std::string_view StreamsOfBytes[] = {"mpegts", "mpeg", "mpegvideo", "h264", "hevc", "m4v", "vc1"};
+
+bool IsStreamOfBytes(const AVFormatContext& container)
+{
+    return std::ranges::find(StreamsOfBytes, std::string_view(container.iformat->name)) != std::end(StreamsOfBytes);
+}
+
+int64_t GetStart(const AVPacket& packet)
+{
+    return packet.pts == AV_NOPTS_VALUE ? packet.dts : packet.pts;
+}
 
 bool IsPictureOrSound(const AVStream& stream)
 {
@@ -67,15 +85,35 @@ int64_t CFrameAim::GetTime(int64_t timeStamp, AVRational timeBase) const
     return Add(m_codec.av_rescale_q(timeStamp, timeBase, Milliseconds), -start);
 }
 
+// Rounded down, so that a frame that ends at a time is not taken for one that is on screen then.
+int64_t CFrameAim::GetTarget(int64_t milliseconds) const
+{
+    constexpr AVRational Microseconds = {1, 1'000'000};
+    int64_t timeStamp = m_codec.av_rescale_q(milliseconds, Milliseconds, m_stream.time_base);
+    if (m_codec.av_rescale_q(timeStamp, m_stream.time_base, Microseconds) > milliseconds * 1000)
+        --timeStamp;
+    return Add(m_start, timeStamp);
+}
+
+// A transport stream, and some others, can only be moved to the neighbourhood of a time, so the first frame that can be decoded there
+// may be too late. Then the way leads back, further each time.
 const AVFrame* CFrameAim::Find(int64_t milliseconds)
 {
     m_startMicroseconds = ZVTimer::GetMicroseconds();
-    const int64_t target =
-        Add(m_start, m_codec.av_rescale_q(std::max<int64_t>(milliseconds, 0), Milliseconds, m_stream.time_base));
+    const int64_t target = GetTarget(std::clamp<int64_t>(milliseconds, 0, MaximumMilliseconds));
     m_film.SkipFramesBefore(target);
-    if (!GoBefore(target) || !m_film.OpenDecoders(ChooseThreads(target)))
-        return nullptr;
-    return DecodeTo(target);
+    int64_t step = 0;
+    while (true)
+    {
+        const Place place = GoBefore(target, step);
+        // A single frame comes out soonest when all threads work on it, many when each works on its own.
+        const auto threads = target < place.KeyEnd ? ZVFilmOptions::Threads::Slices : ZVFilmOptions::Threads::Frames;
+        if (!place.IsFound || !m_film.OpenDecoders(threads))
+            return nullptr;
+        const AVFrame* const frame = DecodeTo(target, place.IsStart);
+        if (!IsLate(target) || place.IsStart || IsTooLate() || m_film.IsCancelled())
+            return frame;
+    }
 }
 
 const AVFrame* CFrameAim::FindByShare(double share)
@@ -87,48 +125,49 @@ const AVFrame* CFrameAim::FindByShare(double share)
     return m_film.OpenDecoders() ? m_film.NextFrame() : nullptr;
 }
 
-// Moves the film to a key frame that is on screen at the target or before it. A transport stream, and some others, can only be
-// moved to the neighbourhood of a time, so the first frame that can be decoded there may be too late.
-bool CFrameAim::GoBefore(int64_t target)
+// Moves the film to a key frame that is on screen at the target or before it, at least a step of milliseconds before it, and tells
+// the next step.
+CFrameAim::Place CFrameAim::GoBefore(int64_t target, int64_t& step)
 {
-    int64_t step = 0;
-    for (int64_t place = target; place > m_start && !IsTooLate();
-         place = Add(target, -m_codec.av_rescale_q(step, Milliseconds, m_stream.time_base)))
+    while (!IsTooLate() && !m_film.IsCancelled())
     {
-        const AVPacket* const packet = m_film.SeekToTime(place) ? m_film.FindKeyPacket() : nullptr;
-        if (packet != nullptr && (packet->pts == AV_NOPTS_VALUE || packet->pts <= target))
-        {
-            m_keyEnd = packet->pts == AV_NOPTS_VALUE ? target : GetEnd(packet->pts, packet->duration);
-            return true;
-        }
+        const int64_t place = Add(target, -m_codec.av_rescale_q(step, Milliseconds, m_stream.time_base));
+        if (place <= m_start)
+            break;
         step = step == 0 ? FirstStepBack : step * 2;
+        const AVPacket* const packet = m_film.SeekToTime(place) ? m_film.FindKeyPacket() : nullptr;
+        const int64_t start = packet == nullptr ? AV_NOPTS_VALUE : GetStart(*packet);
+        if (start != AV_NOPTS_VALUE && start <= target)
+            return {true, false, GetEnd(start, packet->duration)};
     }
     return GoToStart();
 }
 
-bool CFrameAim::GoToStart()
+CFrameAim::Place CFrameAim::GoToStart()
 {
     // Of what cannot be moved at all the first packet is still kept.
-    if (!m_film.SeekToTime(m_start) && !m_film.SeekToTime(0))
+    if (!(IsStreamOfBytes(m_film.GetContainer()) && m_film.SeekToByte(0)) && !m_film.SeekToTime(m_start) && !m_film.SeekToTime(0))
         m_film.SeekToByte(0);
     const AVPacket* const packet = m_film.FindKeyPacket();
-    m_keyEnd = packet == nullptr || packet->pts == AV_NOPTS_VALUE ? INT64_MAX : GetEnd(packet->pts, packet->duration);
-    return packet != nullptr;
+    if (packet == nullptr)
+        return {};
+    const int64_t start = GetStart(*packet);
+    return {true, true, GetEnd(start == AV_NOPTS_VALUE ? m_start : start, packet->duration)};
 }
 
-// A single frame comes out soonest when all threads work on it, many when each works on its own.
-ZVFilmOptions::Threads CFrameAim::ChooseThreads(int64_t target) const
+// Frames without time stamps are counted from the start of the film.
+const AVFrame* CFrameAim::DecodeTo(int64_t target, bool isStart)
 {
-    return target < m_keyEnd ? ZVFilmOptions::Threads::Slices : ZVFilmOptions::Threads::Frames;
-}
-
-const AVFrame* CFrameAim::DecodeTo(int64_t target)
-{
+    m_firstStart = AV_NOPTS_VALUE;
     const AVFrame* last = nullptr;
+    int64_t next = isStart ? m_start : target;
     while (const AVFrame* const frame = m_film.NextFrame())
     {
-        const int64_t start = frame->best_effort_timestamp;
-        if (start == AV_NOPTS_VALUE || GetEnd(start, frame->duration) > target)
+        const int64_t start = frame->best_effort_timestamp == AV_NOPTS_VALUE ? next : frame->best_effort_timestamp;
+        next = GetEnd(start, frame->duration);
+        if (last == nullptr)
+            m_firstStart = start;
+        if (next > target)
             return frame;
         if (IsTooLate())
         {

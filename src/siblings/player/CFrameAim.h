@@ -25,13 +25,22 @@ public:
     int64_t GetTime(int64_t timeStamp, AVRational timeBase) const;
 
 private:
+    // Where decoding begins.
+    struct Place
+    {
+        bool IsFound = false;
+        bool IsStart = false;  // of the film
+        int64_t KeyEnd = 0;    // when the first frame ends
+    };
+
     int64_t ReadStart();
-    bool GoBefore(int64_t target);
-    bool GoToStart();
-    const AVFrame* DecodeTo(int64_t target);
+    int64_t GetTarget(int64_t milliseconds) const;
+    Place GoBefore(int64_t target, int64_t& step);
+    Place GoToStart();
+    const AVFrame* DecodeTo(int64_t target, bool isStart);
     const AVFrame* KeepLast(const AVFrame& frame);
+    bool IsLate(int64_t target) const { return m_firstStart != AV_NOPTS_VALUE && m_firstStart > target; }
     int64_t GetEnd(int64_t start, int64_t duration) const;
-    ZVFilmOptions::Threads ChooseThreads(int64_t target) const;
     bool IsTooLate() const;
 
     ZVFilmReader& m_film;
@@ -39,7 +48,7 @@ private:
     const AVStream& m_stream;
     int64_t m_frameDuration;  // of a usual frame, in the time base of the stream, like the others
     int64_t m_start;
-    int64_t m_keyEnd = 0;  // when the frame ends that decoding begins with
+    int64_t m_firstStart = AV_NOPTS_VALUE;  // of the first frame that came out after the last move
     int64_t m_startMicroseconds = 0;
     ZVFramePointer m_last;
 };

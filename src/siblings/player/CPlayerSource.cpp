@@ -1,6 +1,6 @@
 #include "siblings/player/CPlayerSource.h"
 
-#include "disc/aggregate/CMediaAggregate.h"
+#include "disc/dvd/CDvdTitle.h"
 #include "disc/recording/CTVRecordingStubFile.h"
 #include "system/log/ZVLog.h"
 #include "video/film/ZVFilmSource.h"
@@ -48,6 +48,23 @@ void CPlayerSource::FindBluray(const ZVFilename& file)
     m_duration = ToMilliseconds(title->GetTotalLength());
     for (const double seconds : title->Chapters)
         m_chapters.push_back({ZVString(), ToMilliseconds(seconds)});
+}
+
+void CPlayerSource::FindDVD(const ZVFilename& file)
+{
+    const ZVString folder = CDvdTitle::FindFolder(file);
+    CDvdTitle title;
+    if (folder.IsEmpty() || !title.Open(folder))
+    {
+        Source.Log("The DVD has no title: %s", file.GetPathOnly());
+        return;
+    }
+    for (const CDvdTitle::Part& part : title.Parts)
+        m_paths.Add(part.Path);
+    m_hasRestartingTimes = true;
+    m_duration = title.Duration;
+    for (const int64_t milliseconds : title.Chapters)
+        m_chapters.push_back({ZVString(), milliseconds});
 }
 
 void CPlayerSource::FindStream(const ZVFilename& stub)

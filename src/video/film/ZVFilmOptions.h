@@ -40,10 +40,18 @@ struct ZVFilmOptions
         Shared,  // less memory and faster, but frames are written over each other; see ZVSharedPicture
     };
 
+    // What becomes of the frames that the decoder of the main stream still keeps at the end of a place.
+    enum class KeptFrames
+    {
+        LeaveOut,
+        Fetch,
+    };
+
     Probing Probe = Probing::Streams;
     Packets Read = Packets::OfAllStreams;
     LoopFilter Filter = LoopFilter::Run;
     Memory Frames = Memory::OfEachFrame;
+    KeptFrames AtEnd = KeptFrames::LeaveOut;
     // The threads of each decoder; 0 leaves their number to the codec libraries.
     int32_t ThreadCount = 0;
     // A place of the film ends with the packet that brings out this many frames of the main stream.

@@ -290,7 +290,18 @@ const AVFrame* ZVFilmReader::NextFrame()
         SendPacket();
         frame = NextFrameOfPacket();
     }
-    return frame;
+    return frame == nullptr && m_options.AtEnd == ZVFilmOptions::KeptFrames::Fetch ? NextKeptFrame() : frame;
+}
+
+const AVFrame* ZVFilmReader::NextKeptFrame()
+{
+    if (!m_place.IsAtEnd || HasNoMemory() || m_budget.IsCancelled())
+        return nullptr;
+    m_source = &m_main;
+    if (!m_place.IsDecoderAtEnd)
+        NoteResult(m_codec.avcodec_send_packet(m_main.Decoder.get(), nullptr));
+    m_place.IsDecoderAtEnd = true;
+    return ReceiveFrame();
 }
 
 // The next of the frames that came out of the packet that was sent last; null when there are no more.

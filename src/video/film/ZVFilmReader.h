@@ -40,6 +40,7 @@ public:
     bool ProbeStreams();
     // Has the reading of everything end soon after the flag is set, which another thread may do. The flag outlives the film.
     void ObeyCancel(const std::atomic<bool>& isCancelled) { m_budget.ObeyCancel(isCancelled); }
+    bool IsCancelled() const { return m_budget.IsCancelled(); }
     // Frees the file and everything that came out of it, which the end of the object does too.
     void Close();
 
@@ -110,6 +111,7 @@ private:
         int32_t RefusedPackets = 0;       // of the main stream
         int32_t FramesSeen = 0;           // of the main stream
         bool IsAtEnd = false;
+        bool IsDecoderAtEnd = false;
     };
 
     bool OpenContext(const std::string& name);
@@ -128,6 +130,7 @@ private:
     bool CanSkip(const AVPacket& packet) const;
     void NoteEarliest(const AVPacket& packet);
     const AVFrame* NextFrameOfPacket();
+    const AVFrame* NextKeptFrame();
     const AVFrame* ReceiveFrame();
     void NoteResult(int result);
 
