@@ -8,6 +8,7 @@
 #include "system/library/ZVDescriptor.h"
 #include "system/log/ZVLogCategory.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <memory>

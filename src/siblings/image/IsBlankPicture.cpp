@@ -20,102 +20,112 @@ constexpr int32_t MaximumDistance = 16;
 // and the darkest scenes 3 of 1000.
 constexpr size_t CellsForEachSeen = 1000;
 
-constexpr int32_t ChannelCount = 3;
+using Colour = std::array<uint8_t, 3>;
 
-struct Sums
+// The sums of the channels of many pixels. Two pixels at a time are added, as numbers of 16 bits that lie beside each other in one
+// of 64.
+class ChannelSums
 {
-    uint64_t Channel[ChannelCount] = {};
-};
-
-// Adds a run of pixels. Two pixels at a time are added as numbers of 16 bits that lie beside each other in one of 64, which hold
-// the sums of 256 such pairs before they would run over.
-void AddPixels(const uint8_t* pixels, int32_t count, Sums& sums)
-{
-    constexpr int32_t maximumPairs = 256;
-    constexpr uint64_t evenBytes = 0x00ff00ff00ff00ff;
-    while (count > 1)
+public:
+    void Add(const uint8_t* pixels, int32_t count)
     {
-        const int32_t pairs = std::min(count / 2, maximumPairs);
-        uint64_t even = 0;
-        uint64_t odd = 0;
+        m_pixels += static_cast<uint64_t>(count);
+        while (count > 1)
+        {
+            const int32_t pairs = std::min(count / 2, MaximumPairs - m_pairs);
+            AddPairs(pixels, pairs);
+            pixels += pairs * static_cast<ptrdiff_t>(sizeof(uint64_t));
+            count -= 2 * pairs;
+        }
+        if (count == 1)
+            for (size_t channel = 0; channel < m_sums.size(); ++channel)
+                m_sums[channel] += pixels[channel];
+    }
+
+    Colour GetMean()
+    {
+        Carry();
+        Colour mean;
+        for (size_t channel = 0; channel < mean.size(); ++channel)
+            mean[channel] = static_cast<uint8_t>((m_sums[channel] + m_pixels / 2) / m_pixels);
+        return mean;
+    }
+
+private:
+    static constexpr uint64_t EvenBytes = 0x00ff00ff00ff00ff;
+    // More could run over.
+    static constexpr int32_t MaximumPairs = 256;
+
+    void AddPairs(const uint8_t* pixels, int32_t pairs)
+    {
+        // Local, since bytes could lie anywhere for the compiler, also in this object.
+        uint64_t even = m_even;
+        uint64_t odd = m_odd;
         for (int32_t pair = 0; pair < pairs; ++pair, pixels += sizeof(uint64_t))
         {
             uint64_t two;
             memcpy(&two, pixels, sizeof two);
-            even += two & evenBytes;
-            odd += two >> 8 & evenBytes;
+            even += two & EvenBytes;
+            odd += two >> 8 & EvenBytes;
         }
-        sums.Channel[0] += (even & 0xffff) + (even >> 32 & 0xffff);
-        sums.Channel[1] += (odd & 0xffff) + (odd >> 32 & 0xffff);
-        sums.Channel[2] += (even >> 16 & 0xffff) + (even >> 48);
-        count -= 2 * pairs;
+        m_even = even;
+        m_odd = odd;
+        m_pairs += pairs;
+        if (m_pairs == MaximumPairs)
+            Carry();
     }
-    if (count == 1)
-        for (int32_t channel = 0; channel < ChannelCount; ++channel)
-            sums.Channel[channel] += pixels[channel];
+
+    void Carry()
+    {
+        m_sums[0] += (m_even & 0xffff) + (m_even >> 32 & 0xffff);
+        m_sums[1] += (m_odd & 0xffff) + (m_odd >> 32 & 0xffff);
+        m_sums[2] += (m_even >> 16 & 0xffff) + (m_even >> 48);
+        m_even = 0;
+        m_odd = 0;
+        m_pairs = 0;
+    }
+
+    uint64_t m_even = 0;
+    uint64_t m_odd = 0;
+    int32_t m_pairs = 0;
+    std::array<uint64_t, std::tuple_size_v<Colour>> m_sums {};
+    uint64_t m_pixels = 0;
+};
+
+// The part of a side of the picture that a cell takes, one of that many.
+struct Span
+{
+    Span(int32_t cell, int32_t cells, int32_t side)
+        : Start(static_cast<int32_t>(int64_t {cell} * side / cells)),
+          End(static_cast<int32_t>((int64_t {cell} + 1) * side / cells))
+    {
+    }
+
+    int32_t Start;
+    int32_t End;
+};
+
+Colour GetMean(const CPixelView& picture, const Span& columns, const Span& rows)
+{
+    const int32_t step = std::max(1, (rows.End - rows.Start) / SampledRows);
+    ChannelSums sums;
+    for (int32_t y = rows.Start; y < rows.End; y += step)
+        sums.Add(picture.Row(y) + static_cast<ptrdiff_t>(columns.Start) * CPixelView::PixelSize, columns.End - columns.Start);
+    return sums.GetMean();
 }
 
-using Colour = std::array<uint8_t, ChannelCount>;
-
 // The mean colours of all cells.
-class Grid
+std::vector<Colour> GetCells(const CPixelView& picture)
 {
-public:
-    explicit Grid(const CPixelView& picture)
-        : m_picture(picture),
-          m_columns(std::min(MaximumColumns, picture.Width)),
-          m_rows(std::min(MaximumRows, picture.Height)),
-          m_sums(static_cast<size_t>(m_columns))
-    {
-        m_cells.reserve(m_sums.size() * static_cast<size_t>(m_rows));
-        for (int32_t row = 0; row < m_rows; ++row)
-            AddRow(row);
-    }
-
-    const std::vector<Colour>& GetCells() const { return m_cells; }
-
-private:
-    // The first pixel of a cell among that many, which divide a side of the picture.
-    static int32_t StartOf(int32_t cell, int32_t cells, int32_t side)
-    {
-        return static_cast<int32_t>(int64_t {cell} * side / cells);
-    }
-
-    void AddRow(int32_t row)
-    {
-        const int32_t top = StartOf(row, m_rows, m_picture.Height);
-        const int32_t bottom = StartOf(row + 1, m_rows, m_picture.Height);
-        const int32_t step = std::max(1, (bottom - top) / SampledRows);
-        std::fill(m_sums.begin(), m_sums.end(), Sums());
-        for (int32_t y = top; y < bottom; y += step)
-            for (int32_t column = 0; column < m_columns; ++column)
-            {
-                const int32_t left = StartOf(column, m_columns, m_picture.Width);
-                const int32_t right = StartOf(column + 1, m_columns, m_picture.Width);
-                AddPixels(m_picture.Row(y) + static_cast<ptrdiff_t>(left) * CPixelView::PixelSize, right - left,
-                          m_sums[static_cast<size_t>(column)]);
-            }
-        const int32_t sampledRows = (bottom - top + step - 1) / step;
-        for (int32_t column = 0; column < m_columns; ++column)
-            AddCell(m_sums[static_cast<size_t>(column)],
-                    static_cast<uint64_t>(sampledRows) * static_cast<uint64_t>(StartOf(column + 1, m_columns, m_picture.Width) -
-                                                                               StartOf(column, m_columns, m_picture.Width)));
-    }
-
-    void AddCell(const Sums& sums, uint64_t pixels)
-    {
-        Colour colour;
-        for (size_t channel = 0; channel < colour.size(); ++channel)
-            colour[channel] = static_cast<uint8_t>((sums.Channel[channel] + pixels / 2) / pixels);
-        m_cells.push_back(colour);
-    }
-
-    const CPixelView& m_picture;
-    int32_t m_columns;
-    int32_t m_rows;
-    std::vector<Sums> m_sums;
-    std::vector<Colour> m_cells;
-};
+    const int32_t columns = std::min(MaximumColumns, picture.Width);
+    const int32_t rows = std::min(MaximumRows, picture.Height);
+    std::vector<Colour> cells;
+    cells.reserve(static_cast<size_t>(columns) * static_cast<size_t>(rows));
+    for (int32_t row = 0; row < rows; ++row)
+        for (int32_t column = 0; column < columns; ++column)
+            cells.push_back(GetMean(picture, {column, columns, picture.Width}, {row, rows, picture.Height}));
+    return cells;
+}
 
 // The value that half of the cells do not exceed.
 uint8_t FindMedian(const std::vector<Colour>& cells, size_t channel)
@@ -132,18 +142,18 @@ uint8_t FindMedian(const std::vector<Colour>& cells, size_t channel)
 
 bool IsBlankPicture(const CPixelView& picture)
 {
-    const Grid grid(picture);
+    const std::vector<Colour> cells = GetCells(picture);
     Colour median;
     for (size_t channel = 0; channel < median.size(); ++channel)
-        median[channel] = FindMedian(grid.GetCells(), channel);
+        median[channel] = FindMedian(cells, channel);
 
     size_t seen = 0;
-    for (const Colour& cell : grid.GetCells())
+    for (const Colour& cell : cells)
     {
         int32_t distance = 0;
         for (size_t channel = 0; channel < cell.size(); ++channel)
             distance = std::max(distance, std::abs(cell[channel] - median[channel]));
         seen += distance > MaximumDistance ? 1 : 0;
     }
-    return seen * CellsForEachSeen < grid.GetCells().size();
+    return seen * CellsForEachSeen < cells.size();
 }

@@ -34,6 +34,7 @@
     function(png_set_write_fn)              \
     function(png_set_IHDR)                  \
     function(png_set_compression_level)     \
+    function(png_set_compression_strategy)  \
     function(png_set_filter)                \
     function(png_write_info)                \
     function(png_set_filler)                \

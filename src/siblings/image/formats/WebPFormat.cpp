@@ -3,6 +3,7 @@
 #include "siblings/image/ShrinkPixels.h"
 #include "siblings/image/formats/OpenOnce.h"
 
+#include <algorithm>
 #include <cstring>
 #include <webp/decode.h>
 #include <webp/encode.h>
@@ -33,7 +34,8 @@ constexpr size_t InnerPosition = 8;
 constexpr size_t StartSize = 12;
 
 constexpr float Quality = 85;
-constexpr int Method = 2;
+// The next one takes twice the time for files that are a tenth smaller.
+constexpr int Method = 0;
 
 bool FailByNumber(int error, std::string& message)
 {
