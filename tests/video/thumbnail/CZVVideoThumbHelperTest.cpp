@@ -8,6 +8,7 @@
 #include "system/filename/ZVFilename.h"
 #include "system/filename/ZVNativePath.h"
 #include "system/library/ZVSiblingLibraries.h"
+#include "video/thumbnail/ZVCoverFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -81,6 +82,14 @@ protected:
         return {result, m_folder.Read(thumbnail), m_folder.Read("worker.log").substr(logged)};
     }
 
+    static std::vector<std::string> GetCovers()
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(ZVNativePath(ZVFileSystem::GetDirectoryTemp()).GetBytes()))
+            names.push_back(entry.path().filename());
+        return names;
+    }
+
 private:
     // The folder of the process, in which the tools library has its data. It asks for it once and stays, so all tests share it.
     static const ToolsFolder& GetFolder()
@@ -89,14 +98,6 @@ private:
         setenv("ZV_DATA_DIR", s_folder.PathOf("data").c_str(), 1);
         setenv("ZV_LOG_FILE", s_folder.PathOf("worker.log").c_str(), 1);
         return s_folder;
-    }
-
-    static std::vector<std::string> GetCovers()
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(ZVNativePath(ZVFileSystem::GetDirectoryTemp()).GetBytes()))
-            names.push_back(entry.path().filename());
-        return names;
     }
 
 protected:
@@ -148,19 +149,15 @@ TEST_F(CZVVideoThumbHelperTest, SaysWhyItFails)
     }
 }
 
-TEST_F(CZVVideoThumbHelperTest, NeedsTheLibraries)
+TEST_F(CZVVideoThumbHelperTest, DoesNotPlayAFilmWithoutTheImageLibrary)
 {
     m_folder.Write("film.mkv", "a film");
     StandIns::Show(SomeFilm);
     StandIns::SetHasImages(false);
-    const Outcome withoutImages = RunOn("film.mkv", "thumb.png");
-    EXPECT_FALSE(withoutImages.Result);
-    EXPECT_THAT(withoutImages.Log, HasSubstr("There is no image library"));
+    const Outcome outcome = RunOn("film.mkv", "thumb.png");
+    EXPECT_FALSE(outcome.Result);
+    EXPECT_THAT(outcome.Log, HasSubstr("There is no image library"));
     EXPECT_THAT(StandIns::GetCalls(), Not(Contains("Play")));
-
-    IZVTools* const tools = std::exchange(g_pZVTools, nullptr);
-    EXPECT_FALSE(RunOn("film.mkv", SomeFilm).Result) << "nobody knows the types of files";
-    g_pZVTools = tools;
 }
 
 TEST_F(CZVVideoThumbHelperTest, TakesACover)
@@ -222,6 +219,19 @@ TEST_F(CZVVideoThumbHelperTest, TakesAFrameWhenTheCoverCannotBeMoved)
     const Outcome outcome = Run("film.mp4", FTYP + Movie("picture 640x480"), SomeFilm, "missing/thumb.png");
     EXPECT_TRUE(outcome.Result);
     EXPECT_THAT(StandIns::GetCalls(), Contains("Play").Times(1));
+}
+
+TEST_F(CZVVideoThumbHelperTest, LeavesTheNameOfAMovedCoverToOthers)
+{
+    m_folder.Write("film.mp4", FTYP + Movie("picture 640x480"));
+    std::string another;
+    {
+        ZVCoverFile cover(TextAt("film.mp4"), L"mp4");
+        another = "data/Temp/" + GetCovers().at(0);
+        ASSERT_TRUE(cover.MoveTo(TextAt("thumb.png")));
+        m_folder.Write(another, "the cover of another process");
+    }
+    EXPECT_TRUE(fs::remove(m_folder.PathOf(another)));
 }
 
 TEST_F(CZVVideoThumbHelperTest, ManyProcessesTakeTheirOwnCovers)

@@ -5,6 +5,7 @@
 #include "system/library/ZVPlayers.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <mutex>
@@ -103,15 +104,14 @@ public:
             return false;
         m_frames = m_attempt < s_film.Attempts.size() ? s_film.Attempts[m_attempt] : std::vector<uint8_t>();
         ++m_attempt;
-        if (!s_film.IsLate)
-            m_thread = std::thread([this] { Deliver(); });
+        m_isStopped = false;
+        m_thread = std::thread([this] { Deliver(); });
         return true;
     }
     void Stop() override
     {
         Note("Stop");
-        if (s_film.IsLate)
-            m_thread = std::thread([this] { Deliver(); });
+        m_isStopped = true;
         if (m_thread.joinable())
             m_thread.join();
     }
@@ -130,9 +130,16 @@ public:
 private:
     void Deliver()
     {
+        // Long enough for an output that does not wait to stop the player before the first frame.
+        constexpr std::chrono::milliseconds Start(10);
         constexpr int32_t Stride = 16;
+        do
+            std::this_thread::sleep_for(Start);
+        while (s_film.IsLate && !m_isStopped);
         for (const uint8_t value : m_frames)
         {
+            if (m_isStopped && !s_film.IsLate)
+                return;
             const std::vector<uint8_t> pixels(2 * Stride, value);
             m_output->OnVideoFrame({.Width = 3, .Height = 2, .Pixels = pixels.data(), .Stride = Stride});
         }
@@ -143,6 +150,7 @@ private:
     IZVVideoPlayerVideoOutput* m_output = nullptr;
     std::vector<uint8_t> m_frames;
     size_t m_attempt = 0;
+    std::atomic<bool> m_isStopped = false;
     std::thread m_thread;
 };
 }
