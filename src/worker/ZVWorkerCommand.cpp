@@ -2,6 +2,7 @@
 
 #include "system/log/ZVLogScope.h"
 #include "worker/ZVDevicesTask.h"
+#include "worker/ZVThumbnailTask.h"
 #include "worker/ZVVideoTasks.h"
 
 namespace
@@ -24,7 +25,7 @@ using enum ZVResultForm;
 // clang-format off
 constexpr ZVWorkerCommand Commands[] = {
     // Name,                    parameters, video, always fails, result, task, texts of the log
-    {L"/Thumbnail",             2, true,  false, None,   RefuseTask,
+    {L"/Thumbnail",             2, true,  false, None,   RunThumbnailTask,
      "Processing Thumbnail task...",             "Thumbnailing succeeded"},
     {L"/AnalyzeZVVid",          2, true,  false, UTF8,   RefuseTask,
      "Processing AnalyzeZVVid task...",          "AnalyzeZVVid succeeded..."},

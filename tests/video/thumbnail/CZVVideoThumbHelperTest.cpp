@@ -1,0 +1,248 @@
+#include "video/thumbnail/CZVVideoThumbHelper.h"
+
+#include "StandIns.h"
+#include "core/ZVToolsPointer.h"
+#include "mp4/AtomBytes.h"
+#include "siblings/tools/ToolsFolder.h"
+#include "system/file/ZVFileSystem.h"
+#include "system/filename/ZVFilename.h"
+#include "system/filename/ZVNativePath.h"
+#include "system/library/ZVSiblingLibraries.h"
+#include "video/thumbnail/ZVCoverFile.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace
+{
+namespace fs = std::filesystem;
+using namespace AtomBytes;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+const Bytes FTYP = Atom("ftyp", "isom" + Zeros(4));
+
+// A movie of ten seconds without tracks, and with a cover.
+Bytes Movie(const Bytes& cover)
+{
+    const Bytes data = Atom("data", Number(13, 4) + Zeros(4) + cover);
+    const Bytes handler = FullAtom("hdlr", Zeros(4) + "mdir" + Zeros(12));
+    return Atom("moov", FullAtom("mvhd", Zeros(8) + Number(1000, 4) + Number(10'000, 4) + Zeros(80)) +
+                            Atom("udta", FullAtom("meta", handler + Atom("ilst", Atom("covr", data)))));
+}
+
+const StandInFilm SomeFilm = {.Attempts = {{7}}};
+const std::string SomeFrame = "3x2 of 7, turned 0, alpha 255";
+
+// What came of a thumbnail.
+struct Outcome
+{
+    bool Result = false;
+    std::string Picture;  // the content of its file, "" without one
+    std::string Log;
+};
+
+class CZVVideoThumbHelperTest : public testing::Test
+{
+protected:
+    CZVVideoThumbHelperTest() { EXPECT_TRUE(ZVSiblingLibraries::Get().LoadTools()); }
+    ~CZVVideoThumbHelperTest() override
+    {
+        EXPECT_THAT(GetCovers(), IsEmpty()) << "left in the folder for temporary files";
+        ZVSiblingLibraries::Get().UnloadAll();
+        g_pZVTools = nullptr;
+    }
+
+    ZVString TextAt(const std::string& name) const { return ZVString::FromUTF8(m_folder.PathOf(name).c_str()); }
+
+    // Makes a thumbnail of a file with some content, which the player takes for a film.
+    Outcome Run(const std::string& name, const Bytes& content, const StandInFilm& film,
+                const std::string& thumbnail = "thumb.png") const
+    {
+        m_folder.Write(name, content);
+        return RunOn(name, film, thumbnail);
+    }
+    Outcome RunOn(const std::string& name, const StandInFilm& film, const std::string& thumbnail = "thumb.png") const
+    {
+        StandIns::Show(film);
+        return RunOn(name, thumbnail);
+    }
+    Outcome RunOn(const std::string& name, const std::string& thumbnail) const
+    {
+        fs::remove(m_folder.PathOf(thumbnail));
+        const size_t logged = m_folder.Read("worker.log").size();
+        const ZVString path = TextAt(name);
+        const bool result = CZVVideoThumbHelper().GetThumbnailZV(path, ZVFilename(path).GetExtension(), TextAt(thumbnail),
+                                                                 TextAt("metadata.xml"), 5000);
+        EXPECT_FALSE(m_folder.Has("metadata.xml"));
+        return {result, m_folder.Read(thumbnail), m_folder.Read("worker.log").substr(logged)};
+    }
+
+    static std::vector<std::string> GetCovers()
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(ZVNativePath(ZVFileSystem::GetDirectoryTemp()).GetBytes()))
+            names.push_back(entry.path().filename());
+        return names;
+    }
+
+private:
+    // The folder of the process, in which the tools library has its data. It asks for it once and stays, so all tests share it.
+    static const ToolsFolder& GetFolder()
+    {
+        static const ToolsFolder s_folder;
+        setenv("ZV_DATA_DIR", s_folder.PathOf("data").c_str(), 1);
+        setenv("ZV_LOG_FILE", s_folder.PathOf("worker.log").c_str(), 1);
+        return s_folder;
+    }
+
+protected:
+    const ToolsFolder& m_folder = GetFolder();
+};
+
+TEST_F(CZVVideoThumbHelperTest, TakesAFrame)
+{
+    EXPECT_TRUE(Run("film.mkv", "a film", SomeFilm).Result);
+    EXPECT_THAT(StandIns::GetCalls(),
+                ElementsAre("Open " + m_folder.PathOf("film.mkv"), "Seek 5000", "Play", "Stop", "Close", "Release"));
+    EXPECT_EQ(m_folder.Read("thumb.png"), SomeFrame);
+    EXPECT_EQ(Run("film.mkv", "a film", {.Rotation = 270, .Attempts = {{7}}}).Picture, "3x2 of 7, turned 270, alpha 255");
+}
+
+// Who wants the picture looks for its file.
+TEST_F(CZVVideoThumbHelperTest, SucceedsWithoutAPicture)
+{
+    const Outcome withoutVideo = Run("film.mkv", "a film", {.VideoStream = -1, .Attempts = {{7}}});
+    EXPECT_TRUE(withoutVideo.Result);
+    EXPECT_EQ(withoutVideo.Picture, "");
+    const Outcome notSaved = Run("film.mkv", "a film", SomeFilm, "thumb.gif");
+    EXPECT_TRUE(notSaved.Result);
+    EXPECT_EQ(notSaved.Picture, "");
+}
+
+TEST_F(CZVVideoThumbHelperTest, SaysWhyItFails)
+{
+    struct Row
+    {
+        const char* File;
+        StandInFilm Film;
+        const char* Reason;
+    };
+    const Row rows[] = {
+        {"film.mkv", {.Ends = true},       "There is nothing to see in: "                     },
+        {"film.mkv", {.Opens = false},     "Unable to open video file: "                      },
+        {"film.mkv", {.HasPlayer = false}, "There is no player library to open: "             },
+        {"film.txt", SomeFilm,             "Files of the type 'txt' are not played as video: "},
+        {"film.m4a", SomeFilm,             "Files of the type 'm4a' are not played as video: "},
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.Reason);
+        const Outcome outcome = Run(row.File, "a film", row.Film);
+        EXPECT_FALSE(outcome.Result);
+        EXPECT_EQ(outcome.Picture, "");
+        EXPECT_THAT(outcome.Log, HasSubstr(row.Reason + m_folder.PathOf(row.File)));
+    }
+}
+
+TEST_F(CZVVideoThumbHelperTest, DoesNotPlayAFilmWithoutTheImageLibrary)
+{
+    m_folder.Write("film.mkv", "a film");
+    StandIns::Show(SomeFilm);
+    StandIns::SetHasImages(false);
+    const Outcome outcome = RunOn("film.mkv", "thumb.png");
+    EXPECT_FALSE(outcome.Result);
+    EXPECT_THAT(outcome.Log, HasSubstr("There is no image library"));
+    EXPECT_THAT(StandIns::GetCalls(), Not(Contains("Play")));
+}
+
+TEST_F(CZVVideoThumbHelperTest, TakesACover)
+{
+    const Bytes cover = "picture 640x480";
+    struct Row
+    {
+        const char* Name;
+        const char* File;
+        Bytes Content;
+        std::string Picture;
+    };
+    const Row rows[] = {
+        {"a cover",               "film.mp4", FTYP + Movie(cover),         cover        },
+        {"16 pixels",             "film.mp4", FTYP + Movie("picture 4x4"), "picture 4x4"},
+        {"15 pixels",             "film.mp4", FTYP + Movie("picture 5x3"), SomeFrame    },
+        {"one pixel",             "film.mp4", FTYP + Movie("picture 1x1"), SomeFrame    },
+        {"no picture",            "film.mp4", FTYP + Movie("a poem"),      SomeFrame    },
+        {"no cover",              "film.mp4", FTYP + Movie(""),            SomeFrame    },
+        {"damaged",               "film.mp4", FTYP + Atom("moov"),         SomeFrame    },
+        {"no ftyp",               "film.mp4", Movie(cover),                SomeFrame    },
+        {"QuickTime",             "film.mov", Movie(cover),                cover        },
+        {"QuickTime in capitals", "film.MOV", Movie(cover),                SomeFrame    },
+        {"not of the family",     "film.mkv", FTYP + Movie(cover),         SomeFrame    },
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.Name);
+        const Outcome outcome = Run(row.File, row.Content, SomeFilm);
+        EXPECT_TRUE(outcome.Result);
+        EXPECT_EQ(outcome.Picture, row.Picture);
+        // The film is opened in any case, but played only for a frame.
+        EXPECT_THAT(StandIns::GetCalls(), Contains("Open " + m_folder.PathOf(row.File)));
+        EXPECT_THAT(StandIns::GetCalls(), Contains("Play").Times(row.Picture == SomeFrame ? 1 : 0));
+    }
+    EXPECT_THAT(Run("film.mp4", Movie(cover), SomeFilm).Log,
+                HasSubstr("No cover is read from " + m_folder.PathOf("film.mp4") + ": Missing FTYP Atom"));
+}
+
+TEST_F(CZVVideoThumbHelperTest, GivesACoverTheBitsOfAFile)
+{
+    const mode_t before = umask(077);
+    Run("film.mp4", FTYP + Movie("picture 640x480"), SomeFilm);
+    umask(before);
+    struct stat status;
+    ASSERT_EQ(stat(m_folder.PathOf("thumb.png").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0644);
+}
+
+TEST_F(CZVVideoThumbHelperTest, HasACoverThoughTheFilmDoesNotPlay)
+{
+    const Outcome outcome = Run("film.mp4", FTYP + Movie("picture 640x480"), {.Opens = false});
+    EXPECT_FALSE(outcome.Result);
+    EXPECT_EQ(outcome.Picture, "picture 640x480");
+}
+
+TEST_F(CZVVideoThumbHelperTest, TakesAFrameWhenTheCoverCannotBeMoved)
+{
+    const Outcome outcome = Run("film.mp4", FTYP + Movie("picture 640x480"), SomeFilm, "missing/thumb.png");
+    EXPECT_TRUE(outcome.Result);
+    EXPECT_THAT(StandIns::GetCalls(), Contains("Play").Times(1));
+}
+
+TEST_F(CZVVideoThumbHelperTest, LeavesTheNameOfAMovedCoverToOthers)
+{
+    m_folder.Write("film.mp4", FTYP + Movie("picture 640x480"));
+    std::string another;
+    {
+        ZVCoverFile cover(TextAt("film.mp4"), L"mp4");
+        another = "data/Temp/" + GetCovers().at(0);
+        ASSERT_TRUE(cover.MoveTo(TextAt("thumb.png")));
+        m_folder.Write(another, "the cover of another process");
+    }
+    EXPECT_TRUE(fs::remove(m_folder.PathOf(another)));
+}
+
+TEST_F(CZVVideoThumbHelperTest, ManyProcessesTakeTheirOwnCovers)
+{
+    constexpr int Count = 50;
+    const auto nameOf = [](int index, const char* extension) { return std::to_string(index) + extension; };
+    const auto coverOf = [](int index) { return "picture 640x" + std::to_string(1000 + index); };
+    for (int index = 0; index < Count; ++index)
+        m_folder.Write(nameOf(index, ".mp4"), FTYP + Movie(coverOf(index)));
+    EXPECT_TRUE(
+        RunProcesses(Count, [&](int index)
+                     { return RunOn(nameOf(index, ".mp4"), SomeFilm, nameOf(index, ".png")).Picture == coverOf(index); }));
+}
+}
