@@ -21,19 +21,20 @@ struct ZVVideoFrame
     int32_t Stride = 0;
 };
 
-// Where the player tells how it goes on. All calls come from the player's own thread; none may call Stop or Close. The order of the
-// virtual functions is fixed.
+// Where the player tells how it goes on. OnStop comes from the thread that stops the player, all other calls from the player's own;
+// none may call the player. The order of the virtual functions is fixed.
 class IZVVideoPlayerBaseOutput
 {
 public:
     // The film, or what can be read of it, has been delivered to its end.
     virtual void OnEndOfStream() = 0;
-    // The delivery begins, or ends before the end of the film.
+    // The delivery has begun.
     virtual void OnPlay() = 0;
+    // The delivery is stopped. No other call follows.
     virtual void OnStop() = 0;
-    // The delivery goes on at another time of the film, in milliseconds.
-    virtual void OnSeek(int64_t milliseconds) = 0;
-    // The frames that follow have another size.
+    // The place of the film to begin at has been found. Its frame follows.
+    virtual void OnSeekDone() = 0;
+    // The frames that follow have another size than those before, if there were any.
     virtual void OnFormatChange() = 0;
     // The film cannot be read or decoded any further. OnEndOfStream follows.
     virtual void OnError() = 0;

@@ -1,7 +1,7 @@
 #include "video/extended/CZVVideoAnalyzeExtended.h"
 
 #include "system/log/ZVLog.h"
-#include "video/extended/ZVCodecName.h"
+#include "video/film/ZVCodecName.h"
 #include "video/extended/ZVHDRFacts.h"
 #include "video/extended/ZVPrimariesName.h"
 #include "video/extended/ZVStreamFacts.h"

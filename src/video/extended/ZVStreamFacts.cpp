@@ -2,7 +2,7 @@
 
 #include "core/property/ZVPropertyMap.h"
 #include "disc/language/LanguageCodes.h"
-#include "video/extended/ZVCodecName.h"
+#include "video/film/ZVCodecName.h"
 
 #include <string>
 #include <string_view>

@@ -29,6 +29,11 @@ ZVString GetPrefix(void* context)
 
 void ZVCodecLog::Write(void* context, int level, const char* format, va_list arguments)
 {
+    WriteTo(Source, context, level, format, arguments);
+}
+
+void ZVCodecLog::WriteTo(const ZVLogSource& source, void* context, int level, const char* format, va_list arguments)
+{
     if (level > AV_LOG_WARNING)
         return;
     char message[MaximumLength + 1];
@@ -37,5 +42,5 @@ void ZVCodecLog::Write(void* context, int level, const char* format, va_list arg
     const size_t length = strlen(message);
     if (length > 0 && message[length - 1] == '\n')
         message[length - 1] = '\0';
-    Source.Log("%s%s", GetPrefix(context), message);
+    source.Log("%s%s", GetPrefix(context), message);
 }

@@ -34,7 +34,7 @@ int ZVFilmBudget::AskFor(void* budget)
 
 bool ZVFilmBudget::Ask()
 {
-    m_isSpent = m_isSpent || GetBytesRead() - m_startBytes > m_limits.Bytes ||
+    m_isSpent = m_isSpent || IsCancelled() || GetBytesRead() - m_startBytes > m_limits.Bytes ||
                 ZVTimer::GetMicroseconds() - m_startTime > m_limits.Microseconds;
     return !m_isSpent;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 struct AVDictionary;
@@ -32,6 +33,12 @@ public:
     // Has a context ask this budget, which outlives it. The context is not open yet, and one that was served before is closed.
     void Serve(AVFormatContext& context);
 
+    // Counts what is read through a file that the libraries did not open.
+    void Count(const AVIOContext& file) { Replace(nullptr, &file); }
+
+    // Has all looks find nothing left once the flag is set, which another thread may do. The flag outlives the budget.
+    void ObeyCancel(const std::atomic<bool>& isCancelled) { m_isCancelled = &isCancelled; }
+
     // Begins anew, for another place of the film or after a frame has come.
     void Restart();
 
@@ -39,6 +46,7 @@ public:
     bool Ask();
     // What the last look found.
     bool IsSpent() const { return m_isSpent; }
+    bool IsCancelled() const { return m_isCancelled != nullptr && *m_isCancelled; }
 
 private:
     // No container has as many files open at a time. What is opened beyond them costs time alone.
@@ -59,4 +67,5 @@ private:
     int64_t m_startBytes = 0;
     int64_t m_startTime = 0;
     bool m_isSpent = false;
+    const std::atomic<bool>* m_isCancelled = nullptr;
 };

@@ -7,7 +7,7 @@
 #include "video/film/ZVCodecLog.h"
 #include "video/film/ZVShortage.h"
 
-#include <string>
+#include <algorithm>
 
 namespace
 {
@@ -45,33 +45,57 @@ bool ZVFilmReader::Open(const ZVString& path)
         OpenSource.Log("This is no file: %s", path);
         return false;
     }
-    m_codec.av_log_set_callback(ZVCodecLog::Write);
+    return OpenContext(GetInputName(path));
+}
+
+bool ZVFilmReader::OpenJoined(const ZVStringArray& paths)
+{
+    Close();
+    m_path = paths.GetCount() == 0 ? ZVString() : paths[0];
+    m_joined = ZVJoinedFiles::Open(m_codec, paths, m_budget);
+    if (m_joined == nullptr)
+        OpenSource.Log("None of the film's files can be read: %s", m_path);
+    // The name is for the guess of the container alone.
+    return m_joined != nullptr && OpenContext(ZVNativePath(m_path).GetBytes());
+}
+
+bool ZVFilmReader::OpenContext(const std::string& name)
+{
+    m_codec.av_log_set_callback(m_options.Log);
     AVFormatContext* context = m_codec.avformat_alloc_context();
     if (context == nullptr)
-        return Fail(AVERROR(ENOMEM), path);
+        return Fail(AVERROR(ENOMEM));
     context->format_probesize = FormatProbeSize;
     m_budget.Serve(*context);
-    // On a failure the context is freed by the call.
-    int result = m_codec.avformat_open_input(&context, GetInputName(path).c_str(), nullptr, nullptr);
-    if (result >= 0)
+    if (m_joined != nullptr)
     {
-        m_context = ZVFormatContextPointer(context, {m_codec.avformat_close_input});
-        if (m_options.Probe == ZVFilmOptions::Probing::Streams)
-            result = m_codec.avformat_find_stream_info(context, nullptr);
+        context->pb = &m_joined->GetContext();
+        m_budget.Count(*context->pb);
     }
+    // On a failure the context is freed by the call.
+    const int result = m_codec.avformat_open_input(&context, name.c_str(), nullptr, nullptr);
     if (result < 0)
-        return Fail(result, path);
+        return Fail(result);
+    m_context = ZVFormatContextPointer(context, {m_codec.avformat_close_input});
+    return m_options.Probe == ZVFilmOptions::Probing::Header || ProbeStreams();
+}
+
+bool ZVFilmReader::ProbeStreams()
+{
+    const int result = m_codec.avformat_find_stream_info(m_context.get(), nullptr);
+    if (result < 0)
+        return Fail(result);
     if (m_budget.IsSpent())
-        OpenSource.Log("Not all of its streams became known within %s: %s", GetLimits(), path);
+        OpenSource.Log("Not all of its streams became known within %s: %s", GetLimits(), m_path);
     return true;
 }
 
-bool ZVFilmReader::Fail(int result, const ZVString& path)
+bool ZVFilmReader::Fail(int result)
 {
     if (m_budget.IsSpent())
-        OpenSource.Log("The file does not open within %s: %s", GetLimits(), path);
+        OpenSource.Log("The file does not open within %s: %s", GetLimits(), m_path);
     else
-        OpenSource.Log("The file does not open (%s): %s", GetReason(result), path);
+        OpenSource.Log("The file does not open (%s): %s", GetReason(result), m_path);
     Close();
     return false;
 }
@@ -82,11 +106,15 @@ void ZVFilmReader::Close()
         ReadSource.Log("There is not enough memory to decode it: %s", m_path);
     m_source = nullptr;
     m_isPending = false;
+    m_isKept = false;
+    m_skipBefore = INT64_MIN;
+    m_earliest.reset();
     m_frame.reset();
     m_packet.reset();
     m_second = Layer();
     m_main = Layer();
     m_context.reset();
+    m_joined.reset();
 }
 
 ZVString ZVFilmReader::GetReason(int error) const
@@ -118,28 +146,35 @@ const AVStream* ZVFilmReader::ChooseMainStream()
     return m_main.Stream;
 }
 
-bool ZVFilmReader::OpenDecoders()
+bool ZVFilmReader::OpenDecoders(ZVFilmOptions::Threads threads)
 {
-    const bool isOpen = OpenDecoder(m_main);
+    const bool isOpen = OpenDecoder(m_main, threads);
     if (!isOpen && !HasNoMemory())
         DecoderSource.Log("There is no decoder for it: %s", m_path);
     if (isOpen && m_second.Stream != nullptr)
-        OpenDecoder(m_second);
-    if (!isOpen || HasNoMemory())
-        return false;
-    m_packet = ZVPacketPointer(m_codec.av_packet_alloc(), {m_codec.av_packet_free});
-    m_frame = ZVFramePointer(m_codec.av_frame_alloc(), {m_codec.av_frame_free});
-    m_hasNoMemory = m_packet == nullptr || m_frame == nullptr;
-    if (m_hasNoMemory)
+        OpenDecoder(m_second, threads);
+    if (!isOpen || HasNoMemory() || !MakePacket())
         return false;
     if (m_options.Read == ZVFilmOptions::Packets::OfDecodedStreams)
         LeaveOutOtherStreams();
-    BeginPlace();
+    if (!m_isKept)
+        BeginPlace();
     return true;
 }
 
-bool ZVFilmReader::OpenDecoder(Layer& layer)
+bool ZVFilmReader::MakePacket()
 {
+    if (m_packet == nullptr)
+        m_packet = ZVPacketPointer(m_codec.av_packet_alloc(), {m_codec.av_packet_free});
+    if (m_frame == nullptr)
+        m_frame = ZVFramePointer(m_codec.av_frame_alloc(), {m_codec.av_frame_free});
+    m_hasNoMemory = m_packet == nullptr || m_frame == nullptr;
+    return !m_hasNoMemory;
+}
+
+bool ZVFilmReader::OpenDecoder(Layer& layer, ZVFilmOptions::Threads threads)
+{
+    layer.Decoder.reset();
     const AVCodecParameters& parameters = *layer.Stream->codecpar;
     const AVCodec* const decoder = m_codec.avcodec_find_decoder(parameters.codec_id);
     if (decoder == nullptr)
@@ -150,7 +185,7 @@ bool ZVFilmReader::OpenDecoder(Layer& layer)
         return false;
     context->pkt_timebase = layer.Stream->time_base;
     context->thread_count = m_options.ThreadCount;
-    context->thread_type = FF_THREAD_FRAME;
+    context->thread_type = threads == ZVFilmOptions::Threads::Frames ? FF_THREAD_FRAME : FF_THREAD_SLICE;
     if (parameters.codec_id == AV_CODEC_ID_H264)
         context->strict_std_compliance = FF_COMPLIANCE_STRICT;
     if (m_options.Filter == ZVFilmOptions::LoopFilter::Skip)
@@ -186,32 +221,87 @@ bool ZVFilmReader::SeekTo(int32_t seconds)
     const int64_t sinceStart = m_codec.av_rescale(seconds, timeBase.den, timeBase.num);
     // A file may tell any start, so the sum may wrap.
     const auto target = static_cast<int64_t>(static_cast<uint64_t>(sinceStart) + static_cast<uint64_t>(GetStart()));
+    const int result = Seek(target, AVSEEK_FLAG_BACKWARD);
+    const int entries = m_codec.avformat_index_get_entries_count(m_main.Stream);
+    return result >= 0 && (entries == 0 || m_codec.avformat_index_get_entry(m_main.Stream, entries - 1)->timestamp > target);
+}
+
+// The kept packet stays when the film cannot be moved.
+int ZVFilmReader::Seek(int64_t target, int flags)
+{
+    const bool isKept = m_isKept;
     BeginPlace();
-    const int result = m_codec.av_seek_frame(m_context.get(), m_main.Stream->index, target, AVSEEK_FLAG_BACKWARD);
+    const int result = m_codec.av_seek_frame(m_context.get(), m_main.Stream->index, target, flags);
     for (const Layer* const layer : {&m_main, &m_second})
         if (layer->Decoder != nullptr)
             m_codec.avcodec_flush_buffers(layer->Decoder.get());
-    const int entries = m_codec.avformat_index_get_entries_count(m_main.Stream);
-    return result >= 0 && (entries == 0 || m_codec.avformat_index_get_entry(m_main.Stream, entries - 1)->timestamp > target);
+    if (isKept && result < 0)
+    {
+        m_isKept = true;
+        m_source = &m_main;
+    }
+    return result;
+}
+
+const AVPacket* ZVFilmReader::FindKeyPacket()
+{
+    if (!MakePacket())
+        return nullptr;
+    while (!m_isKept && CanGoOn() && ReadPacket())
+    {
+        NoteEarliest(*m_packet);
+        m_isKept = m_source == &m_main && (m_packet->flags & AV_PKT_FLAG_KEY) != 0;
+    }
+    return m_isKept ? m_packet.get() : nullptr;
+}
+
+void ZVFilmReader::NoteEarliest(const AVPacket& packet)
+{
+    const AVStream& stream = *m_context->streams[packet.stream_index];
+    const AVMediaType type = stream.codecpar->codec_type;
+    if (packet.pts == AV_NOPTS_VALUE || (type != AVMEDIA_TYPE_VIDEO && type != AVMEDIA_TYPE_AUDIO))
+        return;
+    const int64_t time = m_codec.av_rescale_q(packet.pts, stream.time_base, m_main.Stream->time_base);
+    m_earliest = std::min(time, m_earliest.value_or(INT64_MAX));
+}
+
+int64_t ZVFilmReader::GetSize() const
+{
+    return m_joined != nullptr ? m_joined->GetSize() : ZVFileInfo(m_path).GetSize();
 }
 
 void ZVFilmReader::BeginPlace()
 {
     m_source = nullptr;
     m_isPending = false;
+    m_isKept = false;
     m_place = Place();
     m_budget.Restart();
 }
 
 const AVFrame* ZVFilmReader::NextFrame()
 {
+    if (m_isKept)
+        SendPacket();
+    m_isKept = false;
     const AVFrame* frame = NextFrameOfPacket();
     while (frame == nullptr && m_place.FramesSeen < m_options.FramesPerPlace && CanGoOn() && ReadPacket())
     {
         SendPacket();
         frame = NextFrameOfPacket();
     }
-    return frame;
+    return frame == nullptr && m_options.AtEnd == ZVFilmOptions::KeptFrames::Fetch ? NextKeptFrame() : frame;
+}
+
+const AVFrame* ZVFilmReader::NextKeptFrame()
+{
+    if (!m_place.IsAtEnd || HasNoMemory() || m_budget.IsCancelled())
+        return nullptr;
+    m_source = &m_main;
+    if (!m_place.IsDecoderAtEnd)
+        NoteResult(m_codec.avcodec_send_packet(m_main.Decoder.get(), nullptr));
+    m_place.IsDecoderAtEnd = true;
+    return ReceiveFrame();
 }
 
 // The next of the frames that came out of the packet that was sent last; null when there are no more.
@@ -273,6 +363,8 @@ void ZVFilmReader::EndPlace(int result)
 {
     m_place.IsAtEnd = true;
     m_source = nullptr;
+    if (m_budget.IsCancelled())
+        return;
     if (m_budget.IsSpent())
     {
         ReadSource.Log("No frame came within %s", GetLimits());
@@ -281,7 +373,8 @@ void ZVFilmReader::EndPlace(int result)
     if (result != AVERROR_EOF)
         ReadSource.Log("The film cannot be read to its end (%s)", GetReason(result));
     // A sound film of a few pictures ends while its decoder still keeps them.
-    const int32_t keptFrames = m_main.Decoder->thread_count + m_main.Decoder->has_b_frames;
+    const AVCodecContext* const decoder = m_main.Decoder.get();
+    const int32_t keptFrames = decoder == nullptr ? INT32_MAX : decoder->thread_count + decoder->has_b_frames;
     if (m_place.FramesSeen == 0 && (m_place.RefusedPackets > 0 || m_place.PacketsWithoutFrame > keptFrames))
         ReadSource.Log("No frame came out of %d packets", m_place.PacketsWithoutFrame);
 }
@@ -289,7 +382,7 @@ void ZVFilmReader::EndPlace(int result)
 ZVFilmReader::Layer* ZVFilmReader::FindLayer(int32_t streamIndex)
 {
     for (Layer* const layer : {&m_main, &m_second})
-        if (layer->Decoder != nullptr && layer->Stream->index == streamIndex)
+        if (layer->Stream != nullptr && layer->Stream->index == streamIndex && (layer->Decoder != nullptr || layer == &m_main))
             return layer;
     return nullptr;
 }
@@ -299,10 +392,26 @@ void ZVFilmReader::SendPacket()
 {
     if (m_source == nullptr)
         return;
+    if (IsOfMainStream())
+        m_main.Decoder->skip_frame = CanSkip(*m_packet) ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
     const int result = m_codec.avcodec_send_packet(m_source->Decoder.get(), m_packet.get());
     m_isPending = result == AVERROR(EAGAIN);
     if (!m_isPending)
         NoteResult(result);
+}
+
+// A frame may come in two packets, one for each field, and its time may be that of its second one. So what ends shortly before the
+// time stamp is decoded too.
+void ZVFilmReader::SkipFramesBefore(int64_t timeStamp)
+{
+    constexpr AVRational Margin = {1, 5};
+    const int64_t margin = m_codec.av_rescale_q(1, Margin, m_main.Stream->time_base);
+    m_skipBefore = timeStamp < INT64_MIN + margin ? INT64_MIN : timeStamp - margin;
+}
+
+bool ZVFilmReader::CanSkip(const AVPacket& packet) const
+{
+    return packet.pts != AV_NOPTS_VALUE && packet.pts < m_skipBefore;
 }
 
 const AVFrame* ZVFilmReader::ReceiveFrame()

@@ -90,7 +90,7 @@ void ZVFilmSource::ChooseTitle(const ZVFilename& file, const ZVString& extension
 
 std::optional<ZVString> ZVFilmSource::FindLanguage(int32_t pid) const
 {
-    const BlurayPlaylist* const title = m_disc == nullptr ? nullptr : m_disc->GetSelected();
+    const BlurayPlaylist* const title = GetTitle();
     // The number of a stream has 16 bits on a disc.
     const BlurayStream* const stream = title == nullptr ? nullptr : title->FindStream(static_cast<uint16_t>(pid));
     if (stream == nullptr)

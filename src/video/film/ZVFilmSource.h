@@ -20,6 +20,8 @@ public:
     // Whether there is something to open.
     bool IsFound() const { return m_isFound; }
     const ZVString& GetPath() const { return m_path; }
+    // The title of the disc that is shown; null when the name is not that of a Blu-ray disc or the disc has none.
+    const BlurayPlaylist* GetTitle() const { return m_disc == nullptr ? nullptr : m_disc->GetSelected(); }
 
     // What the disc says of the language of the stream with a PID, as a name and possibly empty; nothing for a stream that the
     // title does not have, and when there is no disc.

@@ -32,7 +32,7 @@ public:
     void OnEndOfStream() override { SignalDone(); }
     void OnPlay() override {}
     void OnStop() override {}
-    void OnSeek(int64_t) override {}
+    void OnSeekDone() override {}
     void OnFormatChange() override {}
     void OnError() override {}
     void OnVideoFrame(const ZVVideoFrame& frame) override;

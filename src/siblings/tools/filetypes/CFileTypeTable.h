@@ -17,7 +17,7 @@ enum class CMediaKind : uint8_t
 // One type of file. Texts are arrays, so the table needs no work when the library is loaded.
 struct CFileType
 {
-    wchar_t Extension[6];
+    wchar_t Extension[9];
     CMediaKind Kind;
     int8_t Class;             // 0 if there is none
     wchar_t ContentType[36];  // empty if there is none

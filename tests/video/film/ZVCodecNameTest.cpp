@@ -1,4 +1,4 @@
-#include "video/extended/ZVCodecName.h"
+#include "video/film/ZVCodecName.h"
 
 #include "video/RealCodec.h"
 

@@ -1,4 +1,4 @@
-#include "video/extended/ZVCodecName.h"
+#include "video/film/ZVCodecName.h"
 
 namespace
 {
@@ -199,4 +199,10 @@ ZVString CodecName(const CZVAVLibraries& codec, const AVCodecParameters& paramet
     const ZVString profile = ZVString::FromUTF8(codec.avcodec_profile_name(parameters.codec_id, parameters.profile));
     const ZVString name = ApplyProfile(GetPlainName(*descriptor), profile, parameters);
     return name.IsEmpty() ? ZVString(Unknown) : name;
+}
+
+ZVString PlainCodecName(const CZVAVLibraries& codec, AVCodecID id)
+{
+    const AVCodecDescriptor* const descriptor = codec.avcodec_descriptor_get(id);
+    return descriptor == nullptr ? ZVString() : GetPlainName(*descriptor);
 }

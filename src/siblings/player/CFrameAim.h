@@ -1,0 +1,54 @@
+#pragma once
+
+#include "video/film/ZVFilmReader.h"
+
+#include <cstdint>
+
+// Finds the frame of a film that is on screen at a time: the first one that ends after it.
+class CFrameAim
+{
+public:
+    // One frame may cost more than ten seconds where a film has a single key frame. Who waits for a thumbnail has a worse frame
+    // rather than none.
+    static constexpr int64_t MaximumMicroseconds = 10'000'000;
+
+    // The film is open and its main stream chosen.
+    explicit CFrameAim(ZVFilmReader& film);
+
+    // Goes to a time, in milliseconds since the start of the film, and returns its frame. Before the start that is the first
+    // frame, after the end the last; after the time above, whichever was decoded last. Null when no frame can be decoded.
+    const AVFrame* Find(int64_t milliseconds);
+    // The same for a film whose time stamps begin anew: finds the first frame after a share of its bytes, from 0 to 1.
+    const AVFrame* FindByShare(double share);
+
+    // The time of a frame in milliseconds since the start of the film, by a time stamp that counts in a time base.
+    int64_t GetTime(int64_t timeStamp, AVRational timeBase) const;
+
+private:
+    // Where decoding begins.
+    struct Place
+    {
+        bool IsFound = false;
+        bool IsStart = false;  // of the film
+        int64_t KeyEnd = 0;    // when the first frame ends
+    };
+
+    int64_t ReadStart();
+    int64_t GetTarget(int64_t milliseconds) const;
+    Place GoBefore(int64_t target, int64_t& step);
+    Place GoToStart();
+    const AVFrame* DecodeTo(int64_t target, bool isStart);
+    const AVFrame* KeepLast(const AVFrame& frame);
+    bool IsLate(int64_t target) const { return m_firstStart != AV_NOPTS_VALUE && m_firstStart > target; }
+    int64_t GetEnd(int64_t start, int64_t duration) const;
+    bool IsTooLate() const;
+
+    ZVFilmReader& m_film;
+    const CZVAVLibraries& m_codec;
+    const AVStream& m_stream;
+    int64_t m_frameDuration;  // of a usual frame, in the time base of the stream, like the others
+    int64_t m_start;
+    int64_t m_firstStart = AV_NOPTS_VALUE;  // of the first frame that came out after the last move
+    int64_t m_startMicroseconds = 0;
+    ZVFramePointer m_last;
+};

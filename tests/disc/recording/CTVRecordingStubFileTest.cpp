@@ -1,0 +1,129 @@
+#include "disc/recording/CTVRecordingStubFile.h"
+
+#include "disc/recording/RecordingSize.h"
+#include "disc/recording/StubBytes.h"
+#include "process/WorkFolder.h"
+#include "support/ZVTestServer.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+using StubBytes::Stub;
+
+class CTVRecordingStubFileTest : public testing::Test
+{
+protected:
+    static ZVFilename NameOf(const std::string& path) { return ZVFilename::FromPath(ZVString::FromUTF8(path.c_str())); }
+
+    // Puts a stub into the folder rec/a.
+    ZVFilename Put(const std::string& bytes) const
+    {
+        std::filesystem::create_directories("rec/a");
+        WorkFolder::Write("rec/a/show.ztv", bytes);
+        return NameOf(m_folder.PathOf("rec/a/show.ztv"));
+    }
+
+    // A path below the test's folder.
+    ZVString At(const char* name) const { return NameOf(m_folder.PathOf(name)).GetFilename(); }
+
+    WorkFolder m_folder;
+};
+
+TEST_F(CTVRecordingStubFileTest, TiesPathsToTheFolderOfTheStub)
+{
+    CTVRecordingStubFile stub;
+    ASSERT_TRUE(stub.Read(Put(Stub(1, U"show.ztf", U"/other/./x.zti", U"", U"../b/./\u00e4.zts"))));
+    EXPECT_STREQ(stub.FirstPath, At("rec/a/show.ztf"));
+    EXPECT_STREQ(stub.SecondPath, L"/other/./x.zti");
+    EXPECT_STREQ(stub.ThirdPath, L"");
+    EXPECT_STREQ(stub.StreamPath, At("rec/b/ä.zts"));
+    EXPECT_EQ(stub.Head.MinimumBytes, -2);
+    EXPECT_EQ(stub.Head.MaximumBytes, 4'000'000'000);
+
+    // Another version has the stream alone, and the paths of the stub before are gone.
+    ASSERT_TRUE(stub.Read(Put(Stub(2, U"..\\b\\show.ts"))));
+    EXPECT_STREQ(stub.FirstPath, L"");
+    EXPECT_STREQ(stub.StreamPath, At("rec/b/show.ts"));
+    ASSERT_TRUE(stub.Read(NameOf("rec/a/show.ztv")));
+    EXPECT_STREQ(stub.StreamPath, At("rec/b/show.ts")) << "for a stub without a whole path";
+}
+
+TEST_F(CTVRecordingStubFileTest, TakesNoNameThatNoFileCanHave)
+{
+    const std::string ab("a\0\0\0b\0\0", 8);
+    const std::string zero(4, '\0');
+    const std::tuple<std::string, const char*> rows[] = {
+        {ab,                               "rec/a/ab"},
+        {ab + "xyz",                       "rec/a/ab"},
+        {ab + zero + zero,                 "rec/a/ab"},
+        {ab + zero + ab,                   ""        },
+        {ab + StubBytes::Number(0x110000), ""        },
+        {ab + StubBytes::Number(-0xffff),  ""        },
+        {"xyz",                            ""        },
+    };
+    CTVRecordingStubFile stub;
+    for (const auto& [path, expected] : rows)
+    {
+        EXPECT_TRUE(stub.Read(Put(Stub(2) + StubBytes::Path(path))));
+        EXPECT_STREQ(stub.StreamPath, *expected == '\0' ? ZVString() : At(expected)) << testing::PrintToString(path);
+    }
+    // The largest string that a count can tell.
+    EXPECT_TRUE(stub.Read(Put(Stub(2, std::u32string(UINT16_MAX / 4, U'c')))));
+    EXPECT_EQ(stub.StreamPath.GetLength(), At("rec/a/").GetLength() + UINT16_MAX / 4);
+}
+
+TEST_F(CTVRecordingStubFileTest, AStubThatEndsTooEarlyNamesNothing)
+{
+    const std::string whole = Stub(1, U"a", U"b", U"c", U"d");
+    CTVRecordingStubFile stub;
+    for (size_t size = 0; size < whole.size(); ++size)
+    {
+        SCOPED_TRACE(size);
+        EXPECT_FALSE(stub.Read(Put(whole.substr(0, size))));
+        for (const ZVString& path : {stub.FirstPath, stub.SecondPath, stub.ThirdPath, stub.StreamPath})
+            EXPECT_STREQ(path, L"");
+    }
+    EXPECT_TRUE(stub.Read(Put(whole)));
+    EXPECT_FALSE(stub.Read(NameOf(m_folder.PathOf("rec/a/"))));
+    EXPECT_STREQ(stub.StreamPath, L"");
+}
+
+TEST_F(CTVRecordingStubFileTest, OnlyAStubOfAServerLeadsToAServer)
+{
+    ZVTestServer server;
+    ZVTestAnswer film;
+    film.Body = "12345";
+    server.SetAnswer("/film.ts", film);
+    ZVTestAnswer remote;
+    std::u32string address;
+    for (const wchar_t character : server.GetURL("/film.ts").View())
+        address.push_back(static_cast<char32_t>(character));
+    remote.Body = Stub(1, address, U"show.ztf", U"../x", address);
+    server.SetAnswer("/show.ztv", remote);
+
+    const ZVFilename local = Put(remote.Body);
+    EXPECT_EQ(GetRecordingSize(local), static_cast<int64_t>(remote.Body.size()));
+    Put(Stub(1, U"/x/" + address, U".././/" + address, U"\\" + address, U"http:\\\\" + address.substr(7)));
+    GetRecordingSize(local);
+    GetRecordingSize(ZVFilename::FromPath(L"file://" + local.GetFilename()));
+    EXPECT_EQ(server.GetRequests().size(), 0u);
+
+    // The product's own name for the scheme.
+    ZVString name = server.GetURL("/show.ztv");
+    name.Replace(L"http", L"m01p");
+    CTVRecordingStubFile stub;
+    ASSERT_TRUE(stub.Read(ZVFilename(name)));
+    EXPECT_STREQ(stub.FirstPath, server.GetURL("/film.ts"));
+    EXPECT_STREQ(stub.SecondPath, L"show.ztf");
+    EXPECT_STREQ(stub.ThirdPath, L"../x");
+    // An address that begins in another case ties the paths to itself, as a folder does.
+    name = server.GetURL("/show.ztv");
+    name.Replace(L"http", L"HTTP");
+    ASSERT_TRUE(stub.Read(ZVFilename(name)));
+    ZVString tied = server.GetURL("/show.ztf");
+    tied.Replace(L"http", L"HTTP");
+    EXPECT_STREQ(stub.SecondPath, tied);
+    EXPECT_EQ(GetRecordingSize(ZVFilename(server.GetURL("/show.ztv"))), static_cast<int64_t>(remote.Body.size() + 2 * 5));
+}
+}
