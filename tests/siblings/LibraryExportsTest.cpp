@@ -25,6 +25,7 @@ const Library Libraries[] = {
     {ZV_READER_LIBRARY,
      {"CreateFromMemoryReaderDLL", "CreateGenericReaderDLL", "CreateInternetReaderDLL", "CreateLocalReaderDLL",
       "ZVReaderInitialize", "ZVReaderUninitialize"}},
+    {ZV_IMAGE_LIBRARY,  {"GetZVImageAppDLL"}       },
 };
 
 // Only for the libraries as they are shipped: sanitizers add exports and libraries of their own.

@@ -37,9 +37,30 @@ void FillColors(AVFrame& frame, bool isRGB)
         frame.color_range = isRGB ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
 }
 
-// The formats whose name says that they have the full range.
-constexpr AVPixelFormat FullRangeFormats[] = {AV_PIX_FMT_YUVJ420P, AV_PIX_FMT_YUVJ422P, AV_PIX_FMT_YUVJ444P, AV_PIX_FMT_YUVJ440P,
-                                              AV_PIX_FMT_YUVJ411P};
+struct FullRangeFormat
+{
+    AVPixelFormat Format;
+    AVPixelFormat Plain;
+};
+
+// The formats whose name says that they have the full range, and those in which the frame says it.
+constexpr FullRangeFormat FullRangeFormats[] = {
+    {AV_PIX_FMT_YUVJ420P, AV_PIX_FMT_YUV420P},
+    {AV_PIX_FMT_YUVJ422P, AV_PIX_FMT_YUV422P},
+    {AV_PIX_FMT_YUVJ444P, AV_PIX_FMT_YUV444P},
+    {AV_PIX_FMT_YUVJ440P, AV_PIX_FMT_YUV440P},
+    {AV_PIX_FMT_YUVJ411P, AV_PIX_FMT_YUV411P},
+};
+
+void UsePlainFormat(AVFrame& frame)
+{
+    for (const FullRangeFormat& format : FullRangeFormats)
+        if (format.Format == frame.format)
+        {
+            frame.format = format.Plain;
+            frame.color_range = AVCOL_RANGE_JPEG;
+        }
+}
 
 int32_t ToSide(double length)
 {
@@ -80,8 +101,7 @@ bool CFrameFilter::Write(const AVFrame& frame, const Presentation& presentation)
     m_input->pts = frame.best_effort_timestamp;
     const AVPixFmtDescriptor* const format = m_codec.av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame.format));
     const bool isRGB = format != nullptr && (format->flags & (AV_PIX_FMT_FLAG_RGB | AV_PIX_FMT_FLAG_PAL)) != 0;
-    if (std::ranges::find(FullRangeFormats, frame.format) != std::end(FullRangeFormats))
-        m_input->color_range = AVCOL_RANGE_JPEG;
+    UsePlainFormat(*m_input);
     FillColors(*m_input, isRGB);
     CFrameLook look = GetLook(*m_input, presentation);
     look.IsRGB = isRGB;

@@ -24,7 +24,7 @@ struct MatrixName
 constexpr MatrixName MatrixNames[] = {
     {AVCOL_SPC_BT709,      "bt709"    },
     {AVCOL_SPC_FCC,        "fcc"      },
-    {AVCOL_SPC_BT470BG,    "bt470bg"  },
+    {AVCOL_SPC_BT470BG,    "bt470"    },
     {AVCOL_SPC_SMPTE170M,  "smpte170m"},
     {AVCOL_SPC_SMPTE240M,  "smpte240m"},
     {AVCOL_SPC_BT2020_NCL, "bt2020"   },

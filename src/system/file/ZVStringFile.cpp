@@ -3,16 +3,12 @@
 #include "core/containers/ZVBuffer.h"
 #include "core/string/ZVString.h"
 #include "core/string/ZVUTF8.h"
-#include "system/file/ZVFile.h"
 #include "system/file/ZVFileError.h"
 #include "system/file/ZVFileSystem.h"
 #include "system/file/ZVWholeFile.h"
-#include "system/filename/ZVNativePath.h"
+#include "system/filename/ZVFilename.h"
 
-#include <cerrno>
 #include <memory>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace
 {
@@ -98,32 +94,6 @@ bool Encode(const ZVString& text, int32_t mode, ZVBuffer& bytes)
             return saveMode.Append(text, bytes);
     return false;
 }
-
-// A file that was cut short must not pass for a result.
-void RemoveShortFile(const ZVString& path)
-{
-    struct stat status;
-    const ZVNativePath native(path);
-    if (stat(native, &status) != 0 || !S_ISREG(status.st_mode) || truncate(native, 0) != 0)
-        return;
-    // A link that led to it, which may be one of the system's, stays.
-    if (lstat(native, &status) == 0 && S_ISREG(status.st_mode))
-        unlink(native);
-}
-
-bool WriteBytes(const ZVString& path, const ZVBuffer& bytes)
-{
-    ZVFile file;
-    if (!file.Open(ZVFilename::FromPath(path), ZVFileAccess::Write, ZVFileShare::Write, ZVFileCreation::CreateAndTruncate))
-        return false;
-    if (file.Write(bytes.GetData(), bytes.GetUsed()))
-        return true;
-    const int error = errno;
-    file.Close();
-    RemoveShortFile(path);
-    errno = error;
-    return false;
-}
 }
 
 ZVString ZVFileSystem::GetSavePath(const ZVString& path)
@@ -144,7 +114,7 @@ bool ZVString::SaveToFile(const ZVString& path, int32_t mode) const
     const ZVString folder = ZVFilename::FromPath(safePath).GetDirectory();
     if (!folder.IsEmpty())
         ZVFileSystem::MakeDirectoryTree(folder);
-    if (ZVWholeFile::Write(safePath, [&](const ZVString& place) { return WriteBytes(place, bytes); }))
+    if (ZVWholeFile::WriteBytes(safePath, bytes.GetData(), bytes.GetUsed()))
         return true;
     ZVLogFileError(Source, "Error %d saving: %s", safePath);
     return false;

@@ -1,5 +1,6 @@
 #include "system/file/ZVWholeFile.h"
 
+#include "system/file/ZVFile.h"
 #include "system/file/ZVTransferPlace.h"
 #include "system/filename/ZVFilename.h"
 #include "system/filename/ZVNativePath.h"
@@ -129,6 +130,32 @@ Outcome WriteBeside(const Target& target, const std::function<bool(const ZVStrin
         return Outcome::Failed;
     return rename(ZVNativePath(place.GetPath()), ZVNativePath(target.Path)) == 0 ? Outcome::Done : OutcomeOf(errno);
 }
+
+// A file that was cut short must not pass for a result.
+void RemoveShortFile(const ZVString& path)
+{
+    struct stat status;
+    const ZVNativePath native(path);
+    if (stat(native, &status) != 0 || !S_ISREG(status.st_mode) || truncate(native, 0) != 0)
+        return;
+    // A link that led to it, which may be one of the system's, stays.
+    if (lstat(native, &status) == 0 && S_ISREG(status.st_mode))
+        unlink(native);
+}
+
+bool WriteAll(const ZVString& path, const void* bytes, int64_t count)
+{
+    ZVFile file;
+    if (!file.Open(ZVFilename::FromPath(path), ZVFileAccess::Write, ZVFileShare::Write, ZVFileCreation::CreateAndTruncate))
+        return false;
+    if (file.Write(bytes, count))
+        return true;
+    const int error = errno;
+    file.Close();
+    RemoveShortFile(path);
+    errno = error;
+    return false;
+}
 }
 
 bool ZVWholeFile::Write(const ZVString& path, const std::function<bool(const ZVString& path)>& write)
@@ -136,4 +163,9 @@ bool ZVWholeFile::Write(const ZVString& path, const std::function<bool(const ZVS
     const Target target(path);
     const Outcome outcome = target.CanBeReplaced() ? WriteBeside(target, write) : Outcome::MustBeInPlace;
     return outcome == Outcome::MustBeInPlace ? write(target.Path) : outcome == Outcome::Done;
+}
+
+bool ZVWholeFile::WriteBytes(const ZVString& path, const void* bytes, int64_t count)
+{
+    return Write(path, [bytes, count](const ZVString& place) { return WriteAll(place, bytes, count); });
 }

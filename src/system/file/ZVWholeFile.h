@@ -25,4 +25,7 @@
 namespace ZVWholeFile
 {
 bool Write(const ZVString& path, const std::function<bool(const ZVString& path)>& write);
+
+// The same with content that is in memory. What was written in place and is not whole is deleted.
+bool WriteBytes(const ZVString& path, const void* bytes, int64_t count);
 }
