@@ -90,8 +90,6 @@ protected:
     {
         if (!FilmFolder::IsUsable())
             GTEST_SKIP() << "ffmpeg, mkvmerge or the codec component is not there";
-        if (!std::filesystem::exists(std::filesystem::path(GetWorkerProgram()).parent_path() / "libZVImage.so"))
-            GTEST_SKIP() << "the image library is not built";
     }
 
     static void Make(const std::string& name, int seconds, const std::string& filters = "null")
