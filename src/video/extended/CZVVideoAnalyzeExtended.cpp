@@ -1,10 +1,10 @@
 #include "video/extended/CZVVideoAnalyzeExtended.h"
 
 #include "system/log/ZVLog.h"
-#include "video/film/ZVCodecName.h"
 #include "video/extended/ZVHDRFacts.h"
 #include "video/extended/ZVPrimariesName.h"
 #include "video/extended/ZVStreamFacts.h"
+#include "video/film/ZVCodecName.h"
 #include "video/film/ZVFilmAspect.h"
 
 #include <cstddef>
