@@ -26,7 +26,8 @@ TEST(CDvdTitleInfo, ReadsTimes)
     const std::tuple<const char*, int64_t> rows[] = {
         {"\x01\x59\x09\x40", 7'149'000  },
         {"\x00\x00\x01\x52", 1'480      }, // 12 of 25 frames
-        {"\x00\x00\x01\xd5", 1'500      }, // 15 frames of 1001/30000 s: 500.5 ms
+        {"\x00\x00\x01\xd5", 1'501      }, // 45 frames of 1001/30000 s
+        {"\x01\x00\x00\xc0", 3'603'600  }, // 108000 of them
         {"\x00\x00\x01\x12", 1'000      }, // frames of no rate
         {"\x99\x99\x99\x40", 362'439'000},
         {"\x00\x00\x0a\x40", 0          },
