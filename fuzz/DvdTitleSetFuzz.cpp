@@ -9,7 +9,7 @@
 namespace
 {
 // What four bytes of decimal digits can tell, in milliseconds, and as many cells as a byte counts.
-constexpr int64_t MaximumTime = ((99 * 60 + 99) * 60 + 99) * int64_t {1000} + 39 * 40;
+constexpr int64_t MaximumTime = ((99 * 60 + 99) * 60 + 99) * int64_t {1001} + 39 * 40;
 constexpr int64_t MaximumCells = 255;
 }
 

@@ -34,12 +34,24 @@ constexpr int64_t CellSize = 24;
 constexpr int64_t CellTimePosition = 4;
 
 // Times are added up in units of 1/90000 second, in which a frame of both rates is a whole number.
-constexpr int64_t UnitsPerSecond = 90'000;
-constexpr int64_t UnitsPerMillisecond = UnitsPerSecond / 1000;
+constexpr int64_t UnitsPerMillisecond = 90;
 constexpr int64_t NoTime = -1;
 
-// How long a frame is, by the two top bits of the byte that counts frames; 0 for a rate that no disc has.
-constexpr int64_t FrameUnits[] = {0, UnitsPerSecond / 25, 0, UnitsPerSecond * 1001 / 30'000};
+// What a playback time counts, by the two top bits of its byte of frames. At 30000/1001 frames a second, 30 frames count as a
+// second: the times of such a disc run slower than the clock.
+struct TimeScale
+{
+    int64_t UnitsPerSecond;
+    int64_t UnitsPerFrame;  // 0 for a rate that no disc has
+};
+
+constexpr TimeScale TimeScales[] = {
+    {90'000,    0    },
+    {90'000,    3'600},
+    {90'000,    0    },
+    {30 * 3003, 3'003},
+};
+constexpr int32_t TimeScaleShift = 6;
 constexpr uint8_t FrameCountMask = 0x3f;
 
 // The number that two decimal digits make, or NoTime when they are none.
@@ -64,7 +76,8 @@ int64_t ReadTime(const ZVByteSpan& chain, int64_t position)
     const int64_t frames = FromBCD(frameByte & FrameCountMask);
     if (std::min({hours, minutes, seconds, frames}) < 0)
         return NoTime;
-    return ((hours * 60 + minutes) * 60 + seconds) * UnitsPerSecond + frames * FrameUnits[frameByte >> 6];
+    const TimeScale& scale = TimeScales[frameByte >> TimeScaleShift];
+    return ((hours * 60 + minutes) * 60 + seconds) * scale.UnitsPerSecond + frames * scale.UnitsPerFrame;
 }
 
 // A program chain: programs, which are runs of cells.

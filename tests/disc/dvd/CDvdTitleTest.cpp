@@ -110,26 +110,33 @@ TEST_F(CDvdTitleTest, KnowsTheFolderOfADisc)
     EXPECT_STREQ(CDvdTitle::FindFolder(ZVFilename(L"http://host/VIDEO_TS/VIDEO_TS.IFO")), L"");
 }
 
-// A disc that an authoring program made: two title sets, of which the second has a short and a long program chain.
-TEST_F(CDvdTitleTest, ReadsADiscOfAnAuthoringProgram)
+// Discs that an authoring program made: two title sets, of which the second has a short and a long program chain. The chapters
+// begin with the groups of pictures of one second.
+TEST_F(CDvdTitleTest, ReadsDiscsOfAnAuthoringProgram)
 {
     if (system("ffmpeg -version >/dev/null 2>&1 && dvdauthor --version 2>&1 | grep -q DVDAuthor") != 0)
         GTEST_SKIP() << "ffmpeg or dvdauthor is not there";
-    for (const char* const film : {"-t 3 -target pal-dvd short.mpg", "-t 12 -target pal-dvd long.mpg"})
-        ASSERT_EQ(system((std::string("ffmpeg -v error -f lavfi -i testsrc2=s=720x576:r=25 -f lavfi -i sine -g 25 -bf 0 ") + film)
-                             .c_str()),
-                  0);
-    Put("disc.xml",
-        "<dvdauthor><vmgm/><titleset><titles><pgc><vob file=\"short.mpg\"/></pgc></titles></titleset><titleset><titles>"
-        "<pgc><vob file=\"short.mpg\"/></pgc><pgc><vob file=\"long.mpg\" chapters=\"0,2,5,11\"/></pgc>"
-        "</titles></titleset></dvdauthor>");
-    ASSERT_EQ(system("VIDEO_FORMAT=PAL dvdauthor -o Disc -x disc.xml >dvdauthor.log 2>&1"), 0)
-        << WorkFolder::Read("dvdauthor.log");
-    CDvdTitle title;
-    ASSERT_TRUE(title.Open(CDvdTitle::FindFolder(ZVFilename(At("Disc")))));
-    EXPECT_EQ(title.Number, 2);
-    EXPECT_THAT(NamesOf(title), ElementsAre("VTS_02_1.VOB"));
-    EXPECT_EQ(title.Duration, 12'000);
-    EXPECT_THAT(std::vector<int64_t>(title.Chapters.begin(), title.Chapters.end()), ElementsAre(0, 2'000, 5'000, 11'000));
+    Put("disc.xml", "<dvdauthor><vmgm/><titleset><titles><pgc><vob file='short.mpg'/></pgc></titles></titleset><titleset><titles>"
+                    "<pgc><vob file='short.mpg'/></pgc><pgc><vob file='long.mpg' chapters='0,2.1,5.1,11.1'/></pgc>"
+                    "</titles></titleset></dvdauthor>");
+    Put("make",
+        R"(set -e; make() { ffmpeg -v error -y -f lavfi -i testsrc2=s=$2 -f lavfi -i sine -g $3 -bf 0 -t $4 -target $1-dvd $5; }
+                   make "$@" 3 short.mpg; make "$@" 12 long.mpg; VIDEO_FORMAT=$1 dvdauthor -o $1 -x disc.xml)");
+    const std::tuple<std::string, std::string, int64_t> rows[] = {
+        {"pal",  "720x576:r=25 25",         1000},
+        {"ntsc", "720x480:r=30000/1001 30", 1001},
+    };
+    for (const auto& [standard, arguments, second] : rows)
+    {
+        ASSERT_EQ(system(("sh make " + standard + " " + arguments + " >log 2>&1").c_str()), 0) << WorkFolder::Read("log");
+        CDvdTitle title;
+        ASSERT_TRUE(title.Open(CDvdTitle::FindFolder(ZVFilename(At(standard))))) << standard;
+        EXPECT_EQ(title.Number, 2) << standard;
+        EXPECT_THAT(NamesOf(title), ElementsAre("VTS_02_1.VOB")) << standard;
+        EXPECT_EQ(title.Duration, 12 * second) << standard;
+        EXPECT_THAT(std::vector<int64_t>(title.Chapters.begin(), title.Chapters.end()),
+                    ElementsAre(0, 2 * second, 5 * second, 11 * second))
+            << standard;
+    }
 }
 }

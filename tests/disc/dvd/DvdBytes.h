@@ -28,22 +28,17 @@ inline std::string Number(uint64_t value, size_t width)
     return bytes;
 }
 
-inline void PadTo(std::string& bytes, size_t size)
-{
-    bytes.resize(size);
-}
-
 inline std::string Make(const Chain& chain)
 {
     std::string bytes = Number(0, 2) + Number(chain.Programs.size(), 1) + Number(chain.Cells.size(), 1) + chain.Time;
-    PadTo(bytes, 0xe6);
+    bytes.resize(0xe6);
     bytes += Number(0xec, 2) + Number(0xec + chain.Programs.size(), 2);
-    PadTo(bytes, 0xec);
+    bytes.resize(0xec);
     bytes += chain.Programs;
     for (const Cell& cell : chain.Cells)
     {
         bytes += Number(cell.Category, 1) + Number(0, 3) + cell.Time;
-        PadTo(bytes, bytes.size() + 16);
+        bytes.resize(bytes.size() + 16);
     }
     return bytes;
 }
@@ -52,9 +47,9 @@ inline std::string Make(const Chain& chain)
 inline std::string File(const std::vector<Chain>& chains)
 {
     std::string file = "DVDVIDEO-VTS";
-    PadTo(file, 0xcc);
+    file.resize(0xcc);
     file += Number(2, 4);
-    PadTo(file, 2 * 2048);
+    file.resize(2 * 2048);
     std::string bodies;
     std::string entries;
     for (const Chain& chain : chains)
