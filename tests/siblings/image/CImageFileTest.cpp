@@ -124,17 +124,6 @@ TEST_F(CImageFileTest, ReadsWhatOthersWrite)
     }
 }
 
-TEST_F(CImageFileTest, TheContentTellsTheFormat)
-{
-    const Frame frame = Frame::MakeSmooth(20, 10);
-    for (const Saved& saved : SavedFiles)
-    {
-        ASSERT_TRUE(Save(frame, saved.Name));
-        m_folder.Write("misnamed.txt", m_folder.Read(saved.Name));
-        EXPECT_EQ(Load("misnamed.txt"), Load(saved.Name)) << saved.Name;
-    }
-}
-
 TEST_F(CImageFileTest, ReadsRunLengths)
 {
     // 4 by 3 pixels of 8 bits with 3 colours, from the bottom: a run, single ones, the end of the row, a jump.
