@@ -16,6 +16,10 @@ constexpr int32_t SampledRows = 12;
 // A cell that is farther than this from the picture's own colour shows something.
 constexpr int32_t MaximumDistance = 16;
 
+// Strong noise is left in the cells, too, those of small pictures above all. It makes cells beside each other as different as those
+// far apart. Half of the neighbours differ by less than the deviation of the noise, and nearly no cell by five times as much.
+constexpr int32_t MaximumNoise = 5;
+
 // A picture with fewer cells that show something than one of this many is blank. Noise and fades have none, the smallest titles
 // and the darkest scenes 3 of 1000.
 constexpr size_t CellsForEachSeen = 1000;
@@ -127,33 +131,65 @@ std::vector<Colour> GetCells(const CPixelView& picture)
     return cells;
 }
 
-// The value that half of the cells do not exceed.
-uint8_t FindMedian(const std::vector<Colour>& cells, size_t channel)
+// Finds the value that half of the values do not exceed.
+class Median
 {
-    std::array<size_t, 256> counts {};
-    for (const Colour& cell : cells)
-        ++counts[cell[channel]];
-    size_t value = 0;
-    for (size_t below = counts[0]; below * 2 < cells.size(); below += counts[value])
-        ++value;
-    return static_cast<uint8_t>(value);
-}
+public:
+    void Add(int32_t value)
+    {
+        ++m_counts[static_cast<size_t>(value)];
+        ++m_total;
+    }
+    // 0 without values.
+    int32_t Get() const
+    {
+        int32_t value = 0;
+        for (size_t upTo = m_counts[0]; upTo * 2 < m_total; upTo += m_counts[static_cast<size_t>(value)])
+            ++value;
+        return value;
+    }
+
+private:
+    std::array<size_t, 256> m_counts {};
+    size_t m_total = 0;
+};
+
+// What a picture without anything to see looks like in one channel.
+struct Ground
+{
+    Ground(const std::vector<Colour>& cells, size_t channel, size_t columns)
+    {
+        Median values;
+        Median steps;
+        for (size_t index = 0; index < cells.size(); ++index)
+        {
+            values.Add(cells[index][channel]);
+            if (index % columns != 0)
+                steps.Add(std::abs(cells[index][channel] - cells[index - 1][channel]));
+        }
+        Value = values.Get();
+        Distance = std::max(MaximumDistance, MaximumNoise * steps.Get());
+    }
+
+    bool Has(uint8_t value) const { return std::abs(value - Value) <= Distance; }
+
+    int32_t Value;
+    int32_t Distance;
+};
 }
 
 bool IsBlankPicture(const CPixelView& picture)
 {
     const std::vector<Colour> cells = GetCells(picture);
-    Colour median;
-    for (size_t channel = 0; channel < median.size(); ++channel)
-        median[channel] = FindMedian(cells, channel);
+    const auto columns = static_cast<size_t>(std::min(MaximumColumns, picture.Width));
+    const Ground grounds[] = {
+        {cells, 0, columns},
+        {cells, 1, columns},
+        {cells, 2, columns}
+    };
 
     size_t seen = 0;
     for (const Colour& cell : cells)
-    {
-        int32_t distance = 0;
-        for (size_t channel = 0; channel < cell.size(); ++channel)
-            distance = std::max(distance, std::abs(cell[channel] - median[channel]));
-        seen += distance > MaximumDistance ? 1 : 0;
-    }
+        seen += grounds[0].Has(cell[0]) && grounds[1].Has(cell[1]) && grounds[2].Has(cell[2]) ? 0 : 1;
     return seen * CellsForEachSeen < cells.size();
 }

@@ -178,7 +178,7 @@ void Decoder::ReadMasks(uint32_t headerSize)
     {
         m_cursor.SeekTo(FileHeaderSize + CommonHeaderSize);
         // They are stored from red to blue.
-        for (const size_t channel : {2, 1, 0})
+        for (const int channel : {2, 1, 0})
             masks[channel] = m_cursor.Read<uint32_t>();
         if (headerSize >= AlphaMaskHeaderSize || m_kind.Compression == AlphaMasks)
             masks[3] = m_cursor.Read<uint32_t>();

@@ -10,6 +10,7 @@ constexpr uint32_t FileHeaderSize = 14;
 // With alpha the version 4 is needed, whose header holds the masks and a colour space.
 constexpr uint32_t OpaqueHeaderSize = 40;
 constexpr uint32_t AlphaHeaderSize = 108;
+constexpr size_t OpaquePixelSize = 3;
 constexpr uint32_t MaskCompression = 3;
 constexpr uint32_t ColourSpaceSRGB = 0x73524742;
 constexpr uint32_t Masks[] = {0xff0000, 0x00ff00, 0x0000ff, 0xff000000};
@@ -60,17 +61,26 @@ private:
     std::vector<uint8_t> m_bytes;
 };
 
-bool AppendRows(const CPixelView& picture, size_t pixelSize, size_t rowSize, CByteSink& sink)
+// Leaves out the alpha of each pixel.
+void CopyOpaque(const uint8_t* source, int32_t count, uint8_t* target)
+{
+    for (; count > 0; --count, source += CPixelView::PixelSize, target += OpaquePixelSize)
+    {
+        target[0] = source[0];
+        target[1] = source[1];
+        target[2] = source[2];
+    }
+}
+
+// The last row comes first.
+bool AppendRows(const CPixelView& picture, bool isOpaque, size_t rowSize, CByteSink& sink)
 {
     std::vector<uint8_t> row(rowSize);
     for (int32_t y = picture.Height - 1; y >= 0; --y)
     {
-        const uint8_t* source = picture.Row(y);
-        uint8_t* target = row.data();
-        for (int32_t x = 0; x < picture.Width; ++x, source += CPixelView::PixelSize, target += pixelSize)
-            for (size_t channel = 0; channel < pixelSize; ++channel)
-                target[channel] = source[channel];
-        if (!sink.Append(row.data(), row.size()))
+        if (isOpaque)
+            CopyOpaque(picture.Row(y), picture.Width, row.data());
+        if (!sink.Append(isOpaque ? row.data() : picture.Row(y), rowSize))
             return false;
     }
     return true;
@@ -80,7 +90,7 @@ bool AppendRows(const CPixelView& picture, size_t pixelSize, size_t rowSize, CBy
 bool BMPFormat::Encode(const CPixelView& picture, CByteSink& sink, std::string& message)
 {
     const bool isOpaque = picture.IsOpaque();
-    const size_t pixelSize = isOpaque ? 3 : 4;
+    const size_t pixelSize = isOpaque ? OpaquePixelSize : CPixelView::PixelSize;
     const size_t rowSize = (static_cast<size_t>(picture.Width) * pixelSize + 3) / 4 * 4;
     const uint64_t pixelBytes = uint64_t {rowSize} * static_cast<uint64_t>(picture.Height);
     if (pixelBytes + FileHeaderSize + AlphaHeaderSize > UINT32_MAX)
@@ -89,7 +99,7 @@ bool BMPFormat::Encode(const CPixelView& picture, CByteSink& sink, std::string& 
         return false;
     }
     const Header header(picture, isOpaque, static_cast<uint32_t>(pixelBytes));
-    if (sink.Append(header.GetBytes().data(), header.GetBytes().size()) && AppendRows(picture, pixelSize, rowSize, sink))
+    if (sink.Append(header.GetBytes().data(), header.GetBytes().size()) && AppendRows(picture, isOpaque, rowSize, sink))
         return true;
     message = "there is not enough memory";
     return false;

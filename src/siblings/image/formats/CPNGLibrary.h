@@ -15,7 +15,6 @@
     function(png_set_read_fn)               \
     function(png_set_keep_unknown_chunks)   \
     function(png_set_chunk_malloc_max)      \
-    function(png_set_chunk_cache_max)       \
     function(png_set_user_limits)           \
     function(png_read_info)                 \
     function(png_get_image_width)           \

@@ -13,13 +13,11 @@ using Cursor = ZVByteCursor<std::endian::big, ZVZeroPastEnd>;
 
 constexpr uint8_t Start[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
 
-// Chunks that say nothing of the pixels, and that a file may have any number of, in any size. They are passed over.
-constexpr uint8_t UnreadChunks[] = "tEXt\0zTXt\0iTXt\0iCCP\0sPLT\0eXIf\0hIST";
+// The chunks of any length that say nothing of the pixels. They are passed over without memory for them, so they may be as long
+// as they like: cameras and editors write megabytes. What is read of the others is a palette at most.
+constexpr uint8_t UnreadChunks[] = "tEXt\0zTXt\0iTXt\0iCCP\0sPLT\0eXIf\0hIST\0pCAL\0sCAL";
 constexpr int UnreadChunkCount = sizeof UnreadChunks / 5;
-
-// For what is left no more than a palette takes.
-constexpr png_alloc_size_t MaximumChunkSize = 64 * 1024;
-constexpr png_uint_32 MaximumChunks = 64;
+constexpr png_alloc_size_t AnyChunkSize = 0;
 
 void OnRead(png_structp png, png_bytep bytes, size_t count)
 {
@@ -87,8 +85,7 @@ bool Decoder::ReadHeader()
             m_library.png_set_user_limits(m_png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
             m_library.png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, nullptr, 0);
             m_library.png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, UnreadChunks, UnreadChunkCount);
-            m_library.png_set_chunk_malloc_max(m_png, MaximumChunkSize);
-            m_library.png_set_chunk_cache_max(m_png, MaximumChunks);
+            m_library.png_set_chunk_malloc_max(m_png, AnyChunkSize);
             m_library.png_read_info(m_png, m_info);
         });
 }
