@@ -83,7 +83,8 @@ TEST_F(CTVRecordingStubFileTest, OnlyAStubOfAServerLeadsToAServer)
     server.SetAnswer("/film.ts", film);
     ZVTestAnswer remote;
     std::u32string address;
-    for (const wchar_t character : server.GetURL("/film.ts").View())
+    const ZVString url = server.GetURL("/film.ts");
+    for (const wchar_t character : url.View())
         address.push_back(static_cast<char32_t>(character));
     remote.Body = Stub(1, address, U"show.ztf", U"../x", address);
     server.SetAnswer("/show.ztv", remote);
