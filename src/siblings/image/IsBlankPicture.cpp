@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -15,10 +16,6 @@ constexpr int32_t SampledRows = 12;
 
 // A cell that is farther than this from the picture's own colour shows something.
 constexpr int32_t MaximumDistance = 16;
-
-// Strong noise is left in the cells, too, those of small pictures above all. It makes cells beside each other as different as those
-// far apart. Half of the neighbours differ by less than the deviation of the noise, and nearly no cell by five times as much.
-constexpr int32_t MaximumNoise = 5;
 
 // A picture with fewer cells that show something than one of this many is blank. Noise and fades have none, the smallest titles
 // and the darkest scenes 3 of 1000.
@@ -131,65 +128,31 @@ std::vector<Colour> GetCells(const CPixelView& picture)
     return cells;
 }
 
-// Finds the value that half of the values do not exceed.
-class Median
+// The value that half of the cells do not exceed in a channel.
+uint8_t GetMedian(const std::vector<Colour>& cells, size_t channel)
 {
-public:
-    void Add(int32_t value)
-    {
-        ++m_counts[static_cast<size_t>(value)];
-        ++m_total;
-    }
-    // 0 without values.
-    int32_t Get() const
-    {
-        int32_t value = 0;
-        for (size_t upTo = m_counts[0]; upTo * 2 < m_total; upTo += m_counts[static_cast<size_t>(value)])
-            ++value;
-        return value;
-    }
+    std::array<size_t, 256> counts {};
+    for (const Colour& cell : cells)
+        ++counts[cell[channel]];
+    uint8_t value = 0;
+    for (size_t upTo = counts[0]; upTo * 2 < cells.size(); upTo += counts[value])
+        ++value;
+    return value;
+}
 
-private:
-    std::array<size_t, 256> m_counts {};
-    size_t m_total = 0;
-};
-
-// What a picture without anything to see looks like in one channel.
-struct Ground
+bool AreFarApart(const Colour& a, const Colour& b)
 {
-    Ground(const std::vector<Colour>& cells, size_t channel, size_t columns)
-    {
-        Median values;
-        Median steps;
-        for (size_t index = 0; index < cells.size(); ++index)
-        {
-            values.Add(cells[index][channel]);
-            if (index % columns != 0)
-                steps.Add(std::abs(cells[index][channel] - cells[index - 1][channel]));
-        }
-        Value = values.Get();
-        Distance = std::max(MaximumDistance, MaximumNoise * steps.Get());
-    }
-
-    bool Has(uint8_t value) const { return std::abs(value - Value) <= Distance; }
-
-    int32_t Value;
-    int32_t Distance;
-};
+    for (size_t channel = 0; channel < a.size(); ++channel)
+        if (std::abs(a[channel] - b[channel]) > MaximumDistance)
+            return true;
+    return false;
+}
 }
 
 bool IsBlankPicture(const CPixelView& picture)
 {
     const std::vector<Colour> cells = GetCells(picture);
-    const auto columns = static_cast<size_t>(std::min(MaximumColumns, picture.Width));
-    const Ground grounds[] = {
-        {cells, 0, columns},
-        {cells, 1, columns},
-        {cells, 2, columns}
-    };
-
-    size_t seen = 0;
-    for (const Colour& cell : cells)
-        seen += grounds[0].Has(cell[0]) && grounds[1].Has(cell[1]) && grounds[2].Has(cell[2]) ? 0 : 1;
-    return seen * CellsForEachSeen < cells.size();
+    const Colour ground = {GetMedian(cells, 0), GetMedian(cells, 1), GetMedian(cells, 2)};
+    const auto seen = std::ranges::count_if(cells, [&ground](const Colour& cell) { return AreFarApart(cell, ground); });
+    return static_cast<size_t>(seen) * CellsForEachSeen < cells.size();
 }

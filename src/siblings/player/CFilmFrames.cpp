@@ -94,7 +94,7 @@ const AVFrame* CFilmFrames::NextPicture()
     const AVFrame* picture = m_isFirst ? nullptr : m_filter.Read();
     while (picture == nullptr && !m_isEnded && !m_isCancelled)
     {
-        const AVFrame* const frame = m_isFirst ? FindFirst() : m_film.NextFrame();
+        const AVFrame* const frame = m_isFirst ? FindFirst() : m_aim->FindNext();
         m_isFirst = false;
         m_isEnded = frame == nullptr;
         if (m_isEnded)

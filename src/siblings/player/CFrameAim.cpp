@@ -95,25 +95,69 @@ int64_t CFrameAim::GetTarget(int64_t milliseconds) const
     return Add(m_start, timeStamp);
 }
 
-// A transport stream, and some others, can only be moved to the neighbourhood of a time, so the first frame that can be decoded there
-// may be too late. Then the way leads back, further each time.
 const AVFrame* CFrameAim::Find(int64_t milliseconds)
 {
     m_startMicroseconds = ZVTimer::GetMicroseconds();
+    m_isAlone = false;
     const int64_t target = GetTarget(std::clamp<int64_t>(milliseconds, 0, MaximumMilliseconds));
-    m_film.SkipFramesBefore(target);
     int64_t step = 0;
-    while (true)
+    Place place = GoBefore(target, step);
+    if (place.IsFound && target < place.KeyEnd && IsFrameInPacket())
     {
-        const Place place = GoBefore(target, step);
-        // A single frame comes out soonest when all threads work on it, many when each works on its own.
-        const auto threads = target < place.KeyEnd ? ZVFilmOptions::Threads::Slices : ZVFilmOptions::Threads::Frames;
-        if (!place.IsFound || !m_film.OpenDecoders(threads))
-            return nullptr;
+        if (const AVFrame* const frame = FindAlone(target))
+            return frame;
+        step = 0;
+        place = GoBefore(target, step);
+    }
+    return FindFrom(target, place, step);
+}
+
+// After a frame that was decoded alone the decoder has nothing to go on with.
+const AVFrame* CFrameAim::FindNext()
+{
+    if (!m_isAlone)
+        return m_film.NextFrame();
+    m_startMicroseconds = ZVTimer::GetMicroseconds();
+    m_isAlone = false;
+    int64_t step = 0;
+    const Place place = GoBefore(m_aloneEnd, step);
+    const AVFrame* const frame = FindFrom(m_aloneEnd, place, step);
+    return m_isPastEnd ? nullptr : frame;
+}
+
+// In a transport stream each field of a frame may have a packet of its own.
+bool CFrameAim::IsFrameInPacket() const
+{
+    return !IsStreamOfBytes(m_film.GetContainer()) || m_stream.codecpar->field_order == AV_FIELD_PROGRESSIVE;
+}
+
+// Decodes a key frame that is on screen at the target and nothing else, which is several times faster: a decoder keeps the first frames
+// until it has seen more.
+const AVFrame* CFrameAim::FindAlone(int64_t target)
+{
+    if (!m_film.OpenDecoders(ZVFilmOptions::Threads::Slices))
+        return nullptr;
+    const AVFrame* const frame = m_film.DecodeKeyAlone();
+    if (frame == nullptr || frame->best_effort_timestamp == AV_NOPTS_VALUE || frame->best_effort_timestamp > target)
+        return nullptr;
+    m_aloneEnd = GetEnd(frame->best_effort_timestamp, frame->duration);
+    m_isAlone = m_aloneEnd > target;
+    return m_isAlone ? frame : nullptr;
+}
+
+// A transport stream, and some others, can only be moved to the neighbourhood of a time, so the first frame that can be decoded there
+// may be too late. Then the way leads back, further each time.
+const AVFrame* CFrameAim::FindFrom(int64_t target, Place place, int64_t step)
+{
+    m_film.SkipFramesBefore(target);
+    while (place.IsFound && m_film.OpenDecoders())
+    {
         const AVFrame* const frame = DecodeTo(target, place.IsStart);
         if (!IsLate(target) || place.IsStart || IsTooLate() || m_film.IsCancelled())
             return frame;
+        place = GoBefore(target, step);
     }
+    return nullptr;
 }
 
 const AVFrame* CFrameAim::FindByShare(double share)
@@ -159,6 +203,7 @@ CFrameAim::Place CFrameAim::GoToStart()
 const AVFrame* CFrameAim::DecodeTo(int64_t target, bool isStart)
 {
     m_firstStart = AV_NOPTS_VALUE;
+    m_isPastEnd = false;
     const AVFrame* last = nullptr;
     int64_t next = isStart ? m_start : target;
     while (const AVFrame* const frame = m_film.NextFrame())
@@ -176,6 +221,7 @@ const AVFrame* CFrameAim::DecodeTo(int64_t target, bool isStart)
         }
         last = KeepLast(*frame);
     }
+    m_isPastEnd = true;
     return last;
 }
 

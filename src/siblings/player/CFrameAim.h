@@ -18,6 +18,8 @@ public:
     // Goes to a time, in milliseconds since the start of the film, and returns its frame. Before the start that is the first
     // frame, after the end the last; after the time above, whichever was decoded last. Null when no frame can be decoded.
     const AVFrame* Find(int64_t milliseconds);
+    // The frame after the one that was returned last; null at the end of the film.
+    const AVFrame* FindNext();
     // The same for a film whose time stamps begin anew: finds the first frame after a share of its bytes, from 0 to 1.
     const AVFrame* FindByShare(double share);
 
@@ -35,8 +37,11 @@ private:
 
     int64_t ReadStart();
     int64_t GetTarget(int64_t milliseconds) const;
+    bool IsFrameInPacket() const;
     Place GoBefore(int64_t target, int64_t& step);
     Place GoToStart();
+    const AVFrame* FindAlone(int64_t target);
+    const AVFrame* FindFrom(int64_t target, Place place, int64_t step);
     const AVFrame* DecodeTo(int64_t target, bool isStart);
     const AVFrame* KeepLast(const AVFrame& frame);
     bool IsLate(int64_t target) const { return m_firstStart != AV_NOPTS_VALUE && m_firstStart > target; }
@@ -50,5 +55,8 @@ private:
     int64_t m_start;
     int64_t m_firstStart = AV_NOPTS_VALUE;  // of the first frame that came out after the last move
     int64_t m_startMicroseconds = 0;
+    bool m_isAlone = false;    // the frame that was returned last was decoded alone
+    int64_t m_aloneEnd = 0;    // when it ends
+    bool m_isPastEnd = false;  // no frame ends after the target
     ZVFramePointer m_last;
 };

@@ -293,6 +293,17 @@ const AVFrame* ZVFilmReader::NextFrame()
     return frame == nullptr && m_options.AtEnd == ZVFilmOptions::KeptFrames::Fetch ? NextKeptFrame() : frame;
 }
 
+const AVFrame* ZVFilmReader::DecodeKeyAlone()
+{
+    if (!m_isKept)
+        return nullptr;
+    SendPacket();
+    m_isKept = false;
+    m_place.IsAtEnd = true;
+    const AVFrame* const frame = NextFrameOfPacket();
+    return frame == nullptr ? NextKeptFrame() : frame;
+}
+
 const AVFrame* ZVFilmReader::NextKeptFrame()
 {
     if (!m_place.IsAtEnd || HasNoMemory() || m_budget.IsCancelled())

@@ -76,6 +76,9 @@ public:
     // Reads on to the next packet of the main stream that decoding can begin with, and keeps it for NextFrame. Null when there is
     // none in this place. No decoder is needed yet.
     const AVPacket* FindKeyPacket();
+    // Decodes the packet that FindKeyPacket has kept and nothing after it, so that its frame comes out at once. Null when the decoder
+    // makes no frame of it alone. Before NextFrame the film must be moved.
+    const AVFrame* DecodeKeyAlone();
     // The earliest time stamp of all pictures and sounds that FindKeyPacket has met since the film was opened, in the time base of
     // the main stream.
     std::optional<int64_t> GetEarliest() const { return m_earliest; }
