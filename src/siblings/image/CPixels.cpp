@@ -31,9 +31,21 @@ CPixels::CPixels(const CPixelView& source) : CPixels(source.Width, source.Height
         memcpy(Row(y), source.Row(y), RowSize());
 }
 
+// Two pixels at a time; the last pixel of an odd count by itself.
 void CPixels::FillAlpha(uint8_t alpha)
 {
-    for (int32_t y = 0; y < m_height; ++y)
-        for (uint8_t *pixel = Row(y), *const end = pixel + RowSize(); pixel != end; pixel += CPixelView::PixelSize)
-            pixel[3] = alpha;
+    constexpr uint64_t ColourBytes = 0x00ff'ffff'00ff'ffff;
+    const uint64_t alphas = uint64_t {alpha} << 24 | uint64_t {alpha} << 56;
+    const size_t size = RowSize() * static_cast<size_t>(m_height);
+    uint8_t* pixels = m_bytes.get();
+    uint8_t* const end = pixels + size;
+    for (; end - pixels >= static_cast<ptrdiff_t>(sizeof alphas); pixels += sizeof alphas)
+    {
+        uint64_t two;
+        memcpy(&two, pixels, sizeof two);
+        two = (two & ColourBytes) | alphas;
+        memcpy(pixels, &two, sizeof two);
+    }
+    if (pixels != end)
+        pixels[3] = alpha;
 }

@@ -12,7 +12,7 @@ constexpr int32_t MaximumColumns = 160;
 constexpr int32_t MaximumRows = 90;
 
 // As many rows of a cell are looked at, or twice as many less one: more tell nothing new of its mean.
-constexpr int32_t SampledRows = 12;
+constexpr int32_t SampledRows = 6;
 
 // A cell that is farther than this from the picture's own colour shows something.
 constexpr int32_t MaximumDistance = 16;
