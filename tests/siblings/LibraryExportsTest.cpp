@@ -26,6 +26,7 @@ const Library Libraries[] = {
      {"CreateFromMemoryReaderDLL", "CreateGenericReaderDLL", "CreateInternetReaderDLL", "CreateLocalReaderDLL",
       "ZVReaderInitialize", "ZVReaderUninitialize"}},
     {ZV_IMAGE_LIBRARY,  {"GetZVImageAppDLL"}       },
+    {ZV_PLAYER_LIBRARY, {"GetZVPlayerDLL"}         },
 };
 
 // Only for the libraries as they are shipped: sanitizers add exports and libraries of their own.

@@ -11,9 +11,10 @@ namespace
 {
 constexpr ZVLogSource Source {ZVLogCategory::Media, L"CPlayerSource"};
 
-// Extensions are compared as they stand: one in upper case is that of an ordinary file.
-constexpr wchar_t DVDExtension[] = L"ifo";
+// Compared as it stands: a stub in upper case is an ordinary file.
 constexpr wchar_t StubExtension[] = L"ztv";
+// In any case: discs have it in capitals.
+constexpr wchar_t DVDExtension[] = L"ifo";
 
 int64_t ToMilliseconds(double seconds)
 {
@@ -24,9 +25,11 @@ int64_t ToMilliseconds(double seconds)
 
 CPlayerSource::CPlayerSource(const ZVFilename& file) : m_extension(file.GetExtension(true))
 {
+    ZVString folded = m_extension;
+    folded.MakeLower();
     if (m_extension == StubExtension)
         FindStream(file);
-    else if (m_extension == DVDExtension)
+    else if (folded == DVDExtension)
         FindDVD(file);
     else
         FindBluray(file);

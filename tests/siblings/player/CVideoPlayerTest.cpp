@@ -1,0 +1,268 @@
+#include "siblings/player/CVideoPlayer.h"
+
+#include "disc/dvd/DvdBytes.h"
+#include "disc/recording/StubBytes.h"
+#include "siblings/player/PlayerFolder.h"
+#include "system/library/ZVDllString.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+namespace
+{
+using testing::ElementsAre;
+
+std::string Text(const ZVString& text)
+{
+    std::string result;
+    for (const wchar_t character : text.View())
+        result.push_back(static_cast<char>(character));
+    return result;
+}
+
+class CVideoPlayerTest : public PlayerFolder
+{
+protected:
+    // A film of 24 seconds at 25 frames a second, whose frames show their numbers: twelve stripes, each white for a one.
+    static void MakeNumbered(const std::string& arguments)
+    {
+        Make("-f lavfi -i \"color=black:s=192x48:r=25:d=24,format=yuv420p,"
+             "geq=lum='if(bitand(floor(N/pow(2,11-floor(X/(W/12)))),1),235,16)':cb=128:cr=128\" " +
+             arguments);
+    }
+
+    static int GetNumber(const Frame& frame)
+    {
+        if (frame.Pixels.empty())
+            return -1;
+        int number = 0;
+        for (int stripe = 0; stripe < 12; ++stripe)
+            number = number * 2 + (frame.At((stripe + 0.5) / 12, 0.5)[1] > 128 ? 1 : 0);
+        return number;
+    }
+
+    static std::string GetTag(CVideoPlayer& player, const char* name)
+    {
+        ZVString text;
+        ZVDllString value(text);
+        player.GetTag(name, value);
+        return Text(text);
+    }
+};
+
+TEST_F(CVideoPlayerTest, ShowsTheFrameOfATime)
+{
+    const std::string h264 = "-c:v libx264 -preset veryfast ";
+    MakeNumbered(h264 + "-g 100 -bf 3 film.mkv");
+    struct Row
+    {
+        const char* Film;
+        std::string Arguments;
+    };
+    const Row rows[] = {
+        {"film.mkv",  ""                                                         },
+        {"film.mp4",  "-c copy"                                                  },
+        {"film.flv",  "-c copy"                                                  },
+        {"film.ts",   "-c copy"                                                  },
+        {"late.ts",   "-c copy -output_ts_offset 5000"                           },
+        {"late.mkv",  "-c copy -output_ts_offset 7"                              },
+        {"film.h264", "-c copy"                                                  },
+        {"open.ts",   h264 + "-x264-params open-gop=1 -g 60 -bf 3"               },
+        {"film.mpg",  "-c:v mpeg2video -qscale 2 -g 15 -bf 2"                    },
+        {"mpeg2.ts",  "-c:v mpeg2video -qscale 2 -g 15 -bf 2"                    },
+        {"hevc.mkv",  "-c:v libx265 -x265-params log-level=none:open-gop=1 -g 50"},
+        {"hevc.ts",   "-c:v libx265 -x265-params log-level=none:open-gop=1 -g 50"},
+        {"film.webm", "-c:v libvpx-vp9 -g 120 -cpu-used 8"                       },
+        {"film.avi",  "-c:v mjpeg"                                               },
+        {"film.wmv",  "-c:v wmv2"                                                },
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.Film);
+        if (!row.Arguments.empty())
+            Make("-i film.mkv " + row.Arguments + " " + row.Film);
+        CVideoPlayer player;
+        ASSERT_TRUE(Open(player, row.Film));
+        // One player, so that each place is reached from another one. Frame 100 is a key frame of some, frame 99 the last before it.
+        for (const int64_t time : {10'010, -3'000, 3'999, 4'000, 20'400, 39, 20'040})
+        {
+            const std::vector<Frame> frames = GetFrames(player, time);
+            ASSERT_EQ(frames.size(), 1u) << time;
+            EXPECT_EQ(GetNumber(frames[0]), std::max<int64_t>(time, 0) / 40) << time;
+        }
+    }
+    for (const char* const film : {"film.mkv", "film.mp4", "film.ts", "film.h264"})
+        EXPECT_EQ(GetNumber(GetFrame(film, INT64_MAX)), 599) << film;
+}
+
+// A key frame comes out by itself first, and the others after it.
+TEST_F(CVideoPlayerTest, GoesOnAfterTheFirstFrame)
+{
+    MakeNumbered("-c:v libx264 -preset veryfast -g 100 -bf 3 film.mkv");
+    CVideoPlayer player;
+    ASSERT_TRUE(Open(player, "film.mkv"));
+    struct Row
+    {
+        int64_t Time;
+        std::vector<int> Numbers;
+    };
+    const Row rows[] = {
+        {4'000,  {100, 101, 102, 103, 104}},
+        {20'200, {505, 506, 507, 508, 509}},
+        {23'880, {597, 598, 599}          },
+    };
+    for (const Row& row : rows)
+    {
+        std::vector<int> numbers;
+        for (const Frame& frame : GetFrames(player, row.Time, 5))
+        {
+            numbers.push_back(GetNumber(frame));
+            EXPECT_EQ(frame.Milliseconds, numbers.back() * 40);
+        }
+        EXPECT_EQ(numbers, row.Numbers);
+    }
+}
+
+TEST_F(CVideoPlayerTest, TellsWhatAFilmIs)
+{
+    const std::string picture = "-f lavfi -i testsrc2=s=320x180:r=25:d=3 ";
+    const std::string sound = "-f lavfi -i sine=r=48000:d=3 ";
+    Make(picture + "-frames:v 1 cover.png");
+    struct Row
+    {
+        const char* Film;
+        std::string Arguments;
+        int64_t Duration;
+        std::string Video;
+        std::string Audio;
+    };
+    const Row rows[] = {
+        {"film.mkv",   picture + sound + "-c:v libx264 -c:a ac3",            3000, "H264 320x180 25 0",   "AC-3 1 48000 32"     },
+        {"film.mp4",   picture + sound + "-c:v mpeg4 -c:a aac",              3000, "MPEG4 320x180 25 0",  "AAC 1 48000 16"      },
+        {"film.ts",    picture + sound + "-c:v mpeg2video -c:a mp2",         3000, "MPEG-2 320x180 25 0", "MP2 1 48000 16"      },
+        {"film.mov",   picture + "-c:v prores",                              3000, "ProRes 320x180 25 0", ""                    },
+        {"sound.flac", sound + "-af aformat=s32 -ac 2",                      3000, "",                    "FLAC 2 48000 24"     },
+        {"sound.wav",  sound + "-c:a pcm_s24le",                             3000, "",                    "PCM_S24LE 1 48000 24"},
+        {"sound.mp3",  sound + "-i cover.png -map 0 -map 1 -c:a libmp3lame", 3024, "",                    "MP3 1 48000 16"      },
+    };
+    for (const Row& row : rows)
+    {
+        SCOPED_TRACE(row.Film);
+        Make(row.Arguments + " " + row.Film);
+        CVideoPlayer player;
+        ASSERT_TRUE(Open(player, row.Film));
+        EXPECT_NEAR(static_cast<double>(player.GetDuration()), static_cast<double>(row.Duration), 50);
+        const auto tell = [&player](int32_t kind)
+        {
+            ZVString compression;
+            ZVDllString string(compression);
+            ZVStreamInfo info;
+            info.Compression = &string;
+            if (!player.GetStreamInfo(player.GetStreamIndex(kind), info))
+                return std::string();
+            EXPECT_EQ(info.Kind, kind);
+            return Text(kind == ZVStreamInfo::KindVideo
+                            ? ZVFormat(L"%s %dx%d %s %d", compression, info.Width, info.Height, ZVString::FromDouble(info.Fps),
+                                       info.Rotation)
+                            : ZVFormat(L"%s %d %d %d", compression, info.Channels, info.SampleRate, info.BitDepth));
+        };
+        EXPECT_EQ(tell(ZVStreamInfo::KindVideo), row.Video);
+        EXPECT_EQ(tell(ZVStreamInfo::KindAudio), row.Audio);
+    }
+}
+
+TEST_F(CVideoPlayerTest, TellsTagsByTheirNames)
+{
+    const std::string sound = "-f lavfi -i sine=d=1 ";
+    Make(sound + "-metadata title=Container -metadata:s:a title=Stream -metadata:s:a language=ger film.mkv");
+    Make(sound + "-metadata service_provider=WXYZ -metadata WM/SubTitle=Part -metadata album_artist=Band film.wma");
+    struct Row
+    {
+        const char* Film;
+        const char* Tag;
+        const char* Text;
+    };
+    const Row rows[] = {
+        {"film.mkv", "TITLE",                   "Container"},
+        {"film.mkv", "language",                "ger"      },
+        {"film.mkv", "artist",                  ""         },
+        {"film.wma", "WM/MediaStationCallSign", "WXYZ"     },
+        {"film.wma", "wm/subtitle",             "Part"     },
+        {"film.wma", "WM/AlbumArtist",          "Band"     },
+        {"film.wma", "album_artist",            "Band"     },
+    };
+    for (const Row& row : rows)
+    {
+        CVideoPlayer player;
+        ASSERT_TRUE(Open(player, row.Film));
+        EXPECT_EQ(GetTag(player, row.Tag), row.Text) << row.Film << " " << row.Tag;
+    }
+}
+
+TEST_F(CVideoPlayerTest, TellsChapters)
+{
+    WorkFolder::Write("chapters", ";FFMETADATA1\n[CHAPTER]\nTIMEBASE=1/10\nSTART=0\nEND=15\ntitle=First\n"
+                                  "[CHAPTER]\nTIMEBASE=1/10\nSTART=15\nEND=20\ntitle=Second\n");
+    Make("-f lavfi -i sine=d=2 -i chapters -map_metadata 1 film.mkv");
+    CVideoPlayer player;
+    ASSERT_TRUE(Open(player, "film.mkv"));
+    std::vector<std::string> chapters;
+    for (int32_t index = 0; index < player.GetChapterCount(); ++index)
+    {
+        ZVString text;
+        ZVDllString name(text);
+        player.GetChapterName(index, name);
+        chapters.push_back(Text(ZVFormat(L"%d %s", player.GetChapterTime(index), text)));
+    }
+    EXPECT_THAT(chapters, ElementsAre("0 First", "1500 Second"));
+}
+
+// The time stamps of a DVD begin anew in the middle.
+TEST_F(CVideoPlayerTest, PlaysTheTitleOfADVD)
+{
+    MakeNumbered("-c:v mpeg2video -qscale 2 -g 5 whole.mpg");
+    std::filesystem::create_directory("VIDEO_TS");
+    Make("-t 12 -i whole.mpg -c copy VIDEO_TS/VTS_01_1.VOB");
+    Make("-ss 12 -i whole.mpg -c copy VIDEO_TS/VTS_01_2.VOB");
+    WorkFolder::Write("VIDEO_TS/VIDEO_TS.IFO", "DVDVIDEO-VMG");
+    WorkFolder::Write("VIDEO_TS/VTS_01_0.IFO", DvdBytes::File({{std::string("\x00\x00\x24\x40", 4)}}));
+    CVideoPlayer player;
+    ASSERT_TRUE(Open(player, "VIDEO_TS/VIDEO_TS.IFO"));
+    EXPECT_EQ(player.GetDuration(), 24'000);
+    for (const int second : {5, 18, 23})
+        EXPECT_NEAR(GetNumber(GetFrames(player, second * 1000)[0]), second * 25, 50) << second;
+}
+
+TEST_F(CVideoPlayerTest, PlaysTheStreamOfARecordingsStub)
+{
+    MakeNumbered("-t 5 -c:v libx264 film.ts");
+    WorkFolder::Write("recording.ztv", StubBytes::Stub(2, U"film.ts"));
+    EXPECT_EQ(GetNumber(GetFrame("recording.ztv", 2'000)), 50);
+    CVideoPlayer player;
+    for (const std::u32string_view stream : {U"recording.ztv", U"http://127.0.0.1/film.ts", U""})
+    {
+        WorkFolder::Write("recording.ztv", StubBytes::Stub(2, stream));
+        EXPECT_FALSE(Open(player, "recording.ztv"));
+    }
+}
+
+TEST_F(CVideoPlayerTest, RefusesWhatItCannotPlay)
+{
+    Make("-f lavfi -i sine=d=1 sound.mp3");
+    WorkFolder::Write("text.mkv", "no film");
+    ASSERT_EQ(mkfifo("pipe.mkv", 0644), 0);
+    CVideoPlayer player;
+    for (const char* const film : {"text.mkv", "pipe.mkv", "missing.mkv", "disc.iso"})
+        EXPECT_FALSE(Open(player, film)) << film;
+    PlayerOutput output;
+    player.SetVideoOutput(&output);
+    EXPECT_FALSE(player.Play(0)) << "nothing is open";
+    ASSERT_TRUE(Open(player, "sound.mp3"));
+    EXPECT_FALSE(player.Play(0)) << "a sound has no frames";
+    Make("-f lavfi -i testsrc2=d=1 film.mkv");
+    ASSERT_TRUE(Open(player, "film.mkv"));
+    output.SupportedFormat = 0;
+    EXPECT_FALSE(player.Play(0)) << "nobody takes the frames";
+}
+}
