@@ -1,6 +1,8 @@
 #include "siblings/image/CPixels.h"
 
 #include <cstring>
+#include <new>
+#include <sys/mman.h>
 
 bool CPixelView::IsOpaque() const
 {
@@ -17,9 +19,27 @@ bool CPixelView::IsOpaque() const
     return true;
 }
 
+namespace
+{
+// The system gives a large picture its memory page by page, which takes longer than filling it. In pages of this size it does not.
+constexpr size_t HugePage = size_t {2} << 20;
+
+// The bytes have no values yet.
+uint8_t* Allocate(size_t size)
+{
+    const bool isLarge = size >= 2 * HugePage;
+    void* const bytes = isLarge ? std::aligned_alloc(HugePage, (size + HugePage - 1) / HugePage * HugePage) : std::malloc(size);
+    if (bytes == nullptr)
+        throw std::bad_alloc();
+    // Where there are no such pages, the usual ones do.
+    if (isLarge)
+        madvise(bytes, size, MADV_HUGEPAGE);
+    return static_cast<uint8_t*>(bytes);
+}
+}
+
 CPixels::CPixels(int32_t width, int32_t height)
-    :  // Without "()" the block is not cleared first.
-      m_bytes(new uint8_t[static_cast<size_t>(width) * CPixelView::PixelSize * static_cast<size_t>(height)]),
+    : m_bytes(Allocate(static_cast<size_t>(width) * CPixelView::PixelSize * static_cast<size_t>(height))),
       m_width(width),
       m_height(height)
 {

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 
 // Pixels in somebody's memory, 4 bytes each: B, G, R and alpha. A row starts Stride bytes after the one above it, before it when
@@ -43,7 +44,12 @@ public:
     void FillAlpha(uint8_t alpha);
 
 private:
-    std::unique_ptr<uint8_t[]> m_bytes;
+    struct BytesDeleter
+    {
+        void operator()(uint8_t* bytes) const { std::free(bytes); }
+    };
+
+    std::unique_ptr<uint8_t, BytesDeleter> m_bytes;
     int32_t m_width = 0;
     int32_t m_height = 0;
 };
