@@ -3,7 +3,7 @@
 #include "system/log/ZVLog.h"
 
 #include <cstdlib>
-#include <new>
+#include <exception>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -37,9 +37,9 @@ IFrameSource::Outcome GetNext(IFrameSource& source, ZVVideoFrame& frame)
     {
         return source.Next(frame);
     }
-    catch (const std::bad_alloc&)
+    catch (const std::exception& exception)
     {
-        RunSource.Log("There is not enough memory for a frame");
+        RunSource.Log("A frame cannot be fetched: %s", exception.what());
         return IFrameSource::Outcome::Failure;
     }
 }

@@ -10,6 +10,8 @@ namespace
 {
 constexpr ZVLogSource OpenSource {ZVLogCategory::Media, L"CFilmFrames::Open"};
 
+constexpr ZVLogSource FindSource {ZVLogCategory::Media, L"CFilmFrames::Next"};
+
 // The profile of Dolby Vision whose colours only a decoder of its metadata can tell.
 constexpr uint8_t ProfileWithOwnColors = 5;
 
@@ -102,6 +104,8 @@ const AVFrame* CFilmFrames::NextPicture()
         else if (!m_filter.Write(*frame, GetPresentation(*frame)))
             m_isEnded = m_hasFailed = true;
         picture = m_filter.Read();
+        m_hasFailed = m_hasFailed || m_filter.HasFailed();
+        m_isEnded = m_isEnded || m_hasFailed;
     }
     return picture;
 }
@@ -109,21 +113,47 @@ const AVFrame* CFilmFrames::NextPicture()
 const AVFrame* CFilmFrames::FindFirst()
 {
     m_filter.Restart();
+    m_hasFailed = !HasVideo();
+    if (m_hasFailed)
+        return nullptr;
     if (m_aim == nullptr)
     {
         LogDolbyVision();
         m_aim = std::make_unique<CFrameAim>(m_film);
     }
-    const int64_t duration = m_facts.Duration;
-    int64_t time = std::max<int64_t>(m_begin, 0);
-    if (duration > 0)
-        time = std::min(time, duration - 1);
-    const AVFrame* const frame =
-        m_source.HasRestartingTimes()
-            ? m_aim->FindByShare(duration > 0 ? static_cast<double>(time) / static_cast<double>(duration) : 0)
-            : m_aim->Find(m_source.ToReadTime(time));
+    const AVFrame* frame = FindAt(GetBegin());
+    if (frame == nullptr && !m_isCancelled && !m_source.HasRestartingTimes() && Reopen())
+        frame = m_aim->FindUnmoved(m_source.ToReadTime(GetBegin()));
     m_hasFailed = frame == nullptr;
+    if (m_hasFailed && !m_isCancelled)
+        FindSource.Log("No frame can be decoded: %s", m_source.GetPaths()[0]);
     return frame;
+}
+
+// Within the film, where its length is known.
+int64_t CFilmFrames::GetBegin() const
+{
+    const int64_t begin = std::max<int64_t>(m_begin, 0);
+    return m_facts.Duration > 0 ? std::min(begin, m_facts.Duration - 1) : begin;
+}
+
+const AVFrame* CFilmFrames::FindAt(int64_t milliseconds)
+{
+    if (!m_source.HasRestartingTimes())
+        return m_aim->Find(m_source.ToReadTime(milliseconds));
+    const int64_t duration = m_facts.Duration;
+    return m_aim->FindByShare(duration > 0 ? static_cast<double>(milliseconds) / static_cast<double>(duration) : 0);
+}
+
+// Some films can be moved, and then nothing comes out of them. From their start they can be read.
+bool CFilmFrames::Reopen()
+{
+    const int64_t start = m_aim->GetStart();
+    m_aim.reset();
+    if (!OpenFiles() || (NeedsProbing() && !m_film.ProbeStreams()) || m_film.ChooseMainStream() == nullptr)
+        return false;
+    m_aim = std::make_unique<CFrameAim>(m_film, start);
+    return true;
 }
 
 CFrameFilter::Presentation CFilmFrames::GetPresentation(const AVFrame& frame) const

@@ -33,6 +33,9 @@ private:
     bool NeedsProbing() const;
     void LogDolbyVision() const;
     const AVFrame* FindFirst();
+    int64_t GetBegin() const;
+    const AVFrame* FindAt(int64_t milliseconds);
+    bool Reopen();
     const AVFrame* NextPicture();
     CFrameFilter::Presentation GetPresentation(const AVFrame& frame) const;
     void Fill(const AVFrame& picture, ZVVideoFrame& frame) const;

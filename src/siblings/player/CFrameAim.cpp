@@ -18,6 +18,9 @@ constexpr int64_t MaximumMilliseconds = INT64_MAX / 1'000'000;
 // twice as long.
 constexpr int64_t FirstStepBack = 1000;
 
+// No codec shows a frame as much later as this after it was decoded.
+constexpr int64_t LongestReordering = 1000;
+
 constexpr AVRational Milliseconds = {1, 1000};
 
 // The distance of two frames of a film that does not tell: that of 25 frames a second.
@@ -29,11 +32,6 @@ constexpr std::string_view StreamsOfBytes[] = {"mpegts", "mpeg", "mpegvideo", "h
 bool IsStreamOfBytes(const AVFormatContext& container)
 {
     return std::ranges::find(StreamsOfBytes, std::string_view(container.iformat->name)) != std::end(StreamsOfBytes);
-}
-
-int64_t GetStart(const AVPacket& packet)
-{
-    return packet.pts == AV_NOPTS_VALUE ? packet.dts : packet.pts;
 }
 
 bool IsPictureOrSound(const AVStream& stream)
@@ -49,15 +47,21 @@ int64_t Add(int64_t a, int64_t b)
 }
 }
 
-CFrameAim::CFrameAim(ZVFilmReader& film)
+CFrameAim::CFrameAim(ZVFilmReader& film, int64_t start)
     : m_film(film),
       m_codec(film.GetCodec()),
       m_stream(*film.GetMainStream()),
-      m_last(m_codec.av_frame_alloc(), {m_codec.av_frame_free})
+      m_start(start),
+      m_last(m_codec.av_frame_alloc(), {m_codec.av_frame_free}),
+      m_held(m_codec.av_frame_alloc(), {m_codec.av_frame_free})
 {
     const AVRational rate = m_stream.avg_frame_rate;
     const AVRational duration = rate.num > 0 && rate.den > 0 ? AVRational {rate.den, rate.num} : UsualFrameDuration;
     m_frameDuration = m_codec.av_rescale_q(1, duration, m_stream.time_base);
+}
+
+CFrameAim::CFrameAim(ZVFilmReader& film) : CFrameAim(film, 0)
+{
     m_start = ReadStart();
 }
 
@@ -73,8 +77,7 @@ int64_t CFrameAim::ReadStart()
             start = std::min(start, m_codec.av_rescale_q(stream->start_time, stream->time_base, m_stream.time_base));
     if (m_stream.start_time != AV_NOPTS_VALUE)
         return start;
-    m_film.FindKeyPacket();
-    return m_film.GetEarliest().value_or(0);
+    return m_film.ReadEarliest().value_or(0);
 }
 
 int64_t CFrameAim::GetTime(int64_t timeStamp, AVRational timeBase) const
@@ -102,7 +105,7 @@ const AVFrame* CFrameAim::Find(int64_t milliseconds)
     const int64_t target = GetTarget(std::clamp<int64_t>(milliseconds, 0, MaximumMilliseconds));
     int64_t step = 0;
     Place place = GoBefore(target, step);
-    if (place.IsFound && target < place.KeyEnd && IsFrameInPacket())
+    if (place.IsFound && place.HasTime && target < place.KeyEnd && IsFrameInPacket())
     {
         if (const AVFrame* const frame = FindAlone(target))
             return frame;
@@ -112,17 +115,33 @@ const AVFrame* CFrameAim::Find(int64_t milliseconds)
     return FindFrom(target, place, step);
 }
 
+const AVFrame* CFrameAim::FindUnmoved(int64_t milliseconds)
+{
+    m_startMicroseconds = ZVTimer::GetMicroseconds();
+    m_isAlone = false;
+    m_film.SkipFramesBefore(INT64_MIN);
+    const int64_t target = GetTarget(std::clamp<int64_t>(milliseconds, 0, MaximumMilliseconds));
+    return m_film.OpenDecoders() ? DecodeTo(target, true) : nullptr;
+}
+
 // After a frame that was decoded alone the decoder has nothing to go on with.
 const AVFrame* CFrameAim::FindNext()
 {
-    if (!m_isAlone)
+    if (m_isAlone)
+    {
+        m_startMicroseconds = ZVTimer::GetMicroseconds();
+        m_isAlone = false;
+        int64_t step = 0;
+        const Place place = GoBefore(m_aloneEnd, step);
+        const AVFrame* const frame = FindFrom(m_aloneEnd, place, step);
+        // Before a gap, and at the end of the film, this is the frame that was returned already.
+        if (!m_isHeld)
+            return m_isPastEnd ? nullptr : frame;
+    }
+    if (!m_isHeld)
         return m_film.NextFrame();
-    m_startMicroseconds = ZVTimer::GetMicroseconds();
-    m_isAlone = false;
-    int64_t step = 0;
-    const Place place = GoBefore(m_aloneEnd, step);
-    const AVFrame* const frame = FindFrom(m_aloneEnd, place, step);
-    return m_isPastEnd ? nullptr : frame;
+    m_isHeld = false;
+    return m_held.get();
 }
 
 // In a transport stream each field of a frame may have a packet of its own.
@@ -138,9 +157,9 @@ const AVFrame* CFrameAim::FindAlone(int64_t target)
     if (!m_film.OpenDecoders(ZVFilmOptions::Threads::Slices))
         return nullptr;
     const AVFrame* const frame = m_film.DecodeKeyAlone();
-    if (frame == nullptr || frame->best_effort_timestamp == AV_NOPTS_VALUE || frame->best_effort_timestamp > target)
+    if (frame == nullptr || frame->pts == AV_NOPTS_VALUE || frame->pts > target)
         return nullptr;
-    m_aloneEnd = GetEnd(frame->best_effort_timestamp, frame->duration);
+    m_aloneEnd = GetEnd(frame->pts, frame->duration);
     m_isAlone = m_aloneEnd > target;
     return m_isAlone ? frame : nullptr;
 }
@@ -149,12 +168,22 @@ const AVFrame* CFrameAim::FindAlone(int64_t target)
 // may be too late. Then the way leads back, further each time.
 const AVFrame* CFrameAim::FindFrom(int64_t target, Place place, int64_t step)
 {
+    bool isSkipping = true;
     m_film.SkipFramesBefore(target);
     while (place.IsFound && m_film.OpenDecoders())
     {
         const AVFrame* const frame = DecodeTo(target, place.IsStart);
-        if (!IsLate(target) || place.IsStart || IsTooLate() || m_film.IsCancelled())
+        const bool isLate = m_firstStart != AV_NOPTS_VALUE && m_firstStart > target && !place.IsStart;
+        const bool isUnsure = m_isHeld && isSkipping;
+        if (!(isLate || isUnsure) || IsTooLate() || m_film.IsCancelled())
             return frame;
+        // A frame that was left out stays on screen where the one after it comes late.
+        if (isUnsure)
+        {
+            isSkipping = false;
+            m_film.SkipFramesBefore(INT64_MIN);
+            step = 0;
+        }
         place = GoBefore(target, step);
     }
     return nullptr;
@@ -180,9 +209,9 @@ CFrameAim::Place CFrameAim::GoBefore(int64_t target, int64_t& step)
             break;
         step = step == 0 ? FirstStepBack : step * 2;
         const AVPacket* const packet = m_film.SeekToTime(place) ? m_film.FindKeyPacket() : nullptr;
-        const int64_t start = packet == nullptr ? AV_NOPTS_VALUE : GetStart(*packet);
+        const int64_t start = packet == nullptr ? AV_NOPTS_VALUE : GetLatestStart(*packet);
         if (start != AV_NOPTS_VALUE && start <= target)
-            return {true, false, GetEnd(start, packet->duration)};
+            return {true, packet->pts != AV_NOPTS_VALUE, false, GetEnd(start, packet->duration)};
     }
     return GoToStart();
 }
@@ -195,23 +224,40 @@ CFrameAim::Place CFrameAim::GoToStart()
     const AVPacket* const packet = m_film.FindKeyPacket();
     if (packet == nullptr)
         return {};
-    const int64_t start = GetStart(*packet);
-    return {true, true, GetEnd(start == AV_NOPTS_VALUE ? m_start : start, packet->duration)};
+    const bool hasTime = packet->pts != AV_NOPTS_VALUE;
+    return {true, hasTime, true, GetEnd(hasTime ? packet->pts : m_start, packet->duration)};
 }
 
-// Frames without time stamps are counted from the start of the film.
+// When the frame of a packet begins, or a time after that where the packet tells only when it is decoded.
+int64_t CFrameAim::GetLatestStart(const AVPacket& packet) const
+{
+    if (packet.pts != AV_NOPTS_VALUE || packet.dts == AV_NOPTS_VALUE)
+        return packet.pts;
+    return Add(packet.dts, m_codec.av_rescale_q(LongestReordering, Milliseconds, m_stream.time_base));
+}
+
+// Frames without time stamps are counted from the one before, or from the start of the film. The frame on screen is the one that ends
+// after the target, or one before it when that comes late.
 const AVFrame* CFrameAim::DecodeTo(int64_t target, bool isStart)
 {
     m_firstStart = AV_NOPTS_VALUE;
     m_isPastEnd = false;
+    m_isHeld = false;
     const AVFrame* last = nullptr;
-    int64_t next = isStart ? m_start : target;
+    int64_t next = isStart ? m_start : AV_NOPTS_VALUE;
     while (const AVFrame* const frame = m_film.NextFrame())
     {
-        const int64_t start = frame->best_effort_timestamp == AV_NOPTS_VALUE ? next : frame->best_effort_timestamp;
+        int64_t start = frame->pts;
+        for (const int64_t guess : {next, frame->best_effort_timestamp, target})
+            start = start == AV_NOPTS_VALUE ? guess : start;
         next = GetEnd(start, frame->duration);
-        if (last == nullptr)
+        if (m_firstStart == AV_NOPTS_VALUE)
             m_firstStart = start;
+        if (start > target && last != nullptr && Keep(*frame, m_held))
+        {
+            m_isHeld = true;
+            return last;
+        }
         if (next > target)
             return frame;
         if (IsTooLate())
@@ -219,19 +265,19 @@ const AVFrame* CFrameAim::DecodeTo(int64_t target, bool isStart)
             Source.Log("The frame at this time was not reached; an earlier one takes its place");
             return frame;
         }
-        last = KeepLast(*frame);
+        last = Keep(*frame, m_last) ? m_last.get() : nullptr;
     }
     m_isPastEnd = true;
     return last;
 }
 
-// Null when there is no memory.
-const AVFrame* CFrameAim::KeepLast(const AVFrame& frame)
+// False when there is no memory.
+bool CFrameAim::Keep(const AVFrame& frame, ZVFramePointer& kept) const
 {
-    if (m_last == nullptr)
-        return nullptr;
-    m_codec.av_frame_unref(m_last.get());
-    return m_codec.av_frame_ref(m_last.get(), &frame) < 0 ? nullptr : m_last.get();
+    if (kept == nullptr)
+        return false;
+    m_codec.av_frame_unref(kept.get());
+    return m_codec.av_frame_ref(kept.get(), &frame) >= 0;
 }
 
 int64_t CFrameAim::GetEnd(int64_t start, int64_t duration) const

@@ -4,7 +4,8 @@
 
 #include <cstdint>
 
-// Finds the frame of a film that is on screen at a time: the first one that ends after it.
+// Finds the frame of a film that is on screen at a time: the first one that ends after it or, where that only begins later, the one
+// before it.
 class CFrameAim
 {
 public:
@@ -14,10 +15,16 @@ public:
 
     // The film is open and its main stream chosen.
     explicit CFrameAim(ZVFilmReader& film);
+    // The same for a film that was opened again and whose start is known, in the time base of its main stream. Nothing is read yet.
+    CFrameAim(ZVFilmReader& film, int64_t start);
+
+    int64_t GetStart() const { return m_start; }
 
     // Goes to a time, in milliseconds since the start of the film, and returns its frame. Before the start that is the first
     // frame, after the end the last; after the time above, whichever was decoded last. Null when no frame can be decoded.
     const AVFrame* Find(int64_t milliseconds);
+    // The same without a move: decodes the film from where it is, which is its start.
+    const AVFrame* FindUnmoved(int64_t milliseconds);
     // The frame after the one that was returned last; null at the end of the film.
     const AVFrame* FindNext();
     // The same for a film whose time stamps begin anew: finds the first frame after a share of its bytes, from 0 to 1.
@@ -31,6 +38,7 @@ private:
     struct Place
     {
         bool IsFound = false;
+        bool HasTime = false;  // the container tells when the first frame begins
         bool IsStart = false;  // of the film
         int64_t KeyEnd = 0;    // when the first frame ends
     };
@@ -43,8 +51,8 @@ private:
     const AVFrame* FindAlone(int64_t target);
     const AVFrame* FindFrom(int64_t target, Place place, int64_t step);
     const AVFrame* DecodeTo(int64_t target, bool isStart);
-    const AVFrame* KeepLast(const AVFrame& frame);
-    bool IsLate(int64_t target) const { return m_firstStart != AV_NOPTS_VALUE && m_firstStart > target; }
+    bool Keep(const AVFrame& frame, ZVFramePointer& kept) const;
+    int64_t GetLatestStart(const AVPacket& packet) const;
     int64_t GetEnd(int64_t start, int64_t duration) const;
     bool IsTooLate() const;
 
@@ -58,5 +66,7 @@ private:
     bool m_isAlone = false;    // the frame that was returned last was decoded alone
     int64_t m_aloneEnd = 0;    // when it ends
     bool m_isPastEnd = false;  // no frame ends after the target
+    bool m_isHeld = false;     // a frame that was decoded is still to be returned
     ZVFramePointer m_last;
+    ZVFramePointer m_held;
 };

@@ -93,7 +93,10 @@ bool CFrameFilter::MakeFrames()
 
 bool CFrameFilter::Write(const AVFrame& frame, const Presentation& presentation)
 {
-    if (!MakeFrames() || m_codec.av_frame_ref(m_input.get(), &frame) < 0)
+    const bool areMade = MakeFrames();
+    if (areMade)
+        m_codec.av_frame_unref(m_input.get());
+    if (!areMade || m_codec.av_frame_ref(m_input.get(), &frame) < 0)
     {
         Source.Log("There is not enough memory for a frame");
         return false;
@@ -105,18 +108,10 @@ bool CFrameFilter::Write(const AVFrame& frame, const Presentation& presentation)
     FillColors(*m_input, isRGB);
     CFrameLook look = GetLook(*m_input, presentation);
     look.IsRGB = isRGB;
+    look.IsGray = !isRGB && format != nullptr && format->nb_components <= 2;
     // One interlaced frame makes the whole stream so; the filter passes those that are not.
     look.IsInterlaced = look.IsInterlaced || (m_chain.IsBuilt() && m_look.IsInterlaced);
-    bool isWritten = (m_chain.IsBuilt() && look == m_look) || Build(look);
-    if (isWritten)
-    {
-        const int result = m_chain.Write(m_input.get());
-        isWritten = result >= 0;
-        if (!isWritten)
-            Source.Log("A frame cannot be made into a picture (%d)", result);
-    }
-    m_codec.av_frame_unref(m_input.get());
-    return isWritten;
+    return ((m_chain.IsBuilt() && look == m_look) || Build(look)) && m_chain.Write(m_input.get()) >= 0;
 }
 
 void CFrameFilter::End()
@@ -125,12 +120,37 @@ void CFrameFilter::End()
         m_chain.Write(nullptr);
 }
 
+void CFrameFilter::Restart()
+{
+    m_chain.Reset();
+    m_isPlain = false;
+    m_hasFailed = false;
+}
+
 const AVFrame* CFrameFilter::Read()
 {
+    int result = ReadOutput();
+    // Some filters find out with the first frame that they do not take it.
+    if (result < 0 && result != AVERROR(EAGAIN) && result != AVERROR_EOF && !m_isPlain)
+    {
+        Source.Log("The filters '%s' do not take a frame (%d)", CFrameFilterText::Get(m_look).c_str(), result);
+        m_isPlain = true;
+        result = BuildFrom(CFrameFilterText::PlainText) ? m_chain.Write(m_input.get()) : AVERROR_FILTER_NOT_FOUND;
+        if (result >= 0)
+            result = ReadOutput();
+    }
+    if (result >= 0)
+        return m_output.get();
+    m_hasFailed = m_hasFailed || (result != AVERROR(EAGAIN) && result != AVERROR_EOF);
+    return nullptr;
+}
+
+int CFrameFilter::ReadOutput()
+{
     if (!m_chain.IsBuilt())
-        return nullptr;
+        return AVERROR(EAGAIN);
     m_codec.av_frame_unref(m_output.get());
-    return m_chain.Read(*m_output) >= 0 ? m_output.get() : nullptr;
+    return m_chain.Read(*m_output);
 }
 
 CFrameLook CFrameFilter::GetLook(const AVFrame& frame, const Presentation& presentation) const
@@ -173,17 +193,16 @@ int32_t CFrameFilter::GetPeakNits(const AVFrame& frame) const
 
 bool CFrameFilter::Build(const CFrameLook& look)
 {
+    m_look = look;
+    m_isPlain = !BuildFrom(CFrameFilterText::Get(look));
+    return !m_isPlain || BuildFrom(CFrameFilterText::PlainText);
+}
+
+bool CFrameFilter::BuildFrom(const std::string& text)
+{
     m_chain.Reset();
-    const std::string texts[] = {CFrameFilterText::Get(look), CFrameFilterText::PlainText};
-    for (const std::string& text : texts)
-    {
-        const ZVFilterChain::Outcome outcome = m_chain.Build(*m_input, {text.c_str(), "", AV_PIX_FMT_BGR0});
-        if (outcome.End == ZVFilterChain::Step::Built)
-        {
-            m_look = look;
-            return true;
-        }
+    const ZVFilterChain::Outcome outcome = m_chain.Build(*m_input, {text.c_str(), "", AV_PIX_FMT_BGR0});
+    if (outcome.End != ZVFilterChain::Step::Built)
         Source.Log("The filters '%s' cannot be made (%d)", text.c_str(), outcome.Result);
-    }
-    return false;
+    return outcome.End == ZVFilterChain::Step::Built;
 }

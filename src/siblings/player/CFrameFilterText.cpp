@@ -14,6 +14,12 @@ constexpr char Mirror[] = "hflip";
 constexpr char ToneMap[] = "zscale=t=linear:npl=%d,format=gbrpf32le,zscale=p=bt709,tonemap=mobius:param=3/5:desat=0:peak=%d/%d,"
                            "zscale=t=bt709:m=gbr:r=full,format=gbrp";
 
+// The tone mapping takes whole blocks of a colour that several pixels share.
+constexpr char ColourForEachPixel[] = "format=yuv444p16";
+
+// The conversion below takes all grays for those of the full range.
+constexpr char FullRange[] = "zscale=rin=limited:r=full,format=gray|gray9|gray10|gray12|gray16";
+
 struct MatrixName
 {
     AVColorSpace Matrix;
@@ -66,6 +72,10 @@ std::string CFrameFilterText::Get(const CFrameLook& look)
         text += std::string(Deinterlace) + ",";
     if (look.IsMirrored)
         text += std::string(Mirror) + ",";
+    if (look.IsHDR() && !look.IsRGB && (look.Width % 2 != 0 || look.Height % 2 != 0))
+        text += std::string(ColourForEachPixel) + ",";
+    if (look.IsGray && look.Range == AVCOL_RANGE_MPEG && !look.IsHDR())
+        text += std::string(FullRange) + ",";
     if (look.IsHDR())
         text += Format(ToneMap, WhiteNits, look.PeakNits, WhiteNits) + ",";
     return text + GetScale(look);

@@ -15,6 +15,7 @@ struct CFrameLook
     int ScreenWidth = 0;
     int ScreenHeight = 0;
     bool IsRGB = false;
+    bool IsGray = false;
     AVColorSpace Matrix = AVCOL_SPC_UNSPECIFIED;
     AVColorRange Range = AVCOL_RANGE_UNSPECIFIED;
     AVColorPrimaries Primaries = AVCOL_PRI_UNSPECIFIED;

@@ -8,6 +8,7 @@
 #include "video/film/ZVShortage.h"
 
 #include <algorithm>
+#include <set>
 
 namespace
 {
@@ -23,6 +24,11 @@ constexpr int32_t MaximumPacketsWithoutFrame = 1000;
 
 // The same for a stream that brings no packet while the others go on: more than ten minutes of sound.
 constexpr int32_t MaximumPacketsOfOthers = 100'000;
+
+// The start of a film is looked for among so many packets, and among so many of its pictures, which are the most that any codec
+// brings before one with an earlier time.
+constexpr int32_t MaximumFirstPackets = 200;
+constexpr int32_t ReorderedPackets = 8;
 
 // The name as the codec libraries take it. A local one gets their prefix for files, so that no ":" in it is taken for a protocol.
 std::string GetInputName(const ZVString& path)
@@ -108,7 +114,6 @@ void ZVFilmReader::Close()
     m_isPending = false;
     m_isKept = false;
     m_skipBefore = INT64_MIN;
-    m_earliest.reset();
     m_frame.reset();
     m_packet.reset();
     m_second = Layer();
@@ -249,20 +254,38 @@ const AVPacket* ZVFilmReader::FindKeyPacket()
         return nullptr;
     while (!m_isKept && CanGoOn() && ReadPacket())
     {
-        NoteEarliest(*m_packet);
         m_isKept = m_source == &m_main && (m_packet->flags & AV_PKT_FLAG_KEY) != 0;
     }
     return m_isKept ? m_packet.get() : nullptr;
 }
 
-void ZVFilmReader::NoteEarliest(const AVPacket& packet)
+// The first packet of a stream need not have its earliest time, since pictures come in the order in which they are decoded.
+std::optional<int64_t> ZVFilmReader::ReadEarliest()
 {
-    const AVStream& stream = *m_context->streams[packet.stream_index];
-    const AVMediaType type = stream.codecpar->codec_type;
-    if (packet.pts == AV_NOPTS_VALUE || (type != AVMEDIA_TYPE_VIDEO && type != AVMEDIA_TYPE_AUDIO))
-        return;
-    const int64_t time = m_codec.av_rescale_q(packet.pts, stream.time_base, m_main.Stream->time_base);
-    m_earliest = std::min(time, m_earliest.value_or(INT64_MAX));
+    const auto isPictureOrSound = [](const AVStream* stream)
+    {
+        const AVMediaType type = stream->codecpar->codec_type;
+        return (type == AVMEDIA_TYPE_VIDEO || type == AVMEDIA_TYPE_AUDIO) &&
+               (stream->disposition & AV_DISPOSITION_ATTACHED_PIC) == 0;
+    };
+    std::optional<int64_t> earliest;
+    std::set<int> unseen;
+    for (const AVStream* const stream : GetStreams())
+        if (isPictureOrSound(stream))
+            unseen.insert(stream->index);
+    int32_t mainPackets = 0;
+    for (int32_t packets = 0; packets < MaximumFirstPackets && MakePacket() && CanGoOn(); ++packets)
+    {
+        if ((unseen.empty() && mainPackets >= ReorderedPackets) || !ReadPacket())
+            break;
+        const AVStream* const stream = m_context->streams[m_packet->stream_index];
+        unseen.erase(stream->index);
+        mainPackets += m_source == &m_main ? 1 : 0;
+        if (m_packet->pts != AV_NOPTS_VALUE && isPictureOrSound(stream))
+            earliest = std::min(m_codec.av_rescale_q(m_packet->pts, stream->time_base, m_main.Stream->time_base),
+                                earliest.value_or(INT64_MAX));
+    }
+    return earliest;
 }
 
 int64_t ZVFilmReader::GetSize() const
@@ -422,7 +445,9 @@ void ZVFilmReader::SkipFramesBefore(int64_t timeStamp)
 
 bool ZVFilmReader::CanSkip(const AVPacket& packet) const
 {
-    return packet.pts != AV_NOPTS_VALUE && packet.pts < m_skipBefore;
+    int64_t end = 0;
+    return packet.pts != AV_NOPTS_VALUE && packet.duration > 0 && !__builtin_add_overflow(packet.pts, packet.duration, &end) &&
+           end < m_skipBefore;
 }
 
 const AVFrame* ZVFilmReader::ReceiveFrame()

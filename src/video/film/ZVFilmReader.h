@@ -79,10 +79,10 @@ public:
     // Decodes the packet that FindKeyPacket has kept and nothing after it, so that its frame comes out at once. Null when the decoder
     // makes no frame of it alone. Before NextFrame the film must be moved.
     const AVFrame* DecodeKeyAlone();
-    // The earliest time stamp of all pictures and sounds that FindKeyPacket has met since the film was opened, in the time base of
-    // the main stream.
-    std::optional<int64_t> GetEarliest() const { return m_earliest; }
-    // From now on frames that no other refers to may be left out if they end before a time stamp of the main stream.
+    // Reads the first packets of the film and tells the earliest time stamp of its pictures and sounds, in the time base of the main
+    // stream; nothing when there is none. Afterwards the film must be moved.
+    std::optional<int64_t> ReadEarliest();
+    // From now on frames that no other refers to may be left out if they are known to end before a time stamp of the main stream.
     void SkipFramesBefore(int64_t timeStamp);
 
     // Begins a new place at a key frame that is not after a time stamp of the main stream, where the container has such an index,
@@ -131,7 +131,6 @@ private:
     Layer* FindLayer(int32_t streamIndex);
     void SendPacket();
     bool CanSkip(const AVPacket& packet) const;
-    void NoteEarliest(const AVPacket& packet);
     const AVFrame* NextFrameOfPacket();
     const AVFrame* NextKeptFrame();
     const AVFrame* ReceiveFrame();
@@ -152,7 +151,6 @@ private:
     bool m_isPending = false;   // the packet waits for room in the decoder
     bool m_isKept = false;      // the packet waits for a decoder
     int64_t m_skipBefore = INT64_MIN;
-    std::optional<int64_t> m_earliest;
     bool m_hasNoMemory = false;
     Place m_place;
 };

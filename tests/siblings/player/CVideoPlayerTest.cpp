@@ -92,8 +92,31 @@ TEST_F(CVideoPlayerTest, ShowsTheFrameOfATime)
             EXPECT_EQ(GetNumber(frames[0]), std::max<int64_t>(time, 0) / 40) << time;
         }
     }
+    // The first second has sound alone.
+    Make("-itsoffset 1 -i film.mkv -f lavfi -i sine=d=24 -c:v copy -c:a pcm_s16le sound.mkv");
+    EXPECT_EQ(GetNumber(GetFrame("sound.mkv", 5'000)), 100);
     for (const char* const film : {"film.mkv", "film.mp4", "film.ts", "film.h264"})
         EXPECT_EQ(GetNumber(GetFrame(film, INT64_MAX)), 599) << film;
+}
+
+// Of a film whose frames come seldom, and then have the usual duration.
+TEST_F(CVideoPlayerTest, ShowsTheFrameThatStaysOnScreen)
+{
+    MakeNumbered("-vf \"select='not(mod(n,40))'\" -vsync vfr -c:v libx264 -preset veryfast -bf 2 film.mkv");
+    Make("-i film.mkv -c copy film.mp4");
+    for (const char* const film : {"film.mkv", "film.mp4"})
+    {
+        CVideoPlayer player;
+        ASSERT_TRUE(Open(player, film));
+        for (const int64_t time : {0, 1'599, 1'600, 9'000})
+        {
+            const int first = static_cast<int>(time / 1'600 * 40);
+            std::vector<int> numbers;
+            for (const Frame& frame : GetFrames(player, time, 3))
+                numbers.push_back(GetNumber(frame));
+            EXPECT_THAT(numbers, ElementsAre(first, first + 40, first + 80)) << film << " " << time;
+        }
+    }
 }
 
 // A key frame comes out by itself first, and the others after it.
