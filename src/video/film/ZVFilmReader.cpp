@@ -253,9 +253,7 @@ const AVPacket* ZVFilmReader::FindKeyPacket()
     if (!MakePacket())
         return nullptr;
     while (!m_isKept && CanGoOn() && ReadPacket())
-    {
         m_isKept = m_source == &m_main && (m_packet->flags & AV_PKT_FLAG_KEY) != 0;
-    }
     return m_isKept ? m_packet.get() : nullptr;
 }
 
