@@ -100,16 +100,18 @@ TEST_F(AnalyzeBasic, TellsWhatSoundFilesWereMadeOf)
         std::string Arguments;
         Lines Expected;
     };
+    // clang-format off
     const Row rows[] = {
-        {"a.mp3",               cover + "libmp3lame",                                    SoundFile("MP3") + AllTags + SoundOf("2")                      },
-        {"a.flac",              Stereo + "flac -sample_fmt s32",                         SoundFile("FLAC") + AllTags + SoundOf("2",                       "24")},
-        {"a.ogg",                     Stereo + "libvorbis",                                                                      SoundFile("Vorbis") + AllTags + SoundOf("2")                                                                                            },
-        {"a.opus",                     Stereo + "libopus",                                                                     SoundFile("Opus") + AllTags + SoundOf("2",  "16", "48000")},
-        {"a.wma",                 Stereo + "wmav2",                                                                SoundFile("WMAV2") + AllTags + SoundOf("2")                                                                                                                             },
-        {"a.wav",Stereo + "pcm_s24le",SoundFile("PCM_S24LE") + FewTags + Lines {"Album=AL"} + SoundOf("2","24")},
-        {"a.m4a",             Stereo + "aac -metadata composer=CO " + WithoutTool,
-         SoundFile("AAC") + AllTags + SoundOf("2") + Lines {"Comment=C", "Composer=CO", "Language=und"}                                                                                                                                                                                                                                                      },
+        {"a.mp3",  cover + "libmp3lame",            SoundFile("MP3") + AllTags + SoundOf("2")},
+        {"a.flac", Stereo + "flac -sample_fmt s32", SoundFile("FLAC") + AllTags + SoundOf("2", "24")},
+        {"a.ogg",  Stereo + "libvorbis",            SoundFile("Vorbis") + AllTags + SoundOf("2")},
+        {"a.opus", Stereo + "libopus",              SoundFile("Opus") + AllTags + SoundOf("2", "16", "48000")},
+        {"a.wma",  Stereo + "wmav2",                SoundFile("WMAV2") + AllTags + SoundOf("2")},
+        {"a.wav",  Stereo + "pcm_s24le",            SoundFile("PCM_S24LE") + FewTags + Lines {"Album=AL"} + SoundOf("2", "24")},
+        {"a.m4a",  Stereo + "aac -metadata composer=CO " + WithoutTool,
+         SoundFile("AAC") + AllTags + SoundOf("2") + Lines {"Comment=C", "Composer=CO", "Language=und"}},
     };
+    // clang-format on
     for (const Row& row : rows)
     {
         FilmFolder::Make(row.Arguments + " " + Tags + row.Name);
@@ -130,22 +132,27 @@ TEST_F(AnalyzeBasic, TellsWhatFilmsWereMadeOf)
         std::string Arguments;
         Lines Expected;
     };
+    FilmFolder::Write("chapters", ";FFMETADATA1\n[CHAPTER]\nTIMEBASE=1/1000\nSTART=0\nEND=1500\ntitle=One|Two\n[CHAPTER]\n"
+                                  "TIMEBASE=1/1000\nSTART=1500\nEND=3000\ntitle=Ünde\n");
+    const Lines chapters = {"$!@_Chapters=2", "$!@_ChapterNames=One|Two|Ünde", "$!@_ChapterTimes=0|1500"};
     const Lines mp4 = {"Name=T", "Comment=C", "Language=und"};
+    // clang-format off
     const Row rows[] = {
-        {"a.mkv",                            Film + FilmH264 + "-c:a flac ", FilmFile("mkv",       "H264", "FLAC") + AllTags + SoundOf("1")},
-        {"a.avi",  Film + "-c:v mpeg4 -c:a libmp3lame ",                                FilmFile("avi",                                              "MPEG4", "MP3") + FewTags + SoundOf("1")},
-        {"a.wmv",                    Film + windows,            FilmFile("wmv","WMV2", "WMAV2") + AllTags + SoundOf("1")},
-        {"a.mp4",                            Film + h264 + WithoutTool,                         FilmFile("mp4",                    "H264", "AAC") + AllTags + mp4 + SoundOf("2")},
+        {"a.mkv", FilmPicture + Sound + "-i chapters -map_chapters 2 " + Tags + FilmH264 + "-c:a flac ",
+         FilmFile("mkv", "H264", "FLAC") + AllTags + SoundOf("1") + chapters},
+        {"a.avi", Film + "-c:v mpeg4 -c:a libmp3lame ", FilmFile("avi", "MPEG4", "MP3") + FewTags + SoundOf("1")},
+        {"a.wmv", Film + windows, FilmFile("wmv", "WMV2", "WMAV2") + AllTags + SoundOf("1")},
+        {"a.mp4", Film + h264 + WithoutTool, FilmFile("mp4", "H264", "AAC") + AllTags + mp4 + SoundOf("2")},
         {"bare.mp4", "-i a.mp4 -map_metadata -1 -c copy " + WithoutTool,
-         FilmFile("mp4",                                             "H264", "AAC") + Lines {"Language=und"} + SoundOf("2")},
-        {"a.ts",                    Film + h264 + "-metadata service_provider=SP -metadata service_name=SN ",
-         FilmFile("ts","H264", "AAC") + SoundOf("1") + Lines {"Service Provider=SP", "Service Name=SN"}},
-        {"silent.mp4",
-         FilmPicture + FilmH264 + WithoutTool +
-             "-metadata location=+48.8577-002.295/ -metadata creation_time=2024-05-06T07:08:09Z ",     Seconds + Picture +
-             Lines {"Compression=mp4 video (video: H264)", "Language=und", "Latitude=+48.8577", "Longitude=-002.2950",
-                    "Altitude=", "Date Created=1714979289"}                                                                          },
+         FilmFile("mp4", "H264", "AAC") + Lines {"Language=und"} + SoundOf("2")},
+        {"a.ts", Film + h264 + "-metadata service_provider=SP -metadata service_name=SN ",
+         FilmFile("ts", "H264", "AAC") + SoundOf("1") + Lines {"Service Provider=SP", "Service Name=SN"}},
+        {"silent.mp4", FilmPicture + FilmH264 + WithoutTool +
+             "-metadata location=+48.8577-002.295/ -metadata creation_time=2024-05-06T07:08:09Z ",
+         Seconds + Picture + Lines {"Compression=mp4 video (video: H264)", "Language=und", "Latitude=+48.8577",
+                                    "Longitude=-002.2950", "Altitude=", "Date Created=1714979289"}},
     };
+    // clang-format on
     for (const Row& row : rows)
     {
         FilmFolder::Make(row.Arguments + row.Name);
@@ -196,16 +203,6 @@ TEST_F(AnalyzeBasic, TellsWhatIsInATelevisionRecording)
     ExpectOwn("a.wtv", FilmFile("wtv", "MPEG-2", "MP2") + tags + SoundOf("1"));
     FilmFolder::Make("-i a.wtv -vn -c copy radio.wtv");
     EXPECT_THAT(Analyze("radio.wtv").Properties, IsSupersetOf({"Media Type=Audio", "Name=Ep", "Series=Show"}));
-}
-
-TEST_F(AnalyzeBasic, TellsTheChapters)
-{
-    FilmFolder::Write("chapters", ";FFMETADATA1\n[CHAPTER]\nTIMEBASE=1/1000\nSTART=0\nEND=1500\ntitle=One|Two\n[CHAPTER]\n"
-                                  "TIMEBASE=1/1000\nSTART=1500\nEND=3000\ntitle=Ünde\n");
-    FilmFolder::Make(FilmPicture + "-i chapters -map_chapters 1 " + FilmH264 + "a.mkv");
-    ExpectOwn("a.mkv", Seconds + Picture +
-                           Lines {"Compression=mkv video (video: H264)", "$!@_Chapters=2", "$!@_ChapterNames=One|Two|Ünde",
-                                  "$!@_ChapterTimes=0|1500"});
 }
 
 TEST_F(AnalyzeBasic, TellsWhatIsOnABlurayDisc)

@@ -14,6 +14,13 @@ using namespace AtomBytes;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
 using Lines = std::set<std::string>;
+
+Lines operator+(Lines left, const Lines& right)
+{
+    left.insert(right.begin(), right.end());
+    return left;
+}
+
 using Tags = std::map<std::string, const wchar_t*>;
 
 StandInFilm SoundWith(const Tags& tags)
@@ -57,50 +64,43 @@ protected:
 
 TEST_F(CZVVideoAnalyzeHelperTest, WritesTheFactsOfTheStreams)
 {
-    StandInFilm film = {.Duration = 2999, .AudioStream = 3, .VideoCodec = L"H264", .AudioCodec = L"AC-3"};
-    film.Video.Width = 1920;
-    film.Video.Height = 1080;
-    film.Video.Fps = 12.5;
-    film.Audio.SampleRate = 48'000;
-    film.Audio.Channels = 6;
-    film.Audio.BitDepth = 24;
-    const Lines sizes = {"File Size=3000", "Duration=2", "Bitrate=8"};
-    const Lines picture = {"FPS=12.5", "Width=1920", "Height=1080"};
+    const Lines picture = {"Media Type=Video", "FPS=12.5", "Width=1920", "Height=1080"};
     const Lines sound = {"Sample Rate=48000", "Channels=6", "Bit Depth=24"};
-    const auto expect = [&](const char* name, std::initializer_list<Lines> parts)
+    const Lines audio = {"Media Type=Audio"};
+    struct Row
     {
-        Lines expected = sizes;
-        for (const Lines& part : parts)
-            expected.insert(part.begin(), part.end());
-        EXPECT_EQ(Analyze(name, film, Bytes(3000, 'x')), expected) << name;
+        const char* Name;
+        int32_t VideoStream;
+        int32_t AudioStream;
+        const wchar_t* VideoCodec;
+        const wchar_t* AudioCodec;
+        Lines Streams;
+        std::string Compression;
     };
-    expect("a.mkv",
-           {
-               picture, sound, {"File Type=mkv", "Media Type=Video", "Compression=mkv video (video: H264, audio: AC-3)"}
-    });
-    // An MP4 file that cannot be read is as any other.
-    expect("a.MP4",
-           {
-               picture, sound, {"File Type=MP4", "Media Type=Video", "Compression=MP4 video (video: H264, audio: AC-3)"}
-    });
-    film.VideoCodec = L"";
-    film.AudioCodec = L"";
-    const std::string unknown = "Compression=mkv video (video: unknown codec, audio: unknown codec)";
-    expect("a.mkv", {
-                        picture, sound, {"File Type=mkv", "Media Type=Video", unknown}
-    });
-    film.AudioStream = -1;
-    expect("a", {
-                    picture, {"File Type=", "Media Type=Video", "Compression= video (video: unknown codec)"}
-    });
-    film.AudioStream = 1;
-    film.VideoStream = -1;
-    film.AudioCodec = L"MP3";
-    expect("a.mp3", {
-                        sound, {"File Type=mp3", "Media Type=Audio", "Compression=MP3"}
-    });
-    EXPECT_EQ(Analyze("a.mkv", {.VideoStream = -1}),
-              (Lines {"File Type=mkv", "File Size=7", "Media Type=Audio", "Compression="}));
+    const Row rows[] = {
+        {"a.mkv", 0,  3,  L"H264", L"AC-3", picture + sound, "mkv video (video: H264, audio: AC-3)"                  },
+        {"a.MP4", 1,  0,  L"H264", L"AAC",  picture + sound, "MP4 video (video: H264, audio: AAC)"                   },
+        {"a.avi", 0,  1,  L"",     L"",     picture + sound, "avi video (video: unknown codec, audio: unknown codec)"},
+        {"a.avi", 0,  -1, L"",     L"AC-3", picture,         "avi video (video: unknown codec)"                      },
+        {"a.mp3", -1, 0,  L"H264", L"MP3",  audio + sound,   "MP3"                                                   },
+        {"a.mp3", -1, 0,  L"H264", L"",     audio + sound,   ""                                                      },
+        {"a.mkv", -1, -1, L"H264", L"AC-3", audio,           ""                                                      },
+    };
+    for (const Row& row : rows)
+    {
+        StandInFilm film = {.Duration = 2999, .VideoStream = row.VideoStream, .AudioStream = row.AudioStream};
+        film.VideoCodec = row.VideoCodec;
+        film.AudioCodec = row.AudioCodec;
+        film.Video.Width = 1920;
+        film.Video.Height = 1080;
+        film.Video.Fps = 12.5;
+        film.Audio.SampleRate = 48'000;
+        film.Audio.Channels = 6;
+        film.Audio.BitDepth = 24;
+        const Lines file = {std::string("File Type=") + (row.Name + 2), "File Size=3000", "Duration=2", "Bitrate=8",
+                            "Compression=" + row.Compression};
+        EXPECT_EQ(Analyze(row.Name, film, Bytes(3000, 'x')), file + row.Streams) << row.Name << " " << row.Compression;
+    }
 }
 
 TEST_F(CZVVideoAnalyzeHelperTest, KeepsTheBitrateInItsNumber)
@@ -153,45 +153,44 @@ TEST_F(CZVVideoAnalyzeHelperTest, MapsTagsInTheirOrder)
         StandInFilm Film;
         Lines Expected;
     };
+    // clang-format off
     const Row rows[] = {
-        {"the title of a sound",       SoundWith({{"title", L"T"}}),                                                  {"Name=T"}                              },
-        {"the title of a film",        FilmWith({{"title", L"T"}, {"comment", L"C"}}),                                {"Description=C"}                       },
-        {"a description comes first",  FilmWith({{"description", L"D"}, {"comment", L"C"}}),                          {"Description=D"}                       },
-        {"an artist comes first",      FilmWith({{"author", L"B"}, {"artist", L"A"}}),                                {"Artist=A"}                            },
-        {"an author alone",            FilmWith({{"author", L"B"}}),                                                  {"Artist=B"}                            },
-        {"an empty tag is none",       FilmWith({{"artist", L""}, {"author", L"B"}}),                                 {"Artist=B"}                            },
-        {"music",
-         FilmWith({{"album_artist", L"AA"}, {"album", L"AL"}, {"genre", L"G"}, {"track", L"3/9"}, {"disc", L"1/2"}}),
-         {"Album Artist=AA", "Album=AL", "Genre=G", "Track #=3/9", "Disc #=1/2"}                                                                              },
-        {"others",
-         FilmWith({{"copyright", L"C"}, {"rating", L"5"}, {"language", L"ger"}}),
-         {"Copyright=C", "Rating=5", "Language=ger"}                                                                                                          },
-        {"a service",                  FilmWith({{"service_provider", L"P"}, {"service_name", L"N"}}),                {"Service Provider=P", "Service Name=N"}},
-        {"a day",                      FilmWith({{"date", L"2024-05-06"}}),                                           {"Date=45418"}                          },
-        {"a day with a time and zone", FilmWith({{"date", L"2024-05-06T20:00:00+02:00"}}),                            {"Date=45418.75"}                       },
-        {"no day",                     FilmWith({{"date", L"soon"}}),                                                 {}                                      },
-        {"a moment",                   FilmWith({{"creation_time", L"2024-05-06T07:08:09.000000Z"}}),                 {"Date Created=1714979289"}             },
-        {"no place but in MP4",        FilmWith({{"location", L"+48.8577+002.295/"}}),                                {}                                      },
-        {"no television in Matroska",  FilmWith({{"WM/SubTitle", L"S"}, {"WM/MediaIsMovie", L"1"}}),                  {}                                      },
+        {"the title of a sound",       SoundWith({{"title", L"T"}}),                                         {"Name=T"}},
+        {"the title of a film",        FilmWith({{"title", L"T"}, {"comment", L"C"}}),                       {"Description=C"}},
+        {"a description comes first",  FilmWith({{"description", L"D"}, {"comment", L"C"}}),                 {"Description=D"}},
+        {"an artist comes first",      FilmWith({{"author", L"B"}, {"artist", L"A"}}),                       {"Artist=A"}},
+        {"an empty tag is none",       FilmWith({{"artist", L""}, {"author", L"B"}}),                        {"Artist=B"}},
+        {"music",                      FilmWith({{"album_artist", L"AA"}, {"album", L"AL"}, {"track", L"3/9"}, {"disc", L"1"}}),
+         {"Album Artist=AA", "Album=AL", "Track #=3/9", "Disc #=1"}},
+        {"others",                     FilmWith({{"genre", L"G"}, {"copyright", L"C"}, {"rating", L"5"}, {"language", L"ger"}}),
+         {"Genre=G", "Copyright=C", "Rating=5", "Language=ger"}},
+        {"a service",                  FilmWith({{"service_provider", L"P"}, {"service_name", L"N"}}),       {"Service Provider=P", "Service Name=N"}},
+        {"a day",                      FilmWith({{"date", L"2024-05-06"}}),                                  {"Date=45418"}},
+        {"a day with a time and zone", FilmWith({{"date", L"2024-05-06T20:00:00+02:00"}}),                   {"Date=45418.75"}},
+        {"no day",                     FilmWith({{"date", L"soon"}}),                                        {}},
+        {"a moment",                   FilmWith({{"creation_time", L"2024-05-06T07:08:09.000000Z"}}),        {"Date Created=1714979289"}},
+        {"no place but in MP4",        FilmWith({{"location", L"+48.8577+002.295/"}}),                       {}},
+        {"no television in Matroska",  FilmWith({{"WM/SubTitle", L"S"}, {"WM/MediaIsMovie", L"1"}}),         {}},
     };
+    // clang-format on
     for (const Row& row : rows)
         EXPECT_EQ(AnalyzeTags("film.mkv", row.Film), row.Expected) << row.Name;
-    EXPECT_EQ(AnalyzeTags("film.mkv",
-                          {
-                              .Chapters = {{L"One|Two", 0}, {L"", 90'000}, {L"Drei", 7'200'000}}
-    }),
-              (Lines {"$!@_Chapters=3", "$!@_ChapterNames=One|Two||Drei", "$!@_ChapterTimes=0|90000|7200000"}));
+    StandInFilm parted;
+    parted.Chapters = {
+        {L"One|Two", 0        },
+        {L"",        90'000   },
+        {L"Drei",    7'200'000}
+    };
+    const Lines chapters = {"$!@_Chapters=3", "$!@_ChapterNames=One|Two||Drei", "$!@_ChapterTimes=0|90000|7200000"};
+    EXPECT_EQ(AnalyzeTags("film.mkv", parted), chapters);
 }
 
 TEST_F(CZVVideoAnalyzeHelperTest, KeepsWhatAnMp4FileSays)
 {
-    const auto tag = [](const Bytes& type, const Bytes& text)
-    { return Atom(type, Atom("data", Number(1, 4) + Zeros(4) + text)); };
+    const auto tag = [](const char* name, const Bytes& text)
+    { return Atom("\xa9" + Bytes(name), Atom("data", Number(1, 4) + Zeros(4) + text)); };
     const Bytes handler = FullAtom("hdlr", Zeros(4) + "mdir" + Zeros(12));
-    const Bytes ilst = Atom("ilst", tag("\xa9nam", "Its name") + tag("\xa9gen", "") +
-                                        tag("\xa9"
-                                            "day",
-                                            "2023-01-02"));
+    const Bytes ilst = Atom("ilst", tag("nam", "Its name") + tag("gen", "") + tag("day", "2023-01-02"));
     const Bytes movie = Atom("moov", FullAtom("mvhd", Zeros(8) + Number(1000, 4) + Number(10'000, 4) + Zeros(80)) +
                                          Atom("udta", FullAtom("meta", handler + ilst)));
     const Bytes file = Atom("ftyp", "isom" + Zeros(4)) + movie;
