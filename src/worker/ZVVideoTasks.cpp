@@ -1,9 +1,19 @@
 #include "worker/ZVVideoTasks.h"
 
+#include "video/basic/CZVVideoAnalyzeHelper.h"
 #include "video/blackbars/CZVVideoBlackBars.h"
 #include "video/extended/CZVVideoAnalyzeExtended.h"
 #include "video/film/ZVFilmAspect.h"
 #include "worker/ZVWorkerCommand.h"
+
+bool RunAnalyzeZVVidTask(const ZVWorkerRequest& request, ZVPropertyMap& result)
+{
+    CZVVideoAnalyzeHelper analysis;
+    if (!analysis.AnalyzeFile(ZVFilename(request.Match.GetPath(0))))
+        return false;
+    result = analysis;
+    return true;
+}
 
 bool RunAnalyzeVideoExtendedTask(const ZVWorkerRequest& request, ZVPropertyMap& result)
 {

@@ -27,7 +27,7 @@ constexpr ZVWorkerCommand Commands[] = {
     // Name,                    parameters, video, always fails, result, task, texts of the log
     {L"/Thumbnail",             2, true,  false, None,   RunThumbnailTask,
      "Processing Thumbnail task...",             "Thumbnailing succeeded"},
-    {L"/AnalyzeZVVid",          2, true,  false, UTF8,   RefuseTask,
+    {L"/AnalyzeZVVid",          2, true,  false, UTF8,   RunAnalyzeZVVidTask,
      "Processing AnalyzeZVVid task...",          "AnalyzeZVVid succeeded..."},
     {L"/AnalyzeVideoExtended",  2, true,  false, UTF8,   RunAnalyzeVideoExtendedTask,
      "Processing AnalyzeVideoExtended task...",  "AnalyzeVideoExtended succeeded..."},

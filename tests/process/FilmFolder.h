@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ResultKeys.h"
 #include "RunWorker.h"
 #include "WorkFolder.h"
 #include "support/PropertyLines.h"
@@ -39,7 +40,13 @@ public:
     // Runs ffmpeg with arguments; the last is the film.
     static void Make(const std::string& arguments) { RunProgram("ffmpeg -v error -y " + arguments); }
 
-    // Has the worker analyze a film of the working folder, with more settings of the environment and with what a function changes
+    // Has the worker tell what the library files of a film of the working folder.
+    static FilmAnalysis AnalyzeForLibrary(
+        const std::string& name, std::vector<std::string> environment = {}, const std::function<void()>& prepare = [] {})
+    {
+        return RunTask("/AnalyzeZVVid", name, std::move(environment), prepare);
+    }
+    // Has it analyze a film, with more settings of the environment and with what a function changes
     // in its process.
     static FilmAnalysis Analyze(
         const std::string& name, std::vector<std::string> environment = {}, const std::function<void()>& prepare = [] {})
@@ -71,6 +78,7 @@ private:
         const ZVString text = ZVString::FromUTF8(Read(ResultName).c_str());
         EXPECT_EQ(properties.FromXML(text, L"XMLPH", 1.0), analysis.HasResult || text.IsEmpty());
         analysis.Properties = GetLines(properties);
+        ResultKeys::ExpectDocumented(properties);
         return analysis;
     }
 };

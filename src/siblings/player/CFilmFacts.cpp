@@ -29,6 +29,16 @@ int32_t FindAudioStream(std::span<AVStream* const> streams)
     return first;
 }
 
+// What a broadcast says of the programme that a stream belongs to; null when there is none.
+const AVDictionary* FindProgrammeTags(const AVFormatContext& container, int32_t stream)
+{
+    for (const AVProgram* const programme : std::span(container.programs, container.nb_programs))
+        for (const unsigned index : std::span(programme->stream_index, programme->nb_stream_indexes))
+            if (index == static_cast<unsigned>(stream))
+                return programme->metadata;
+    return nullptr;
+}
+
 ZVString GetText(const CZVAVLibraries& codec, const AVDictionary* tags, const char* name)
 {
     const AVDictionaryEntry* const entry = codec.av_dict_get(tags, name, nullptr, 0);
@@ -74,7 +84,10 @@ void CFilmFacts::Read(const ZVFilmReader& film)
     ReadTags(film, film.GetContainer().metadata);
     const int32_t best = VideoStream < 0 ? AudioStream : VideoStream;
     if (best >= 0)
+    {
         ReadTags(film, film.GetStreams()[static_cast<size_t>(best)]->metadata);
+        ReadTags(film, FindProgrammeTags(film.GetContainer(), best));
+    }
     ReadChapters(film);
 }
 
@@ -108,7 +121,7 @@ void CFilmFacts::ReadStream(const ZVFilmReader& film, const AVStream& stream)
     Streams.push_back(std::move(facts));
 }
 
-// Tags that were read before keep their place: the container's come before those of its stream.
+// Tags that were read before keep their place: the container's come before those of its stream, and these before its programme's.
 void CFilmFacts::ReadTags(const ZVFilmReader& film, const AVDictionary* tags)
 {
     const AVDictionaryEntry* entry = nullptr;

@@ -1,11 +1,9 @@
 #include "video/thumbnail/CZVVideoThumbHelper.h"
 
-#include "contracts/IZVFileTypes.h"
-#include "contracts/IZVTools.h"
-#include "core/ZVToolsPointer.h"
 #include "core/property/ZVPropertyMap.h"
 #include "system/file/ZVFile.h"
 #include "system/file/ZVFileInfo.h"
+#include "system/library/ZVFileTypes.h"
 #include "system/library/ZVPlayers.h"
 #include "system/log/ZVLogScope.h"
 #include "video/thumbnail/CZVThumbGrabber.h"
@@ -23,18 +21,6 @@ constexpr wchar_t PlaybackTypeField[] = L"Playback Type";
 
 constexpr int32_t OpenReserved = -10'000;
 constexpr int32_t Opaque = 255;
-
-// Null without the service.
-IZVFileTypes* GetFileTypes()
-{
-    return g_pZVTools == nullptr ? nullptr : g_pZVTools->GetFileTypes(true);
-}
-
-bool IsMp4(const ZVString& fileType)
-{
-    IZVFileTypes* const fileTypes = GetFileTypes();
-    return fileTypes != nullptr && fileTypes->IsFileTypeInClass(fileType, IZVFileTypes::ClassMp4);
-}
 
 // Turns a picture as the film wants to be shown, and makes it opaque: the fourth byte of a frame's pixels has no meaning.
 void Finish(IZVVideoPlayer& player, int32_t stream, IZVImage& image)
@@ -61,7 +47,7 @@ bool CZVVideoThumbHelper::GetThumbnailZV(const ZVString& videoPath, const ZVStri
 
 bool CZVVideoThumbHelper::IsVideo() const
 {
-    IZVFileTypes* const fileTypes = GetFileTypes();
+    IZVFileTypes* const fileTypes = ZVFileTypes::Find();
     if (fileTypes == nullptr)
     {
         Source.Log("There is no registry of file types, so nothing is known of: %s", m_videoPath);
@@ -81,7 +67,7 @@ bool CZVVideoThumbHelper::GrabThumbnail()
 {
     const ZVLogScope scope(Source, true);
     const ZVPropertyMap metadata;
-    const Written written = IsMp4(m_fileType) ? TryCoverArt(metadata) : Written();
+    const Written written = ZVFileTypes::IsInClass(m_fileType, IZVFileTypes::ClassMp4) ? TryCoverArt(metadata) : Written();
     if (written.ThumbnailDone && written.MetadataDone)
         return true;
     // The caller may be copying the film at this moment, so that is what a film that cannot be opened is taken for.

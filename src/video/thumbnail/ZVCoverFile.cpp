@@ -1,50 +1,28 @@
 #include "video/thumbnail/ZVCoverFile.h"
 
 #include "mp4/CMp4File.h"
-#include "mp4/model/Exception.h"
+#include "mp4/OpenMp4File.h"
 #include "system/file/ZVFileSystem.h"
 #include "system/library/ZVImages.h"
 #include "system/log/ZVLog.h"
 
 #include <cstdint>
-#include <memory>
 #include <utility>
 
 namespace
 {
 constexpr ZVLogSource Source {ZVLogCategory::Media, L"ZVCoverFile"};
 
-// Compared as it stands: the type in upper case is that of an ordinary file.
-constexpr wchar_t QuickTimeType[] = L"mov";
-
 // The cover is only looked at, so a large one need not be read in full size.
 constexpr ZVImageSize LargestSize {400, 400};
 // Some programs write a cover of one pixel into films that have none.
 constexpr int64_t PlaceholderPixels = 15;
 
-bool ReadFilm(CMp4File& film)
-{
-    try
-    {
-        return film.ReadAtoms() && film.Verify();
-    }
-    catch (Exception* exception)
-    {
-        const std::unique_ptr<Exception> owner(exception);
-        return false;
-    }
-}
-
 // The path of the new file; empty without one.
 ZVString Extract(const ZVString& videoPath, const ZVString& fileType)
 {
     CMp4File film;
-    if (fileType == QuickTimeType)
-        film.AllowMissingFTYP();
-    // The reader has logged why.
-    if (!film.Open(ZVFilename::FromPath(videoPath)))
-        return {};
-    if (!ReadFilm(film))
+    if (!OpenMp4File(film, ZVFilename::FromPath(videoPath), fileType))
     {
         Source.Log("No cover is read from %s: %s", videoPath, film.GetLastError());
         return {};

@@ -1,7 +1,7 @@
 #include "video/thumbnail/CZVThumbGrabber.h"
 
-#include "StandIns.h"
 #include "system/library/ZVPlayers.h"
+#include "video/StandIns.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

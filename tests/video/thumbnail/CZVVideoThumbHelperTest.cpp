@@ -1,13 +1,11 @@
 #include "video/thumbnail/CZVVideoThumbHelper.h"
 
-#include "StandIns.h"
-#include "core/ZVToolsPointer.h"
 #include "mp4/AtomBytes.h"
-#include "siblings/tools/ToolsFolder.h"
 #include "system/file/ZVFileSystem.h"
 #include "system/filename/ZVFilename.h"
 #include "system/filename/ZVNativePath.h"
-#include "system/library/ZVSiblingLibraries.h"
+#include "video/StandIns.h"
+#include "video/WithTools.h"
 #include "video/thumbnail/ZVCoverFile.h"
 
 #include <gmock/gmock.h>
@@ -46,18 +44,10 @@ struct Outcome
     std::string Log;
 };
 
-class CZVVideoThumbHelperTest : public testing::Test
+class CZVVideoThumbHelperTest : public WithTools
 {
 protected:
-    CZVVideoThumbHelperTest() { EXPECT_TRUE(ZVSiblingLibraries::Get().LoadTools()); }
-    ~CZVVideoThumbHelperTest() override
-    {
-        EXPECT_THAT(GetCovers(), IsEmpty()) << "left in the folder for temporary files";
-        ZVSiblingLibraries::Get().UnloadAll();
-        g_pZVTools = nullptr;
-    }
-
-    ZVString TextAt(const std::string& name) const { return ZVString::FromUTF8(m_folder.PathOf(name).c_str()); }
+    ~CZVVideoThumbHelperTest() override { EXPECT_THAT(GetCovers(), IsEmpty()) << "left in the folder for temporary files"; }
 
     // Makes a thumbnail of a file with some content, which the player takes for a film.
     Outcome Run(const std::string& name, const Bytes& content, const StandInFilm& film,
@@ -89,19 +79,6 @@ protected:
             names.push_back(entry.path().filename());
         return names;
     }
-
-private:
-    // The folder of the process, in which the tools library has its data. It asks for it once and stays, so all tests share it.
-    static const ToolsFolder& GetFolder()
-    {
-        static const ToolsFolder s_folder;
-        setenv("ZV_DATA_DIR", s_folder.PathOf("data").c_str(), 1);
-        setenv("ZV_LOG_FILE", s_folder.PathOf("worker.log").c_str(), 1);
-        return s_folder;
-    }
-
-protected:
-    const ToolsFolder& m_folder = GetFolder();
 };
 
 TEST_F(CZVVideoThumbHelperTest, TakesAFrame)

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "contracts/ZVStreamInfo.h"
+
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -19,6 +22,14 @@ struct StandInFilm
     std::vector<std::vector<uint8_t>> Attempts = {};
     bool Ends = false;    // the end of the stream follows the frames
     bool IsLate = false;  // all of that comes only when the player is told to stop
+    int32_t AudioStream = -1;
+    // What the streams are, with the names of their codecs.
+    ZVStreamInfo Video = {};
+    ZVStreamInfo Audio = {};
+    const wchar_t* VideoCodec = L"";
+    const wchar_t* AudioCodec = L"";
+    std::map<std::string, const wchar_t*> Tags = {};
+    std::vector<std::pair<const wchar_t*, int64_t>> Chapters = {};
 };
 
 // The player and the image library. A picture is saved as a text, and only as "png": "3x2 of 7, turned 90, alpha 255". A file that can

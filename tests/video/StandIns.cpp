@@ -1,4 +1,4 @@
-#include "video/thumbnail/StandIns.h"
+#include "video/StandIns.h"
 
 #include "system/filename/ZVNativePath.h"
 #include "system/library/ZVImages.h"
@@ -116,18 +116,35 @@ public:
             m_thread.join();
     }
     void Close() override { Note("Close"); }
-    int32_t GetStreamIndex(int32_t kind) override { return kind == ZVStreamInfo::KindVideo ? s_film.VideoStream : -1; }
+    int32_t GetStreamIndex(int32_t kind) override
+    {
+        return kind == ZVStreamInfo::KindVideo ? s_film.VideoStream : s_film.AudioStream;
+    }
     bool GetStreamInfo(int32_t index, ZVStreamInfo& info) override
     {
+        const bool isVideo = index == s_film.VideoStream;
+        IZVDllString* const compression = info.Compression;
+        info = isVideo ? s_film.Video : s_film.Audio;
         info.Rotation = s_film.Rotation;
-        return index == s_film.VideoStream;
+        info.Compression = compression;
+        if (compression != nullptr)
+            compression->SetString(isVideo ? s_film.VideoCodec : s_film.AudioCodec, -1);
+        return isVideo || index == s_film.AudioStream;
     }
-    void GetTag(const char*, IZVDllString&) override {}
-    int32_t GetChapterCount() override { return 0; }
-    void GetChapterName(int32_t, IZVDllString&) override {}
-    int64_t GetChapterTime(int32_t) override { return 0; }
+    void GetTag(const char* name, IZVDllString& value) override
+    {
+        const auto found = s_film.Tags.find(name);
+        value.SetString(found == s_film.Tags.end() ? L"" : found->second, -1);
+    }
+    int32_t GetChapterCount() override { return static_cast<int32_t>(s_film.Chapters.size()); }
+    void GetChapterName(int32_t index, IZVDllString& name) override { name.SetString(GetChapter(index).first, -1); }
+    int64_t GetChapterTime(int32_t index) override { return GetChapter(index).second; }
 
 private:
+    static const std::pair<const wchar_t*, int64_t>& GetChapter(int32_t index)
+    {
+        return s_film.Chapters.at(static_cast<size_t>(index));
+    }
     void Deliver()
     {
         // Long enough for an output that does not wait to stop the player before the first frame.
