@@ -161,7 +161,7 @@ TEST_F(AnalyzeBasic, TellsWhatFilmsWereMadeOf)
     // The same bytes under another name.
     fs::copy_file("a.wmv", "a.dvr-ms");
     ExpectOwn("a.dvr-ms", FilmFile("dvr-ms", "WMV2", "WMAV2") + AllTags + SoundOf("1") +
-                              Lines {"Name=Ep", "Series=", "Media Sub Type=Movie", "Composer=CO"});
+                              Lines {"Name=Ep", "Series=T", "Media Sub Type=Movie", "Composer=CO"});
     // QuickTime of old times has no ftyp.
     FilmFolder::Make(Film + h264 + WithoutTool + "a.mov");
     const std::string film = FilmFolder::Read("a.mov");
@@ -185,7 +185,7 @@ TEST_F(AnalyzeBasic, TellsWhatIsInATelevisionRecording)
         "-metadata WM/OriginalReleaseTime=2023-05-06 -metadata WM/MediaStationName=ARD "
         "-metadata WM/MediaStationCallSign=DAS -metadata WM/Provider=P a.wtv");
     const Lines tags = {"Name=Ep",
-                        "Series=",
+                        "Series=Show",
                         "Actors=A;B;D",
                         "Credits=A;B;C;D",
                         "Director=C",

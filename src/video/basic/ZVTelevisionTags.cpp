@@ -44,18 +44,20 @@ constexpr ZVTagRule StationRules[] = {
     {"WM/MediaNetworkAffiliation", L"Network Affiliation"  },
 };
 
-// An episode has its own text in one of two tags. It takes the place of the programme's, which moves on.
+// An episode has its own text in one of two tags. It takes the place of the programme's, which moves on. The programme's is in a tag
+// of its own too, which counts where it has not become a property: that of a film is usually not its name, that of a broadcast is.
 struct EpisodeRule
 {
     const char* Tag;
     const char* OtherTag;
+    const char* ProgrammeTag;
     const wchar_t* Property;
     const wchar_t* ProgrammeProperty;
 };
 
 constexpr EpisodeRule EpisodeRules[] = {
-    {"WM/SubTitle",            "WM/EpisodeName",        L"Name",        L"Series"            },
-    {"WM/SubTitleDescription", "WM/EpisodeDescription", L"Description", L"Series Description"},
+    {"WM/SubTitle",            "WM/EpisodeName",        "title",       L"Name",        L"Series"            },
+    {"WM/SubTitleDescription", "WM/EpisodeDescription", "description", L"Description", L"Series Description"},
 };
 
 // Recorders write these for a date that they do not know.
@@ -85,9 +87,10 @@ void MapEpisode(const ZVTagMapper& mapper, const EpisodeRule& rule)
     ZVPropertyMap& properties = mapper.GetProperties();
     const ZVString text = mapper.GetTag(rule.Tag, rule.OtherTag);
     const ZVString old = properties.GetString(rule.Property);
-    if (text.IsEmpty() || text == old)
+    const ZVString programme = old.IsEmpty() ? mapper.GetTag(rule.ProgrammeTag) : old;
+    if (text.IsEmpty() || text == programme)
         return;
-    properties.SetString(rule.ProgrammeProperty, old);
+    properties.SetString(rule.ProgrammeProperty, programme);
     properties.SetString(rule.Property, text);
 }
 

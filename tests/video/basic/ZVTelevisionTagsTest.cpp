@@ -76,10 +76,17 @@ TEST_F(ZVTelevisionTagsTest, MoveWhatTheProgrammeIsCalled)
     },
                   programme),
               (Lines {"Name=show", "Series=Show", "Description=All of it"}));
+    // What is shown as video has not become the name.
     EXPECT_EQ(Map({
-                  {"WM/SubTitle", L"Pilot"}
+                  {"WM/SubTitle", L"Pilot"},
+                  {"title",       L"Show" }
     }),
-              (Lines {"Name=Pilot", "Series="}));
+              (Lines {"Name=Pilot", "Series=Show"}));
+    EXPECT_EQ(Map({
+                  {"WM/SubTitle", L"Show"},
+                  {"title",       L"Show"}
+    }),
+              Lines {});
     EXPECT_EQ(Map(
                   {
                       {"WM/SubTitleDescription", L"It begins"}
