@@ -4,37 +4,11 @@
 
 namespace
 {
-struct End
-{
-};
-
-struct ThrowPastEnd
-{
-    [[noreturn]] static void OnPastEnd() { throw End(); }
-};
-
 using DiscCursor = ZVByteCursor<std::endian::big, ZVZeroPastEnd>;
-using AtomCursor = ZVByteCursor<std::endian::big, ThrowPastEnd>;
 using LittleCursor = ZVByteCursor<std::endian::little, ZVZeroPastEnd>;
 
 constexpr uint8_t Bytes[] = {0xfe, 0xdc, 0xba, 0x98, 0x76, 0x54, 0x32, 0x10, 'a', 'b', 'c'};
 const ZVByteSpan Span(Bytes, sizeof Bytes);
-
-// What hands out its bytes one block at a time, as a file does.
-class BlockSource
-{
-public:
-    const uint8_t* Find(int64_t position, int64_t count)
-    {
-        const uint8_t* const bytes = Span.Find(position, count);
-        if (bytes != nullptr)
-            std::copy_n(bytes, count, m_block);
-        return bytes == nullptr ? nullptr : m_block;
-    }
-
-private:
-    uint8_t m_block[8] = {};
-};
 }
 
 TEST(ZVByteCursor, ReadsNumbersInTheOrderOfItsKind)
@@ -91,23 +65,6 @@ TEST(ZVByteCursor, SkipsAnywhere)
     EXPECT_EQ(cursor.Read<uint8_t>(), 0);
     cursor.SeekTo(0);
     EXPECT_EQ(cursor.Read<uint8_t>(), 0xfe);
-}
-
-TEST(ZVByteCursor, ThrowsPastTheEndAndStaysWhereThatIsItsKind)
-{
-    AtomCursor cursor(Span, 8);
-    EXPECT_EQ(cursor.ReadUnsigned(3), 0x616263u);
-    EXPECT_THROW(cursor.Read<uint8_t>(), End);
-    EXPECT_THROW(cursor.ReadBytes(1), End);
-    EXPECT_EQ(cursor.GetPosition(), 11);
-}
-
-TEST(ZVByteCursor, ReadsFromASourceThatKeepsOneBlock)
-{
-    ZVByteCursor<std::endian::big, ThrowPastEnd, BlockSource> cursor {BlockSource()};
-    EXPECT_EQ(cursor.Read<uint64_t>(), 0xfedcba9876543210u);
-    EXPECT_EQ(cursor.ReadBytes(3), "abc");
-    EXPECT_THROW(cursor.Read<uint8_t>(), End);
 }
 
 TEST(ZVByteSpan, PartsStayInside)

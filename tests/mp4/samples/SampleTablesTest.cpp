@@ -41,20 +41,6 @@ std::vector<int32_t> MatchedPlaces(const Film& film)
 }
 }
 
-TEST(SampleTables, AreWrittenAsTheyWereRead)
-{
-    for (const Bytes& file :
-         {FilmWith({}), FilmWith({.Times = Table("stts", {3, 512, 1, 100}, 2)}), FilmWith({.SampleSizes = Sizes({7, 8, 9})}),
-          FilmWith({.SampleSizes = Sizes({})}), FilmWith({.SampleSizes = FixedSizes(512, 0xffffffff)}),
-          FilmWith({.Offsets = Table("co64", {1, uint64_t {1} << 40}, 1, 8)}), FilmWith({.Others = Table("stss", {1, 30})}),
-          FilmWith({.SamplesOfChunks = Chunks({1, 3, 1, 5, 2, 1}), .Offsets = Table("stco", {})})})
-    {
-        const Film film(file);
-        EXPECT_EQ(film.Message, L"");
-        EXPECT_EQ(film.Write(), file);
-    }
-}
-
 TEST(SampleTables, ThatAreLongerThanTheirAtomFail)
 {
     for (const char* const type : {"stts", "stsc", "stco", "co64", "stss"})

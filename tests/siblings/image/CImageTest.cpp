@@ -1,7 +1,6 @@
 #include "siblings/image/ImageFixture.h"
 
 #include <climits>
-#include <dlfcn.h>
 #include <random>
 
 namespace
@@ -9,21 +8,6 @@ namespace
 class CImageTest : public ImageTest
 {
 };
-
-TEST_F(CImageTest, ComesFromTheLibraryAsItIsLoaded)
-{
-    // It stays open: what its copy of the core keeps for good would look lost.
-    void* const handle = dlopen(ZV_IMAGE_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(handle, nullptr) << dlerror();
-    const auto get = reinterpret_cast<IZVImageLibrary* (*)()>(dlsym(handle, "GetZVImageAppDLL"));
-    ASSERT_NE(get, nullptr);
-    get()->Initialize(0);
-    const ImagePointer image(get()->CreateImage());
-    const Frame frame = Frame::MakeSmooth(20, 10);
-    ASSERT_TRUE(frame.Show(*image));
-    EXPECT_TRUE(image->Save(At("picture.png")));
-    EXPECT_EQ(Load("picture.png"), frame);
-}
 
 TEST_F(CImageTest, WithoutPixelsDoesNothing)
 {

@@ -45,20 +45,6 @@ TEST_F(ZVBlackBarReportTest, LeavesOutTheRareOfAHighScore)
                                             L"Hits <1% have been skipped due to a high accuracy score.");
 }
 
-TEST_F(ZVBlackBarReportTest, TellsEverythingOfALowScore)
-{
-    ZVRectTrackers trackers;
-    Count(trackers, {0, 0, 1920, 1080}, 312, 2'000);
-    Count(trackers, {0, 132, 1920, 948}, 297, 47'000);
-    Count(trackers, {240, 0, 1680, 1080}, 3, 5'402'999);
-    EXPECT_EQ(Report(trackers, 4. / 3, m_codec), L"Score: 2\n"
-                                                 L"Result: 0x0x1920x1080 (2.37)\n"
-                                                 L"\n"
-                                                 L"0x0x1920x1080 (2.37), 51% (312 samples), first at 00:00:00\n"
-                                                 L"0x132x1920x948 (3.14), 49% (297 samples), first at 00:00:45\n"
-                                                 L"240x0x1680x1080 (1.78), 0% (3 samples), first at 01:30:01\n");
-}
-
 TEST_F(ZVBlackBarReportTest, TellsWholeSecondsSinceTheStart)
 {
     struct Row

@@ -51,23 +51,6 @@ protected:
     FakeTools m_tools;
 };
 
-TEST_F(ZVFilmReaderTest, GoesToThePlacesOfAFilm)
-{
-    // A key frame each second; the time stamps begin at 1.4 s.
-    Make("-t 10 -c:v mpeg2video -g 25 -bf 0 -c:a mp2 film.ts");
-    ZVFilmReader film({});
-    Open(film, L"film.ts");
-    const double start = static_cast<double>(film.GetContainer().start_time) / AV_TIME_BASE;
-    EXPECT_GT(start, 1.0);
-    for (const int32_t seconds : {7, 3, 0})
-    {
-        film.SeekTo(seconds);
-        const AVFrame* const frame = film.NextFrame();
-        ASSERT_NE(frame, nullptr);
-        EXPECT_NEAR(static_cast<double>(frame->pts) * av_q2d(frame->time_base) - start, seconds, 1.1);
-    }
-}
-
 TEST_F(ZVFilmReaderTest, DecodesWithAsManyThreadsAsIsAskedFor)
 {
     Make("-t 1 -c:v mpeg4 -bf 0 -an film.mkv");
@@ -170,12 +153,4 @@ TEST_F(ZVFilmReaderTest, SaysNothingOfASoundPictureThatStaysInTheDecoder)
     EXPECT_THAT(m_tools.Manager.Lines, IsEmpty());
 }
 
-TEST_F(ZVFilmReaderTest, SaysThatNoFrameCameOutOfNoise)
-{
-    Make("-t 1 -c:v mpeg4 -bsf:v noise=1 -an noise.mkv");
-    ZVFilmReader film({});
-    Open(film, L"noise.mkv");
-    EXPECT_EQ(film.NextFrame(), nullptr);
-    EXPECT_THAT(m_tools.Manager.Lines, Contains(HasSubstr("ZVFilmReader::NextFrame|No frame came out of 25 packets")));
-}
 }
