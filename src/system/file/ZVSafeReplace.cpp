@@ -61,12 +61,19 @@ private:
     ZVDescriptor m_folder;
 };
 
+bool AreSame(const timespec& first, const timespec& second)
+{
+    return first.tv_sec == second.tv_sec && first.tv_nsec == second.tv_nsec;
+}
+
+// The number of a file that is gone goes to the next one at once, which may have been written at the same tick of the clock. The time
+// of the last change tells when it got its name, too.
 bool IsSameVersion(const ZVFileInfo& first, const ZVFileInfo& second)
 {
     const struct stat& left = first.GetStatus();
     const struct stat& right = second.GetStatus();
     return left.st_dev == right.st_dev && left.st_ino == right.st_ino && left.st_size == right.st_size &&
-           left.st_mtim.tv_sec == right.st_mtim.tv_sec && left.st_mtim.tv_nsec == right.st_mtim.tv_nsec;
+           AreSame(left.st_mtim, right.st_mtim) && AreSame(left.st_ctim, right.st_ctim);
 }
 
 // Has the new file on the disk before the old one goes. False if the disk has not taken it. A file that cannot be opened, or a
