@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <string_view>
 
 namespace
@@ -62,6 +63,7 @@ CFrameAim::CFrameAim(ZVFilmReader& film, int64_t start)
 
 CFrameAim::CFrameAim(ZVFilmReader& film) : CFrameAim(film, 0)
 {
+    m_canBeMoved = true;
     m_start = ReadStart();
 }
 
@@ -77,7 +79,9 @@ int64_t CFrameAim::ReadStart()
             start = std::min(start, m_codec.av_rescale_q(stream->start_time, stream->time_base, m_stream.time_base));
     if (m_stream.start_time != AV_NOPTS_VALUE)
         return start;
-    return m_film.ReadEarliest().value_or(0);
+    const std::optional<int64_t> earliest = m_film.ReadEarliest();
+    m_canBeMoved = earliest.has_value();
+    return earliest.value_or(0);
 }
 
 int64_t CFrameAim::GetTime(int64_t timeStamp, AVRational timeBase) const
@@ -100,6 +104,9 @@ int64_t CFrameAim::GetTarget(int64_t milliseconds) const
 
 const AVFrame* CFrameAim::Find(int64_t milliseconds)
 {
+    // Without time stamps the places of moves would be made up.
+    if (!m_canBeMoved && !IsStreamOfBytes(m_film.GetContainer()))
+        return nullptr;
     m_startMicroseconds = ZVTimer::GetMicroseconds();
     m_isAlone = false;
     const int64_t target = GetTarget(std::clamp<int64_t>(milliseconds, 0, MaximumMilliseconds));
@@ -218,7 +225,6 @@ CFrameAim::Place CFrameAim::GoBefore(int64_t target, int64_t& step)
 
 CFrameAim::Place CFrameAim::GoToStart()
 {
-    // Of what cannot be moved at all the first packet is still kept.
     if (!(IsStreamOfBytes(m_film.GetContainer()) && m_film.SeekToByte(0)) && !m_film.SeekToTime(m_start) && !m_film.SeekToTime(0))
         m_film.SeekToByte(0);
     const AVPacket* const packet = m_film.FindKeyPacket();

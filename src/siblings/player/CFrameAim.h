@@ -15,13 +15,15 @@ public:
 
     // The film is open and its main stream chosen.
     explicit CFrameAim(ZVFilmReader& film);
-    // The same for a film that was opened again and whose start is known, in the time base of its main stream. Nothing is read yet.
+    // The same for a film that was opened again because it cannot be moved, and whose start is known, in the time base of its main
+    // stream. Nothing is read yet.
     CFrameAim(ZVFilmReader& film, int64_t start);
 
     int64_t GetStart() const { return m_start; }
 
     // Goes to a time, in milliseconds since the start of the film, and returns its frame. Before the start that is the first
-    // frame, after the end the last; after the time above, whichever was decoded last. Null when no frame can be decoded.
+    // frame, after the end the last; after the time above, whichever was decoded last. Null when no frame can be
+    // decoded, and for a film that cannot be moved, but only read from its start.
     const AVFrame* Find(int64_t milliseconds);
     // The same without a move: decodes the film from where it is, which is its start.
     const AVFrame* FindUnmoved(int64_t milliseconds);
@@ -61,6 +63,7 @@ private:
     const AVStream& m_stream;
     int64_t m_frameDuration;  // of a usual frame, in the time base of the stream, like the others
     int64_t m_start;
+    bool m_canBeMoved = false;
     int64_t m_firstStart = AV_NOPTS_VALUE;  // of the first frame that came out after the last move
     int64_t m_startMicroseconds = 0;
     bool m_isAlone = false;    // the frame that was returned last was decoded alone

@@ -95,6 +95,9 @@ TEST_F(CVideoPlayerTest, ShowsTheFrameOfATime)
     // The first second has sound alone.
     Make("-itsoffset 1 -i film.mkv -f lavfi -i sine=d=24 -c:v copy -c:a pcm_s16le sound.mkv");
     EXPECT_EQ(GetNumber(GetFrame("sound.mkv", 5'000)), 100);
+    // A container that cannot tell times before 0 tells none.
+    Make("-i film.mkv -c copy -output_ts_offset -1000 -avoid_negative_ts disabled untimed.mkv");
+    EXPECT_EQ(GetNumber(GetFrame("untimed.mkv", 400)), 10);
     for (const char* const film : {"film.mkv", "film.mp4", "film.ts", "film.h264"})
         EXPECT_EQ(GetNumber(GetFrame(film, INT64_MAX)), 599) << film;
 }
