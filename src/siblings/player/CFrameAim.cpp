@@ -102,13 +102,22 @@ int64_t CFrameAim::GetTarget(int64_t milliseconds) const
     return Add(m_start, timeStamp);
 }
 
+// What was found before no longer counts.
+void CFrameAim::Begin()
+{
+    m_startMicroseconds = ZVTimer::GetMicroseconds();
+    m_isAlone = false;
+    m_isHeld = false;
+    m_isPastEnd = false;
+    m_gap = 0;
+}
+
 const AVFrame* CFrameAim::Find(int64_t milliseconds)
 {
     // Without time stamps the places of moves would be made up.
     if (!m_canBeMoved && !IsStreamOfBytes(m_film.GetContainer()))
         return nullptr;
-    m_startMicroseconds = ZVTimer::GetMicroseconds();
-    m_isAlone = false;
+    Begin();
     const int64_t target = GetTarget(std::clamp<int64_t>(milliseconds, 0, MaximumMilliseconds));
     int64_t step = 0;
     Place place = GoBefore(target, step);
@@ -124,8 +133,7 @@ const AVFrame* CFrameAim::Find(int64_t milliseconds)
 
 const AVFrame* CFrameAim::FindUnmoved(int64_t milliseconds)
 {
-    m_startMicroseconds = ZVTimer::GetMicroseconds();
-    m_isAlone = false;
+    Begin();
     m_film.SkipFramesBefore(INT64_MIN);
     const int64_t target = GetTarget(std::clamp<int64_t>(milliseconds, 0, MaximumMilliseconds));
     return m_film.OpenDecoders() ? DecodeTo(target, true) : nullptr;
@@ -136,8 +144,7 @@ const AVFrame* CFrameAim::FindNext()
 {
     if (m_isAlone)
     {
-        m_startMicroseconds = ZVTimer::GetMicroseconds();
-        m_isAlone = false;
+        Begin();
         int64_t step = 0;
         const Place place = GoBefore(m_aloneEnd, step);
         const AVFrame* const frame = FindFrom(m_aloneEnd, place, step);
@@ -181,7 +188,7 @@ const AVFrame* CFrameAim::FindFrom(int64_t target, Place place, int64_t step)
     {
         const AVFrame* const frame = DecodeTo(target, place.IsStart);
         const bool isLate = m_firstStart != AV_NOPTS_VALUE && m_firstStart > target && !place.IsStart;
-        const bool isUnsure = m_isHeld && isSkipping;
+        const bool isUnsure = m_isHeld && isSkipping && m_gap > m_frameDuration;
         if (!(isLate || isUnsure) || IsTooLate() || m_film.IsCancelled())
             return frame;
         // A frame that was left out stays on screen where the one after it comes late.
@@ -198,7 +205,7 @@ const AVFrame* CFrameAim::FindFrom(int64_t target, Place place, int64_t step)
 
 const AVFrame* CFrameAim::FindByShare(double share)
 {
-    m_startMicroseconds = ZVTimer::GetMicroseconds();
+    Begin();
     const auto position = static_cast<int64_t>(static_cast<double>(m_film.GetSize()) * std::clamp(share, 0.0, 1.0));
     m_film.SkipFramesBefore(INT64_MIN);
     m_film.SeekToByte(position);
@@ -249,6 +256,7 @@ const AVFrame* CFrameAim::DecodeTo(int64_t target, bool isStart)
     m_firstStart = AV_NOPTS_VALUE;
     m_isPastEnd = false;
     m_isHeld = false;
+    m_gap = 0;
     const AVFrame* last = nullptr;
     int64_t next = isStart ? m_start : AV_NOPTS_VALUE;
     while (const AVFrame* const frame = m_film.NextFrame())
@@ -256,12 +264,14 @@ const AVFrame* CFrameAim::DecodeTo(int64_t target, bool isStart)
         int64_t start = frame->pts;
         for (const int64_t guess : {next, frame->best_effort_timestamp, target})
             start = start == AV_NOPTS_VALUE ? guess : start;
+        const int64_t lastEnd = next;
         next = GetEnd(start, frame->duration);
         if (m_firstStart == AV_NOPTS_VALUE)
             m_firstStart = start;
         if (start > target && last != nullptr && Keep(*frame, m_held))
         {
             m_isHeld = true;
+            m_gap = Add(start, -lastEnd);
             return last;
         }
         if (next > target)

@@ -45,6 +45,7 @@ private:
         int64_t KeyEnd = 0;    // when the first frame ends
     };
 
+    void Begin();
     int64_t ReadStart();
     int64_t GetTarget(int64_t milliseconds) const;
     bool IsFrameInPacket() const;
@@ -70,6 +71,7 @@ private:
     int64_t m_aloneEnd = 0;    // when it ends
     bool m_isPastEnd = false;  // no frame ends after the target
     bool m_isHeld = false;     // a frame that was decoded is still to be returned
+    int64_t m_gap = 0;         // between the frame before that one and it
     ZVFramePointer m_last;
     ZVFramePointer m_held;
 };

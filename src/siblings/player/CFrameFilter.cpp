@@ -111,7 +111,12 @@ bool CFrameFilter::Write(const AVFrame& frame, const Presentation& presentation)
     look.IsGray = !isRGB && format != nullptr && format->nb_components <= 2;
     // One interlaced frame makes the whole stream so; the filter passes those that are not.
     look.IsInterlaced = look.IsInterlaced || (m_chain.IsBuilt() && m_look.IsInterlaced);
-    return ((m_chain.IsBuilt() && look == m_look) || Build(look)) && m_chain.Write(m_input.get()) >= 0;
+    if (!(m_chain.IsBuilt() && look == m_look) && !Build(look))
+        return false;
+    const int result = m_chain.Write(m_input.get());
+    if (result < 0)
+        Source.Log("The filters do not take a frame (%d)", result);
+    return result >= 0;
 }
 
 void CFrameFilter::End()
@@ -141,7 +146,11 @@ const AVFrame* CFrameFilter::Read()
     }
     if (result >= 0)
         return m_output.get();
-    m_hasFailed = m_hasFailed || (result != AVERROR(EAGAIN) && result != AVERROR_EOF);
+    if (result != AVERROR(EAGAIN) && result != AVERROR_EOF)
+    {
+        Source.Log("A frame cannot be made into a picture (%d)", result);
+        m_hasFailed = true;
+    }
     return nullptr;
 }
 
