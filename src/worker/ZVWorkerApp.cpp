@@ -6,6 +6,8 @@
 #include "system/log/ZVElapsedTime.h"
 #include "system/log/ZVLogCategory.h"
 #include "system/log/ZVLogScope.h"
+#include "worker/ZVAppleProjects.h"
+#include "worker/ZVSourceCleaner.h"
 #include "worker/ZVWorkerCommand.h"
 
 bool g_bVideoTask = false;
@@ -14,6 +16,9 @@ namespace
 {
 constexpr int32_t Succeeded = 0;
 constexpr int32_t Failed = -1;
+
+constexpr wchar_t SourceFolder[] = L"E:\\Source\\Media\\Development";
+constexpr wchar_t AppleProjectsFolder[] = L"e:\\Source\\Media\\Development\\Projects\\Apple\\";
 
 // It names commands of another platform and leaves out most of this one's. Callers know it so, and it stays.
 constexpr const wchar_t* UsageText[] = {
@@ -113,4 +118,14 @@ int32_t ZVWorkerApp::ProcessCommand(const ZVCommandLine& commandLine)
     ZVStandardOutput::PrintFormat(L"Result: %d\n", result);
     scope.Log("Task completed in %d ms, result = %d", elapsed, result);
     return result;
+}
+
+void ZVWorkerApp::CleanCode()
+{
+    CleanSources(SourceFolder);
+}
+
+void ZVWorkerApp::UpdateAppleProjects()
+{
+    UpdateBuildSettings(AppleProjectsFolder);
 }

@@ -18,4 +18,9 @@ public:
     // Runs the task of the first command of the table that matches, and prints the report, which ends every run. Returns 0 when
     // the task succeeded and its result was written, and -1 otherwise.
     int32_t ProcessCommand(const ZVCommandLine& commandLine);
+
+    // The developers' own commands, on the folders where the sources stand on their machines. Elsewhere these do not exist, and
+    // nothing is done.
+    static void CleanCode();
+    static void UpdateAppleProjects();
 };

@@ -4,6 +4,7 @@
 #include "worker/ZVDevicesTask.h"
 #include "worker/ZVThumbnailTask.h"
 #include "worker/ZVVideoTasks.h"
+#include "worker/ZVWorkerApp.h"
 
 namespace
 {
@@ -12,6 +13,18 @@ bool RefuseTask(const ZVWorkerRequest& request, ZVPropertyMap&)
 {
     request.Scope.Log("This worker does not carry the task of '%s'", request.Match.Command);
     return false;
+}
+
+bool CleanCode(const ZVWorkerRequest&, ZVPropertyMap&)
+{
+    ZVWorkerApp::CleanCode();
+    return true;
+}
+
+bool UpdateAppleProjects(const ZVWorkerRequest&, ZVPropertyMap&)
+{
+    ZVWorkerApp::UpdateAppleProjects();
+    return true;
 }
 
 // Shows the caller that the worker starts, reports and ends.
@@ -35,8 +48,8 @@ constexpr ZVWorkerCommand Commands[] = {
      "Processing AnalyzeVideoBlackBars task...", "AnalyzeVideoBlackBars succeeded..."},
     {L"/AnalyzeDevices",        2, false, false, Narrow, RunDevicesTask,
      "Processing AnalyzeDevices task..."},
-    {L"/CleanCode",             0, false, true,  None,   RefuseTask},
-    {L"/UpdateAppleProjects",   0, false, true,  None,   RefuseTask},
+    {L"/CleanCode",             0, false, true,  None,   CleanCode},
+    {L"/UpdateAppleProjects",   0, false, true,  None,   UpdateAppleProjects},
     {L"/GetMonitorRect",        2, false, true,  None,   RefuseTask},
     {L"/Test",                  0, false, true,  None,   Test},
 };
