@@ -57,7 +57,9 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 
+# Most users want films of any kind, and addresses that are checked. What the binaries depend on is added later.
 set(CPACK_DEBIAN_WORKER_PACKAGE_NAME zivora-worker)
+set(CPACK_DEBIAN_WORKER_PACKAGE_RECOMMENDS "zivora-avcodec, ca-certificates")
 set(CPACK_DEBIAN_WORKER_DESCRIPTION "background worker of the Zivora media library
 The media library starts ZVWorker once for each film, sound file or disc. It
 tells what a film is, with its codecs, streams, tags and chapters, finds black
