@@ -41,7 +41,6 @@ endforeach()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME zivora)
-set(CPACK_PACKAGE_VENDOR "Zivora")
 # Each package has a description of its own.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
@@ -57,7 +56,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 
-# Most users want films of any kind, and addresses that are checked. What the binaries depend on is added later.
+# Without the codec component no film opens, and without the certificates no https address. What the binaries depend on comes later.
 set(CPACK_DEBIAN_WORKER_PACKAGE_NAME zivora-worker)
 set(CPACK_DEBIAN_WORKER_PACKAGE_RECOMMENDS "zivora-avcodec, ca-certificates")
 set(CPACK_DEBIAN_WORKER_DESCRIPTION "background worker of the Zivora media library
