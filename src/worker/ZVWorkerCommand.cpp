@@ -1,6 +1,5 @@
 #include "worker/ZVWorkerCommand.h"
 
-#include "system/log/ZVLogScope.h"
 #include "worker/ZVDevicesTask.h"
 #include "worker/ZVMonitorTask.h"
 #include "worker/ZVThumbnailTask.h"
