@@ -70,3 +70,8 @@ ZVString ZVCommandLine::GetArgument(int32_t index) const
 {
     return index >= 0 && index < m_arguments.GetCount() ? m_arguments[index] : ZVString();
 }
+
+ZVString ZVCommandLine::GetPath(int32_t index) const
+{
+    return index >= 0 && index < m_paths.GetCount() ? m_paths[index] : ZVString();
+}

@@ -21,6 +21,8 @@ public:
 
     // An argument, or the empty string if it is missing.
     ZVString GetArgument(int32_t index) const;
+    // An argument that is a path, see ZVCommandMatch::GetPath.
+    ZVString GetPath(int32_t index) const;
 
     const ZVStringArray& GetArguments() const { return m_arguments; }
 

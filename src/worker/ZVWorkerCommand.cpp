@@ -1,20 +1,13 @@
 #include "worker/ZVWorkerCommand.h"
 
-#include "system/log/ZVLogScope.h"
 #include "worker/ZVDevicesTask.h"
+#include "worker/ZVMonitorTask.h"
 #include "worker/ZVThumbnailTask.h"
 #include "worker/ZVVideoTasks.h"
 #include "worker/ZVWorkerApp.h"
 
 namespace
 {
-// The task of a command that this worker does not carry.
-bool RefuseTask(const ZVWorkerRequest& request, ZVPropertyMap&)
-{
-    request.Scope.Log("This worker does not carry the task of '%s'", request.Match.Command);
-    return false;
-}
-
 bool CleanCode(const ZVWorkerRequest&, ZVPropertyMap&)
 {
     ZVWorkerApp::CleanCode();
@@ -50,7 +43,7 @@ constexpr ZVWorkerCommand Commands[] = {
      "Processing AnalyzeDevices task..."},
     {L"/CleanCode",             0, false, true,  None,   CleanCode},
     {L"/UpdateAppleProjects",   0, false, true,  None,   UpdateAppleProjects},
-    {L"/GetMonitorRect",        2, false, true,  None,   RefuseTask},
+    {L"/GetMonitorRect",        2, false, true,  None,   RunMonitorTask},
     {L"/Test",                  0, false, true,  None,   Test},
 };
 // clang-format on

@@ -21,12 +21,13 @@ struct Library
 };
 
 const Library Libraries[] = {
-    {ZV_TOOLS_LIBRARY,  {"GetZVToolsDLL"}          },
+    {ZV_TOOLS_LIBRARY,      {"GetZVToolsDLL"}      },
     {ZV_READER_LIBRARY,
      {"CreateFromMemoryReaderDLL", "CreateGenericReaderDLL", "CreateInternetReaderDLL", "CreateLocalReaderDLL",
       "ZVReaderInitialize", "ZVReaderUninitialize"}},
-    {ZV_IMAGE_LIBRARY,  {"GetZVImageAppDLL"}       },
-    {ZV_PLAYER_LIBRARY, {"GetZVPlayerDLL"}         },
+    {ZV_IMAGE_LIBRARY,      {"GetZVImageAppDLL"}   },
+    {ZV_PLAYER_LIBRARY,     {"GetZVPlayerDLL"}     },
+    {ZV_WM_FACTORY_LIBRARY, {"CreateZVWMFactory"}  },
 };
 
 // Only for the libraries as they are shipped: sanitizers add exports and libraries of their own.

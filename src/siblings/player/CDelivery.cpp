@@ -1,11 +1,10 @@
 #include "siblings/player/CDelivery.h"
 
 #include "system/log/ZVLog.h"
+#include "system/thread/ZVStuckThread.h"
 
-#include <cstdlib>
 #include <exception>
 #include <system_error>
-#include <unistd.h>
 #include <utility>
 
 namespace
@@ -42,12 +41,6 @@ IFrameSource::Outcome GetNext(IFrameSource& source, ZVVideoFrame& frame)
         RunSource.Log("A frame cannot be fetched: %s", exception.what());
         return IFrameSource::Outcome::Failure;
     }
-}
-
-// Ends the process before anything is freed that a thread might still use.
-void EndAtOnce(int status, void*)
-{
-    _exit(status);
 }
 }
 
@@ -112,11 +105,8 @@ bool CDelivery::WaitForEnd()
 void CDelivery::Abandon()
 {
     StopSource.Log("The decoder of a film does not come back; its thread is left alone");
-    // What is registered last runs first.
-    static const int s_registered = on_exit(EndAtOnce, nullptr);
-    if (s_registered != 0)
+    if (!ZVStuckThread::Abandon(m_thread))
         StopSource.Log("The process may not end cleanly");
-    m_thread.detach();
 }
 
 // Calls the output unless the delivery is stopped; then false.
