@@ -2,6 +2,7 @@
 
 #include "core/property/ZVPropertyMap.h"
 #include "mp4/CMDATSearch.h"
+#include "mp4/CMp4Saver.h"
 #include "mp4/CodecNames.h"
 #include "mp4/MediaSubTypes.h"
 #include "mp4/model/Exception.h"
@@ -76,6 +77,7 @@ bool CMp4File::Verify()
         if (m_mdatList.GetCount() == 0 && !m_allowMissingMDAT)
             return Fail(L"Missing MDAT Atom");
         m_moov->Verify(m_mdatList, m_checkOverlap);
+        m_isVerified = true;
         return true;
     }
     catch (const Exception* exception)
@@ -83,6 +85,24 @@ bool CMp4File::Verify()
         SetLastError(exception->Message);
         throw;
     }
+}
+
+bool CMp4File::Save()
+{
+    const auto save = [this]
+    {
+        if (GetFilename().GetPathOnly().IsEmpty() || !IsOpen())
+            return Fail(L"There is no open file to save");
+        if (!m_isVerified)
+            return Fail(L"The file was not verified as a film");
+        CMp4Saver saver(
+            {GetFilename().GetPathOnly(), GetVersion(), GetFileSize(), GetAtomsEnd(), GetRootAtoms(), m_allowMissingFTYP});
+        saver.WriteNewFile();
+        Close();
+        saver.ReplaceFile();
+        return true;
+    };
+    return Guard(save);
 }
 
 void CMp4File::Close()
@@ -93,6 +113,7 @@ void CMp4File::Close()
 
 void CMp4File::ForgetParts()
 {
+    m_isVerified = false;
     m_ftyp = nullptr;
     m_moov = nullptr;
     m_uits = nullptr;

@@ -2,6 +2,7 @@
 
 #include "core/containers/ZVStringHash.h"
 #include "mp4/model/Exception.h"
+#include "system/file/ZVFileInfo.h"
 #include "system/loader/ZVReaders.h"
 
 namespace
@@ -32,7 +33,12 @@ CMp4FileBase::~CMp4FileBase() = default;
 
 bool CMp4FileBase::Open(const ZVFilename& filename)
 {
-    return OpenStream(std::make_unique<CLibraryReader>(filename.GetPathOnly()), filename);
+    // Asked for before the file is opened: one that is exchanged in between then passes for a changed one.
+    const ZVFileInfo file(filename.GetPathOnly());
+    const bool isOpen = OpenStream(std::make_unique<CLibraryReader>(filename.GetPathOnly()), filename);
+    if (file.IsFound())
+        m_version = ZVFileVersion(file.GetStatus());
+    return isOpen;
 }
 
 bool CMp4FileBase::OpenStream(std::unique_ptr<CGeneralReader> stream, const ZVFilename& filename)
@@ -52,17 +58,22 @@ void CMp4FileBase::Close()
     m_reader.Attach(nullptr);
     m_stream.reset();
     m_fileSize = 0;
+    m_atomsEnd = 0;
+    m_version.reset();
 }
 
 bool CMp4FileBase::ReadAtoms()
 {
-    if (m_stream == nullptr || !m_stream->IsOpen())
+    if (!IsOpen())
         return Fail(L"Failed to open file");
     const bool isRead = Guard(
         [&]
         {
             while (std::unique_ptr<CAtom> atom = CAtom::Read(m_reader, nullptr, UINT64_MAX))
+            {
+                m_atomsEnd = static_cast<int64_t>(atom->GetPosition() + atom->GetSize());
                 AddRootAtom(std::move(atom));
+            }
             return true;
         });
     return isRead || ZVStringHash::Equal<false>(m_lastError, ReadPastEnd);

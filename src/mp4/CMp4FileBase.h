@@ -2,9 +2,11 @@
 
 #include "core/containers/ZVOwnedPtrArray.h"
 #include "mp4/model/CAtom.h"
+#include "system/file/ZVFileVersion.h"
 #include "system/filename/ZVFilename.h"
 
 #include <memory>
+#include <optional>
 
 // A file of atoms: it opens the file and reads the tree of its atoms. It belongs to one thread.
 //
@@ -23,6 +25,8 @@ public:
     bool OpenStream(std::unique_ptr<CGeneralReader> stream, const ZVFilename& filename);
     // Checks what the atoms say of each other, once they are read.
     virtual bool Verify() = 0;
+    // Writes the file anew with all that its atoms hold now.
+    virtual bool Save() = 0;
 
     // Reads all atoms of the file. One that ends in the middle of an atom keeps those before it, and that is a success.
     bool ReadAtoms();
@@ -54,6 +58,11 @@ protected:
     bool Fail(const wchar_t* error);
     void SetLastError(const ZVString& error) { m_lastError = error; }
     CAtomReader& GetReader() { return m_reader; }
+    bool IsOpen() { return m_stream != nullptr && m_stream->IsOpen(); }
+    // Which file was opened; nothing if it is not one of the disk.
+    const std::optional<ZVFileVersion>& GetVersion() const { return m_version; }
+    // Where the last atom ends that was read, as its header says.
+    int64_t GetAtomsEnd() const { return m_atomsEnd; }
     // The file, which is open.
     CGeneralReader& GetStream() { return *m_stream; }
     void AddRootAtom(std::unique_ptr<CAtom> atom);
@@ -69,6 +78,8 @@ private:
     std::unique_ptr<CGeneralReader> m_stream;
     CAtomReader m_reader;
     int64_t m_fileSize = 0;
+    int64_t m_atomsEnd = 0;
+    std::optional<ZVFileVersion> m_version;
     ZVOwnedPtrArray<CAtom> m_rootAtoms;
     ZVString m_lastError;
 };

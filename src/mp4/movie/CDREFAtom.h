@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mp4/model/CFullAtom.h"
+#include "mp4/model/GetText.h"
 
 // dref: where the media of a track are (ISO/IEC 14496-12, 8.7.2), which is nearly always the file itself.
 class CDREFAtom : public CFullAtom
@@ -37,6 +38,8 @@ public:
             visitor.Text("name", m_name);
         visitor.Text("location", m_location);
     }
+
+    bool HasLocation() const { return !GetText(m_location.Text()).IsEmpty(); }
 
 private:
     CAtomBytes m_name;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 void CChunkOffsetAtomBase::OffsetFields(CFieldVisitor& visitor, int32_t width)
 {
@@ -71,13 +72,16 @@ void CChunkOffsetAtomBase::ConvertToAbsolute()
 
 void CChunkOffsetAtomBase::Convert(Direction direction)
 {
+    const bool becomesRelative = direction == Direction::ToRelative;
+    if (std::exchange(m_isRelative, becomesRelative) == becomesRelative)
+        return;
     for (size_t run = 0; run < m_runs.size(); ++run)
     {
         const uint64_t start = m_runs[run].Atom->GetDataStart();
         const uint32_t end = run + 1 < m_runs.size() ? m_runs[run + 1].FirstChunk : m_matchedCount;
         for (uint32_t chunk = m_runs[run].FirstChunk; chunk < end; ++chunk)
         {
-            const uint64_t offset = direction == Direction::ToRelative ? GetOffset(chunk) - start : GetOffset(chunk) + start;
+            const uint64_t offset = becomesRelative ? GetOffset(chunk) - start : GetOffset(chunk) + start;
             if (m_offsets.GetRowWidth() == ShortOffset)
                 m_offsets.Set(chunk, static_cast<uint32_t>(offset));
             else

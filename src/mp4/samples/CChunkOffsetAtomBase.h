@@ -16,7 +16,7 @@ public:
     // mdat atoms must outlive what was found of them.
     void Verify(const CMDATList& mdatList, bool checkOverlap) override;
     // The chunks whose mdat is known are counted from the start of its data, and the reverse. An offset that does not fit into
-    // the table keeps its low bits.
+    // the table keeps its low bits. Nothing happens when they are counted so already.
     void ConvertToRelative() override;
     void ConvertToAbsolute() override;
 
@@ -26,6 +26,9 @@ public:
     {
         return m_offsets.GetRowWidth() == ShortOffset ? m_offsets.Get<uint32_t>(chunk) : m_offsets.Get<uint64_t>(chunk);
     }
+
+    // The largest offset that the table can hold.
+    uint64_t GetMaximumOffset() const { return m_offsets.GetRowWidth() == ShortOffset ? UINT32_MAX : UINT64_MAX; }
 
     // What Verify found: how many chunks, from the first one on, lie in an mdat, and the mdat of one of them; null for others.
     uint32_t GetMatchedCount() const { return m_matchedCount; }
@@ -61,6 +64,7 @@ private:
     CAtomTable m_offsets;
     std::vector<Run> m_runs;
     uint32_t m_matchedCount = 0;
+    bool m_isRelative = false;
 };
 
 // stco: offsets of 32 bits.
