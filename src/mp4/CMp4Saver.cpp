@@ -59,9 +59,10 @@ void CMp4Saver::WriteNewFile()
     m_newFile = std::make_unique<ZVLockedTemporaryFile>(TemporaryBase, TemporaryExtension);
     if (!m_newFile->IsReady())
         ThrowException(L"Error %d making the new file: %s", m_newFile->GetError(), m_newFile->GetPath());
-    CheckSpace(layout.GetFileSize());
+    m_newSize = layout.GetFileSize();
+    CheckSpace();
     Write(layout);
-    CheckNewFile(layout.GetFileSize());
+    CheckNewFile();
 }
 
 void CMp4Saver::FindTarget()
@@ -95,14 +96,14 @@ void CMp4Saver::CheckFilm() const
 }
 
 // The film stays until the new one is whole, so on its own device there must be room for both.
-void CMp4Saver::CheckSpace(int64_t size) const
+void CMp4Saver::CheckSpace() const
 {
     for (const ZVString& folder : {ZVPathLayout::FolderOf(m_newFile->GetPath()), ZVPathLayout::FolderOf(m_target)})
     {
         int64_t available = 0;
-        if (ZVFileSystem::ZVStatFS(folder, nullptr, nullptr, &available) && available < size)
-            ThrowException(L"There is no room for the new file in %s: it needs %I64d bytes, and %I64d are free", folder, size,
-                           available);
+        if (ZVFileSystem::ZVStatFS(folder, nullptr, nullptr, &available) && available < m_newSize)
+            ThrowException(L"There is no room for the new file in %s: it needs %I64d bytes, and %I64d are free", folder,
+                           m_newSize, available);
     }
 }
 
@@ -124,7 +125,7 @@ void CMp4Saver::Write(const CMp4Layout& layout)
         ThrowException(L"Error %d writing the new file: %s", errno, m_newFile->GetPath());
 }
 
-void CMp4Saver::CheckNewFile(int64_t size) const
+void CMp4Saver::CheckNewFile() const
 {
     CMp4File written(false, 0, true);
     if (m_film.AllowsMissingFTYP)
@@ -132,8 +133,8 @@ void CMp4Saver::CheckNewFile(int64_t size) const
     written.Open(ZVFilename::FromPath(m_newFile->GetPath()));
     if (!written.ReadAtoms() || !written.Verify())
         ThrowException(L"The new file cannot be read: %s", written.GetLastError());
-    if (written.GetFileSize() != size)
-        ThrowException(L"The new file has %I64d bytes and not %I64d", written.GetFileSize(), size);
+    if (written.GetFileSize() != m_newSize)
+        ThrowException(L"The new file has %I64d bytes and not %I64d", written.GetFileSize(), m_newSize);
     CMp4SaveCheck::TieItems(written.GetRootAtoms());
     CMp4SaveCheck::CheckPlaces(written.GetRootAtoms());
     CompareFilms(m_film.Roots, written.GetRootAtoms());
@@ -142,7 +143,8 @@ void CMp4Saver::CheckNewFile(int64_t size) const
 void CMp4Saver::ReplaceFile()
 {
     CheckVersion();
-    ZVReplaceOptions options {.From = ZVReplaceOptions::Attributes::OfOldFile, .Expected = m_film.Version};
+    const ZVReplaceOptions options {
+        .MinimumSize = m_newSize, .From = ZVReplaceOptions::Attributes::OfOldFile, .Expected = m_film.Version};
     // It deletes the new file too when it fails.
     m_newFile->HandOver();
     if (!ZVSafeReplace(m_target, m_newFile->GetPath(), options).Run())

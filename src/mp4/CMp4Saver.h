@@ -40,13 +40,14 @@ public:
 private:
     void FindTarget();
     void CheckFilm() const;
-    void CheckSpace(int64_t size) const;
+    void CheckSpace() const;
     void CheckVersion() const;
     void Write(const CMp4Layout& layout);
-    void CheckNewFile(int64_t size) const;
+    void CheckNewFile() const;
 
     CFilmToSave m_film;
     // Where a symbolic link leads to.
     ZVString m_target;
     std::unique_ptr<ZVLockedTemporaryFile> m_newFile;
+    int64_t m_newSize = 0;
 };

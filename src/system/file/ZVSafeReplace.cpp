@@ -74,6 +74,13 @@ bool HasNoLinks(int error)
     return std::ranges::find(Errors, error) != std::end(Errors);
 }
 
+// Whether a folder lets this user neither delete nor rename the file.
+bool IsKeptByFolder(const ZVFileInfo& folder, const ZVFileInfo& file)
+{
+    const uid_t user = geteuid();
+    return (folder.GetMode() & S_ISVTX) != 0 && user != 0 && user != file.GetStatus().st_uid && user != folder.GetStatus().st_uid;
+}
+
 // Has the new file on the disk before the old one goes. False if the disk has not taken it. A file that cannot be opened, or a
 // file system that cannot tell, is no reason to stop.
 bool WriteThrough(const ZVString& path)
@@ -239,9 +246,12 @@ bool ZVSafeReplace::Exchange()
     return false;
 }
 
-// Gives the original its second name, which is its only one where it can have no two.
+// Gives the original its second name, which is its only one where it can have no two. In a folder that keeps the files of others
+// the second name could not be deleted again.
 bool ZVSafeReplace::SetAside(bool& hasTwoNames)
 {
+    if (IsKeptByFolder(ZVFileInfo(m_folder), ZVFileInfo(m_path)))
+        return false;
     hasTwoNames = Link(m_path, m_original);
     return hasTwoNames || (HasNoLinks(errno) && Move(m_path, m_original));
 }

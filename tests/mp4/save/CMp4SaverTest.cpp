@@ -78,14 +78,6 @@ Bytes MakeFilm(const Content& content = {})
     return Films(content).Make();
 }
 
-uint64_t NumberAt(const Bytes& bytes, size_t position, int width)
-{
-    uint64_t number = 0;
-    for (int index = 0; index < width; ++index)
-        number = number << 8 | static_cast<uint8_t>(bytes[position++]);
-    return number;
-}
-
 // The bytes of the three chunks, found by hand.
 std::vector<Bytes> ReadChunks(const Bytes& film)
 {
@@ -171,6 +163,19 @@ TEST_F(CMp4SaverTest, ItemsKeepTheirBytes)
     const size_t first = after.find("iloc") + 12;
     EXPECT_EQ(after.substr(100 + NumberAt(after, first + 10, 4), 4), "two!");
     EXPECT_EQ(after.substr(NumberAt(after, first + 28, 4), 4), "six!");
+}
+
+// Of long bodies there is only the place in the file that is open.
+TEST_F(CMp4SaverTest, CopiesWhatIsNotInMemory)
+{
+    Bytes body(CAtomBytes::MaximumInMemory + size_t {5'000'000}, ' ');
+    std::ranges::generate(body, [number = 0u]() mutable { return static_cast<char>((number += 2654435761u) >> 24); });
+    const Bytes before = MakeFilm({.InMovie = Atom("udta", Atom("long", body))}) + Atom("uuid", Bytes(16, 'u') + body);
+    Put("film.mp4", before);
+    CMp4File film;
+    ASSERT_TRUE(Open(film, "film.mp4"));
+    EXPECT_TRUE(film.Save());
+    EXPECT_TRUE(GetAt("film.mp4") == before);
 }
 
 TEST_F(CMp4SaverTest, RefusesWhatCouldBeLost)

@@ -4,6 +4,15 @@
 #include "mp4/CMp4File.h"
 #include "system/file/FileFixture.h"
 
+// A number in the bytes of a file.
+inline uint64_t NumberAt(const AtomBytes::Bytes& bytes, size_t position, int width)
+{
+    uint64_t number = 0;
+    for (int index = 0; index < width; ++index)
+        number = number << 8 | static_cast<uint8_t>(bytes[position++]);
+    return number;
+}
+
 // Tests that save films in a folder of their own, which is the home folder too.
 class SaveFixture : public FileFixture
 {
