@@ -30,6 +30,11 @@ public:
     // becomes the last error and goes on to the caller, who frees it.
     bool Verify() override;
 
+    // Adds the movie of a second file behind the own one; both must be verified. From then on the media of both are those of this
+    // file, which therefore keeps the second one's file open, and the second object is closed. When it fails, both are as they were.
+    // The tags stay those of this file.
+    bool Append(CMp4File& second);
+
     // Sets what the tags tell. True when there is at least one.
     bool GetTags(ZVPropertyMap& map);
     // Sets what the file is: type, size, duration in seconds, sample rate, channels, bit depth, kind of media, width and height in
@@ -49,6 +54,7 @@ private:
     CContainerAtom* FindQTMeta();
     bool GetAllTags(ZVPropertyMap& map);
     bool WriteImage(ZVFilename& filename);
+    void AppendMovie(CMp4File& second);
     bool SetFileInfo(ZVPropertyMap& map) const;
     int64_t GetBitrate(double duration) const;
 

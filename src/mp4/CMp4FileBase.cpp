@@ -4,6 +4,10 @@
 #include "mp4/model/Exception.h"
 #include "system/loader/ZVReaders.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 namespace
 {
 // A file through a reader of the reader library.
@@ -38,30 +42,31 @@ bool CMp4FileBase::Open(const ZVFilename& filename)
 bool CMp4FileBase::OpenStream(std::unique_ptr<CGeneralReader> stream, const ZVFilename& filename)
 {
     Close();
-    m_stream = std::move(stream);
-    m_reader.Attach(m_stream.get());
-    m_fileSize = m_reader.GetLength();
+    m_source.Stream = std::move(stream);
+    GetReader().Attach(m_source.Stream.get());
+    m_fileSize = GetReader().GetLength();
     m_filename = filename;
-    return m_stream->IsOpen();
+    return m_source.Stream->IsOpen();
 }
 
 // The atoms go first: some of their bytes are still in the file.
 void CMp4FileBase::Close()
 {
     m_rootAtoms.RemoveAll();
-    m_reader.Attach(nullptr);
-    m_stream.reset();
+    m_taken.clear();
+    GetReader().Attach(nullptr);
+    m_source.Stream.reset();
     m_fileSize = 0;
 }
 
 bool CMp4FileBase::ReadAtoms()
 {
-    if (m_stream == nullptr || !m_stream->IsOpen())
+    if (m_source.Stream == nullptr || !m_source.Stream->IsOpen())
         return Fail(L"Failed to open file");
     const bool isRead = Guard(
         [&]
         {
-            while (std::unique_ptr<CAtom> atom = CAtom::Read(m_reader, nullptr, UINT64_MAX))
+            while (std::unique_ptr<CAtom> atom = CAtom::Read(GetReader(), nullptr, UINT64_MAX))
                 AddRootAtom(std::move(atom));
             return true;
         });
@@ -72,6 +77,21 @@ void CMp4FileBase::AddRootAtom(std::unique_ptr<CAtom> atom)
 {
     m_rootAtoms.Add(atom.get());
     atom.release();
+}
+
+std::unique_ptr<CAtom> CMp4FileBase::ReplaceRootAtom(CAtom& atom, std::unique_ptr<CAtom> replacement)
+{
+    m_rootAtoms.SetElement(m_rootAtoms.Find(&atom), replacement.release(), false);
+    return std::unique_ptr<CAtom>(&atom);
+}
+
+void CMp4FileBase::TakeFile(CMp4FileBase& other)
+{
+    Source fresh;
+    m_taken.reserve(m_taken.size() + other.m_taken.size() + 1);
+    m_taken.push_back(std::exchange(other.m_source, std::move(fresh)));
+    std::ranges::move(other.m_taken, std::back_inserter(m_taken));
+    other.Close();
 }
 
 bool CMp4FileBase::Fail(const wchar_t* error)

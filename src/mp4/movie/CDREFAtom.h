@@ -18,6 +18,9 @@ public:
         visitor.Children(*this, m_count);
     }
 
+    // Throws when media of one of the two lie in another file.
+    void Append(CAtom& other) override;
+
 private:
     uint32_t m_count = 0;
 };
@@ -37,6 +40,10 @@ public:
             visitor.Text("name", m_name);
         visitor.Text("location", m_location);
     }
+
+    void Append(CAtom& other) override;
+
+    bool IsElsewhere() const { return !m_location.Text().empty() && m_location.Text().front() != '\0'; }
 
 private:
     CAtomBytes m_name;

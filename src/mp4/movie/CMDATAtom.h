@@ -4,6 +4,9 @@
 #include "mp4/model/CAtomBytes.h"
 #include "mp4/model/CFieldVisitor.h"
 
+#include <cstddef>
+#include <vector>
+
 // mdat: the media themselves, which stay in the file. The last one of a file may be cut.
 class CMDATAtom : public CAtom
 {
@@ -12,15 +15,30 @@ public:
 
     using CAtom::CAtom;
 
-    void Fields(CFieldVisitor& visitor) { visitor.Range("data", m_data, CRangeEnd::MayBeCut); }
+    void Fields(CFieldVisitor& visitor)
+    {
+        visitor.Range("data", m_data, CRangeEnd::MayBeCut);
+        for (CAtomBytes& data : m_appended)
+            visitor.Range("appended data", data, CRangeEnd::MayBeCut);
+    }
+    // Adds the data of another atom, which stay in its file.
+    void Append(CAtom& other) override;
+    // Drops appended data until that many pieces are left.
+    void DropAppended(size_t count) { m_appended.resize(count); }
+    size_t GetAppendedCount() const { return m_appended.size(); }
 
     // Where the data begin in the file.
     uint64_t GetDataStart() const { return static_cast<uint64_t>(m_data.GetStart()); }
-    // How many bytes of data the header says there are.
-    uint64_t GetDataSize() const { return static_cast<uint64_t>(m_data.GetDeclaredCount()); }
+    // How many bytes of data the header says there are, with what was appended.
+    uint64_t GetDataSize() const;
+    // How many of them its own file has.
+    uint64_t GetOwnDataSize() const { return static_cast<uint64_t>(m_data.GetDeclaredCount()); }
+    // Whether its own file ends before its data do.
+    bool IsCut() const { return m_data.GetCount() < m_data.GetDeclaredCount(); }
 
 private:
     CAtomBytes m_data;
+    std::vector<CAtomBytes> m_appended;  // of other files, behind the own
 };
 
 inline constexpr CAtomClass CMDATAtom::Class = MakeAtomClass<CMDATAtom>("CMDATAtom");
