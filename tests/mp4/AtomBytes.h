@@ -73,9 +73,9 @@ private:
     size_t m_position = 0;
 };
 
-// A list of pointers to atoms as they are written.
+// Atoms as they are written, given as a list of pointers.
 template <class Atoms>
-Bytes WriteAtoms(const Atoms& atoms)
+Bytes WriteAll(const Atoms& atoms)
 {
     struct Sink : IAtomSink
     {
@@ -131,8 +131,7 @@ struct Tree
         return dynamic_cast<Atom*>(atom);
     }
 
-    // All roots as they are written.
-    Bytes Write() const { return WriteAtoms(Roots); }
+    Bytes Write() const { return WriteAll(Roots); }
 
     MemoryFile File;
     CAtomReader Reader;

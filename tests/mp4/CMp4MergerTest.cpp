@@ -114,7 +114,7 @@ struct Merged : Tree
             EXPECT_TRUE(first.Append(next));
             EXPECT_EQ(first.GetLastError(), L"");
         }
-        return WriteAtoms(first.GetRootAtoms());
+        return WriteAll(first.GetRootAtoms());
     }
 
     // The samples of a track, one after the other.
@@ -329,12 +329,12 @@ TEST_P(MergeRefusalTest, LeavesBothFilmsAsTheyWere)
     CMp4File first, second;
     Open(first, one.Make());
     Open(second, other.Make());
-    const Bytes firstBytes = WriteAtoms(first.GetRootAtoms());
-    const Bytes secondBytes = WriteAtoms(second.GetRootAtoms());
+    const Bytes firstBytes = WriteAll(first.GetRootAtoms());
+    const Bytes secondBytes = WriteAll(second.GetRootAtoms());
     EXPECT_FALSE(first.Append(second));
     EXPECT_EQ(first.GetLastError(), GetParam().Error);
-    EXPECT_EQ(WriteAtoms(first.GetRootAtoms()), firstBytes);
-    EXPECT_EQ(WriteAtoms(second.GetRootAtoms()), secondBytes);
+    EXPECT_EQ(WriteAll(first.GetRootAtoms()), firstBytes);
+    EXPECT_EQ(WriteAll(second.GetRootAtoms()), secondBytes);
 }
 
 // Gives the second film one thing that the first one has otherwise.
@@ -467,6 +467,24 @@ TEST(CMp4MergerTest, KeepsTheOwnTagsAndBitRates)
     first.Samples.Entries = Descriptions({VideoEntry("avc1", Atom("avcC", "same") + Atom("btrt", "1"))});
     second.Samples.Entries = Descriptions({VideoEntry("avc1", Atom("btrt", "2") + Atom("avcC", "same"))});
     EXPECT_THAT(Merged({first.Make(), second.Make()}).Write(), EndsWith(first.InMovie));
+}
+
+TEST(CMp4MergerTest, TellsDataAcrossTheFilesThatTheyAreIn)
+{
+    CMp4File first, second;
+    Open(first, Parts().Make());
+    Parts other;
+    other.Data = Atom("mdat", "ccdd");
+    Open(second, other.Make());
+    ASSERT_TRUE(first.Append(second));
+    const auto& mdat = static_cast<const CMDATAtom&>(*first.GetRootAtoms()[1]);
+    const std::string all = "aabbccdd";
+    for (size_t start = 0; start < all.size(); ++start)
+        for (size_t count = 0; count <= all.size() - start; ++count)
+        {
+            const std::vector<uint8_t> part = mdat.GetPart(static_cast<int64_t>(start), static_cast<int64_t>(count));
+            EXPECT_EQ(std::string(part.begin(), part.end()), all.substr(start, count)) << start;
+        }
 }
 
 TEST(CMp4MergerTest, NeedsTwoVerifiedFiles)

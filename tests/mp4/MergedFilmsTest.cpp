@@ -46,7 +46,7 @@ protected:
             EXPECT_TRUE(first.Append(next));
             EXPECT_EQ(first.GetLastError(), L"");
         }
-        WorkFolder::Write("merged.mp4", AtomBytes::WriteAtoms(first.GetRootAtoms()));
+        WorkFolder::Write("merged.mp4", AtomBytes::WriteAll(first.GetRootAtoms()));
     }
 
     struct Frame

@@ -60,6 +60,8 @@ public:
     void ReadIntoMemory(CAtomReader& reader, int64_t count);
     void ReadRange(CAtomReader& reader, int64_t count, CRangeEnd end);
     void Write(CAtomWriter& writer) const;
+    // A copy of some of the bytes, which must all be there, wherever they are.
+    std::vector<uint8_t> GetPart(int64_t start, int64_t count) const;
 
     // The place in the file, of bytes that are not in memory.
     int64_t GetStart() const { return m_start; }

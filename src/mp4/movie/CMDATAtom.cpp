@@ -1,5 +1,7 @@
 #include "mp4/movie/CMDATAtom.h"
 
+#include <algorithm>
+
 uint64_t CMDATAtom::GetDataSize() const
 {
     uint64_t size = GetOwnDataSize();
@@ -15,4 +17,23 @@ void CMDATAtom::Append(CAtom& other)
     all.push_back(second.m_data);
     all.insert(all.end(), second.m_appended.begin(), second.m_appended.end());
     m_appended.swap(all);
+}
+
+std::vector<uint8_t> CMDATAtom::GetPart(int64_t start, int64_t count) const
+{
+    std::vector<uint8_t> part;
+    const auto take = [&](const CAtomBytes& data)
+    {
+        const int64_t inside = std::clamp<int64_t>(data.GetCount() - start, 0, count);
+        if (inside > 0)
+        {
+            const std::vector<uint8_t> bytes = data.GetPart(start, inside);
+            part.insert(part.end(), bytes.begin(), bytes.end());
+        }
+        start = std::max<int64_t>(start - data.GetCount(), 0);
+        count -= inside;
+    };
+    take(m_data);
+    std::ranges::for_each(m_appended, take);
+    return part;
 }

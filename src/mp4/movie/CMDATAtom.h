@@ -33,6 +33,8 @@ public:
     uint64_t GetDataSize() const;
     // How many of them its own file has.
     uint64_t GetOwnDataSize() const { return static_cast<uint64_t>(m_data.GetDeclaredCount()); }
+    // A copy of some of the data, which must all be there, in whatever files they are.
+    std::vector<uint8_t> GetPart(int64_t start, int64_t count) const;
     // Whether its own file ends before its data do.
     bool IsCut() const { return m_data.GetCount() < m_data.GetDeclaredCount(); }
 
