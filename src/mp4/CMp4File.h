@@ -30,6 +30,11 @@ public:
     // becomes the last error and goes on to the caller, who frees it.
     bool Verify() override;
 
+    // Adds the movie of a second file behind the own one; both must be verified. From then on the media of both are those of this
+    // file, which therefore keeps the second one's file open, and the second object is closed. When it fails, both are as they were.
+    // The tags stay those of this file.
+    bool Append(CMp4File& second);
+
     // Writes the film anew and puts it in the place of the file, which was verified. The film is never lost: the new file is written
     // in the folder for temporary files, read again and compared, and only then takes the name. It keeps owner, mode and extended
     // attributes; a symbolic link keeps leading to it; other names of the file keep the old content.
@@ -58,6 +63,7 @@ private:
     CContainerAtom* FindQTMeta();
     bool GetAllTags(ZVPropertyMap& map);
     bool WriteImage(ZVFilename& filename);
+    void AppendMovie(CMp4File& second);
     bool SetFileInfo(ZVPropertyMap& map) const;
     int64_t GetBitrate(double duration) const;
 

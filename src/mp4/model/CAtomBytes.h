@@ -50,6 +50,8 @@ public:
     std::span<const uint8_t> View() const { return m_bytes; }
     // To change those in memory.
     uint8_t* GetData() { return m_bytes.data(); }
+    // Drops those behind a count, or adds zeros up to it. Of bytes in memory.
+    void Resize(int64_t count) { m_bytes.resize(static_cast<size_t>(count), uint8_t {0}); }
     std::string_view Text() const { return {reinterpret_cast<const char*>(m_bytes.data()), m_bytes.size()}; }
 
     // Takes the next bytes of a file, which ends the reading if they are not all there: into memory if they are few, or however

@@ -19,6 +19,9 @@ public:
         visitor.Children(*this, m_count);
     }
 
+    // Throws when media of one of the two lie in another file.
+    void Append(CAtom& other) override;
+
 private:
     uint32_t m_count = 0;
 };
@@ -38,6 +41,8 @@ public:
             visitor.Text("name", m_name);
         visitor.Text("location", m_location);
     }
+
+    void Append(CAtom& other) override;
 
     bool HasLocation() const { return !GetText(m_location.Text()).IsEmpty(); }
 

@@ -4,6 +4,8 @@
 #include "mp4/model/CFullAtom.h"
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <vector>
 
 // Where the chunks of a track lie (ISO/IEC 14496-12, 8.7.5), and in which of the file's mdat atoms. Chunks count from 0.
@@ -19,6 +21,12 @@ public:
     // the table keeps its low bits. Nothing happens when they are counted so already.
     void ConvertToRelative() override;
     void ConvertToAbsolute() override;
+
+    // Adds chunks of the same width, counted from the start of their mdat like the own ones. All own ones must be matched.
+    void Append(CAtom& other) override;
+    // Puts the chunks of each mdat into another, behind that many bytes of it, which the function tells. They must be counted from
+    // the start of their mdat and fit into the table then.
+    void MoveInto(CMDATAtom& target, const std::function<uint64_t(const CMDATAtom&)>& findBytesBefore);
 
     uint32_t GetChunkCount() const { return m_offsets.GetCount(); }
     // Where a chunk begins that is in the table.
@@ -42,6 +50,8 @@ protected:
     CChunkOffsetAtomBase(const CChunkOffsetAtomBase& other) : CFullAtom(other), m_offsets(other.m_offsets) {}
 
     void OffsetFields(CFieldVisitor& visitor, int32_t width);
+    // Takes the chunks of another table, whatever its width.
+    void TakeChunks(const CChunkOffsetAtomBase& other);
 
 private:
     // Chunks in the same mdat, up to the next run.
@@ -60,6 +70,9 @@ private:
     template <class Offset>
     void Match(const class CMDATIndex& index);
     void Convert(Direction direction);
+    void SetOffset(uint32_t chunk, uint64_t offset);
+    // Behind the last chunk of a run.
+    uint32_t GetEnd(size_t run) const { return run + 1 < m_runs.size() ? m_runs[run + 1].FirstChunk : m_matchedCount; }
 
     CAtomTable m_offsets;
     std::vector<Run> m_runs;
@@ -85,6 +98,9 @@ public:
     static const CAtomClass Class;
 
     using CChunkOffsetAtomBase::CChunkOffsetAtomBase;
+
+    // A table of the same chunks with room for any offset.
+    static std::unique_ptr<CCO64Atom> MakeFrom(const CChunkOffsetAtomBase& chunks);
 
     void Fields(CFieldVisitor& visitor) { OffsetFields(visitor, LongOffset); }
 };

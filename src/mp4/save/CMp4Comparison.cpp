@@ -42,11 +42,11 @@ void Expect(bool isSame, const wchar_t* what)
 
 void CompareData(const CMDATAtom& film, const CMDATAtom& written)
 {
-    const int64_t size = film.GetData().GetCount();
-    Expect(written.GetData().GetCount() == size && written.GetDataSize() == film.GetDataSize(), L"the size of an mdat");
+    const int64_t size = film.GetPresentSize();
+    Expect(written.GetPresentSize() == size && written.GetDataSize() == film.GetDataSize(), L"the size of an mdat");
     const int64_t count = std::min(size, EndSize);
     for (const int64_t start : {int64_t {0}, size - count})
-        Expect(film.GetData().GetPart(start, count) == written.GetData().GetPart(start, count), L"the bytes of an mdat");
+        Expect(film.GetPart(start, count) == written.GetPart(start, count), L"the bytes of an mdat");
 }
 
 // A place that is not found has no number.
