@@ -4,19 +4,25 @@
 
 uint64_t CMDATAtom::GetDataSize() const
 {
-    uint64_t size = GetOwnDataSize();
+    auto size = static_cast<uint64_t>(m_data.GetDeclaredCount());
     for (const CAtomBytes& data : m_appended)
         size += static_cast<uint64_t>(data.GetDeclaredCount());
+    return size;
+}
+
+int64_t CMDATAtom::GetPresentSize() const
+{
+    int64_t size = m_data.GetCount();
+    for (const CAtomBytes& data : m_appended)
+        size += data.GetCount();
     return size;
 }
 
 void CMDATAtom::Append(CAtom& other)
 {
     const auto& second = static_cast<const CMDATAtom&>(other);
-    std::vector<CAtomBytes> all = m_appended;
-    all.push_back(second.m_data);
-    all.insert(all.end(), second.m_appended.begin(), second.m_appended.end());
-    m_appended.swap(all);
+    m_appended.push_back(second.m_data);
+    m_appended.insert(m_appended.end(), second.m_appended.begin(), second.m_appended.end());
 }
 
 std::vector<uint8_t> CMDATAtom::GetPart(int64_t start, int64_t count) const

@@ -31,11 +31,10 @@ public:
     uint64_t GetDataStart() const { return static_cast<uint64_t>(m_data.GetStart()); }
     // How many bytes of data the header says there are, with what was appended.
     uint64_t GetDataSize() const;
-    // How many of them its own file has.
-    uint64_t GetOwnDataSize() const { return static_cast<uint64_t>(m_data.GetDeclaredCount()); }
-    // A copy of some of the data, which must all be there, in whatever files they are.
+    // How many are really there: fewer in a file that is cut.
+    int64_t GetPresentSize() const;
+    // A copy of some of them, which must all be there, in whatever files they are.
     std::vector<uint8_t> GetPart(int64_t start, int64_t count) const;
-    // Whether its own file ends before its data do.
     bool IsCut() const { return m_data.GetCount() < m_data.GetDeclaredCount(); }
 
 private:
