@@ -227,20 +227,24 @@ void CMp4File::AppendMovie(CMp4File& second)
     std::unique_ptr<CMOOVAtom> movie = merger.MergeMovies();
     CMDATAtom* const target = merger.GetTarget();
     const size_t count = target == nullptr ? 0 : target->GetAppendedCount();
-    for (CMDATAtom* const mdat : second.m_mdatList)
-        target->Append(*mdat);
     CAtom& merged = *movie;
-    std::unique_ptr<CAtom> before = ReplaceRootAtom(*m_moov, std::move(movie));
+    std::unique_ptr<CAtom> before;
     try
     {
+        for (CMDATAtom* const mdat : second.m_mdatList)
+            target->Append(*mdat);
+        before = ReplaceRootAtom(*m_moov, std::move(movie));
         Verify();
     }
     catch (...)
     {
         if (target != nullptr)
             target->DropAppended(count);
-        ReplaceRootAtom(merged, std::move(before));
-        Verify();
+        if (before != nullptr)
+        {
+            ReplaceRootAtom(merged, std::move(before));
+            Verify();
+        }
         throw;
     }
     TakeFile(second);

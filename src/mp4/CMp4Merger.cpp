@@ -6,6 +6,7 @@
 #include "mp4/samples/CSTBLAtom.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace
 {
@@ -83,10 +84,7 @@ std::unique_ptr<CMOOVAtom> CMp4Merger::MergeMovies() const
             ForEachTable(*movie, [](CSTBLAtom& tables) { tables.WidenChunkOffsets(); });
         movie->ConvertToRelative();
     }
-    if (m_target != nullptr)
-        ForEachTable(
-            *second, [this](const CSTBLAtom& tables)
-            { tables.GetChunkOffsets()->MoveInto(*m_target, [this](const CMDATAtom& mdat) { return CountBytesBefore(mdat); }); });
+    MoveIntoTarget(*second);
     first->Append(*second);
     if (!fault.IsEmpty())
         ThrowException(L"%s", fault);
@@ -134,15 +132,17 @@ bool CMp4Merger::NeedsLongOffsets(const CMOOVAtom& first, const CMOOVAtom& secon
     return end > MaximumShortEnd || HasLongOffsets(first) || HasLongOffsets(second);
 }
 
-// In the data of the target.
-uint64_t CMp4Merger::CountBytesBefore(const CMDATAtom& mdat) const
+// The data of the second file's mdat atoms come one after the other behind those that are there.
+void CMp4Merger::MoveIntoTarget(const CMOOVAtom& second) const
 {
-    uint64_t count = m_target->GetDataSize();
-    for (const CMDATAtom* const other : m_second.MdatList)
+    if (m_target == nullptr)
+        return;
+    std::unordered_map<const CMDATAtom*, uint64_t> bytesBefore;
+    uint64_t end = m_target->GetDataSize();
+    for (const CMDATAtom* const mdat : m_second.MdatList)
     {
-        if (other == &mdat)
-            break;
-        count += other->GetDataSize();
+        bytesBefore.emplace(mdat, end);
+        end += mdat->GetDataSize();
     }
-    return count;
+    ForEachTable(second, [&](const CSTBLAtom& tables) { tables.GetChunkOffsets()->MoveInto(*m_target, bytesBefore); });
 }

@@ -32,7 +32,7 @@ private:
     void CheckRootAtoms() const;
     ZVString FindFault(const CMOOVAtom& first, const CMOOVAtom& second) const;
     bool NeedsLongOffsets(const CMOOVAtom& first, const CMOOVAtom& second) const;
-    uint64_t CountBytesBefore(const CMDATAtom& mdat) const;
+    void MoveIntoTarget(const CMOOVAtom& second) const;
 
     const Side m_first;
     const Side m_second;

@@ -29,27 +29,37 @@ bool CContainerAtom::StaysOwn(uint32_t type)
     return std::ranges::find(Types, type) != std::end(Types);
 }
 
+std::unordered_map<uint32_t, int32_t> CContainerAtom::CountTypes() const
+{
+    std::unordered_map<uint32_t, int32_t> counts;
+    for (const CAtom* const child : m_children)
+        ++counts[child->GetType()];
+    return counts;
+}
+
 void CContainerAtom::Append(CAtom& other)
 {
     if (&other.GetClass() != &GetClass())
         CAtom::Append(other);
     const auto& second = static_cast<CContainerAtom&>(other);
+    // What is appended may add children.
+    const std::unordered_map<uint32_t, int32_t> counts = CountTypes();
+    const std::unordered_map<uint32_t, int32_t> otherCounts = second.CountTypes();
     for (CAtom* const child : second.m_children)
     {
         const uint32_t type = child->GetType();
-        const int32_t count = CountChildren(type);
         if (StaysOwn(type))
             continue;
-        if (count == 0)
+        if (!counts.contains(type))
             AppendMissing(*child);
-        else if (count == 1 && second.CountChildren(type) == 1)
+        else if (counts.at(type) == 1 && otherCounts.at(type) == 1)
             GetFirstChild(type)->Append(*child);
         else
             AppendMultiple(*child);
     }
     // It may tell of each sample, and then it would fall short.
     for (CAtom* const child : m_children)
-        if (child->IsOpaque() && !StaysOwn(child->GetType()) && second.GetFirstChild(child->GetType()) == nullptr)
+        if (child->IsOpaque() && !StaysOwn(child->GetType()) && !otherCounts.contains(child->GetType()))
             child->CAtom::Append(*child);
 }
 
@@ -121,14 +131,9 @@ CAtom* CContainerAtom::GetFirstChild(uint32_t type) const
     return GetChild(type, index);
 }
 
-int32_t CContainerAtom::CountChildren(uint32_t type) const
-{
-    return static_cast<int32_t>(std::ranges::count(m_children, type, &CAtom::GetType));
-}
-
 CAtom& CContainerAtom::GetRequiredChild(uint32_t type) const
 {
-    if (CountChildren(type) != 1)
+    if (std::ranges::count(m_children, type, &CAtom::GetType) != 1)
         ThrowException(L"%s atom has wrong number of %s atoms", GetTypeName(), GetTypeText(type));
     return *GetFirstChild(type);
 }

@@ -5,6 +5,9 @@
 #include "mp4/model/CAtomBytes.h"
 #include "mp4/model/CFieldVisitor.h"
 
+#include <cstdint>
+#include <unordered_map>
+
 // An atom with a list of further atoms, in the order of the file.
 class CContainerAtom : public CAtom
 {
@@ -39,7 +42,6 @@ public:
     // A child of a type; the index counts down through those before it. Null, with what is left of the index, if there is none.
     CAtom* GetChild(uint32_t type, int32_t& index) const;
     CAtom* GetFirstChild(uint32_t type) const;
-    int32_t CountChildren(uint32_t type) const;
     // The only child of a type; throws when there is none or more than one.
     CAtom& GetRequiredChild(uint32_t type) const;
     // What the first hdlr child says that the atoms beside it are about, or 0.
@@ -55,6 +57,8 @@ protected:
     static bool StaysOwn(uint32_t type);
 
 private:
+    std::unordered_map<uint32_t, int32_t> CountTypes() const;
+
     ZVOwnedPtrArray<CAtom> m_children;
     CAtomBytes m_passedOver;
 };

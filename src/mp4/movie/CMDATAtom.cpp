@@ -21,10 +21,8 @@ int64_t CMDATAtom::GetPresentSize() const
 void CMDATAtom::Append(CAtom& other)
 {
     const auto& second = static_cast<const CMDATAtom&>(other);
-    std::vector<CAtomBytes> all = m_appended;
-    all.push_back(second.m_data);
-    all.insert(all.end(), second.m_appended.begin(), second.m_appended.end());
-    m_appended.swap(all);
+    m_appended.push_back(second.m_data);
+    m_appended.insert(m_appended.end(), second.m_appended.begin(), second.m_appended.end());
 }
 
 std::vector<uint8_t> CMDATAtom::GetPart(int64_t start, int64_t count) const

@@ -101,11 +101,11 @@ void CChunkOffsetAtomBase::Append(CAtom& other)
     m_matchedCount = before + second.m_matchedCount;
 }
 
-void CChunkOffsetAtomBase::MoveInto(CMDATAtom& target, const std::function<uint64_t(const CMDATAtom&)>& findBytesBefore)
+void CChunkOffsetAtomBase::MoveInto(CMDATAtom& target, const std::unordered_map<const CMDATAtom*, uint64_t>& bytesBefore)
 {
     for (size_t run = 0; run < m_runs.size(); ++run)
     {
-        const uint64_t before = findBytesBefore(*m_runs[run].Atom);
+        const uint64_t before = bytesBefore.at(m_runs[run].Atom);
         for (uint32_t chunk = m_runs[run].FirstChunk; chunk < GetEnd(run); ++chunk)
             SetOffset(chunk, GetOffset(chunk) + before);
         m_runs[run].Atom = &target;

@@ -4,8 +4,8 @@
 #include "mp4/model/CFullAtom.h"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 // Where the chunks of a track lie (ISO/IEC 14496-12, 8.7.5), and in which of the file's mdat atoms. Chunks count from 0.
@@ -24,9 +24,9 @@ public:
 
     // Adds chunks of the same width, counted from the start of their mdat like the own ones. All own ones must be matched.
     void Append(CAtom& other) override;
-    // Puts the chunks of each mdat into another, behind that many bytes of it, which the function tells. They must be counted from
-    // the start of their mdat and fit into the table then.
-    void MoveInto(CMDATAtom& target, const std::function<uint64_t(const CMDATAtom&)>& findBytesBefore);
+    // Puts the chunks into another mdat, behind as many bytes of it as the map has for the mdat that they are in. They must be
+    // counted from the start of their mdat, and fit into the table then.
+    void MoveInto(CMDATAtom& target, const std::unordered_map<const CMDATAtom*, uint64_t>& bytesBefore);
 
     uint32_t GetChunkCount() const { return m_offsets.GetCount(); }
     // Where a chunk begins that is in the table.
