@@ -1,6 +1,5 @@
 // Films of another program, merged and played by it.
 
-#include "mp4/AtomBytes.h"
 #include "mp4/CMp4File.h"
 #include "process/WorkFolder.h"
 
@@ -22,13 +21,13 @@ protected:
     }
 
     // One and a half seconds, in which the frames of picture and sound end together.
-    static void Make(const std::string& picture, int pitch, const std::string& film)
+    static void Make(const std::string& picture, int pitch, const std::string& options, const std::string& film)
     {
         Run("ffmpeg -v error -y -f lavfi -i " + picture + "=size=320x180:rate=25 -f lavfi -i sine=" + std::to_string(pitch) +
-            ":sample_rate=48000 -t 1.6 -c:v libx264 -bf 0 -g 10 -pix_fmt yuv420p -c:a ac3 -use_editlist 0 " + film);
+            ":sample_rate=48000 -t 1.6 -c:v libx264 -bf 0 -g 10 -pix_fmt yuv420p -c:a ac3 -use_editlist 0 " + options + " " + film);
     }
 
-    // Merges films into merged.mp4. The media stand in front of all that grows, so nothing has to be moved.
+    // Merges films into merged.mp4, which is a copy of the first.
     static void Merge(const std::vector<std::string>& films)
     {
         const auto open = [](CMp4File& file, const std::string& name)
@@ -37,8 +36,9 @@ protected:
             EXPECT_TRUE(file.ReadAtoms());
             EXPECT_TRUE(file.Verify());
         };
+        std::filesystem::copy_file(films.front(), "merged.mp4", std::filesystem::copy_options::overwrite_existing);
         CMp4File first;
-        open(first, films.front());
+        open(first, "merged.mp4");
         for (size_t index = 1; index < films.size(); ++index)
         {
             CMp4File next;
@@ -46,7 +46,8 @@ protected:
             EXPECT_TRUE(first.Append(next));
             EXPECT_EQ(first.GetLastError(), L"");
         }
-        WorkFolder::Write("merged.mp4", AtomBytes::WriteAll(first.GetRootAtoms()));
+        EXPECT_TRUE(first.Save());
+        EXPECT_EQ(first.GetLastError(), L"");
     }
 
     struct Frame
@@ -96,8 +97,9 @@ TEST_F(MergedFilmsTest, PlayOneAfterTheOther)
 {
     if (system("ffmpeg -version >/dev/null 2>&1") != 0)
         GTEST_SKIP() << "ffmpeg is not there";
-    Make("testsrc2", 440, "one.mp4");
-    Make("smptebars", 880, "two.mp4");
+    // The movie of the first film stands in front of its media, which have to make room for what it becomes.
+    Make("testsrc2", 440, "-movflags +faststart", "one.mp4");
+    Make("smptebars", 880, "", "two.mp4");
     const std::vector<std::string> films = {"one.mp4", "two.mp4", "one.mp4"};
     Merge(films);
 
