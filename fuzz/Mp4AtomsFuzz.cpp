@@ -1,5 +1,5 @@
 // The bytes of an MP4, QuickTime or HEIF file: its atoms are read, shown, written, and read and written again; then it is verified and
-// asked for all that the library tells of such a file.
+// asked for all that the library tells of such a file. It is merged with a copy of itself.
 
 #include "Require.h"
 #include "core/property/ZVPropertyMap.h"
@@ -66,6 +66,22 @@ public:
     std::vector<uint8_t> Bytes;
 };
 
+template <class Atoms>
+std::vector<uint8_t> WriteAll(const Atoms& atoms)
+{
+    MemorySink sink;
+    CAtomWriter writer(sink);
+    for (const auto& atom : atoms)
+    {
+        atom->ComputeSize();
+        const int64_t start = writer.GetCount();
+        atom->Write(writer);
+        Require(static_cast<uint64_t>(writer.GetCount() - start) == atom->GetSize());
+    }
+    writer.Flush();
+    return std::move(sink.Bytes);
+}
+
 int64_t CountAtoms(const CAtom& atom, int32_t depth)
 {
     Require(depth <= CAtomLimits::MaximumDepth);
@@ -109,20 +125,7 @@ public:
     int64_t GetEnd() const { return m_end; }
 
     // Writes what was read.
-    std::vector<uint8_t> Write() const
-    {
-        MemorySink sink;
-        CAtomWriter writer(sink);
-        for (const std::unique_ptr<CAtom>& root : m_roots)
-        {
-            root->ComputeSize();
-            const int64_t start = writer.GetCount();
-            root->Write(writer);
-            Require(static_cast<uint64_t>(writer.GetCount() - start) == root->GetSize());
-        }
-        writer.Flush();
-        return std::move(sink.Bytes);
-    }
+    std::vector<uint8_t> Write() const { return WriteAll(m_roots); }
 
     void Dump() const
     {
@@ -156,24 +159,27 @@ private:
     std::vector<std::unique_ptr<CAtom>> m_roots;
 };
 
-// As those do who show what a file is. Pictures go nowhere, but for that of a key, which is deleted.
-void AskEverything(std::span<const uint8_t> bytes)
+bool IsOpened(CMp4File& file, std::span<const uint8_t> bytes)
 {
-    CMp4File file;
     file.AllowMissingFTYP();
     Require(file.OpenStream(std::make_unique<MemoryFile>(bytes), ZVFilename::FromPath(L"film.mp4")));
-    if (!file.ReadAtoms())
-        return;
     try
     {
-        if (!file.Verify())
-            return;
+        return file.ReadAtoms() && file.Verify();
     }
     catch (Exception* exception)
     {
         delete exception;
-        return;
+        return false;
     }
+}
+
+// As those do who show what a file is. Pictures go nowhere, but for that of a key, which is deleted.
+void AskEverything(std::span<const uint8_t> bytes)
+{
+    CMp4File file;
+    if (!IsOpened(file, bytes))
+        return;
     ZVPropertyMap tags;
     file.GetTags(tags);
     if (tags.IsSet(L"Image File"))
@@ -182,6 +188,20 @@ void AskEverything(std::span<const uint8_t> bytes)
     Require(file.GetFileInfo(information) == information.IsSet(L"Media Type"));
     ZVFilename picture = ZVFilename::FromPath(L"/dev/null");
     file.GetImageFile(picture);
+}
+
+// A file fits behind itself if any does. One that does not stays as it was.
+void MergeTwice(std::span<const uint8_t> bytes)
+{
+    CMp4File first, second;
+    if (!IsOpened(first, bytes) || !IsOpened(second, bytes))
+        return;
+    const std::vector<uint8_t> before = WriteAll(first.GetRootAtoms());
+    const bool isMerged = first.Append(second);
+    Require(isMerged || !first.GetLastError().IsEmpty());
+    const std::vector<uint8_t> after = WriteAll(first.GetRootAtoms());
+    Require(isMerged ? after.size() >= before.size() : after == before);
+    Require(isMerged == (second.GetRootAtoms().GetCount() == 0));
 }
 }
 
@@ -201,5 +221,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Require(second.IsWhole);
     Require(second.Write() == written);
     AskEverything({data, size});
+    MergeTwice({data, size});
     return 0;
 }

@@ -2,6 +2,8 @@
 
 #include "core/property/ZVPropertyMap.h"
 #include "mp4/CMDATSearch.h"
+#include "mp4/CMp4Merger.h"
+#include "mp4/CMp4Saver.h"
 #include "mp4/CodecNames.h"
 #include "mp4/MediaSubTypes.h"
 #include "mp4/model/Exception.h"
@@ -76,6 +78,7 @@ bool CMp4File::Verify()
         if (m_mdatList.GetCount() == 0 && !m_allowMissingMDAT)
             return Fail(L"Missing MDAT Atom");
         m_moov->Verify(m_mdatList, m_checkOverlap);
+        m_isVerified = true;
         return true;
     }
     catch (const Exception* exception)
@@ -83,6 +86,26 @@ bool CMp4File::Verify()
         SetLastError(exception->Message);
         throw;
     }
+}
+
+bool CMp4File::Save()
+{
+    const auto save = [this]
+    {
+        if (GetFilename().GetPathOnly().IsEmpty() || !IsOpen())
+            return Fail(L"There is no open file to save");
+        if (!m_isVerified)
+            return Fail(L"The file was not verified as a film");
+        if (!AreTakenFilesSame())
+            return Fail(L"A file that was merged into this one was changed after it was opened");
+        CMp4Saver saver(
+            {GetFilename().GetPathOnly(), GetVersion(), GetFileSize(), GetAtomsEnd(), GetRootAtoms(), m_allowMissingFTYP});
+        saver.WriteNewFile();
+        Close();
+        saver.ReplaceFile();
+        return true;
+    };
+    return Guard(save);
 }
 
 void CMp4File::Close()
@@ -93,6 +116,7 @@ void CMp4File::Close()
 
 void CMp4File::ForgetParts()
 {
+    m_isVerified = false;
     m_ftyp = nullptr;
     m_moov = nullptr;
     m_uits = nullptr;
@@ -181,6 +205,49 @@ CContainerAtom* CMp4File::FindQTMeta()
         break;
     }
     return m_qtMeta;
+}
+
+bool CMp4File::Append(CMp4File& second)
+{
+    if (this == &second)
+        return Fail(L"A file cannot be merged with itself");
+    if (m_moov == nullptr || second.m_moov == nullptr)
+        return Fail(L"Only files that were verified can be merged");
+    return Guard(
+        [&]
+        {
+            AppendMovie(second);
+            return true;
+        });
+}
+
+void CMp4File::AppendMovie(CMp4File& second)
+{
+    const CMp4Merger merger({GetRootAtoms(), *m_moov, m_mdatList}, {second.GetRootAtoms(), *second.m_moov, second.m_mdatList});
+    std::unique_ptr<CMOOVAtom> movie = merger.MergeMovies();
+    CMDATAtom* const target = merger.GetTarget();
+    const size_t count = target == nullptr ? 0 : target->GetAppendedCount();
+    CAtom& merged = *movie;
+    std::unique_ptr<CAtom> before;
+    try
+    {
+        for (CMDATAtom* const mdat : second.m_mdatList)
+            target->Append(*mdat);
+        before = ReplaceRootAtom(*m_moov, std::move(movie));
+        Verify();
+    }
+    catch (...)
+    {
+        if (target != nullptr)
+            target->DropAppended(count);
+        if (before != nullptr)
+        {
+            ReplaceRootAtom(merged, std::move(before));
+            Verify();
+        }
+        throw;
+    }
+    TakeFile(second);
 }
 
 bool CMp4File::GetTags(ZVPropertyMap& map)

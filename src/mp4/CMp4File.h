@@ -30,6 +30,20 @@ public:
     // becomes the last error and goes on to the caller, who frees it.
     bool Verify() override;
 
+    // Adds the movie of a second file behind the own one; both must be verified. From then on the media of both are those of this
+    // file, which therefore keeps the second one's file open, and the second object is closed. When it fails, both are as they were.
+    // The tags stay those of this file.
+    bool Append(CMp4File& second);
+
+    // Writes the film anew and puts it in the place of the file, which was verified. The film is never lost: the new file is written
+    // in the folder for temporary files, read again and compared, and only then takes the name. It keeps owner, mode and extended
+    // attributes; a symbolic link keeps leading to it; other names of the file keep the old content.
+    //
+    // A film that might not survive it is refused, such as one that is cut, in fragments, or with offsets that cannot be moved, and
+    // a file that was changed since it was opened. Whenever it fails the file is as it was. Once the new file was to take its place
+    // this object is closed.
+    bool Save() override;
+
     // Sets what the tags tell. True when there is at least one.
     bool GetTags(ZVPropertyMap& map);
     // Sets what the file is: type, size, duration in seconds, sample rate, channels, bit depth, kind of media, width and height in
@@ -49,6 +63,7 @@ private:
     CContainerAtom* FindQTMeta();
     bool GetAllTags(ZVPropertyMap& map);
     bool WriteImage(ZVFilename& filename);
+    void AppendMovie(CMp4File& second);
     bool SetFileInfo(ZVPropertyMap& map) const;
     int64_t GetBitrate(double duration) const;
 
@@ -61,4 +76,5 @@ private:
     bool m_checkOverlap;
     bool m_allowMissingMDAT;
     bool m_allowMissingFTYP = false;
+    bool m_isVerified = false;
 };

@@ -2,9 +2,12 @@
 
 #include "core/containers/ZVOwnedPtrArray.h"
 #include "mp4/model/CAtom.h"
+#include "system/file/ZVFileVersion.h"
 #include "system/filename/ZVFilename.h"
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 // A file of atoms: it opens the file and reads the tree of its atoms. It belongs to one thread.
 //
@@ -23,6 +26,8 @@ public:
     bool OpenStream(std::unique_ptr<CGeneralReader> stream, const ZVFilename& filename);
     // Checks what the atoms say of each other, once they are read.
     virtual bool Verify() = 0;
+    // Writes the file anew with all that its atoms hold now.
+    virtual bool Save() = 0;
 
     // Reads all atoms of the file. One that ends in the middle of an atom keeps those before it, and that is a success.
     bool ReadAtoms();
@@ -53,22 +58,43 @@ protected:
 
     bool Fail(const wchar_t* error);
     void SetLastError(const ZVString& error) { m_lastError = error; }
-    CAtomReader& GetReader() { return m_reader; }
+    CAtomReader& GetReader() { return *m_source.Reader; }
+    bool IsOpen() { return m_source.Stream != nullptr && m_source.Stream->IsOpen(); }
+    // Which file was opened; nothing if it is not one of the disk.
+    const std::optional<ZVFileVersion>& GetVersion() const { return m_source.Version; }
+    // Whether the files that were taken are what they were when they were opened.
+    bool AreTakenFilesSame() const;
+    // Where the last atom ends that was read, as its header says.
+    int64_t GetAtomsEnd() const { return m_atomsEnd; }
     // The file, which is open.
-    CGeneralReader& GetStream() { return *m_stream; }
+    CGeneralReader& GetStream() { return *m_source.Stream; }
     void AddRootAtom(std::unique_ptr<CAtom> atom);
+    // Puts an atom in the place of another, which is handed out.
+    std::unique_ptr<CAtom> ReplaceRootAtom(CAtom& atom, std::unique_ptr<CAtom> replacement);
+    // Keeps the file of another object open for as long as this one is, for atoms whose bytes are in it. The other object is closed.
+    void TakeFile(CMp4FileBase& other);
 
     // Forgets the atoms and the file.
     virtual void Close();
 
 private:
+    // A file, and what atoms read it through, which has to stay where it is.
+    struct Source
+    {
+        std::unique_ptr<CGeneralReader> Stream;
+        std::unique_ptr<CAtomReader> Reader = std::make_unique<CAtomReader>();
+        ZVString Path = {};
+        std::optional<ZVFileVersion> Version = {};
+    };
+
     // Of the exception that is being handled, which is freed.
     static ZVString TakeMessage();
 
     ZVFilename m_filename;
-    std::unique_ptr<CGeneralReader> m_stream;
-    CAtomReader m_reader;
+    Source m_source;
+    std::vector<Source> m_taken;
     int64_t m_fileSize = 0;
+    int64_t m_atomsEnd = 0;
     ZVOwnedPtrArray<CAtom> m_rootAtoms;
     ZVString m_lastError;
 };

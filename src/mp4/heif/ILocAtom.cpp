@@ -1,9 +1,18 @@
 #include "mp4/heif/ILocAtom.h"
 
 #include "mp4/model/Exception.h"
+#include "mp4/movie/CMDATAtom.h"
+#include "system/log/ZVLog.h"
+
+#include <algorithm>
 
 namespace
 {
+constexpr ZVLogSource RelativeSource {ZVLogCategory::General, L"ILocAtom::ConvertToRelative"};
+constexpr ZVLogSource AbsoluteSource {ZVLogCategory::General, L"ILocAtom::ConvertToAbsolute"};
+constexpr char LogHead[] = "Item index, ext index, offset, size, next offset";
+constexpr char LogRow[] = "%d, %d, %I64d, %I64d, %I64d";
+
 // Pictures of many tiles have some hundred items, each in one piece.
 constexpr uint32_t MaximumItems = 20'000;
 constexpr uint16_t MaximumExtents = 32;
@@ -67,4 +76,63 @@ void ILocAtom::ExtentFields(CFieldVisitor& visitor, ILocExtent& extent)
     OptionalNumber(visitor, "extent index", extent.Index, GetIndexSize());
     SizedNumber(visitor, "extent offset", extent.Offset, GetOffsetSize());
     SizedNumber(visitor, "extent length", extent.Length, GetLengthSize());
+}
+
+bool ILocAtom::IsUnderstood() const
+{
+    constexpr int32_t Widths[] = {0, 4, 8};
+    const auto isWidth = [&Widths](int32_t width) { return std::ranges::find(Widths, width) != std::end(Widths); };
+    // An index that version 1 has is not read, and then everything after it is shifted.
+    const bool hasUnreadIndex = GetVersion() == 1 && (m_sizes & 0xf) != 0;
+    return m_hasItems && m_entries.size() == m_itemCount && isWidth(GetOffsetSize()) && isWidth(GetLengthSize()) &&
+           isWidth(GetBaseOffsetSize()) && isWidth(GetIndexSize()) && !hasUnreadIndex;
+}
+
+template <class Change>
+void ILocAtom::ForEachExtentInFile(Change change)
+{
+    for (size_t item = 0; item < m_entries.size(); ++item)
+        if (m_entries[item].GetConstructionMethod() == ILocEntry::InFile)
+            for (size_t index = 0; index < m_entries[item].Extents.size(); ++index)
+                change(m_entries[item], m_entries[item].Extents[index], static_cast<int32_t>(item), static_cast<int32_t>(index));
+}
+
+void ILocAtom::ConvertToRelative()
+{
+    if (m_mdat == nullptr)
+        ThrowException(L"ILocAtom::ConvertToRelative: An MDAT atom has not been associated");
+    if (m_isRelative)
+        return;
+    const uint64_t start = m_mdat->GetDataStart();
+    ForEachExtentInFile(
+        [start](const ILocEntry& entry, const ILocExtent& extent, int32_t, int32_t)
+        {
+            if (entry.BaseOffset + extent.Offset < start)
+                ThrowException(L"offset for an entry is invalid");
+        });
+    m_isRelative = true;
+    RelativeSource.Log(LogHead);
+    ForEachExtentInFile(
+        [start](const ILocEntry& entry, ILocExtent& extent, int32_t item, int32_t index)
+        {
+            extent.Offset += entry.BaseOffset - start;
+            RelativeSource.Log(LogRow, item, index, extent.Offset, extent.Length, extent.Offset + extent.Length);
+        });
+}
+
+void ILocAtom::ConvertToAbsolute()
+{
+    if (m_mdat == nullptr)
+        ThrowException(L"ILocAtom::ConvertToAbsolute: An MDAT atom has not been associated");
+    if (!m_isRelative)
+        return;
+    m_isRelative = false;
+    const uint64_t start = m_mdat->GetDataStart();
+    AbsoluteSource.Log(LogHead);
+    ForEachExtentInFile(
+        [start](const ILocEntry& entry, ILocExtent& extent, int32_t item, int32_t index)
+        {
+            extent.Offset += start - entry.BaseOffset;
+            AbsoluteSource.Log(LogRow, item, index, extent.Offset, extent.Length, extent.Offset + extent.Length);
+        });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mp4/model/CFoundAtom.h"
 #include "mp4/model/CFullAtom.h"
 
 #include <cstdint>
@@ -9,6 +10,7 @@
 struct ILocExtent
 {
     uint64_t Index = 0;
+    // Counts from the base offset of the item.
     uint64_t Offset = 0;
     uint64_t Length = 0;
 };
@@ -41,12 +43,24 @@ public:
 
     void Fields(CFieldVisitor& visitor);
 
+    // The offsets of the items in the file are counted from the start of the data of the mdat that was set, without their base
+    // offsets, and the reverse. Throws without such an mdat, and when an item lies before it; nothing is changed then. Nothing
+    // happens when they are counted so already.
+    void ConvertToRelative() override;
+    void ConvertToAbsolute() override;
+    // The mdat that all items in the file lie in, which must outlive the atom; null for none.
+    void SetMDAT(CMDATAtom* mdat) { m_mdat = mdat; }
+    const CMDATAtom* GetMDAT() const { return m_mdat; }
+
     // What the file says; the list is shorter when the atom ends before.
     uint32_t GetItemCount() const { return m_itemCount; }
     const std::vector<ILocEntry>& GetEntries() const { return m_entries; }
+    // Whether all of the file's items are in the list, with offsets of the sizes that the format has.
+    bool IsUnderstood() const;
+    // The width of the offset of an extent in bytes; with 0 there is none.
+    int32_t GetOffsetSize() const { return m_sizes >> 12; }
 
 private:
-    int32_t GetOffsetSize() const { return m_sizes >> 12; }
     int32_t GetLengthSize() const { return m_sizes >> 8 & 0xf; }
     int32_t GetBaseOffsetSize() const { return m_sizes >> 4 & 0xf; }
     int32_t GetIndexSize() const { return HasIndex() ? m_sizes & 0xf : 0; }
@@ -58,6 +72,11 @@ private:
     void EntryFields(CFieldVisitor& visitor, ILocEntry& entry);
     void ExtentFields(CFieldVisitor& visitor, ILocExtent& extent);
 
+    template <class Change>
+    void ForEachExtentInFile(Change change);
+
+    bool m_isRelative = false;
+    CFoundAtom<CMDATAtom> m_mdat;
     bool m_hasItems = true;
     uint16_t m_sizes = 0x4440;  // of offset, length, base offset and index, four bits each
     uint32_t m_itemCount = 0;

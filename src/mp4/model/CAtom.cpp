@@ -41,8 +41,7 @@ void CAtom::ComputeSize()
     CFieldSize fields;
     m_class->Fields(*this, fields);
     m_size = HeaderSize + fields.GetSize();
-    if (IsLarge())
-        m_size += LargeHeaderSize - HeaderSize;
+    m_size += static_cast<uint64_t>(GetWrittenHeaderSize() - HeaderSize);
 }
 
 void CAtom::Write(CAtomWriter& writer)

@@ -59,6 +59,8 @@ public:
     // Whether the header has the long form when it is written.
     bool IsLarge() const { return m_forceLarge || m_size > MaximumShortSize; }
     void SetForceLarge(bool force) { m_forceLarge = force; }
+    // Bytes of the header when it is written.
+    int32_t GetWrittenHeaderSize() const { return IsLarge() ? LargeHeaderSize : HeaderSize; }
 
     CAtom* GetParent() const { return m_parent; }
     void SetParent(CAtom* parent) { m_parent = parent; }

@@ -57,3 +57,13 @@ void CAtomBytes::Write(CAtomWriter& writer) const
         rest -= part;
     }
 }
+
+std::vector<uint8_t> CAtomBytes::GetPart(int64_t start, int64_t count) const
+{
+    if (m_reader == nullptr)
+        return {m_bytes.begin() + start, m_bytes.begin() + start + count};
+    std::vector<uint8_t> part(static_cast<size_t>(count));
+    m_reader->Seek(m_start + start);
+    m_reader->ReadBytes(part.data(), count);
+    return part;
+}

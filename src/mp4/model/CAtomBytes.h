@@ -50,6 +50,8 @@ public:
     std::span<const uint8_t> View() const { return m_bytes; }
     // To change those in memory.
     uint8_t* GetData() { return m_bytes.data(); }
+    // Drops those behind a count, or adds zeros up to it. Of bytes in memory.
+    void Resize(int64_t count) { m_bytes.resize(static_cast<size_t>(count), uint8_t {0}); }
     std::string_view Text() const { return {reinterpret_cast<const char*>(m_bytes.data()), m_bytes.size()}; }
 
     // Takes the next bytes of a file, which ends the reading if they are not all there: into memory if they are few, or however
@@ -58,6 +60,8 @@ public:
     void ReadIntoMemory(CAtomReader& reader, int64_t count);
     void ReadRange(CAtomReader& reader, int64_t count, CRangeEnd end);
     void Write(CAtomWriter& writer) const;
+    // A copy of some of the bytes, which must all be there, wherever they are.
+    std::vector<uint8_t> GetPart(int64_t start, int64_t count) const;
 
     // The place in the file, of bytes that are not in memory.
     int64_t GetStart() const { return m_start; }

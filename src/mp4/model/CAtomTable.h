@@ -51,6 +51,12 @@ public:
         memcpy(bytes, &value, sizeof value);
     }
 
+    // Adds rows of zeros, or those of a table whose rows are as wide. Throws when there would be more than 32 bits count.
+    void AddRows(uint32_t count);
+    void AddRows(const CAtomTable& other);
+    // Drops the rows from one on.
+    void Truncate(uint32_t count);
+
     CAtomBytes& GetBytes() { return m_bytes; }
     const CAtomBytes& GetBytes() const { return m_bytes; }
 

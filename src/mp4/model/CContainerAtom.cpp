@@ -23,6 +23,46 @@ void CContainerAtom::ConvertToAbsolute()
         child->ConvertToAbsolute();
 }
 
+bool CContainerAtom::StaysOwn(uint32_t type)
+{
+    constexpr uint32_t Types[] = {FourCC("free"), FourCC("btrt"), FourCC("udta"), FourCC("meta")};
+    return std::ranges::find(Types, type) != std::end(Types);
+}
+
+std::unordered_map<uint32_t, int32_t> CContainerAtom::CountTypes() const
+{
+    std::unordered_map<uint32_t, int32_t> counts;
+    for (const CAtom* const child : m_children)
+        ++counts[child->GetType()];
+    return counts;
+}
+
+void CContainerAtom::Append(CAtom& other)
+{
+    if (&other.GetClass() != &GetClass())
+        CAtom::Append(other);
+    const auto& second = static_cast<CContainerAtom&>(other);
+    // What is appended may add children.
+    const std::unordered_map<uint32_t, int32_t> counts = CountTypes();
+    const std::unordered_map<uint32_t, int32_t> otherCounts = second.CountTypes();
+    for (CAtom* const child : second.m_children)
+    {
+        const uint32_t type = child->GetType();
+        if (StaysOwn(type))
+            continue;
+        if (!counts.contains(type))
+            AppendMissing(*child);
+        else if (counts.at(type) == 1 && otherCounts.at(type) == 1)
+            GetFirstChild(type)->Append(*child);
+        else
+            AppendMultiple(*child);
+    }
+    // It may tell of each sample, and then it would fall short.
+    for (CAtom* const child : m_children)
+        if (child->IsOpaque() && !StaysOwn(child->GetType()) && !otherCounts.contains(child->GetType()))
+            child->CAtom::Append(*child);
+}
+
 void CContainerAtom::AppendMultiple(CAtom& child)
 {
     ThrowException(L"CContainerAtom::AppendMultiple not implemented for %s with child %s", GetTypeName(), child.GetTypeName());
@@ -71,6 +111,12 @@ void CContainerAtom::AddChild(std::unique_ptr<CAtom> child)
     child.release();
 }
 
+void CContainerAtom::ReplaceChild(CAtom& child, std::unique_ptr<CAtom> replacement)
+{
+    replacement->SetParent(this);
+    m_children.SetElement(m_children.Find(&child), replacement.release(), true);
+}
+
 CAtom* CContainerAtom::GetChild(uint32_t type, int32_t& index) const
 {
     for (CAtom* const child : m_children)
@@ -87,9 +133,7 @@ CAtom* CContainerAtom::GetFirstChild(uint32_t type) const
 
 CAtom& CContainerAtom::GetRequiredChild(uint32_t type) const
 {
-    const auto count =
-        std::count_if(m_children.begin(), m_children.end(), [type](const CAtom* child) { return child->GetType() == type; });
-    if (count != 1)
+    if (std::ranges::count(m_children, type, &CAtom::GetType) != 1)
         ThrowException(L"%s atom has wrong number of %s atoms", GetTypeName(), GetTypeText(type));
     return *GetFirstChild(type);
 }

@@ -5,6 +5,9 @@
 #include "mp4/model/CAtomBytes.h"
 #include "mp4/model/CFieldVisitor.h"
 
+#include <cstdint>
+#include <unordered_map>
+
 // An atom with a list of further atoms, in the order of the file.
 class CContainerAtom : public CAtom
 {
@@ -16,7 +19,11 @@ public:
 
     void ConvertToRelative() override;
     void ConvertToAbsolute() override;
-    // Merging of a second file, for the classes that know it.
+    // Appends each child of the other container to the own one of its type. The own side of what only one program keeps to itself,
+    // such as tags, stays as it is. Throws when there is a child that nobody knows how to append; the atoms may be changed then.
+    void Append(CAtom& other) override;
+    // What Append does with a child of a type that does not stand once on both sides, and with one that the own side lacks.
+    // They throw in classes that do not know it.
     virtual void AppendMultiple(CAtom& child);
     virtual void AppendRoot(CAtom& child);
     virtual void AppendMissing(CAtom& child);
@@ -29,6 +36,8 @@ public:
     const ZVOwnedPtrArray<CAtom>& GetChildren() const { return m_children; }
     // Takes an atom, which becomes the last child.
     void AddChild(std::unique_ptr<CAtom> child);
+    // Puts an atom in the place of a child, which is deleted.
+    void ReplaceChild(CAtom& child, std::unique_ptr<CAtom> replacement);
 
     // A child of a type; the index counts down through those before it. Null, with what is left of the index, if there is none.
     CAtom* GetChild(uint32_t type, int32_t& index) const;
@@ -44,7 +53,12 @@ public:
 protected:
     CContainerAtom(const CContainerAtom& other);
 
+    // Whether the own atom of a type stays as it is when films are merged, and that of the other film is left out.
+    static bool StaysOwn(uint32_t type);
+
 private:
+    std::unordered_map<uint32_t, int32_t> CountTypes() const;
+
     ZVOwnedPtrArray<CAtom> m_children;
     CAtomBytes m_passedOver;
 };

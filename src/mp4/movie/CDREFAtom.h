@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mp4/model/CFullAtom.h"
+#include "mp4/model/GetText.h"
 
 // dref: where the media of a track are (ISO/IEC 14496-12, 8.7.2), which is nearly always the file itself.
 class CDREFAtom : public CFullAtom
@@ -17,6 +18,9 @@ public:
         // A count of 0 takes all that are there.
         visitor.Children(*this, m_count);
     }
+
+    // Throws when media of one of the two lie in another file.
+    void Append(CAtom& other) override;
 
 private:
     uint32_t m_count = 0;
@@ -37,6 +41,10 @@ public:
             visitor.Text("name", m_name);
         visitor.Text("location", m_location);
     }
+
+    void Append(CAtom& other) override;
+
+    bool HasLocation() const { return !GetText(m_location.Text()).IsEmpty(); }
 
 private:
     CAtomBytes m_name;

@@ -21,9 +21,26 @@ public:
         visitor.Table("entries", count, m_entries);
     }
 
+    // Both must have one entry, which shows the whole media at their speed.
+    void Append(CAtom& other) override;
+
     const CAtomTable& GetEntries() const { return m_entries; }
 
 private:
+    // One part of the media. The duration is in units of the movie's timescale, the time in those of the media's.
+    struct Entry
+    {
+        uint64_t Duration;
+        int64_t MediaTime;
+        uint16_t RateWhole;
+        uint16_t RateFraction;
+
+        bool IsWhole() const { return MediaTime == 0 && RateWhole == 1 && RateFraction == 0; }
+    };
+
+    Entry GetOnlyEntry() const;
+    void SetOnlyEntry(const Entry& entry);
+
     CAtomTable m_entries;
 };
 

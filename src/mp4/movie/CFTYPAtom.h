@@ -14,6 +14,8 @@ public:
     using CAtom::CAtom;
 
     void Fields(CFieldVisitor& visitor);
+    // Stays as it is; what differs is logged as a warning.
+    void Append(CAtom& other) override;
 
     uint32_t GetMajorBrand() const { return m_majorBrand; }
     uint32_t GetMinorVersion() const { return m_minorVersion; }

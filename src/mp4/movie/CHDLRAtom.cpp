@@ -1,5 +1,7 @@
 #include "mp4/movie/CHDLRAtom.h"
 
+#include "mp4/model/Exception.h"
+
 std::unique_ptr<CHDLRAtom> CHDLRAtom::MakeNew()
 {
     auto handler = std::make_unique<CHDLRAtom>(Class, FourCC("hdlr"));
@@ -22,6 +24,12 @@ void CHDLRAtom::Fields(CFieldVisitor& visitor)
     visitor.Field("handler type", m_handlerType);
     visitor.Bytes("manufacturer, flags, mask", ManufacturerSize, m_manufacturer);
     visitor.Rest("name", m_name);
+}
+
+void CHDLRAtom::Append(CAtom& other)
+{
+    if (m_handlerType != static_cast<const CHDLRAtom&>(other).m_handlerType)
+        ThrowException(L"HDLR: Handler types are different");
 }
 
 uint32_t CContainerAtom::GetHandlerType() const

@@ -14,6 +14,8 @@ public:
     static std::unique_ptr<CHDLRAtom> MakeNew();
 
     void Fields(CFieldVisitor& visitor);
+    // Throws unless the other one is about the same.
+    void Append(CAtom& other) override;
 
     uint32_t GetComponentType() const { return m_componentType; }
     // Such as vide, soun, mdir or mdta; 0 in one that is too short for it.

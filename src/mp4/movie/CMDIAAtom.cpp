@@ -1,6 +1,15 @@
 #include "mp4/movie/CMDIAAtom.h"
 
+#include "mp4/model/Exception.h"
 #include "mp4/samples/CSTBLAtom.h"
+
+void CMDHDAtom::Append(CAtom& other)
+{
+    const auto& second = static_cast<const CMDHDAtom&>(other);
+    if (m_timescale != second.m_timescale)
+        ThrowException(L"MDHD: Timescales are different\n");
+    AddDuration(m_duration, second, second.m_duration, {});
+}
 
 void CMINFAtom::Verify(const CMDATList& mdatList, bool checkOverlap)
 {

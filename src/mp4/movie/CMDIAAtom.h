@@ -22,6 +22,8 @@ public:
         visitor.Zero(2);
     }
 
+    void Append(CAtom& other) override;
+
     // Units a second.
     uint32_t GetTimescale() const { return m_timescale; }
     uint64_t GetDuration() const { return m_duration; }

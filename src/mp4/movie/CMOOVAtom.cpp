@@ -2,13 +2,20 @@
 
 #include "mp4/model/Exception.h"
 #include "mp4/samples/CSTBLAtom.h"
+#include "system/log/ZVLog.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace
 {
 // A table of one line can tell of billions of samples. A week of film has some thirty million.
 constexpr int32_t MaximumSamplesChecked = 50'000'000;
+
+// Sound that is this much off is noticed by everybody.
+constexpr double MaximumDrift = 0.2;
+
+constexpr ZVLogSource AppendSource {ZVLogCategory::General, L"CMOOVAtom::Append"};
 }
 
 void CMOOVAtom::Verify(const CMDATList& mdatList, bool checkOverlap)
@@ -63,6 +70,42 @@ void CMOOVAtom::CheckOverlap() const
         end = place.Offset + place.Size;
         ++next->Cursor;
     }
+}
+
+void CMOOVAtom::Append(CAtom& other)
+{
+    if (!m_videoTracks.empty() && !m_audioTracks.empty())
+    {
+        const double video = m_videoTracks.front()->GetDurationInSeconds();
+        const double audio = m_audioTracks.front()->GetDurationInSeconds();
+        if (std::abs(video - audio) > MaximumDrift)
+            AppendSource.Log("Warning: what follows is out of step, since the picture lasts %f seconds and the sound %f\n", video,
+                             audio);
+    }
+    CContainerAtom::Append(other);
+}
+
+void CMOOVAtom::AppendMultiple(CAtom& child)
+{
+    const auto* const track = child.GetType() == FourCC("trak") ? static_cast<const CTRAKAtom*>(&child) : nullptr;
+    const char kind = track == nullptr ? 'o' : track->GetMediaType();
+    const auto& second = static_cast<const CMOOVAtom&>(child.GetParent(FourCC("moov")));
+    // The second of a kind would follow the first, and not lie beside it.
+    const auto isOnly = [&](const std::vector<CTRAKAtom*>& own, const std::vector<CTRAKAtom*>& others)
+    { return !own.empty() && others.size() == 1; };
+    if (kind == 'v' && isOnly(m_videoTracks, second.m_videoTracks))
+        m_videoTracks.front()->Append(child);
+    else if (kind == 'a' && isOnly(m_audioTracks, second.m_audioTracks))
+        m_audioTracks.front()->Append(child);
+    else
+        ThrowException(L"MOOVAtom Append not finished %s", child.GetTypeName());
+}
+
+CTimescales CMOOVAtom::FindTimescales(const CAtom& own, const CAtom& other)
+{
+    const auto* const movie = static_cast<const CMOOVAtom*>(own.FindParent(FourCC("moov")));
+    const auto* const second = static_cast<const CMOOVAtom*>(other.FindParent(FourCC("moov")));
+    return movie == nullptr || second == nullptr ? CTimescales {} : CTimescales {movie->GetTimescale(), second->GetTimescale()};
 }
 
 uint32_t CMOOVAtom::GetTimescale() const

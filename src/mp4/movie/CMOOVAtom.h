@@ -22,6 +22,14 @@ public:
     // each other in the file.
     void Verify(const CMDATList& mdatList, bool checkOverlap) override;
 
+    // Appends the tracks of another movie, and adds up the durations. Both must be verified; this one must be verified again
+    // afterwards. The chunks of both must be counted from the start of the same data already.
+    void Append(CAtom& other) override;
+    // Finds the first own track of the kind.
+    void AppendMultiple(CAtom& child) override;
+    // The timescales of the movies that two atoms are in.
+    static CTimescales FindTimescales(const CAtom& own, const CAtom& other);
+
     // Units a second, and the length in such units.
     uint32_t GetTimescale() const;
     uint64_t GetDuration() const;

@@ -13,3 +13,9 @@ void CMVHDAtom::Fields(CFieldVisitor& visitor)
     visitor.Bytes("matrix", MatrixSize, m_matrix);
     visitor.Bytes("preview, poster, selection, next track", EditorSize, m_editor);
 }
+
+void CMVHDAtom::Append(CAtom& other)
+{
+    const auto& second = static_cast<const CMVHDAtom&>(other);
+    AddDuration(m_duration, second, second.m_duration, {m_timescale, second.m_timescale});
+}

@@ -11,6 +11,7 @@ public:
     using CFullAtom::CFullAtom;
 
     void Fields(CFieldVisitor& visitor);
+    void Append(CAtom& other) override;
 
     // Units a second.
     uint32_t GetTimescale() const { return m_timescale; }

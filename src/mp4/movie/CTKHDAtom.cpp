@@ -1,5 +1,9 @@
 #include "mp4/movie/CTKHDAtom.h"
 
+#include "mp4/model/Exception.h"
+#include "mp4/movie/CMOOVAtom.h"
+
+#include <algorithm>
 #include <ctime>
 #include <vector>
 
@@ -53,4 +57,12 @@ void CTKHDAtom::Fields(CFieldVisitor& visitor)
 void CTKHDAtom::Verify(const CMDATList&, bool)
 {
     GetParent(FourCC("trak"));
+}
+
+void CTKHDAtom::Append(CAtom& other)
+{
+    const auto& second = static_cast<const CTKHDAtom&>(other);
+    if (m_width != second.m_width || m_height != second.m_height || !std::ranges::equal(m_matrix.View(), second.m_matrix.View()))
+        ThrowException(L"TKHD: The tracks have different sizes or rotations");
+    AddDuration(m_duration, second, second.m_duration, CMOOVAtom::FindTimescales(*this, second));
 }

@@ -16,6 +16,8 @@ public:
     void Fields(CFieldVisitor& visitor);
     // Throws unless it is in a track.
     void Verify(const CMDATList& mdatList, bool checkOverlap) override;
+    // Throws for a track that is shown in another size or turned in another way.
+    void Append(CAtom& other) override;
 
     uint32_t GetTrackID() const { return m_trackID; }
     // In units of the movie's timescale.

@@ -1,5 +1,6 @@
 #include "mp4/movie/CTRAKAtom.h"
 
+#include "mp4/model/Exception.h"
 #include "mp4/samples/CSTBLAtom.h"
 
 void CTRAKAtom::Verify(const CMDATList& mdatList, bool checkOverlap)
@@ -9,6 +10,15 @@ void CTRAKAtom::Verify(const CMDATList& mdatList, bool checkOverlap)
     m_media = static_cast<CMDIAAtom*>(&GetRequiredChild(FourCC("mdia")));
     m_media->Verify(mdatList, checkOverlap);
     Cursor = 0;
+}
+
+void CTRAKAtom::Append(CAtom& other)
+{
+    const auto& second = static_cast<const CTRAKAtom&>(other);
+    // It would end the track where it ended before.
+    if (GetFirstChild(FourCC("edts")) != nullptr && second.GetFirstChild(FourCC("edts")) == nullptr)
+        ThrowException(L"Cannot merge a track without an ELST box with one that has it");
+    CContainerAtom::Append(other);
 }
 
 char CTRAKAtom::GetMediaType() const

@@ -17,6 +17,9 @@ public:
     // Finds what belongs to the track; throws when what it must have is not there.
     void Verify(const CMDATList& mdatList, bool checkOverlap) override;
 
+    // Throws when only one of the tracks shows a part of its media.
+    void Append(CAtom& other) override;
+
     // What Verify found.
     const CTKHDAtom* GetHeader() const { return m_header; }
     const CMDIAAtom* GetMedia() const { return m_media; }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "mp4/model/CFullAtom.h"
+#include "mp4/model/Exception.h"
+
+#include <algorithm>
 
 // The headers that say what kind of media a track has (ISO/IEC 14496-12, 12.1.2 to 12.4).
 
@@ -18,6 +21,13 @@ public:
         visitor.Field("graphics mode", m_graphicsMode);
         for (uint16_t& color : m_opColor)
             visitor.Field("opcolor", color);
+    }
+
+    void Append(CAtom& other) override
+    {
+        const auto& second = static_cast<const CVMHDAtom&>(other);
+        if (m_graphicsMode != second.m_graphicsMode || !std::ranges::equal(m_opColor, second.m_opColor))
+            ThrowException(L"VMHD Atom has different data");
     }
 
 private:

@@ -25,6 +25,10 @@ public:
     static const CAtomClass Class;
 
     using CContainerAtom::CContainerAtom;
+
+    // References are by the numbers of tracks, which are those of the own movie, so those of the other one are left out.
+    void AppendMultiple(CAtom& child) override { child.Append(child); }
+    void AppendMissing(CAtom& child) override { child.Append(child); }
 };
 
 // meta with a version and flags (ISO/IEC 14496-12, 8.11.1).

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 void CChunkOffsetAtomBase::OffsetFields(CFieldVisitor& visitor, int32_t width)
 {
@@ -71,17 +72,59 @@ void CChunkOffsetAtomBase::ConvertToAbsolute()
 
 void CChunkOffsetAtomBase::Convert(Direction direction)
 {
+    const bool becomesRelative = direction == Direction::ToRelative;
+    if (std::exchange(m_isRelative, becomesRelative) == becomesRelative)
+        return;
     for (size_t run = 0; run < m_runs.size(); ++run)
     {
         const uint64_t start = m_runs[run].Atom->GetDataStart();
-        const uint32_t end = run + 1 < m_runs.size() ? m_runs[run + 1].FirstChunk : m_matchedCount;
-        for (uint32_t chunk = m_runs[run].FirstChunk; chunk < end; ++chunk)
-        {
-            const uint64_t offset = direction == Direction::ToRelative ? GetOffset(chunk) - start : GetOffset(chunk) + start;
-            if (m_offsets.GetRowWidth() == ShortOffset)
-                m_offsets.Set(chunk, static_cast<uint32_t>(offset));
-            else
-                m_offsets.Set(chunk, offset);
-        }
+        for (uint32_t chunk = m_runs[run].FirstChunk; chunk < GetEnd(run); ++chunk)
+            SetOffset(chunk, becomesRelative ? GetOffset(chunk) - start : GetOffset(chunk) + start);
     }
+}
+
+void CChunkOffsetAtomBase::SetOffset(uint32_t chunk, uint64_t offset)
+{
+    if (m_offsets.GetRowWidth() == ShortOffset)
+        m_offsets.Set(chunk, static_cast<uint32_t>(offset));
+    else
+        m_offsets.Set(chunk, offset);
+}
+
+void CChunkOffsetAtomBase::Append(CAtom& other)
+{
+    const auto& second = static_cast<const CChunkOffsetAtomBase&>(other);
+    const uint32_t before = GetChunkCount();
+    m_offsets.AddRows(second.m_offsets);
+    for (const Run& run : second.m_runs)
+        m_runs.push_back({before + run.FirstChunk, run.Atom});
+    m_matchedCount = before + second.m_matchedCount;
+}
+
+void CChunkOffsetAtomBase::MoveInto(CMDATAtom& target, const std::unordered_map<const CMDATAtom*, uint64_t>& bytesBefore)
+{
+    for (size_t run = 0; run < m_runs.size(); ++run)
+    {
+        const uint64_t before = bytesBefore.at(m_runs[run].Atom);
+        for (uint32_t chunk = m_runs[run].FirstChunk; chunk < GetEnd(run); ++chunk)
+            SetOffset(chunk, GetOffset(chunk) + before);
+        m_runs[run].Atom = &target;
+    }
+}
+
+void CChunkOffsetAtomBase::TakeChunks(const CChunkOffsetAtomBase& other)
+{
+    m_offsets = CAtomTable(LongOffset);
+    m_offsets.AddRows(other.GetChunkCount());
+    for (uint32_t chunk = 0; chunk < other.GetChunkCount(); ++chunk)
+        SetOffset(chunk, other.GetOffset(chunk));
+    m_runs = other.m_runs;
+    m_matchedCount = other.m_matchedCount;
+}
+
+std::unique_ptr<CCO64Atom> CCO64Atom::MakeFrom(const CChunkOffsetAtomBase& chunks)
+{
+    auto atom = std::make_unique<CCO64Atom>(Class, FourCC("co64"));
+    atom->TakeChunks(chunks);
+    return atom;
 }

@@ -4,6 +4,8 @@
 #include "mp4/model/CFullAtom.h"
 
 #include <cstdint>
+#include <memory>
+#include <unordered_map>
 #include <vector>
 
 // Where the chunks of a track lie (ISO/IEC 14496-12, 8.7.5), and in which of the file's mdat atoms. Chunks count from 0.
@@ -16,9 +18,15 @@ public:
     // mdat atoms must outlive what was found of them.
     void Verify(const CMDATList& mdatList, bool checkOverlap) override;
     // The chunks whose mdat is known are counted from the start of its data, and the reverse. An offset that does not fit into
-    // the table keeps its low bits.
+    // the table keeps its low bits. Nothing happens when they are counted so already.
     void ConvertToRelative() override;
     void ConvertToAbsolute() override;
+
+    // Adds chunks of the same width, counted from the start of their mdat like the own ones. All own ones must be matched.
+    void Append(CAtom& other) override;
+    // Puts the chunks into another mdat, behind as many bytes of it as the map has for the mdat that they are in. They must be
+    // counted from the start of their mdat, and fit into the table then.
+    void MoveInto(CMDATAtom& target, const std::unordered_map<const CMDATAtom*, uint64_t>& bytesBefore);
 
     uint32_t GetChunkCount() const { return m_offsets.GetCount(); }
     // Where a chunk begins that is in the table.
@@ -26,6 +34,9 @@ public:
     {
         return m_offsets.GetRowWidth() == ShortOffset ? m_offsets.Get<uint32_t>(chunk) : m_offsets.Get<uint64_t>(chunk);
     }
+
+    // The largest offset that the table can hold.
+    uint64_t GetMaximumOffset() const { return m_offsets.GetRowWidth() == ShortOffset ? UINT32_MAX : UINT64_MAX; }
 
     // What Verify found: how many chunks, from the first one on, lie in an mdat, and the mdat of one of them; null for others.
     uint32_t GetMatchedCount() const { return m_matchedCount; }
@@ -39,6 +50,8 @@ protected:
     CChunkOffsetAtomBase(const CChunkOffsetAtomBase& other) : CFullAtom(other), m_offsets(other.m_offsets) {}
 
     void OffsetFields(CFieldVisitor& visitor, int32_t width);
+    // Takes the chunks of another table, whatever its width.
+    void TakeChunks(const CChunkOffsetAtomBase& other);
 
 private:
     // Chunks in the same mdat, up to the next run.
@@ -57,10 +70,14 @@ private:
     template <class Offset>
     void Match(const class CMDATIndex& index);
     void Convert(Direction direction);
+    void SetOffset(uint32_t chunk, uint64_t offset);
+    // Behind the last chunk of a run.
+    uint32_t GetEnd(size_t run) const { return run + 1 < m_runs.size() ? m_runs[run + 1].FirstChunk : m_matchedCount; }
 
     CAtomTable m_offsets;
     std::vector<Run> m_runs;
     uint32_t m_matchedCount = 0;
+    bool m_isRelative = false;
 };
 
 // stco: offsets of 32 bits.
@@ -81,6 +98,9 @@ public:
     static const CAtomClass Class;
 
     using CChunkOffsetAtomBase::CChunkOffsetAtomBase;
+
+    // A table of the same chunks with room for any offset.
+    static std::unique_ptr<CCO64Atom> MakeFrom(const CChunkOffsetAtomBase& chunks);
 
     void Fields(CFieldVisitor& visitor) { OffsetFields(visitor, LongOffset); }
 };

@@ -1,6 +1,10 @@
 #include "mp4/samples/CSOUNAtom.h"
 
+#include "mp4/model/Exception.h"
 #include "mp4/samples/SoundExtensions.h"
+
+#include <algorithm>
+#include <tuple>
 
 void CSOUNAtom::SoundFields(CFieldVisitor& visitor)
 {
@@ -75,4 +79,32 @@ void CSWOTAtom::Fields(CFieldVisitor& visitor)
     if (visitor.If(m_hasPacketFields, PacketFieldsSize))
         visitor.Bytes("samples and bytes per packet", PacketFieldsSize, m_packetFields);
     EndFields(visitor);
+}
+
+void CSOUNAtom::Append(CAtom& other)
+{
+    if (GetType() != other.GetType())
+        ThrowException(L"Sound tracks have different types");
+    const auto& second = static_cast<const CSOUNAtom&>(other);
+    if (GetChannels() != second.GetChannels())
+        ThrowException(L"Sound tracks have different number of channels");
+    if (GetSampleSize() != second.GetSampleSize())
+        ThrowException(L"Sound tracks have different sample sizes");
+    if (GetSampleRate() != second.GetSampleRate())
+        ThrowException(L"Sound tracks have different sample rates");
+    if (m_version != second.m_version || m_compressionID != second.m_compressionID || !HasSamePackets(second))
+        ThrowException(L"Sound tracks have different encodings");
+    CompareChildren(second);
+}
+
+bool CSOUNAtomGeneral::HasSamePackets(const CSOUNAtom& other) const
+{
+    const auto& second = static_cast<const CSOUNAtomGeneral&>(other);
+    return std::tie(m_samplesPerPacket, m_bytesPerPacket, m_bytesPerFrame, m_bytesPerSample) ==
+           std::tie(second.m_samplesPerPacket, second.m_bytesPerPacket, second.m_bytesPerFrame, second.m_bytesPerSample);
+}
+
+bool CSWOTAtom::HasSamePackets(const CSOUNAtom& other) const
+{
+    return std::ranges::equal(m_packetFields.View(), static_cast<const CSWOTAtom&>(other).m_packetFields.View());
 }

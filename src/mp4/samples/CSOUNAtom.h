@@ -11,6 +11,8 @@ class CSOUNAtom : public CSampleEntryAtom
 public:
     using CSampleEntryAtom::CSampleEntryAtom;
 
+    void Append(CAtom& other) override;
+
     int32_t GetChannels() const override;
     int32_t GetSampleSize() const override;
     int32_t GetSampleRate() const override;
@@ -22,6 +24,8 @@ protected:
     void EndFields(CFieldVisitor& visitor);
 
     uint16_t GetVersion() const { return m_version; }
+    // Whether an entry of the same type has its samples in the same packets.
+    virtual bool HasSamePackets(const CSOUNAtom& other) const = 0;
 
 private:
     // What the descriptor says, or what the entry says if that is nothing.
@@ -49,6 +53,9 @@ public:
 
     void Fields(CFieldVisitor& visitor);
 
+protected:
+    bool HasSamePackets(const CSOUNAtom& other) const override;
+
 private:
     uint32_t m_samplesPerPacket = 0;
     uint32_t m_bytesPerPacket = 0;
@@ -65,6 +72,9 @@ public:
     using CSOUNAtom::CSOUNAtom;
 
     void Fields(CFieldVisitor& visitor);
+
+protected:
+    bool HasSamePackets(const CSOUNAtom& other) const override;
 
 private:
     static constexpr int64_t PacketFieldsSize = 16;

@@ -4,6 +4,13 @@
 
 #include <algorithm>
 
+namespace
+{
+// That many numbers of samples are written down where none were before. A week of film has some thirty million, and a table without
+// sizes can tell of billions.
+constexpr uint32_t MaximumSamplesListed = 50'000'000;
+}
+
 void CSTBLAtom::Verify(const CMDATList& mdatList, bool checkOverlap)
 {
     m_descriptions = static_cast<CSTSDAtom*>(&GetRequiredChild(FourCC("stsd")));
@@ -57,4 +64,55 @@ CSamplePlace CSTBLAtom::FindSample(uint32_t sample) const
     m_lastSample.Offset += m_sizes->SumSampleSizes(m_lastSample.Sample, sample);
     m_lastSample.Sample = sample;
     return {true, m_lastSample.Offset, static_cast<uint64_t>(m_sizes->GetSampleSize(sample))};
+}
+
+void CSTBLAtom::WidenChunkOffsets()
+{
+    if (m_chunkOffsets == nullptr || m_chunkOffsets->GetType() == FourCC("co64"))
+        return;
+    std::unique_ptr<CCO64Atom> wide = CCO64Atom::MakeFrom(*m_chunkOffsets);
+    CCO64Atom* const table = wide.get();
+    ReplaceChild(*m_chunkOffsets, std::move(wide));
+    m_chunkOffsets = table;
+}
+
+bool CSTBLAtom::DoTablesAgree() const
+{
+    const uint32_t samples = m_sizes->GetSampleCount();
+    const uint32_t chunks = m_chunkOffsets->GetChunkCount();
+    const CSTSSAtom* const sync = FindSyncSamples();
+    return m_times->CountSamples() == samples && m_chunks->CountSamples(chunks) == samples && m_chunks->IsInOrder(chunks) &&
+           (sync == nullptr || sync->IsInOrder(samples));
+}
+
+void CSTBLAtom::Append(CAtom& other)
+{
+    auto& second = static_cast<CSTBLAtom&>(other);
+    if (m_chunkOffsets == nullptr || second.m_chunkOffsets == nullptr)
+        ThrowException(L"The tables of a track are not verified");
+    const uint32_t samples = m_sizes->GetSampleCount();
+    const uint32_t chunks = m_chunkOffsets->GetChunkCount();
+    m_chunks->EndAt(chunks);
+    second.m_chunks->EndAt(second.m_chunkOffsets->GetChunkCount());
+    const bool doAgree = DoTablesAgree() && second.DoTablesAgree();
+    if (FindSyncSamples() == nullptr && second.FindSyncSamples() != nullptr)
+        ListSyncSamples();
+    if (FindSyncSamples() != nullptr && second.FindSyncSamples() == nullptr)
+        second.ListSyncSamples();
+    if (CSTSSAtom* const sync = second.FindSyncSamples())
+        sync->MoveBehind(samples);
+    second.m_chunks->MoveBehind(chunks);
+    CContainerAtom::Append(other);
+    if (!doAgree)
+        ThrowException(L"The tables of a track are not about the same samples");
+}
+
+// Without a list all samples are such.
+void CSTBLAtom::ListSyncSamples()
+{
+    if (m_sizes->GetSampleCount() > MaximumSamplesListed)
+        ThrowException(L"STSS: A track has too many samples");
+    auto sync = std::make_unique<CSTSSAtom>(CSTSSAtom::Class, FourCC("stss"));
+    sync->AddAll(m_sizes->GetSampleCount());
+    AddChild(std::move(sync));
 }

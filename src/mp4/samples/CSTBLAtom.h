@@ -30,11 +30,18 @@ public:
     // Finds the tables, which must be there, and in which of the file's mdat atoms each chunk lies.
     void Verify(const CMDATList& mdatList, bool checkOverlap) override;
 
+    // Appends the samples of another track. Both must be verified, with their chunks in the same mdat; this one must be verified
+    // again afterwards. The numbers in the other one's tables are changed. Throws when the tables of either are not about the same
+    // samples, since what follows them would be out of step.
+    void Append(CAtom& other) override;
+    // Gives the chunks a table with room for any offset.
+    void WidenChunkOffsets();
+
     // 'v', 'a' or 'o', as the descriptions say.
     char GetMediaType() const { return m_descriptions == nullptr ? 'o' : m_descriptions->GetMediaType(); }
     const CSTSDAtom* GetDescriptions() const { return m_descriptions; }
     const CSTTSAtom* GetTimes() const { return m_times; }
-    const CChunkOffsetAtomBase* GetChunkOffsets() const { return m_chunkOffsets; }
+    CChunkOffsetAtomBase* GetChunkOffsets() const { return m_chunkOffsets; }
     // Of video; null in other tracks, and if all samples are such.
     const CSTSSAtom* GetSyncSamples() const { return m_syncSamples; }
     // As many as the table of sizes and the chunks agree on.
@@ -45,6 +52,10 @@ public:
 
 private:
     CChunkOffsetAtomBase& FindChunkOffsets() const;
+    // Of any kind of media, or null.
+    CSTSSAtom* FindSyncSamples() const { return static_cast<CSTSSAtom*>(GetFirstChild(FourCC("stss"))); }
+    bool DoTablesAgree() const;
+    void ListSyncSamples();
 
     // Where a sample begins, as it was found last.
     struct LastSample

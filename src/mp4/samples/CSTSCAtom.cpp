@@ -58,3 +58,30 @@ CSampleChunk CSTSCAtom::FindChunk(uint32_t sample) const
     const uint64_t chunksOfRun = (sample - m_samplesBeforeLastRun) / run.SamplesPerChunk;
     return {true, firstChunk + chunksOfRun, m_samplesBeforeLastRun + chunksOfRun * run.SamplesPerChunk};
 }
+
+void CSTSCAtom::EndAt(uint32_t chunkCount)
+{
+    uint32_t end = GetEntryCount();
+    while (end > 0 && m_entries.Get<uint32_t>(end - 1) > chunkCount)
+        --end;
+    m_entries.Truncate(end);
+}
+
+void CSTSCAtom::MoveBehind(uint32_t chunkCount)
+{
+    for (uint32_t entry = 0; entry < GetEntryCount(); ++entry)
+        m_entries.Set(entry, m_entries.Get<uint32_t>(entry) + chunkCount);
+}
+
+bool CSTSCAtom::IsInOrder(uint32_t chunkCount) const
+{
+    uint32_t last = 0;
+    for (uint32_t entry = 0; entry < GetEntryCount(); ++entry)
+    {
+        const auto first = m_entries.Get<uint32_t>(entry);
+        if (first <= last || (last == 0 && first != 1))
+            return false;
+        last = first;
+    }
+    return last != 0 || chunkCount == 0;
+}

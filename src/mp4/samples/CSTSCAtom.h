@@ -39,6 +39,15 @@ public:
     // Works out which entries hold where. Throws unless it is among the tables of a track.
     void Verify(const CMDATList& mdatList, bool checkOverlap) override;
 
+    // Its chunks must be counted from the first chunk of this table's track.
+    void Append(CAtom& other) override { m_entries.AddRows(static_cast<const CSTSCAtom&>(other).m_entries); }
+    // Drops what is said of chunks that a track of so many does not have.
+    void EndAt(uint32_t chunkCount);
+    // Counts from a track that has that many chunks in front.
+    void MoveBehind(uint32_t chunkCount);
+    // Whether the entries begin at the first chunk, if there is one, and go up.
+    bool IsInOrder(uint32_t chunkCount) const;
+
     uint32_t GetEntryCount() const { return m_entries.GetCount(); }
 
     // For the two below the table must be verified.

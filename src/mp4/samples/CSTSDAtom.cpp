@@ -1,6 +1,7 @@
 #include "mp4/samples/CSTSDAtom.h"
 
 #include "mp4/model/Exception.h"
+#include "mp4/model/HaveSameBodies.h"
 
 namespace
 {
@@ -46,6 +47,23 @@ void CSTSDAtom::Verify(const CMDATList&, bool)
         m_mediaType = kind;
         // One that decides without being understood, AVdn, has nothing to tell.
         m_entry = child->IsOpaque() ? nullptr : static_cast<CSampleEntryAtom*>(child);
+    }
+}
+
+void CSTSDAtom::Append(CAtom& other)
+{
+    const auto& second = static_cast<const CSTSDAtom&>(other);
+    const int32_t count = GetChildren().GetCount();
+    if (count != second.GetChildren().GetCount())
+        ThrowException(L"STSD: Mismatched number of children");
+    for (int32_t index = 0; index < count; ++index)
+    {
+        CAtom& own = *GetChildren()[index];
+        CAtom& entry = *second.GetChildren()[index];
+        if (!own.IsOpaque())
+            own.Append(entry);
+        else if (!HaveSameBodies(own, entry))
+            ThrowException(L"STSD: The %s descriptions are different", own.GetTypeName());
     }
 }
 

@@ -25,6 +25,9 @@ public:
     // Settles which entry counts: the first of a known type. Throws when there are known ones of sound and of video.
     void Verify(const CMDATList& mdatList, bool checkOverlap) override;
 
+    // Stays as it is; throws unless the other one describes the same in the same order.
+    void Append(CAtom& other) override;
+
     // 'v', 'a' or 'o'.
     char GetMediaType() const { return m_mediaType; }
     int32_t GetWidth() const;

@@ -1,5 +1,17 @@
 #include "mp4/samples/CSTSZAtom.h"
 
+#include "mp4/model/Exception.h"
+
+void CSTSZAtom::Append(CAtom& other)
+{
+    const auto& second = static_cast<const CSTSZAtom&>(other);
+    if (m_defaultSize != second.m_defaultSize)
+        ThrowException(L"STSZ Sample Size is different");
+    if (__builtin_add_overflow(m_count, second.m_count, &m_count))
+        ThrowException(L"STSZ: The tracks have too many samples");
+    m_sizes.AddRows(second.m_sizes);
+}
+
 int64_t CSTSZAtom::GetSampleSize(uint32_t sample) const
 {
     if (sample >= m_count)

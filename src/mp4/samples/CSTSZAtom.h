@@ -23,6 +23,9 @@ public:
             visitor.Table("sizes", m_count, m_sizes);
     }
 
+    // Throws unless both have the same size for all samples, or both have a table.
+    void Append(CAtom& other) override;
+
     uint32_t GetSampleCount() const { return m_count; }
     // Samples count from 0; -1 for one that is not there.
     int64_t GetSampleSize(uint32_t sample) const;

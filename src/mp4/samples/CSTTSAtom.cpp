@@ -7,3 +7,11 @@ uint64_t CSTTSAtom::GetTotalDuration() const
         duration += uint64_t {GetSampleCount(run)} * GetSampleDelta(run);
     return duration;
 }
+
+uint64_t CSTTSAtom::CountSamples() const
+{
+    uint64_t count = 0;
+    for (uint32_t run = 0; run < GetRunCount(); ++run)
+        count += GetSampleCount(run);
+    return count;
+}

@@ -21,12 +21,16 @@ public:
         visitor.Table("sample counts and deltas", count, m_runs);
     }
 
+    void Append(CAtom& other) override { m_runs.AddRows(static_cast<const CSTTSAtom&>(other).m_runs); }
+
     // The runs, which count from 0, and what is said of one that is there.
     uint32_t GetRunCount() const { return m_runs.GetCount(); }
     uint32_t GetSampleCount(uint32_t run) const { return m_runs.Get<uint32_t>(run); }
     // In units of the media's timescale.
     uint32_t GetSampleDelta(uint32_t run) const { return m_runs.Get<uint32_t>(run, 4); }
-    // How long all samples are together, in such units, modulo 2^64. Goes through the whole table.
+    // The samples of all runs. Goes through the whole table, like the next.
+    uint64_t CountSamples() const;
+    // How long all samples are together, in such units, modulo 2^64.
     uint64_t GetTotalDuration() const;
 
 private:

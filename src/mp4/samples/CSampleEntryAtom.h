@@ -20,6 +20,9 @@ public:
         visitor.Children(*this);
     }
 
+    // Stays as it is; throws unless the other one describes samples that the same decoder can go on with.
+    void Append(CAtom& other) override;
+
     virtual int32_t GetWidth() const { return 0; }
     virtual int32_t GetHeight() const { return 0; }
     virtual int32_t GetChannels() const { return 0; }
@@ -33,6 +36,8 @@ public:
 
 protected:
     void EntryFields(CFieldVisitor& visitor);
+    // Throws unless the children and the place of the media are the same. Bit rates may be different.
+    void CompareChildren(const CSampleEntryAtom& other) const;
 
 private:
     uint16_t m_dataReferenceIndex = 0;

@@ -1,5 +1,7 @@
 #include "mp4/samples/CVIDEAtom.h"
 
+#include "mp4/model/Exception.h"
+
 void CVIDEAtom::Fields(CFieldVisitor& visitor)
 {
     EntryFields(visitor);
@@ -15,4 +17,15 @@ void CVIDEAtom::Fields(CFieldVisitor& visitor)
     visitor.Field("color table", m_colorTable);
     visitor.Children(*this);
     visitor.Rest("end", m_end);
+}
+
+void CVIDEAtom::Append(CAtom& other)
+{
+    if (GetType() != other.GetType())
+        ThrowException(L"VIDEAtom: different types");
+    const auto& second = static_cast<const CVIDEAtom&>(other);
+    if (m_width != second.m_width || m_height != second.m_height || GetObjectType() != second.GetObjectType() ||
+        m_depth != second.m_depth)
+        ThrowException(L"VIDEAtom: Different encodings");
+    CompareChildren(second);
 }

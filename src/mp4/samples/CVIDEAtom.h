@@ -13,6 +13,7 @@ public:
     using CSampleEntryAtom::CSampleEntryAtom;
 
     void Fields(CFieldVisitor& visitor);
+    void Append(CAtom& other) override;
 
     int32_t GetWidth() const override { return m_width; }
     int32_t GetHeight() const override { return m_height; }

@@ -1,6 +1,7 @@
 #include "system/file/ZVSafeReplace.h"
 
 #include "system/file/ZVBringAcross.h"
+#include "system/file/ZVCopyAttributes.h"
 #include "system/file/ZVFileError.h"
 #include "system/file/ZVFileInfo.h"
 #include "system/file/ZVFileSystem.h"
@@ -61,19 +62,23 @@ private:
     ZVDescriptor m_folder;
 };
 
-bool AreSame(const timespec& first, const timespec& second)
+ZVFileVersion VersionOf(const ZVFileInfo& file)
 {
-    return first.tv_sec == second.tv_sec && first.tv_nsec == second.tv_nsec;
+    return ZVFileVersion(file.GetStatus());
 }
 
-// The number of a file that is gone goes to the next one at once, which may have been written at the same tick of the clock. The time
-// of the last change tells when it got its name, too.
-bool IsSameVersion(const ZVFileInfo& first, const ZVFileInfo& second)
+// Whether a file system, or this user on it, has no second names for the file.
+bool HasNoLinks(int error)
 {
-    const struct stat& left = first.GetStatus();
-    const struct stat& right = second.GetStatus();
-    return left.st_dev == right.st_dev && left.st_ino == right.st_ino && left.st_size == right.st_size &&
-           AreSame(left.st_mtim, right.st_mtim) && AreSame(left.st_ctim, right.st_ctim);
+    constexpr int Errors[] = {EPERM, ENOTSUP, ENOSYS, EMLINK, EXDEV};
+    return std::ranges::find(Errors, error) != std::end(Errors);
+}
+
+// Whether a folder lets this user neither delete nor rename the file.
+bool IsKeptByFolder(const ZVFileInfo& folder, const ZVFileInfo& file)
+{
+    const uid_t user = geteuid();
+    return (folder.GetMode() & S_ISVTX) != 0 && user != 0 && user != file.GetStatus().st_uid && user != folder.GetStatus().st_uid;
 }
 
 // Has the new file on the disk before the old one goes. False if the disk has not taken it. A file that cannot be opened, or a
@@ -88,7 +93,8 @@ bool WriteThrough(const ZVString& path)
 }
 }
 
-ZVSafeReplace::ZVSafeReplace(const ZVString& path, const ZVString& newPath) : m_path(path), m_newPath(newPath)
+ZVSafeReplace::ZVSafeReplace(const ZVString& path, const ZVString& newPath, const ZVReplaceOptions& options)
+    : m_path(path), m_newPath(newPath), m_options(options)
 {
     ZVFilename::MakeFileSystemPath(m_path);
     ZVFilename::MakeFileSystemPath(m_newPath);
@@ -99,38 +105,56 @@ ZVSafeReplace::ZVSafeReplace(const ZVString& path, const ZVString& newPath) : m_
 
 ZVSafeReplace::~ZVSafeReplace() = default;
 
-bool ZVSafeReplace::Run(int64_t minimumSize, bool keepBackup)
+bool ZVSafeReplace::Run()
 {
     if (ZVFileInfo(m_path).IsSameFile(ZVFileInfo(m_newPath)))
     {
         Source.Log("A file cannot replace itself: %s", m_path);
         return false;
     }
-    const bool isReplaced = RestoreOriginal() && CanReplace(minimumSize) && BringBeside() && Replace(keepBackup);
+    const bool isReplaced = SettleOriginal() && CanReplace() && BringBeside() && Replace();
     if (!isReplaced || m_present != m_newPath)
         Delete(m_newPath);
     return isReplaced;
 }
 
-// Puts back what a replacement that was killed has set aside.
-bool ZVSafeReplace::RestoreOriginal()
+// Ends what a replacement that was killed has begun.
+bool ZVSafeReplace::SettleOriginal()
 {
-    if (ZVFileInfo(m_path).IsFound() || !ZVFileInfo(m_original).IsFound())
+    if (!ZVFileInfo(m_original).IsFound())
         return true;
     const RenameLock lock(m_folder);
-    // It may just have been another process that was between its two renames.
-    if (ZVFileInfo(m_path).IsFound() || !ZVFileInfo(m_original).IsFound())
+    // It may just have been another process in the middle of its work.
+    if (!ZVFileInfo(m_original).IsFound())
         return true;
+    if (!ZVFileInfo(m_path).IsFound())
+        return PutBackOriginal();
+    ClearOriginal();
+    return true;
+}
+
+bool ZVSafeReplace::PutBackOriginal()
+{
     Source.Log("Putting back the original of: %s", m_path);
     return Move(m_original, m_path);
 }
 
-bool ZVSafeReplace::CanReplace(int64_t minimumSize) const
+// The file is there, so this is not the only copy of anything.
+void ZVSafeReplace::ClearOriginal()
+{
+    const bool isExpected = m_options.Expected && *m_options.Expected == VersionOf(ZVFileInfo(m_path));
+    Delete(m_original);
+    // If it was a second name of the file, its going is a change of the file's status.
+    if (isExpected)
+        m_options.Expected = VersionOf(ZVFileInfo(m_path));
+}
+
+bool ZVSafeReplace::CanReplace() const
 {
     const int64_t size = ZVFileSystem::GetFileSize(m_newPath);
-    if (size < 0 || size < minimumSize)
+    if (size < 0 || size < m_options.MinimumSize)
     {
-        Source.Log("The new file has %d bytes and not %d: %s", size, minimumSize, m_newPath);
+        Source.Log("The new file has %d bytes and not %d: %s", size, m_options.MinimumSize, m_newPath);
         return false;
     }
     if (!ZVFileSystem::IsDirectory(m_path))
@@ -156,31 +180,55 @@ bool ZVSafeReplace::BringBeside()
     return Bring(m_newPath, *m_place);
 }
 
-bool ZVSafeReplace::Replace(bool keepBackup)
+bool ZVSafeReplace::Replace()
 {
     for (int32_t tries = 0; tries < MaximumTries; ++tries)
     {
         const ZVFileInfo original(m_path);
-        if (original.IsFound() && !WriteThrough(m_present))
+        if (m_options.Expected && *m_options.Expected != VersionOf(original))
+        {
+            Source.Log("The file is not the one any more that was to be replaced: %s", m_path);
             return false;
-        const bool isBackedUp = !original.IsFound() || !keepBackup || Copy(m_path, DeriveName(m_path, BackupEnd));
+        }
+        const bool isPrepared = !original.IsFound() || PrepareNewFile();
         const RenameLock lock(m_folder);
         const ZVFileInfo now(m_path);
-        // Another process may have replaced the file since, or just been about to. What goes must be what was copied.
-        if (now.IsFound() != original.IsFound() || (keepBackup && !IsSameVersion(now, original)))
+        if (MayHaveChanged(original, now))
             continue;
-        if (isBackedUp)
-            return now.IsFound() ? Exchange() : Move(m_present, m_path);
-        Source.Log("Error making backup of original file: %s", m_path);
-        return false;
+        if (!isPrepared)
+            return false;
+        if (now.GetStatus().st_nlink > 1)
+            Source.Log("The other names of the file keep the old content: %s", m_path);
+        return now.IsFound() ? Exchange() : Move(m_present, m_path);
     }
     Source.Log("Other processes replace the file all the time: %s", m_path);
     return false;
 }
 
+bool ZVSafeReplace::PrepareNewFile()
+{
+    if (m_options.From == ZVReplaceOptions::Attributes::OfOldFile && !CopyAttributes(m_path, m_present))
+        return false;
+    if (!WriteThrough(m_present))
+        return false;
+    if (m_options.Backup == ZVReplaceOptions::OldFile::Goes || Copy(m_path, DeriveName(m_path, BackupEnd)))
+        return true;
+    Source.Log("Error making backup of original file: %s", m_path);
+    return false;
+}
+
+// Another process may have replaced the file since it was looked at, or just been about to. What goes must be what was copied.
+bool ZVSafeReplace::MayHaveChanged(const ZVFileInfo& before, const ZVFileInfo& now) const
+{
+    const bool mustBeSame = m_options.Backup == ZVReplaceOptions::OldFile::StaysAsBackup ||
+                            m_options.From == ZVReplaceOptions::Attributes::OfOldFile || m_options.Expected;
+    return now.IsFound() != before.IsFound() || (mustBeSame && VersionOf(now) != VersionOf(before));
+}
+
 bool ZVSafeReplace::Exchange()
 {
-    if (!Move(m_path, m_original))
+    bool hasTwoNames = false;
+    if (!SetAside(hasTwoNames))
     {
         Source.Log("Error renaming original file");
         return false;
@@ -191,14 +239,36 @@ bool ZVSafeReplace::Exchange()
         return true;
     }
     Source.Log("Error moving new file into place of original name");
-    if (!Move(m_original, m_path))
+    if (hasTwoNames)
+        Delete(m_original);
+    else if (!Move(m_original, m_path))
         Source.Log("The original file is left as: %s", m_original);
     return false;
+}
+
+// Gives the original its second name, which is its only one where it can have no two. In a folder that keeps the files of others
+// the second name could not be deleted again.
+bool ZVSafeReplace::SetAside(bool& hasTwoNames)
+{
+    if (IsKeptByFolder(ZVFileInfo(m_folder), ZVFileInfo(m_path)))
+        return false;
+    hasTwoNames = Link(m_path, m_original);
+    return hasTwoNames || (HasNoLinks(errno) && Move(m_path, m_original));
 }
 
 bool ZVSafeReplace::Bring(const ZVString& from, const ZVTransferPlace& place)
 {
     return ZVBringAcross(from, place);
+}
+
+bool ZVSafeReplace::CopyAttributes(const ZVString& from, const ZVString& to)
+{
+    return ZVCopyAttributes(from, to);
+}
+
+bool ZVSafeReplace::Link(const ZVString& from, const ZVString& to)
+{
+    return link(ZVNativePath(from), ZVNativePath(to)) == 0;
 }
 
 bool ZVSafeReplace::Move(const ZVString& from, const ZVString& to)
@@ -218,5 +288,7 @@ bool ZVSafeReplace::Delete(const ZVString& path)
 
 bool ZVFileSystem::SafeReplaceFile(const ZVString& path, const ZVString& newPath, int64_t minimumSize, bool keepBackup)
 {
-    return ZVSafeReplace(path, newPath).Run(minimumSize, keepBackup);
+    using OldFile = ZVReplaceOptions::OldFile;
+    const ZVReplaceOptions options {.MinimumSize = minimumSize, .Backup = keepBackup ? OldFile::StaysAsBackup : OldFile::Goes};
+    return ZVSafeReplace(path, newPath, options).Run();
 }

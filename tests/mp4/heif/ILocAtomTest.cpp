@@ -1,6 +1,7 @@
 #include "mp4/heif/ILocAtom.h"
 
 #include "mp4/AtomBytes.h"
+#include "mp4/movie/CMDATAtom.h"
 
 #include <gtest/gtest.h>
 
@@ -81,5 +82,52 @@ TEST(ILocAtomTest, TheListsOfAFileShareABound)
     EXPECT_EQ(before.GetEntries().size(), 20'000U);
     EXPECT_TRUE(last.GetEntries().empty());
     EXPECT_TRUE(tree.Write() == file);
+}
+
+// The offsets count from the base of their item, and from the start of the data when they are relative. Items that lie elsewhere
+// stay.
+TEST(ILocAtomTest, MovesTheItemsOfTheFile)
+{
+    const auto item = [](int method, uint64_t base, uint64_t offset)
+    {
+        return Number(1, 2) + Number(static_cast<uint64_t>(method), 2) + Zeros(2) + Number(base, 4) + Number(1, 2) +
+               Number(offset, 4) + Number(5, 4);
+    };
+    const Tree media(Atom("mdat", Zeros(50)));
+    const Tree tree(ILoc(1, 0x4440, 3, item(0, 0, 20) + item(0, 6, 6) + item(1, 0, 30)));
+    auto& places = *tree.Find<ILocAtom>();
+    auto& mdat = *media.Find<CMDATAtom>();
+    const auto getOffsets = [&places]
+    {
+        std::vector<uint64_t> offsets;
+        for (const ILocEntry& entry : places.GetEntries())
+            offsets.push_back(entry.Extents.front().Offset);
+        return offsets;
+    };
+    const auto getMessage = [&places](void (CAtom::*convert)())
+    {
+        try
+        {
+            (places.*convert)();
+        }
+        catch (Exception* exception)
+        {
+            const std::unique_ptr<Exception> owner(exception);
+            return owner->Message;
+        }
+        return ZVString();
+    };
+    EXPECT_EQ(getMessage(&CAtom::ConvertToRelative), L"ILocAtom::ConvertToRelative: An MDAT atom has not been associated");
+    EXPECT_EQ(getMessage(&CAtom::ConvertToAbsolute), L"ILocAtom::ConvertToAbsolute: An MDAT atom has not been associated");
+    places.SetMDAT(&mdat);
+    mdat.SetWrittenStart(13);
+    EXPECT_EQ(getMessage(&CAtom::ConvertToRelative), L"offset for an entry is invalid");
+    EXPECT_EQ(getOffsets(), (std::vector<uint64_t> {20, 6, 30}));
+    mdat.ForgetWrittenStart();
+    EXPECT_EQ(getMessage(&CAtom::ConvertToRelative), L"");
+    EXPECT_EQ(getOffsets(), (std::vector<uint64_t> {12, 4, 30}));
+    mdat.SetWrittenStart(108);
+    EXPECT_EQ(getMessage(&CAtom::ConvertToAbsolute), L"");
+    EXPECT_EQ(getOffsets(), (std::vector<uint64_t> {120, 106, 30}));
 }
 }

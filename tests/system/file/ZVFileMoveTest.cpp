@@ -1,10 +1,12 @@
 #include "FileFixture.h"
+#include "system/file/ZVFileInfo.h"
 #include "system/file/ZVFileSystem.h"
 #include "system/file/ZVFolderLock.h"
 #include "system/file/ZVSafeReplace.h"
 #include "system/file/ZVTransferPlace.h"
 
 #include <functional>
+#include <sys/xattr.h>
 
 namespace
 {
@@ -137,11 +139,16 @@ TEST_F(ZVFileMoveTest, WhatADeadProcessLeftHiddenIsSwept)
 }
 
 // A replacement of which one step fails or, in a process that ends, that step and all after it. It also looks whether the folder
-// is locked in each step.
+// is locked in each step. Without links the file system is one where a file has one name.
 class BrokenReplace final : public ZVSafeReplace
 {
 public:
-    BrokenReplace(const ZVString& path, const ZVString& newPath) : ZVSafeReplace(path, newPath), m_path(path) {}
+    BrokenReplace(const ZVString& path, const ZVString& newPath, bool hasLinks)
+        : ZVSafeReplace(path, newPath, {.MinimumSize = 3, .Backup = ZVReplaceOptions::OldFile::StaysAsBackup}),
+          m_path(path),
+          m_hasLinks(hasLinks)
+    {
+    }
 
     int GoodSteps = INT_MAX;
     bool Ends = false;
@@ -151,6 +158,14 @@ protected:
     bool Bring(const ZVString& from, const ZVTransferPlace& place) override
     {
         return Take("bring") && ZVSafeReplace::Bring(from, place);
+    }
+    bool Link(const ZVString& from, const ZVString& to) override
+    {
+        errno = EPERM;
+        if (!m_hasLinks)
+            return false;
+        errno = EIO;
+        return Take("link") && ZVSafeReplace::Link(from, to);
     }
     bool Move(const ZVString& from, const ZVString& to) override { return Take("move") && ZVSafeReplace::Move(from, to); }
     bool Copy(const ZVString& from, const ZVString& to) override { return Take("copy") && ZVSafeReplace::Copy(from, to); }
@@ -162,36 +177,40 @@ private:
         const ZVNativePath folder(ZVFilename::FromPath(m_path).GetDirectory());
         if (!ZVFolderLock::Try(ZVDescriptor(open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC)), LOCK_EX))
             LockedSteps.append(step).append(" ");
+        errno = EIO;
         return GoodSteps-- > 0 || (!Ends && GoodSteps < -1);
     }
 
     ZVString m_path;
+    bool m_hasLinks;
 };
 
 using ZVSafeReplaceTest = ZVFileMoveTest;
 
 TEST_F(ZVSafeReplaceTest, NothingIsLostWhicheverStepFails)
 {
-    const auto breakStep = [&](const std::string& source, int badStep, int firstRename, bool ends)
+    const auto breakStep = [&](const std::string& source, int badStep, int firstRename, bool ends, bool hasLinks)
     {
-        SCOPED_TRACE(source + (ends ? " ends before step " : " fails in step ") + std::to_string(badStep));
+        SCOPED_TRACE(source + (hasLinks ? "" : " without links") + (ends ? " ends before step " : " fails in step ") +
+                     std::to_string(badStep));
         Put("t/film", "old");
         Put(source + "new", "new one");
-        BrokenReplace replace(TextAt("t/film"), TextAt(source + "new"));
+        BrokenReplace replace(TextAt("t/film"), TextAt(source + "new"), hasLinks);
         replace.GoodSteps = badStep;
         replace.Ends = ends;
-        const bool isReplaced = replace.Run(3, true);
+        const bool isReplaced = replace.Run();
         EXPECT_EQ(isReplaced, badStep > firstRename + 1);
         const bool isSetAside = ends && badStep == firstRename + 1;
-        EXPECT_EQ(GetAt("t/film"), isReplaced ? "new one" : isSetAside ? "(none)" : "old");
+        EXPECT_EQ(GetAt("t/film"), isReplaced ? "new one" : isSetAside && !hasLinks ? "(none)" : "old");
         if (!isReplaced)
         {
             EXPECT_EQ(GetAt("t/film.zvoriginal"), isSetAside ? "old" : "(none)");
             EXPECT_EQ(GetAt(source + "new"), ends ? "new one" : "(none)");
         }
-        // The next replacement puts the original back even if it fails itself.
+        // The next replacement puts the original back, or clears its second name away, even if it fails itself.
         EXPECT_FALSE(ZVFileSystem::SafeReplaceFile(TextAt("t/film"), TextAt("missing"), 1));
         EXPECT_EQ(GetAt("t/film"), isReplaced ? "new one" : "old");
+        EXPECT_EQ(GetAt("t/film.zvoriginal"), "(none)");
         std::filesystem::remove_all(At("t"));
     };
     const auto breakEachStep = [&](const std::string& source)
@@ -200,7 +219,8 @@ TEST_F(ZVSafeReplaceTest, NothingIsLostWhicheverStepFails)
         const int firstRename = source == "one/" ? 1 : 2;
         for (int badStep = 0; badStep <= firstRename + 3; ++badStep)
             for (const bool ends : {false, true})
-                breakStep(source, badStep, firstRename, ends);
+                for (const bool hasLinks : {false, true})
+                    breakStep(source, badStep, firstRename, ends, hasLinks);
     };
     OnOneDeviceAndOnTwo(breakEachStep);
 }
@@ -209,13 +229,73 @@ TEST_F(ZVSafeReplaceTest, TheFolderIsLockedForTheRenamesAlone)
 {
     const auto replace = [&](const std::string& source)
     {
-        Put("film", "old");
-        Put(source + "new", "new");
-        BrokenReplace replacement(TextAt("film"), TextAt(source + "new"));
-        EXPECT_TRUE(replacement.Run(1, true));
-        EXPECT_EQ(replacement.LockedSteps, "move move delete ");
+        for (const auto& [hasLinks, steps] : {std::pair(true, "link move delete "), std::pair(false, "move move delete ")})
+        {
+            Put("film", "old");
+            Put(source + "new", "new");
+            BrokenReplace replacement(TextAt("film"), TextAt(source + "new"), hasLinks);
+            EXPECT_TRUE(replacement.Run());
+            EXPECT_EQ(replacement.LockedSteps, steps);
+        }
     };
     OnOneDeviceAndOnTwo(replace);
+}
+
+// Also when it comes from another device. The owner can be kept by root alone.
+TEST_F(ZVSafeReplaceTest, ANewFileCanTakeWhatBelongsToTheOldOne)
+{
+    const auto replace = [&](const std::string& source)
+    {
+        const ZVReplaceOptions options {.From = ZVReplaceOptions::Attributes::OfOldFile};
+        Put("film", "old");
+        Put("film.zvoriginal", "left by a killed process");
+        std::filesystem::create_hard_link(At("film"), At("second"));
+        ASSERT_EQ(chown(At("film").c_str(), 1234, 5678), 0);
+        ASSERT_EQ(chmod(At("film").c_str(), 04640), 0);
+        ASSERT_EQ(setxattr(At("film").c_str(), "user.mood", "good", 4, 0), 0);
+        Put(source + "new", "new");
+        EXPECT_TRUE(ZVSafeReplace(TextAt("film"), TextAt(source + "new"), options).Run());
+        struct stat status;
+        ASSERT_EQ(stat(At("film").c_str(), &status), 0);
+        EXPECT_EQ(status.st_uid, 1234u);
+        EXPECT_EQ(status.st_gid, 5678u);
+        EXPECT_EQ(status.st_mode, S_IFREG | 04640u);
+        char mood[8] = {};
+        EXPECT_EQ(getxattr(At("film").c_str(), "user.mood", mood, sizeof mood), 4);
+        EXPECT_EQ(GetAt("film"), "new");
+        EXPECT_EQ(GetAt("second"), "old");
+        ExpectLogged("The other names of the file keep the old content: " + At("film"));
+        EXPECT_FALSE(IsAt("film.zvoriginal"));
+        chmod(At("film").c_str(), 0666);
+        const auto replaceForeign = [&]
+        {
+            Put("nobodys", "newest");
+            EXPECT_FALSE(ZVSafeReplace(TextAt("film"), TextAt("nobodys"), options).Run());
+            ExpectLogged("Error 1 giving a new file the owner of: " + At("film"));
+        };
+        AsNobody(replaceForeign);
+        EXPECT_EQ(GetAt("film"), "new");
+        std::filesystem::remove(At("film"));
+        std::filesystem::remove(At("second"));
+    };
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can give files to others";
+    OnOneDeviceAndOnTwo(replace);
+}
+
+// A second name that a killed replacement has left changes the status of the file when it goes, and that is no change of the file.
+TEST_F(ZVSafeReplaceTest, ReplacesOnlyTheFileThatIsExpected)
+{
+    Put("film", "old");
+    std::filesystem::create_hard_link(At("film"), At("film.zvoriginal"));
+    ZVReplaceOptions options {.Expected = ZVFileVersion(ZVFileInfo(TextAt("film")).GetStatus())};
+    Put("new", "new");
+    EXPECT_TRUE(ZVSafeReplace(TextAt("film"), TextAt("new"), options).Run());
+    EXPECT_FALSE(IsAt("film.zvoriginal"));
+    Put("new", "newer");
+    EXPECT_FALSE(ZVSafeReplace(TextAt("film"), TextAt("new"), options).Run());
+    EXPECT_THAT(List(), ElementsAre("film"));
+    EXPECT_EQ(GetAt("film"), "new");
 }
 
 TEST_F(ZVSafeReplaceTest, KeepsTheOldFileUnlessTheNewOneIsGood)

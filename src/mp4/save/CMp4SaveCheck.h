@@ -1,0 +1,17 @@
+#pragma once
+
+#include "core/containers/ZVOwnedPtrArray.h"
+#include "mp4/model/CAtom.h"
+
+class CMp4Layout;
+
+// What keeps a film from being written anew, because something in it could be lost. Each of these throws a message that tells why.
+namespace CMp4SaveCheck
+{
+// Ties each iloc to the mdat that its items lie in; there must be one that all of them lie in.
+void TieItems(const ZVOwnedPtrArray<CAtom>& roots);
+// Whether all places are known that would have to be moved. The movie is verified, and the items are tied.
+void CheckPlaces(const ZVOwnedPtrArray<CAtom>& roots);
+// Whether all places can be moved to where the layout has their data.
+void CheckMove(const ZVOwnedPtrArray<CAtom>& roots, const CMp4Layout& layout);
+}
