@@ -30,10 +30,6 @@ constexpr char ServerVariable[] = "ZV_COMPONENT_SERVER";
 constexpr wchar_t ChecksumEnding[] = L".sha256";
 constexpr int64_t MaximumChecksumFile = 4096;
 
-// ZVFileSystem makes a file with this name for a moment to find out whether a folder is writable. A process that is killed in
-// that moment leaves it there; nobody misses one that is deleted.
-constexpr wchar_t WriteTestStart[] = L"Directory Write Test (";
-
 constexpr char DeletingFailed[] = "Deleting old files failed";
 constexpr char PreservingFailed[] = "Moving preserved files failed";
 constexpr char UnpackingFailed[] = "Unpacking files failed";
@@ -162,7 +158,8 @@ void ZVComponentInstallation::ClearRemains() const
     for (ZVFileInfo info; finder.GetNext(info);)
     {
         const ZVString name = info.GetName();
-        const bool isRemains = (name.StartsWith(start) && name.EndsWith(extension)) || name.StartsWith(WriteTestStart);
+        const bool isRemains =
+            (name.StartsWith(start) && name.EndsWith(extension)) || name.StartsWith(ZVFileSystem::WriteTestStart);
         if (isRemains && !info.IsDirectory())
             ZVFileSystem::DeleteFile(info.GetPath());
     }

@@ -58,6 +58,8 @@ ZVString GetDirectoryUserFolder(UserFolder folder);
 bool MakeDirectoryTree(const ZVString& path, bool silent = false);
 // Whether a file can be made in the folder. It makes one to find out, since access bits tell nothing about network mounts.
 bool IsDirectoryWritable(const ZVString& path);
+// What the name of that file begins with. A process that is killed leaves it; nobody misses one that is deleted.
+inline constexpr wchar_t WriteTestStart[] = L"Directory Write Test (";
 // True if there was a file and it is gone.
 bool DeleteFile(const ZVString& path);
 // Deletes what is in a folder, and without keepRoot then the folder itself with everything that is left in it. A filter is an

@@ -79,8 +79,7 @@ bool ZVFileSystem::IsDirectoryWritable(const ZVString& path)
 {
     if (path.IsEmpty())
         return false;
-    const ZVNativePath file(
-        ZVFormat(L"%sDirectory Write Test (%d).tmp", ZVPathLayout::WithClosingSlash(path), GetWriteTestNumber()));
+    const ZVNativePath file(ZVFormat(L"%s%s%d).tmp", ZVPathLayout::WithClosingSlash(path), WriteTestStart, GetWriteTestNumber()));
     // Without a lock, so that two processes that come to the same number do not fail on each other.
     const ZVDescriptor descriptor(open(file, O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, NewFileMode));
     if (descriptor.IsOpen())

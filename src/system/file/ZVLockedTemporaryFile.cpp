@@ -72,7 +72,7 @@ void ZVLockedTemporaryFile::ClearRemains(const ZVString& base, const ZVString& e
     ZVFileFinder finder;
     finder.Find(ZVFilename::FromPath(ZVFileSystem::GetDirectoryTemp()), ZVFind::FolderContent);
     for (ZVFileInfo info; finder.GetNext(info);)
-        if (IsOfKind(info.GetName(), base, L"." + extension))
+        if (info.GetName().StartsWith(ZVFileSystem::WriteTestStart) || IsOfKind(info.GetName(), base, L"." + extension))
             DeleteUnlessLocked(info.GetPath());
 }
 

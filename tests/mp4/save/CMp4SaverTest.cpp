@@ -144,27 +144,6 @@ TEST_F(CMp4SaverTest, EachChunkKeepsItsBytes)
         }
 }
 
-TEST_F(CMp4SaverTest, ItemsKeepTheirBytes)
-{
-    Content content {
-        .Order = {"ftyp", "items", "moov", "two", "one"},
-          .Items = ItemPlaces({ Item(100,     0,      4), Item(0,     0,    4)}
-          )
-    };
-    const size_t place = MakeFilm(content).find("two!");
-    content.Items = ItemPlaces({Item(100, place - 100, 4), Item(0, place + 7, 4)});
-    Put("film.mp4", MakeFilm(content));
-    CMp4File film;
-    ASSERT_TRUE(Open(film, "film.mp4"));
-    Grow(film, Added);
-    EXPECT_TRUE(film.Save());
-    EXPECT_EQ(film.GetLastError(), L"");
-    const Bytes after = GetAt("film.mp4");
-    const size_t first = after.find("iloc") + 12;
-    EXPECT_EQ(after.substr(100 + NumberAt(after, first + 10, 4), 4), "two!");
-    EXPECT_EQ(after.substr(NumberAt(after, first + 28, 4), 4), "six!");
-}
-
 // Of long bodies there is only the place in the file that is open.
 TEST_F(CMp4SaverTest, CopiesWhatIsNotInMemory)
 {
