@@ -57,6 +57,7 @@ protected:
     // The file, which is open.
     CGeneralReader& GetStream() { return *m_stream; }
     void AddRootAtom(std::unique_ptr<CAtom> atom);
+    void RemoveRootAtom(CAtom& atom) { m_rootAtoms.RemoveAt(m_rootAtoms.Find(&atom)); }
 
     // Forgets the atoms and the file.
     virtual void Close();

@@ -29,6 +29,13 @@ public:
     const ZVOwnedPtrArray<CAtom>& GetChildren() const { return m_children; }
     // Takes an atom, which becomes the last child.
     void AddChild(std::unique_ptr<CAtom> child);
+    // The same before the child that has the index now.
+    void InsertChild(int32_t index, std::unique_ptr<CAtom> child);
+    // Frees children.
+    void RemoveChild(int32_t index) { m_children.RemoveAt(index); }
+    void RemoveChildren(uint32_t type);
+    // Those of all types, and what stood behind them.
+    void RemoveAllChildren();
 
     // A child of a type; the index counts down through those before it. Null, with what is left of the index, if there is none.
     CAtom* GetChild(uint32_t type, int32_t& index) const;
