@@ -73,6 +73,31 @@ private:
     size_t m_position = 0;
 };
 
+// Atoms as they are written, given as a list of pointers.
+template <class Atoms>
+Bytes WriteAll(const Atoms& atoms)
+{
+    struct Sink : IAtomSink
+    {
+        bool Write(const void* bytes, int64_t count) override
+        {
+            Text.append(static_cast<const char*>(bytes), static_cast<size_t>(count));
+            return true;
+        }
+
+        Bytes Text;
+    };
+    Sink sink;
+    CAtomWriter writer(sink);
+    for (const auto& atom : atoms)
+    {
+        atom->ComputeSize();
+        atom->Write(writer);
+    }
+    writer.Flush();
+    return sink.Text;
+}
+
 // The atoms of a file, and what ended the reading.
 struct Tree
 {
@@ -106,29 +131,7 @@ struct Tree
         return dynamic_cast<Atom*>(atom);
     }
 
-    // All roots as they are written.
-    Bytes Write() const
-    {
-        struct Sink : IAtomSink
-        {
-            bool Write(const void* bytes, int64_t count) override
-            {
-                Text.append(static_cast<const char*>(bytes), static_cast<size_t>(count));
-                return true;
-            }
-
-            Bytes Text;
-        };
-        Sink sink;
-        CAtomWriter writer(sink);
-        for (const auto& root : Roots)
-        {
-            root->ComputeSize();
-            root->Write(writer);
-        }
-        writer.Flush();
-        return sink.Text;
-    }
+    Bytes Write() const { return WriteAll(Roots); }
 
     MemoryFile File;
     CAtomReader Reader;

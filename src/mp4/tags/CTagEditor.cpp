@@ -197,7 +197,7 @@ std::unique_ptr<CAtom> CTagEditor::MakeAtom(const Target& target, const ZVString
     }
 }
 
-// An item of that name keeps its spelling and whoever defined it: other programs may look for them.
+// The item keeps whoever defined it, and the spelling of a name that the library does not show: other programs may look for them.
 std::unique_ptr<CAtom> CTagEditor::MakeFreeForm(const Target& target, const ZVString& value) const
 {
     ZVString mean = L"com.apple.iTunes";
@@ -209,7 +209,8 @@ std::unique_ptr<CAtom> CTagEditor::MakeFreeForm(const Target& target, const ZVSt
             const auto* const item = dynamic_cast<const C4DashesAtom*>(child);
             if (item == nullptr || !item->GetName(found) || !found.IsEqual(target.ItemName, false))
                 continue;
-            name = found;
+            if (target.Name != target.ItemName)
+                name = found;
             item->GetMean(mean);
             break;
         }
@@ -293,9 +294,8 @@ void CTagEditor::ReplaceTag(CILSTAtom& list, const Target& target, std::unique_p
     }
     if (atom == nullptr)
         return;
-    const int32_t end = children.GetCount();
-    const int32_t next = place >= 0 ? place : firstItem >= 0 ? firstItem : end;
-    list.InsertChild(atom->GetType() == ItemType ? end : next, std::move(atom));
+    const bool isLast = atom->GetType() == ItemType || (place < 0 && firstItem < 0);
+    list.InsertChild(isLast ? children.GetCount() : place < 0 ? firstItem : place, std::move(atom));
 }
 
 // Reading shows this copyright before that of the list, so it must say the same. One in another language would say the old.

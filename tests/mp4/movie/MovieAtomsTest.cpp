@@ -140,31 +140,10 @@ TEST(MovieAtoms, ACopyrightEndsAtItsNUL)
     EXPECT_EQ(open.Find<CCopyrightAtom>({"cprt"})->GetValue(), L"\u00e9");
 }
 
-// An atom as it is written.
-static Bytes GetBytes(CAtom& atom)
-{
-    struct Sink : IAtomSink
-    {
-        bool Write(const void* bytes, int64_t count) override
-        {
-            Text.append(static_cast<const char*>(bytes), static_cast<size_t>(count));
-            return true;
-        }
-
-        Bytes Text;
-    };
-    Sink sink;
-    CAtomWriter writer(sink);
-    atom.ComputeSize();
-    atom.Write(writer);
-    writer.Flush();
-    return sink.Text;
-}
-
 TEST(MovieAtoms, AreWholeWhenTheyAreNew)
 {
-    EXPECT_EQ(GetBytes(*CHDLRAtom::MakeNew()), FullAtom("hdlr", Zeros(4) + "mdir" + Zeros(12) + Zeros(2)));
-    const Bytes track = GetBytes(*CTKHDAtom::MakeNew());
+    EXPECT_EQ(WriteAll(std::vector {CHDLRAtom::MakeNew().get()}), FullAtom("hdlr", Zeros(4) + "mdir" + Zeros(12) + Zeros(2)));
+    const Bytes track = WriteAll(std::vector {CTKHDAtom::MakeNew().get()});
     const Bytes times = track.substr(12, 8);
     EXPECT_EQ(times.substr(0, 4), times.substr(4));
     EXPECT_GT(times.substr(0, 4), Number(3'800'000'000, 4)) << "June 2024, in seconds since 1904";
