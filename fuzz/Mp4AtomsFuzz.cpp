@@ -1,5 +1,5 @@
 // The bytes of an MP4, QuickTime or HEIF file: its atoms are read, shown, written, and read and written again; then it is verified and
-// asked for all that the library tells of such a file.
+// asked for all that the library tells of such a file. Its tags are set, and must be told when what was written is read again.
 
 #include "Require.h"
 #include "core/property/ZVPropertyMap.h"
@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <ostream>
 #include <span>
@@ -66,6 +67,22 @@ public:
     std::vector<uint8_t> Bytes;
 };
 
+template <class Atoms>
+std::vector<uint8_t> WriteAll(const Atoms& atoms)
+{
+    MemorySink sink;
+    CAtomWriter writer(sink);
+    for (const auto& atom : atoms)
+    {
+        atom->ComputeSize();
+        const int64_t start = writer.GetCount();
+        atom->Write(writer);
+        Require(static_cast<uint64_t>(writer.GetCount() - start) == atom->GetSize());
+    }
+    writer.Flush();
+    return std::move(sink.Bytes);
+}
+
 int64_t CountAtoms(const CAtom& atom, int32_t depth)
 {
     Require(depth <= CAtomLimits::MaximumDepth);
@@ -109,20 +126,7 @@ public:
     int64_t GetEnd() const { return m_end; }
 
     // Writes what was read.
-    std::vector<uint8_t> Write() const
-    {
-        MemorySink sink;
-        CAtomWriter writer(sink);
-        for (const std::unique_ptr<CAtom>& root : m_roots)
-        {
-            root->ComputeSize();
-            const int64_t start = writer.GetCount();
-            root->Write(writer);
-            Require(static_cast<uint64_t>(writer.GetCount() - start) == root->GetSize());
-        }
-        writer.Flush();
-        return std::move(sink.Bytes);
-    }
+    std::vector<uint8_t> Write() const { return WriteAll(m_roots); }
 
     void Dump() const
     {
@@ -156,24 +160,27 @@ private:
     std::vector<std::unique_ptr<CAtom>> m_roots;
 };
 
-// As those do who show what a file is. Pictures go nowhere, but for that of a key, which is deleted.
-void AskEverything(std::span<const uint8_t> bytes)
+bool IsOpened(CMp4File& file, std::span<const uint8_t> bytes)
 {
-    CMp4File file;
     file.AllowMissingFTYP();
     Require(file.OpenStream(std::make_unique<MemoryFile>(bytes), ZVFilename::FromPath(L"film.mp4")));
-    if (!file.ReadAtoms())
-        return;
     try
     {
-        if (!file.Verify())
-            return;
+        return file.ReadAtoms() && file.Verify();
     }
     catch (Exception* exception)
     {
         delete exception;
-        return;
+        return false;
     }
+}
+
+// As those do who show what a file is. Pictures go nowhere, but for that of a key, which is deleted.
+void AskEverything(std::span<const uint8_t> bytes)
+{
+    CMp4File file;
+    if (!IsOpened(file, bytes))
+        return;
     ZVPropertyMap tags;
     file.GetTags(tags);
     if (tags.IsSet(L"Image File"))
@@ -182,6 +189,38 @@ void AskEverything(std::span<const uint8_t> bytes)
     Require(file.GetFileInfo(information) == information.IsSet(L"Media Type"));
     ZVFilename picture = ZVFilename::FromPath(L"/dev/null");
     file.GetImageFile(picture);
+}
+
+// Tags of all kinds, in the form in which they are told.
+constexpr const wchar_t* SetTags[][2] = {
+    {L"Name",        L"a"   },
+    {L"Track #",     L"5/12"},
+    {L"Genre",       L"Ska" },
+    {L"BPM",         L"120" },
+    {L"Compilation", L"1"   },
+    {L"Copyright",   L"me"  },
+    {L"Rating",      L"4"   },
+    {L"My own",      L"x"   },
+};
+
+void SetSomeTags(std::span<const uint8_t> bytes)
+{
+    CMp4File file;
+    if (!IsOpened(file, bytes))
+        return;
+    bool isSet[std::size(SetTags)];
+    for (size_t index = 0; index < std::size(SetTags); ++index)
+        isSet[index] = file.SetTag(SetTags[index][0], SetTags[index][1]);
+    const std::vector<uint8_t> written = WriteAll(file.GetRootAtoms());
+    CMp4File again;
+    if (!IsOpened(again, written))
+        return;
+    ZVPropertyMap tags;
+    again.GetTags(tags);
+    if (tags.IsSet(L"Image File"))
+        ZVFileSystem::DeleteFile(tags.GetString(L"Image File"));
+    for (size_t index = 0; index < std::size(SetTags); ++index)
+        Require(!isSet[index] || tags.GetString(SetTags[index][0]) == SetTags[index][1]);
 }
 }
 
@@ -201,5 +240,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Require(second.IsWhole);
     Require(second.Write() == written);
     AskEverything({data, size});
+    SetSomeTags({data, size});
     return 0;
 }

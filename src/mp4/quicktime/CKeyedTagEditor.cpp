@@ -3,26 +3,49 @@
 #include "mp4/quicktime/MetadataItemAtom.h"
 #include "mp4/quicktime/MetadataItemKeysAtom.h"
 #include "mp4/tags/CILSTAtom.h"
+#include "mp4/tags/CTagDataAtom.h"
 
 #include <utility>
 
 namespace
 {
-constexpr wchar_t ImageTag[] = L"Image File";
-
-std::unique_ptr<CAtom> MakeItem(const CAtom& old, const ZVString& tag, const ZVString& value)
+std::unique_ptr<CAtom> MakeText(uint32_t type, const ZVString& value)
 {
-    // One that is no item of metadata is shown as nothing, and gives way like one whose data is of no known type.
-    const auto* const known = dynamic_cast<const MetadataItemAtom*>(&old);
-    const bool isPicture = tag.IsEqual(ImageTag, false);
-    std::unique_ptr<MetadataItemAtom> item(known == nullptr || isPicture
-                                               ? new MetadataItemAtom(MetadataItemAtom::Class, old.GetType())
-                                               : static_cast<MetadataItemAtom*>(known->Clone(nullptr)));
-    if (isPicture)
-        item->SetPicture(value);
-    else
-        item->SetValue(value);
+    auto item = std::make_unique<MetadataItemAtom>(MetadataItemAtom::Class, type);
+    item->SetValue(value);
     return item;
+}
+
+std::unique_ptr<CAtom> MakePicture(uint32_t type, const ZVString& path)
+{
+    auto item = std::make_unique<MetadataItemAtom>(MetadataItemAtom::Class, type);
+    item->SetPicture(path);
+    return item;
+}
+
+// A number in the place of another keeps its type of data.
+std::unique_ptr<CAtom> MakeNumber(const CAtom& old, const ZVString& value)
+{
+    const auto* const known = dynamic_cast<const MetadataItemAtom*>(&old);
+    if (known == nullptr || known->IsPicture())
+        return MakeText(old.GetType(), value);
+    std::unique_ptr<MetadataItemAtom> item(static_cast<MetadataItemAtom*>(known->Clone(nullptr)));
+    item->SetValue(value);
+    return item;
+}
+
+// The new item of a key whose data is known to have a type.
+std::unique_ptr<CAtom> MakeItem(const CAtom& old, uint32_t dataType, const ZVString& value)
+{
+    switch (dataType)
+    {
+    case CTagDataAtom::UTF8:
+        return MakeText(old.GetType(), value);
+    case CTagDataAtom::JPEG:
+        return MakePicture(old.GetType(), value);
+    default:
+        return MakeNumber(old, value);
+    }
 }
 }
 
@@ -36,9 +59,9 @@ CKeyedTagEditor::CKeyedTagEditor(CContainerAtom* meta)
 
 CKeyedTagEditor::~CKeyedTagEditor() = default;
 
-std::vector<CAtom*> CKeyedTagEditor::FindItems(const ZVString& tag) const
+std::vector<CKeyedTagEditor::FoundItem> CKeyedTagEditor::FindItems(const ZVString& tag) const
 {
-    std::vector<CAtom*> items;
+    std::vector<FoundItem> items;
     if (m_keys == nullptr || m_items == nullptr)
         return items;
     for (int32_t index = 0; index < m_keys->GetKeyCount(); ++index)
@@ -46,16 +69,16 @@ std::vector<CAtom*> CKeyedTagEditor::FindItems(const ZVString& tag) const
         uint32_t dataType = 0;
         if (!MetadataItemKeysAtom::GetTagOfKey(m_keys->GetNamespace(index), m_keys->GetKey(index), dataType).IsEqual(tag, false))
             continue;
-        if (CAtom* const item = m_items->GetFirstChild(static_cast<uint32_t>(index) + 1))
-            items.push_back(item);
+        if (const CAtom* const item = m_items->GetFirstChild(static_cast<uint32_t>(index) + 1))
+            items.push_back({item, dataType});
     }
     return items;
 }
 
 void CKeyedTagEditor::Prepare(const ZVString& tag, const ZVString& value)
 {
-    for (const CAtom* const item : FindItems(tag))
-        m_changes.push_back({item->GetType(), value.IsEmpty() ? nullptr : MakeItem(*item, tag, value)});
+    for (const auto& [item, dataType] : FindItems(tag))
+        m_changes.push_back({item->GetType(), value.IsEmpty() ? nullptr : MakeItem(*item, dataType, value)});
 }
 
 void CKeyedTagEditor::Commit()

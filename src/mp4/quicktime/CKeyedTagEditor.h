@@ -36,7 +36,13 @@ private:
         std::unique_ptr<CAtom> Item;
     };
 
-    std::vector<CAtom*> FindItems(const ZVString& tag) const;
+    struct FoundItem
+    {
+        const CAtom* Item;
+        uint32_t DataType;  // that items of its key have
+    };
+
+    std::vector<FoundItem> FindItems(const ZVString& tag) const;
 
     const MetadataItemKeysAtom* m_keys = nullptr;
     CILSTAtom* m_items = nullptr;

@@ -180,9 +180,7 @@ void MetadataItemAtom::SetValue(const ZVString& value)
 {
     const CTagDataAtom* const data = FindFirstData();
     const NumberType* const number = data == nullptr ? nullptr : FindRow(NumberTypes, data->GetDataType());
-    if (IsPicture())
-        SetPicture(value);
-    else if (number != nullptr)
+    if (number != nullptr)
         SetNumber(number->DataType, GetNumberBits(value, *number), number->Width);
     else
         SetText(value, UnlimitedText);

@@ -19,8 +19,7 @@ public:
     // picture or if it could not be written.
     bool GetValue(ZVFilename& filename) const;
     bool IsPicture() const;
-    // Keeps the type of data if it is that of a number or a picture, which is then taken from the file that value names;
-    // otherwise the value becomes UTF-8.
+    // Keeps the type of data if it is that of a number; otherwise the value becomes UTF-8.
     void SetValue(const ZVString& value) override;
 
 private:

@@ -18,7 +18,6 @@
 #include "mp4/tags/TagNames.h"
 #include "mp4/tags/TagTypes.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace

@@ -334,19 +334,23 @@ TEST_F(CTagEditorTest, ChangesTheKeysThatWouldHideATag)
         const char* Value;
         const char* Key;
         Bytes Before;
+        uint32_t TypeBefore;
         Bytes After;
-        uint32_t TypeBefore = 1;
-        uint32_t TypeAfter = 1;
+        uint32_t TypeAfter;
     };
+    const Bytes two = Number(0x40000000, 4);
+    const Bytes four = Number(0x40800000, 4);
     const Row rows[] = {
-        {"name",   "new",      "title",        "old",                 "new"                        },
-        {"Name",   "new",      "title",        "\0o"s,                "new",                 2,  1 },
-        {"Artist", "new",      "title",        "old",                 "old"                        },
-        {"Make",   "New",      "make",         "x",                   "New"                        },
-        {"Date",   "43968.25", "creationdate", "x",                   "2020-05-17T06:00:00"        },
-        {"Date",   "43968.25", "year",         "x",                   "2020"                       },
-        {"Rating", "4",        "rating.user",  Number(0x40000000, 4), Number(0x40800000, 4), 23, 23},
-        {"Rating", "4",        "rating.user",  "\1",                  "\4",                  75, 75},
+        {"name",   "new",      "title",        "old",     1,  "new",                 1 },
+        {"Name",   "new",      "title",        "\0o"s,    2,  "new",                 1 },
+        {"Name",   "new",      "title",        "picture", 13, "new",                 1 },
+        {"Artist", "new",      "title",        "old",     1,  "old",                 1 },
+        {"Make",   "New",      "make",         "x",       1,  "New",                 1 },
+        {"Date",   "43968.25", "creationdate", "x",       1,  "2020-05-17T06:00:00", 1 },
+        {"Date",   "43968.25", "year",         "x",       1,  "2020",                1 },
+        {"Rating", "4",        "rating.user",  two,       23, four,                  23},
+        {"Rating", "4",        "rating.user",  "2",       1,  "4",                   1 },
+        {"Rating", "4",        "rating.user",  "\1",      75, "\4",                  75},
     };
     for (const Row& row : rows)
     {
