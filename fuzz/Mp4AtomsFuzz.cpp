@@ -1,5 +1,6 @@
 // The bytes of an MP4, QuickTime or HEIF file: its atoms are read, shown, written, and read and written again; then it is verified and
-// asked for all that the library tells of such a file. It is merged with a copy of itself.
+// asked for all that the library tells of such a file. Its tags are set, and must be told when what was written is read again. It is merged
+// with a copy of itself.
 
 #include "Require.h"
 #include "core/property/ZVPropertyMap.h"
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <ostream>
 #include <span>
@@ -203,6 +205,38 @@ void MergeTwice(std::span<const uint8_t> bytes)
     Require(isMerged ? after.size() >= before.size() : after == before);
     Require(isMerged == (second.GetRootAtoms().GetCount() == 0));
 }
+
+// Tags of all kinds, in the form in which they are told.
+constexpr const wchar_t* SetTags[][2] = {
+    {L"Name",        L"a"   },
+    {L"Track #",     L"5/12"},
+    {L"Genre",       L"Ska" },
+    {L"BPM",         L"120" },
+    {L"Compilation", L"1"   },
+    {L"Copyright",   L"me"  },
+    {L"Rating",      L"4"   },
+    {L"My own",      L"x"   },
+};
+
+void SetSomeTags(std::span<const uint8_t> bytes)
+{
+    CMp4File file;
+    if (!IsOpened(file, bytes))
+        return;
+    bool isSet[std::size(SetTags)];
+    for (size_t index = 0; index < std::size(SetTags); ++index)
+        isSet[index] = file.SetTag(SetTags[index][0], SetTags[index][1]);
+    const std::vector<uint8_t> written = WriteAll(file.GetRootAtoms());
+    CMp4File again;
+    if (!IsOpened(again, written))
+        return;
+    ZVPropertyMap tags;
+    again.GetTags(tags);
+    if (tags.IsSet(L"Image File"))
+        ZVFileSystem::DeleteFile(tags.GetString(L"Image File"));
+    for (size_t index = 0; index < std::size(SetTags); ++index)
+        Require(!isSet[index] || tags.GetString(SetTags[index][0]) == SetTags[index][1]);
+}
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
@@ -222,5 +256,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Require(second.Write() == written);
     AskEverything({data, size});
     MergeTwice({data, size});
+    SetSomeTags({data, size});
     return 0;
 }

@@ -6,6 +6,7 @@
 #include "mp4/CMp4Saver.h"
 #include "mp4/CodecNames.h"
 #include "mp4/MediaSubTypes.h"
+#include "mp4/model/EncodeText.h"
 #include "mp4/model/Exception.h"
 #include "mp4/model/GetText.h"
 #include "mp4/movie/CCopyrightAtom.h"
@@ -16,6 +17,7 @@
 #include "mp4/quicktime/CKeyedMetadata.h"
 #include "mp4/tags/CCoverartAtom.h"
 #include "mp4/tags/CILSTAtom.h"
+#include "mp4/tags/CTagEditor.h"
 
 #include <algorithm>
 #include <optional>
@@ -34,6 +36,8 @@ constexpr uint32_t ILST = FourCC("ilst");
 // The identifier of a uuid atom with a UITS payload.
 constexpr uint8_t UITSIdentifier[] = {0x99, 0x45, 0x4e, 0x27, 0x96, 0x3a, 0x4b, 0x56,
                                       0x8e, 0x76, 0x1d, 0xb6, 0x8c, 0x89, 0x9c, 0xd4};
+
+constexpr wchar_t UITSTag[] = L"UITS Payload";
 
 bool HoldsUITS(const CAtom& atom)
 {
@@ -267,7 +271,7 @@ bool CMp4File::GetAllTags(ZVPropertyMap& map)
     }
     if (m_uits != nullptr)
     {
-        map.SetString(L"UITS Payload", GetText(m_uits->GetData().Text()));
+        map.SetString(UITSTag, GetText(m_uits->GetData().Text()));
         isFound = true;
     }
     if (ilst != nullptr)
@@ -277,6 +281,45 @@ bool CMp4File::GetAllTags(ZVPropertyMap& map)
     if (CContainerAtom* const meta = FindQTMeta())
         isFound = CKeyedMetadata(*meta).GetTags(map) || isFound;
     return isFound;
+}
+
+bool CMp4File::SetTag(const ZVString& name, const ZVString& value)
+{
+    if (m_moov == nullptr)
+        return Fail(L"There is no movie whose tags could be set");
+    return Guard(
+        [&]
+        {
+            if (name.IsEqual(UITSTag, false))
+            {
+                SetUITSPayload(value);
+                return true;
+            }
+            CUdtaAtom* udta;
+            CILSTAtom* const ilst = FindILST(udta);
+            CTagEditor({*m_moov, udta, ilst, FindQTMeta()}).Set(name, value);
+            return true;
+        });
+}
+
+void CMp4File::SetUITSPayload(const ZVString& value)
+{
+    if (value.IsEmpty())
+    {
+        if (CUUIDAtom* const old = std::exchange(m_uits, nullptr))
+            RemoveRootAtom(*old);
+        return;
+    }
+    if (m_uits == nullptr)
+    {
+        // At the end of the file nothing moves for it.
+        std::unique_ptr<CUUIDAtom> made = CUUIDAtom::MakeNew(UITSIdentifier);
+        CUUIDAtom* const uits = made.get();
+        AddRootAtom(std::move(made));
+        m_uits = uits;
+    }
+    const std::string bytes = EncodeText(value.View());
+    m_uits->SetData(AsBytes(bytes));
 }
 
 bool CMp4File::GetImageFile(ZVFilename& filename)

@@ -46,6 +46,10 @@ public:
 
     // Sets what the tags tell. True when there is at least one.
     bool GetTags(ZVPropertyMap& map);
+    // Sets a tag in the atoms that were read, or removes it if the value is empty. The names are those of GetTags, in any case. A
+    // name that is not known becomes a free-form tag; what the file itself determines is left alone, which is a success. The
+    // value of "Image File" is the path of a picture. False, with nothing changed, for a value that the tag cannot have.
+    bool SetTag(const ZVString& name, const ZVString& value);
     // Sets what the file is: type, size, duration in seconds, sample rate, channels, bit depth, kind of media, width and height in
     // pixels, kilobits a second, frames a second, and the codecs in words.
     bool GetFileInfo(ZVPropertyMap& map);
@@ -61,6 +65,7 @@ private:
     void RecoverMDAT();
     CILSTAtom* FindILST(CUdtaAtom*& udta);
     CContainerAtom* FindQTMeta();
+    void SetUITSPayload(const ZVString& value);
     bool GetAllTags(ZVPropertyMap& map);
     bool WriteImage(ZVFilename& filename);
     void AppendMovie(CMp4File& second);
@@ -70,7 +75,7 @@ private:
     const CAtom* m_ftyp = nullptr;
     CMOOVAtom* m_moov = nullptr;
     CMDATList m_mdatList;
-    const CUUIDAtom* m_uits = nullptr;
+    CUUIDAtom* m_uits = nullptr;
     CILSTAtom* m_ilst = nullptr;
     CContainerAtom* m_qtMeta = nullptr;
     bool m_checkOverlap;

@@ -73,6 +73,7 @@ protected:
     std::unique_ptr<CAtom> ReplaceRootAtom(CAtom& atom, std::unique_ptr<CAtom> replacement);
     // Keeps the file of another object open for as long as this one is, for atoms whose bytes are in it. The other object is closed.
     void TakeFile(CMp4FileBase& other);
+    void RemoveRootAtom(CAtom& atom) { m_rootAtoms.RemoveAt(m_rootAtoms.Find(&atom)); }
 
     // Forgets the atoms and the file.
     virtual void Close();

@@ -106,8 +106,13 @@ int64_t CContainerAtom::ReadChildren(CAtomReader& reader, int64_t& remaining, ui
 
 void CContainerAtom::AddChild(std::unique_ptr<CAtom> child)
 {
+    InsertChild(m_children.GetCount(), std::move(child));
+}
+
+void CContainerAtom::InsertChild(int32_t index, std::unique_ptr<CAtom> child)
+{
     child->SetParent(this);
-    m_children.Add(child.get());
+    m_children.InsertAt(index, child.get());
     child.release();
 }
 
@@ -115,6 +120,19 @@ void CContainerAtom::ReplaceChild(CAtom& child, std::unique_ptr<CAtom> replaceme
 {
     replacement->SetParent(this);
     m_children.SetElement(m_children.Find(&child), replacement.release(), true);
+}
+
+void CContainerAtom::RemoveChildren(uint32_t type)
+{
+    for (int32_t index = m_children.GetCount() - 1; index >= 0; --index)
+        if (m_children[index]->GetType() == type)
+            RemoveChild(index);
+}
+
+void CContainerAtom::RemoveAllChildren()
+{
+    m_children.RemoveAll();
+    m_passedOver = CAtomBytes();
 }
 
 CAtom* CContainerAtom::GetChild(uint32_t type, int32_t& index) const

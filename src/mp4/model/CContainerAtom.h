@@ -38,6 +38,13 @@ public:
     void AddChild(std::unique_ptr<CAtom> child);
     // Puts an atom in the place of a child, which is deleted.
     void ReplaceChild(CAtom& child, std::unique_ptr<CAtom> replacement);
+    // The same before the child that has the index now.
+    void InsertChild(int32_t index, std::unique_ptr<CAtom> child);
+    // Frees children.
+    void RemoveChild(int32_t index) { m_children.RemoveAt(index); }
+    void RemoveChildren(uint32_t type);
+    // Those of all types, and what stood behind them.
+    void RemoveAllChildren();
 
     // A child of a type; the index counts down through those before it. Null, with what is left of the index, if there is none.
     CAtom* GetChild(uint32_t type, int32_t& index) const;

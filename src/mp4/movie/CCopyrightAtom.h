@@ -10,6 +10,8 @@ public:
 
     using CFullAtom::CFullAtom;
 
+    static std::unique_ptr<CCopyrightAtom> MakeNew(uint16_t language, const ZVString& text);
+
     void Fields(CFieldVisitor& visitor)
     {
         CFullAtom::Fields(visitor);
@@ -18,6 +20,8 @@ public:
         visitor.Rest("text", m_text);
     }
 
+    // Three letters of five bits each, or 0.
+    uint16_t GetLanguage() const { return m_language; }
     // The text up to its NUL, in UTF-8.
     ZVString GetValue() const;
 

@@ -4,9 +4,9 @@
 #include "mp4/model/CAtomBytes.h"
 #include "mp4/model/CFieldVisitor.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <cstddef>
 #include <vector>
 
 // mdat: the media themselves, which stay in the file. The last one of a file may be cut.

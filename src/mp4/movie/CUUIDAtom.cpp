@@ -2,6 +2,13 @@
 
 #include "mp4/model/Exception.h"
 
+std::unique_ptr<CUUIDAtom> CUUIDAtom::MakeNew(std::span<const uint8_t> identifier)
+{
+    auto atom = std::make_unique<CUUIDAtom>(Class, FourCC("uuid"));
+    atom->m_identifier = CAtomBytes(identifier);
+    return atom;
+}
+
 void CUUIDAtom::Fields(CFieldVisitor& visitor)
 {
     if (!visitor.If(m_hasIdentifier, IdentifierSize))

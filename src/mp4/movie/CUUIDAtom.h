@@ -15,10 +15,14 @@ public:
 
     using CAtom::CAtom;
 
+    // One without data. The identifier has IdentifierSize bytes.
+    static std::unique_ptr<CUUIDAtom> MakeNew(std::span<const uint8_t> identifier);
+
     void Fields(CFieldVisitor& visitor);
 
     std::span<const uint8_t> GetIdentifier() const { return m_identifier.View(); }
     const CAtomBytes& GetData() const { return m_data; }
+    void SetData(std::span<const uint8_t> data) { m_data = CAtomBytes(data); }
 
 private:
     bool m_hasIdentifier = true;

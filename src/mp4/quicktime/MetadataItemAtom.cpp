@@ -1,6 +1,8 @@
 #include "mp4/quicktime/MetadataItemAtom.h"
 
 #include "core/bytes/ZVByteCursor.h"
+#include "mp4/model/EncodeText.h"
+#include "mp4/model/Exception.h"
 #include "mp4/model/GetText.h"
 #include "mp4/tags/CTagDataAtom.h"
 #include "mp4/tags/WriteCoverFile.h"
@@ -99,6 +101,27 @@ ZVString GetNumber(std::string_view bytes, const NumberType& type)
     return GetNumberText(type.Kind, cursor.ReadUnsigned(width), width);
 }
 
+// The bits of a number whose text this is. Throws for any other text, and for a number that does not fit.
+uint64_t GetNumberBits(const ZVString& text, const NumberType& type)
+{
+    ZVString number = text;
+    number.TrimWhitespace();
+    if (type.Kind == NumberKind::Float)
+    {
+        int32_t used = 0;
+        const double value = number.ToDouble(&used, true);
+        if (number.IsEmpty() || used != number.GetLength())
+            ThrowException(L"\"%s\" is no number", text);
+        return type.Width == 4 ? std::bit_cast<uint32_t>(static_cast<float>(value)) : std::bit_cast<uint64_t>(value);
+    }
+    const bool isSigned = type.Kind == NumberKind::Signed;
+    const uint64_t bits = isSigned ? static_cast<uint64_t>(number.ToInt64()) : number.ToUInt64();
+    const uint64_t kept = bits & UINT64_MAX >> (64 - 8 * type.Width);
+    if (GetNumberText(type.Kind, kept, type.Width) != number)
+        ThrowException(L"\"%s\" is no whole number of %d bytes", text, type.Width);
+    return kept;
+}
+
 // Empty for a type that is neither text nor number.
 ZVString GetTextOrNumber(const CTagDataAtom& data)
 {
@@ -151,4 +174,14 @@ bool MetadataItemAtom::GetValue(ZVFilename& filename) const
     const CTagDataAtom& data = *FindFirstData();
     return data.GetValue().GetCount() > 0 &&
            WriteCoverFile(data.GetValue(), FindRow(PictureTypes, data.GetDataType())->Extension, filename);
+}
+
+void MetadataItemAtom::SetValue(const ZVString& value)
+{
+    const CTagDataAtom* const data = FindFirstData();
+    const NumberType* const number = data == nullptr ? nullptr : FindRow(NumberTypes, data->GetDataType());
+    if (number != nullptr)
+        SetNumber(number->DataType, GetNumberBits(value, *number), number->Width);
+    else
+        SetText(value, UnlimitedText);
 }

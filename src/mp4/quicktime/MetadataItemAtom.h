@@ -19,6 +19,8 @@ public:
     // picture or if it could not be written.
     bool GetValue(ZVFilename& filename) const;
     bool IsPicture() const;
+    // Keeps the type of data if it is that of a number; otherwise the value becomes UTF-8.
+    void SetValue(const ZVString& value) override;
 
 private:
     const CTagDataAtom* FindFirstData() const;

@@ -12,6 +12,9 @@ public:
 
     using CContainerAtom::CContainerAtom;
 
+    // An item with all three; of a long mean the start is kept.
+    static std::unique_ptr<C4DashesAtom> MakeNew(const ZVString& mean, const ZVString& name, const ZVString& value);
+
     // Who defined the tag, in the form of a reversed domain name; it may be empty.
     bool GetMean(ZVString& text) const;
     // The name, which is not empty.

@@ -5,6 +5,9 @@
 #include "mp4/model/CAtomBytes.h"
 #include "mp4/model/CFieldVisitor.h"
 
+#include <memory>
+#include <string_view>
+
 // mean and name: who defined a free-form tag, and what it is called. The text begins after a version and flags.
 class CFreeFormTextAtom : public CAtom
 {
@@ -13,6 +16,9 @@ public:
     static const CAtomClass NameClass;
 
     using CAtom::CAtom;
+
+    // A mean or name with a text in UTF-8.
+    static std::unique_ptr<CFreeFormTextAtom> MakeNew(const CAtomClass& atomClass, std::string_view text);
 
     void Fields(CFieldVisitor& visitor) { visitor.Rest("body", m_body); }
 

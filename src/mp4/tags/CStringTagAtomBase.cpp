@@ -1,5 +1,6 @@
 #include "mp4/tags/CStringTagAtomBase.h"
 
+#include "mp4/model/EncodeText.h"
 #include "mp4/model/GetText.h"
 #include "mp4/tags/TagTypes.h"
 
@@ -10,6 +11,11 @@ bool CStringTagAtomBase::GetValue(ZVString& value) const
         return false;
     value = text;
     return true;
+}
+
+void CStringTagAtomBase::SetValue(const ZVString& value)
+{
+    SetText(value, HasLengthLimit() ? MaximumTagText : UnlimitedText);
 }
 
 bool CStringTagAtomBase::HasLengthLimit() const

@@ -4,13 +4,32 @@
 #include "mp4/model/CAtomBytes.h"
 #include "mp4/model/CFieldVisitor.h"
 
+#include <memory>
+#include <span>
+
 // data: one value of a tag, with the type of its bytes (QuickTime File Format, "Well-known types").
 class CTagDataAtom : public CAtom
 {
 public:
     static const CAtomClass Class;
 
+    // Types of data. Implicit is what the type of the tag alone decides.
+    static constexpr uint32_t Implicit = 0;
+    static constexpr uint32_t UTF8 = 1;
+    static constexpr uint32_t JPEG = 13;
+    static constexpr uint32_t PNG = 14;
+    static constexpr uint32_t SignedNumber = 21;
+    static constexpr uint32_t BMP = 27;
+
     using CAtom::CAtom;
+
+    static std::unique_ptr<CTagDataAtom> MakeNew(uint32_t dataType, std::span<const uint8_t> value)
+    {
+        auto data = std::make_unique<CTagDataAtom>(Class, FourCC("data"));
+        data->m_dataType = dataType;
+        data->m_value = CAtomBytes(value);
+        return data;
+    }
 
     void Fields(CFieldVisitor& visitor)
     {

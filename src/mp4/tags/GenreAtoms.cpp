@@ -1,7 +1,9 @@
 #include "mp4/tags/GenreAtoms.h"
 
 #include "core/string/ZVDigits.h"
-#include "mp4/tags/GetGenreName.h"
+#include "mp4/model/Exception.h"
+#include "mp4/tags/CTagDataAtom.h"
+#include "mp4/tags/GenreNames.h"
 
 namespace
 {
@@ -35,6 +37,14 @@ bool CStandardGenreAtom::GetValue(ZVString& value) const
         return false;
     value = name;
     return true;
+}
+
+void CStandardGenreAtom::SetValue(const ZVString& value)
+{
+    const int32_t number = FindGenreNumber(value);
+    if (number < 0)
+        ThrowException(L"\"%s\" is no genre of the standard list", value);
+    SetNumber(CTagDataAtom::Implicit, static_cast<uint32_t>(number + 1), 2);
 }
 
 bool CCustomGenreAtom::GetValue(ZVString& value) const

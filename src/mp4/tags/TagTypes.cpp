@@ -62,8 +62,8 @@ constexpr ValueTagType ValueTags[] = {
     {FourCC("pgap"),      MakeAtomClass<CFlagAtom>("CGaplessPlaybackAtom")       },
     {FourCC("pcst"),      MakeAtomClass<CFlagAtom>("CPodcastAtom")               },
     {FourCC("shwm"),      MakeAtomClass<CFlagAtom>("ShowWrkMvmntAtom")           },
-    {FourCC("tves"),      MakeAtomClass<CTagAtomBase>("CTVEpisodeAtom")          },
-    {FourCC("tvsn"),      MakeAtomClass<CTagAtomBase>("CTVSeasonAtom")           },
+    {FourCC("tves"),      MakeAtomClass<CHiddenNumberAtom>("CTVEpisodeAtom")     },
+    {FourCC("tvsn"),      MakeAtomClass<CHiddenNumberAtom>("CTVSeasonAtom")      },
     {FourCC("covr"),      MakeAtomClass<CCoverartAtom>("CCoverartAtom")          },
 };
 }

@@ -1,5 +1,6 @@
-#include "mp4/tags/GetGenreName.h"
+#include "mp4/tags/GenreNames.h"
 
+#include <algorithm>
 #include <iterator>
 
 namespace
@@ -33,4 +34,11 @@ static_assert(std::size(GenreNames) == 148);
 const wchar_t* GetGenreName(int32_t number)
 {
     return number >= 0 && number < std::ssize(GenreNames) ? GenreNames[number] : nullptr;
+}
+
+int32_t FindGenreNumber(const ZVString& name)
+{
+    const auto* const found =
+        std::ranges::find_if(GenreNames, [view = name.View()](const wchar_t* genre) { return view == genre; });
+    return found == std::end(GenreNames) ? -1 : static_cast<int32_t>(found - GenreNames);
 }
