@@ -24,7 +24,8 @@ protected:
     static void Make(const std::string& picture, int pitch, const std::string& options, const std::string& film)
     {
         Run("ffmpeg -v error -y -f lavfi -i " + picture + "=size=320x180:rate=25 -f lavfi -i sine=" + std::to_string(pitch) +
-            ":sample_rate=48000 -t 1.6 -c:v libx264 -bf 0 -g 10 -pix_fmt yuv420p -c:a ac3 -use_editlist 0 " + options + " " + film);
+            ":sample_rate=48000 -t 1.6 -c:v libx264 -bf 0 -g 10 -pix_fmt yuv420p -c:a ac3 -use_editlist 0 " + options + " " +
+            film);
     }
 
     // Merges films into merged.mp4, which is a copy of the first.
