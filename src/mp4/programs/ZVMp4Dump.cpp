@@ -2,9 +2,9 @@
 //
 // Usage: zvmp4dump FILE    Exit status 0 when the whole file was read, 1 in every other case.
 
-#include "mp4/dump/CDumpedFile.h"
 #include "mp4/model/CAtom.h"
 #include "mp4/model/Exception.h"
+#include "mp4/programs/CDumpedFile.h"
 #include "system/filename/ZVNativePath.h"
 
 #include <cerrno>
