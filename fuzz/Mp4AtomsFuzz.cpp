@@ -2,13 +2,12 @@
 // asked for all that the library tells of such a file. Its tags are set, and must be told when what was written is read again. It is merged
 // with a copy of itself.
 
+#include "BrokenTree.h"
 #include "Require.h"
 #include "core/property/ZVPropertyMap.h"
 #include "mp4/CMp4File.h"
 #include "mp4/model/CAtomWriter.h"
 #include "mp4/model/CContainerAtom.h"
-#include "mp4/model/Exception.h"
-#include "mp4/model/StopOnBrokenTree.h"
 #include "system/file/ZVFileSystem.h"
 
 #include <algorithm>
@@ -19,12 +18,6 @@
 #include <ostream>
 #include <span>
 #include <vector>
-
-// Instead of the library's own, so that a broken tree is an input like any other, in the replay too.
-void StopOnBrokenTree()
-{
-    ThrowException(L"The tree is broken");
-}
 
 namespace
 {
