@@ -100,11 +100,11 @@ bool CMp4File::Save()
             return Fail(L"There is no open file to save");
         if (!m_isVerified)
             return Fail(L"The file was not verified as a film");
-        if (!AreTakenFilesSame())
-            return Fail(L"A file that was merged into this one was changed after it was opened");
         CMp4Saver saver(
             {GetFilename().GetPathOnly(), GetVersion(), GetFileSize(), GetAtomsEnd(), GetRootAtoms(), m_allowMissingFTYP});
         saver.WriteNewFile();
+        if (!AreTakenFilesSame())
+            return Fail(L"A file that was merged into this one was changed after it was opened");
         Close();
         saver.ReplaceFile();
         return true;
@@ -151,8 +151,7 @@ bool CMp4File::FindParts()
 // A recording that was not finished has its media behind bytes that are no atoms.
 void CMp4File::RecoverMDAT()
 {
-    const CAtom& last = *GetRootAtoms()[GetRootAtoms().GetCount() - 1];
-    auto from = static_cast<int64_t>(last.GetPosition() + last.GetSize());
+    int64_t from = GetAtomsEnd();
     CMDATSearch search(GetStream());
     while (const std::optional<int64_t> start = search.FindNextMDAT(from))
     {
@@ -233,6 +232,7 @@ void CMp4File::AppendMovie(CMp4File& second)
     const size_t count = target == nullptr ? 0 : target->GetAppendedCount();
     CAtom& merged = *movie;
     std::unique_ptr<CAtom> before;
+    MakeRoomFor(second);
     try
     {
         for (CMDATAtom* const mdat : second.m_mdatList)

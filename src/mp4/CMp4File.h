@@ -47,7 +47,8 @@ public:
     // Sets what the tags tell. True when there is at least one.
     bool GetTags(ZVPropertyMap& map);
     // Sets a tag in the atoms that were read, or removes it if the value is empty. The names are those of GetTags, in any case. A
-    // name that is not known becomes a free-form tag; what the file itself determines is left alone, which is a success. The
+    // name that is not known becomes a free-form tag; what the file itself determines is left alone, which is a success. What GetTags
+    // makes of other tags, as Camera of Make and Model, is a free-form tag too, which GetTags shows where there are no such tags. The
     // value of "Image File" is the path of a picture. False, with nothing changed, for a value that the tag cannot have.
     bool SetTag(const ZVString& name, const ZVString& value);
     // Sets what the file is: type, size, duration in seconds, sample rate, channels, bit depth, kind of media, width and height in

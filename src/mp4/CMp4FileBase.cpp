@@ -3,6 +3,7 @@
 #include "core/containers/ZVStringHash.h"
 #include "mp4/model/Exception.h"
 #include "system/file/ZVFileInfo.h"
+#include "system/file/ZVSafeReplace.h"
 #include "system/loader/ZVReaders.h"
 
 #include <algorithm>
@@ -38,7 +39,10 @@ CMp4FileBase::~CMp4FileBase() = default;
 bool CMp4FileBase::Open(const ZVFilename& filename)
 {
     // Asked for before the file is opened: one that is exchanged in between then passes for a changed one.
-    const ZVFileInfo file(filename.GetPathOnly());
+    ZVFileInfo file(filename.GetPathOnly());
+    const bool isMissing = !file.IsFound() || S_ISLNK(file.GetMode());
+    if (isMissing && ZVSafeReplace::PutBack(filename.GetPathOnly()))
+        file = ZVFileInfo(filename.GetPathOnly());
     const bool isOpen = OpenStream(std::make_unique<CLibraryReader>(filename.GetPathOnly()), filename);
     if (file.IsFound())
         m_source.Version = ZVFileVersion(file.GetStatus());
@@ -97,10 +101,14 @@ std::unique_ptr<CAtom> CMp4FileBase::ReplaceRootAtom(CAtom& atom, std::unique_pt
     return std::unique_ptr<CAtom>(&atom);
 }
 
+void CMp4FileBase::MakeRoomFor(const CMp4FileBase& other)
+{
+    m_taken.reserve(m_taken.size() + other.m_taken.size() + 1);
+}
+
 void CMp4FileBase::TakeFile(CMp4FileBase& other)
 {
     Source fresh;
-    m_taken.reserve(m_taken.size() + other.m_taken.size() + 1);
     m_taken.push_back(std::exchange(other.m_source, std::move(fresh)));
     std::ranges::move(other.m_taken, std::back_inserter(m_taken));
     other.Close();

@@ -20,7 +20,8 @@ public:
     CMp4FileBase& operator=(const CMp4FileBase&) = delete;
     virtual ~CMp4FileBase();
 
-    // Opens a file for reading, after closing the one that was open.
+    // Opens a file for reading, after closing the one that was open. One whose saving was killed in the moment when it stood under
+    // another name gets its name back.
     virtual bool Open(const ZVFilename& filename);
     // The same with a file that a reader reads; the name is only that of its properties.
     bool OpenStream(std::unique_ptr<CGeneralReader> stream, const ZVFilename& filename);
@@ -34,6 +35,8 @@ public:
 
     // The size of the file in bytes.
     int64_t GetFileSize() const { return m_fileSize; }
+    // Where the last atom ends that was read, as its header says.
+    int64_t GetAtomsEnd() const { return m_atomsEnd; }
     const ZVFilename& GetFilename() const { return m_filename; }
     // Why the last operation failed, or how the reading of a cut file ended.
     const ZVString& GetLastError() const { return m_lastError; }
@@ -64,14 +67,14 @@ protected:
     const std::optional<ZVFileVersion>& GetVersion() const { return m_source.Version; }
     // Whether the files that were taken are what they were when they were opened.
     bool AreTakenFilesSame() const;
-    // Where the last atom ends that was read, as its header says.
-    int64_t GetAtomsEnd() const { return m_atomsEnd; }
     // The file, which is open.
     CGeneralReader& GetStream() { return *m_source.Stream; }
     void AddRootAtom(std::unique_ptr<CAtom> atom);
     // Puts an atom in the place of another, which is handed out.
     std::unique_ptr<CAtom> ReplaceRootAtom(CAtom& atom, std::unique_ptr<CAtom> replacement);
     // Keeps the file of another object open for as long as this one is, for atoms whose bytes are in it. The other object is closed.
+    // MakeRoomFor takes the memory for it, so that nothing is thrown once the atoms have come over.
+    void MakeRoomFor(const CMp4FileBase& other);
     void TakeFile(CMp4FileBase& other);
     void RemoveRootAtom(CAtom& atom) { m_rootAtoms.RemoveAt(m_rootAtoms.Find(&atom)); }
 

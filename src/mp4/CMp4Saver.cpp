@@ -8,6 +8,7 @@
 #include "mp4/save/CMp4SaveCheck.h"
 #include "system/file/ZVFileInfo.h"
 #include "system/file/ZVFileSystem.h"
+#include "system/file/ZVFolderLock.h"
 #include "system/file/ZVSafeReplace.h"
 #include "system/filename/ZVNativePath.h"
 #include "system/filename/ZVPathLayout.h"
@@ -15,6 +16,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace
@@ -54,6 +56,7 @@ void CMp4Saver::WriteNewFile()
     FindTarget();
     CheckVersion();
     CheckFilm();
+    CMp4SaveCheck::KeepLongHeaders(m_film.Roots);
     const CMp4Layout layout(m_film.Roots);
     CMp4SaveCheck::CheckMove(m_film.Roots, layout);
     m_newFile = std::make_unique<ZVLockedTemporaryFile>(TemporaryBase, TemporaryExtension);
@@ -79,6 +82,10 @@ void CMp4Saver::FindTarget()
     const ZVString folder = ZVPathLayout::FolderOf(m_target);
     if (!IsAllowed(folder, W_OK | X_OK))
         ThrowException(L"No file may be replaced in the folder: %s", folder);
+    // A film that stands in the folder for temporary files under one of their names would be cleared away as a remnant.
+    m_lock = ZVDescriptor(open(ZVNativePath(m_target), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (m_lock.IsOpen() && !ZVFolderLock::Try(m_lock, LOCK_SH) && errno == EWOULDBLOCK)
+        ThrowException(L"Another program has the file locked: %s", m_target);
 }
 
 void CMp4Saver::CheckVersion() const
@@ -133,8 +140,9 @@ void CMp4Saver::CheckNewFile() const
     written.Open(ZVFilename::FromPath(m_newFile->GetPath()));
     if (!written.ReadAtoms() || !written.Verify())
         ThrowException(L"The new file cannot be read: %s", written.GetLastError());
-    if (written.GetFileSize() != m_newSize)
-        ThrowException(L"The new file has %I64d bytes and not %I64d", written.GetFileSize(), m_newSize);
+    for (const int64_t size : {written.GetFileSize(), written.GetAtomsEnd()})
+        if (size != m_newSize)
+            ThrowException(L"The new file has %I64d bytes and not %I64d", size, m_newSize);
     CMp4SaveCheck::TieItems(written.GetRootAtoms());
     CMp4SaveCheck::CheckPlaces(written.GetRootAtoms());
     CompareFilms(m_film.Roots, written.GetRootAtoms());

@@ -4,6 +4,7 @@
 #include "mp4/model/CAtom.h"
 #include "system/file/ZVFileVersion.h"
 #include "system/file/ZVLockedTemporaryFile.h"
+#include "system/library/ZVDescriptor.h"
 
 #include <cstdint>
 #include <memory>
@@ -24,8 +25,8 @@ struct CFilmToSave
     bool AllowsMissingFTYP;
 };
 
-// Writes a film anew, in the two steps between which the film is closed. A step that fails throws a message; the film is as it was
-// then, on the disk and in memory, and nothing is left of the new one.
+// Writes a film anew, in the two steps between which the film is closed. A step that fails throws a message; the film on the disk is
+// as it was then, its atoms count as they did, and nothing is left of the new one.
 class CMp4Saver
 {
 public:
@@ -48,6 +49,8 @@ private:
     CFilmToSave m_film;
     // Where a symbolic link leads to.
     ZVString m_target;
+    // Of the film, against everybody who clears temporary files away.
+    ZVDescriptor m_lock;
     std::unique_ptr<ZVLockedTemporaryFile> m_newFile;
     int64_t m_newSize = 0;
 };

@@ -124,9 +124,7 @@ void CContainerAtom::ReplaceChild(CAtom& child, std::unique_ptr<CAtom> replaceme
 
 void CContainerAtom::RemoveChildren(uint32_t type)
 {
-    for (int32_t index = m_children.GetCount() - 1; index >= 0; --index)
-        if (m_children[index]->GetType() == type)
-            RemoveChild(index);
+    RemoveChildrenIf([type](const CAtom& child) { return child.GetType() == type; });
 }
 
 void CContainerAtom::RemoveAllChildren()

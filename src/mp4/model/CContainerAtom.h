@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <unordered_map>
+#include <utility>
 
 // An atom with a list of further atoms, in the order of the file.
 class CContainerAtom : public CAtom
@@ -36,13 +37,22 @@ public:
     const ZVOwnedPtrArray<CAtom>& GetChildren() const { return m_children; }
     // Takes an atom, which becomes the last child.
     void AddChild(std::unique_ptr<CAtom> child);
-    // Puts an atom in the place of a child, which is deleted.
-    void ReplaceChild(CAtom& child, std::unique_ptr<CAtom> replacement);
     // The same before the child that has the index now.
     void InsertChild(int32_t index, std::unique_ptr<CAtom> child);
-    // Frees children.
-    void RemoveChild(int32_t index) { m_children.RemoveAt(index); }
+    // Puts an atom in the place of a child, which is deleted.
+    void ReplaceChild(CAtom& child, std::unique_ptr<CAtom> replacement);
+    // Frees children of a type, or those of which a function says so, which is asked in their order. Takes n steps for n children.
     void RemoveChildren(uint32_t type);
+    template <class Function>
+    void RemoveChildrenIf(Function isGone)
+    {
+        int32_t kept = 0;
+        for (int32_t index = 0; index < m_children.GetCount(); ++index)
+            if (!isGone(*m_children[index]))
+                std::swap(m_children[kept++], m_children[index]);
+        while (m_children.GetCount() > kept)
+            m_children.RemoveAt(m_children.GetCount() - 1);
+    }
     // Those of all types, and what stood behind them.
     void RemoveAllChildren();
 

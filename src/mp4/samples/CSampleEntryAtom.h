@@ -36,7 +36,7 @@ public:
 
 protected:
     void EntryFields(CFieldVisitor& visitor);
-    // Throws unless the children and the place of the media are the same. Bit rates may be different.
+    // Throws unless the children and the place of the media are the same. The bit rates of btrt may be different.
     void CompareChildren(const CSampleEntryAtom& other) const;
 
 private:

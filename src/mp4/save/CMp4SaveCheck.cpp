@@ -6,6 +6,7 @@
 #include "mp4/movie/CDREFAtom.h"
 #include "mp4/movie/CMDATAtom.h"
 #include "mp4/samples/CChunkOffsetAtomBase.h"
+#include "mp4/samples/CMDATIndex.h"
 #include "mp4/save/CMp4Layout.h"
 #include "mp4/save/ForEachAtom.h"
 
@@ -31,20 +32,18 @@ constexpr UnknownPlaces AtomsWithUnknownPlaces[] = {
     {META,           L"A meta atom that is not understood may hold places in the file"    },
 };
 
-// The mdat of the top level whose data a range lies in, or null.
-CMDATAtom* FindMDAT(const std::vector<CMDATAtom*>& mdats, uint64_t start, uint64_t length)
+// The mdat whose data a range lies in, or null.
+CMDATAtom* FindMDAT(const CMDATIndex& index, uint64_t start, uint64_t length)
 {
-    for (CMDATAtom* const mdat : mdats)
-    {
-        const uint64_t offset = start - mdat->GetDataStart();
-        if (start >= mdat->GetDataStart() && offset < mdat->GetDataSize() && length <= mdat->GetDataSize() - offset)
-            return mdat;
-    }
-    return nullptr;
+    const CMDATRange* const range = index.Find(start);
+    if (range == nullptr)
+        return nullptr;
+    const CMDATAtom& mdat = *range->Atom;
+    return length <= mdat.GetDataSize() - (start - mdat.GetDataStart()) ? range->Atom : nullptr;
 }
 
-// The mdat of the items of one iloc; the first one of the file when nothing lies in any.
-CMDATAtom* FindMDAT(const std::vector<CMDATAtom*>& mdats, const ILocAtom& places)
+// The mdat of the items of one iloc, or null when none of them lies in the file.
+CMDATAtom* FindMDAT(const CMDATIndex& index, const ILocAtom& places)
 {
     CMDATAtom* found = nullptr;
     for (const ILocEntry& entry : places.GetEntries())
@@ -57,7 +56,7 @@ CMDATAtom* FindMDAT(const std::vector<CMDATAtom*>& mdats, const ILocAtom& places
             ThrowException(L"The items of the file have no offsets of their own that could be moved");
         for (const ILocExtent& extent : entry.Extents)
         {
-            CMDATAtom* const mdat = FindMDAT(mdats, entry.BaseOffset + extent.Offset, extent.Length);
+            CMDATAtom* const mdat = FindMDAT(index, entry.BaseOffset + extent.Offset, extent.Length);
             // A length of 0 stands for the whole file.
             if (mdat == nullptr || extent.Length == 0)
                 ThrowException(L"Item %d does not lie in an mdat atom", entry.ItemID);
@@ -66,7 +65,7 @@ CMDATAtom* FindMDAT(const std::vector<CMDATAtom*>& mdats, const ILocAtom& places
             found = mdat;
         }
     }
-    return found != nullptr || mdats.empty() ? found : mdats.front();
+    return found;
 }
 
 // Whether an entry of a dref names another file.
@@ -81,13 +80,25 @@ bool IsElsewhere(const CAtom& entry)
            (unknown->GetBody().GetPart(0, FlagsEnd)[FlagsEnd - 1] & SelfContained) == 0;
 }
 
+const UnknownPlaces* FindUnknownPlaces(const CAtom& atom)
+{
+    const auto* const found = std::ranges::find(AtomsWithUnknownPlaces, atom.GetType(), &UnknownPlaces::Type);
+    return found != std::end(AtomsWithUnknownPlaces) && atom.IsOpaque() ? found : nullptr;
+}
+
 void CheckAtom(const CAtom& atom)
 {
-    for (const UnknownPlaces& row : AtomsWithUnknownPlaces)
-        if (atom.GetType() == row.Type && atom.IsOpaque())
-            ThrowException(row.Error);
+    if (const UnknownPlaces* const row = FindUnknownPlaces(atom))
+        ThrowException(row->Error);
     if (atom.GetParent() != nullptr && atom.GetParent()->GetType() == DREF && IsElsewhere(atom))
         ThrowException(L"The media of a track are in another file");
+}
+
+bool HasUnknownPlaces(const ZVOwnedPtrArray<CAtom>& roots)
+{
+    bool hasSome = false;
+    ForEachAtom(roots, [&](const CAtom& atom) { hasSome = hasSome || FindUnknownPlaces(atom) != nullptr; });
+    return hasSome;
 }
 
 void CheckWidth(const CChunkOffsetAtomBase& chunks, const CMp4Layout& layout)
@@ -118,15 +129,19 @@ void CheckWidth(const ILocAtom& places, const CMp4Layout& layout)
 
 void CMp4SaveCheck::TieItems(const ZVOwnedPtrArray<CAtom>& roots)
 {
-    std::vector<CMDATAtom*> mdats;
+    CMDATList mdats;
     for (CAtom* const root : roots)
         if (auto* const mdat = dynamic_cast<CMDATAtom*>(root))
-            mdats.push_back(mdat);
+            mdats.Add(mdat);
+    const CMDATIndex index(mdats);
     for (ILocAtom* const places : FindAtoms<ILocAtom>(roots))
     {
         if (!places->IsUnderstood())
             ThrowException(L"The places of the file's items are not understood");
-        places->SetMDAT(FindMDAT(mdats, *places));
+        CMDATAtom* const mdat = FindMDAT(index, *places);
+        if (mdats.IsEmpty())
+            ThrowException(L"There is no mdat atom that the items of the file could lie in");
+        places->SetMDAT(mdat != nullptr ? mdat : mdats[0]);
     }
 }
 
@@ -138,6 +153,15 @@ void CMp4SaveCheck::CheckPlaces(const ZVOwnedPtrArray<CAtom>& roots)
     for (const CChunkOffsetAtomBase* const chunks : FindAtoms<CChunkOffsetAtomBase>(roots))
         if (chunks->GetMatchedCount() != chunks->GetChunkCount())
             ThrowException(L"Chunk %d of a track does not lie in an mdat atom", chunks->GetMatchedCount() + 1);
+}
+
+void CMp4SaveCheck::KeepLongHeaders(const ZVOwnedPtrArray<CAtom>& roots)
+{
+    if (!HasUnknownPlaces(roots))
+        return;
+    for (CAtom* const root : roots)
+        if (const auto* const mdat = dynamic_cast<CMDATAtom*>(root))
+            root->SetForceLarge(mdat->GetDataStart() - root->GetPosition() == CAtom::LargeHeaderSize);
 }
 
 void CMp4SaveCheck::CheckMove(const ZVOwnedPtrArray<CAtom>& roots, const CMp4Layout& layout)

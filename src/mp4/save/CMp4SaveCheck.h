@@ -12,6 +12,9 @@ namespace CMp4SaveCheck
 void TieItems(const ZVOwnedPtrArray<CAtom>& roots);
 // Whether all places are known that would have to be moved. The movie is verified, and the items are tied.
 void CheckPlaces(const ZVOwnedPtrArray<CAtom>& roots);
+// A header of an mdat that is longer than it needs to be becomes shorter when it is written, which moves the data. Here it keeps its
+// length if something in the file has places that cannot be moved.
+void KeepLongHeaders(const ZVOwnedPtrArray<CAtom>& roots);
 // Whether all places can be moved to where the layout has their data.
 void CheckMove(const ZVOwnedPtrArray<CAtom>& roots, const CMp4Layout& layout);
 }

@@ -19,7 +19,7 @@ public:
     bool GetMean(ZVString& text) const;
     // The name, which is not empty.
     bool GetName(ZVString& text) const;
-    // The value, which is not empty.
+    // The value, which may be empty.
     bool GetData(ZVString& text) const;
 };
 

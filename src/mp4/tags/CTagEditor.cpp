@@ -1,7 +1,5 @@
 #include "mp4/tags/CTagEditor.h"
 
-#include "core/property/ZVPropertyMap.h"
-#include "mp4/MediaSubTypes.h"
 #include "mp4/model/Exception.h"
 #include "mp4/movie/CCopyrightAtom.h"
 #include "mp4/movie/CHDLRAtom.h"
@@ -32,8 +30,6 @@ constexpr uint32_t ItemType = FourCC("----");
 
 // Of a list of tags that are known by their types.
 constexpr uint32_t TagHandler = FourCC("mdir");
-
-constexpr wchar_t MediaSubType[] = L"Media Sub Type";
 
 // How a tag is set.
 enum class TagRule
@@ -84,21 +80,6 @@ constexpr SpecialName SpecialNames[] = {
     {L"Release Medium", TagRule::FreeForm, 0, L"MEDIA"},
 };
 // clang-format on
-
-// What reading makes of another tag in the metadata of QuickTime.
-struct DerivedName
-{
-    const wchar_t* Name;
-    const wchar_t* Source;
-};
-
-constexpr DerivedName DerivedNames[] = {
-    {L"Latitude",  L"Location"},
-    {L"Longitude", L"Location"},
-    {L"Altitude",  L"Location"},
-    {L"Camera",    L"Make"    },
-    {L"Camera",    L"Model"   },
-};
 
 std::unique_ptr<CAtom> MakeTag(uint32_t type, const ZVString& value)
 {
@@ -163,7 +144,6 @@ void CTagEditor::Set(const ZVString& name, const ZVString& value)
         return;
     const bool isDate = target.Rule == TagRule::Date;
     const ZVString text = isDate ? GetDateText(value) : value;
-    RefuseDerived(name, text);
     std::unique_ptr<CAtom> atom = text.IsEmpty() ? nullptr : MakeAtom(target, text);
     CKeyedTagEditor keyed(m_places.Keyed);
     const ZVString plain = GetPlainValue(atom.get(), text);
@@ -216,23 +196,6 @@ std::unique_ptr<CAtom> CTagEditor::MakeFreeForm(const Target& target, const ZVSt
     return C4DashesAtom::MakeNew(mean, name, value);
 }
 
-// A value that reading would replace by what it makes of other tags is better not taken.
-void CTagEditor::RefuseDerived(const ZVString& name, const ZVString& value) const
-{
-    const CKeyedTagEditor keyed(m_places.Keyed);
-    for (const DerivedName& derived : DerivedNames)
-        if (name.IsEqual(derived.Name, false) && keyed.HasItem(derived.Source))
-            ThrowException(L"%s is made of %s, which can be set instead", name, derived.Source);
-    if (m_places.List == nullptr || !name.IsEqual(MediaSubType, false))
-        return;
-    ZVPropertyMap tags;
-    m_places.List->GetTags(tags);
-    tags.SetString(MediaSubType, value);
-    SetMediaSubType(tags);
-    if (tags.GetString(MediaSubType) != value)
-        ThrowException(L"%s is made of stik and Podcast, which can be set instead", name);
-}
-
 CContainerAtom* CTagEditor::FindMeta() const
 {
     CAtom* const meta = m_places.UserData == nullptr ? nullptr : m_places.UserData->GetFirstChild(META);
@@ -274,27 +237,26 @@ CILSTAtom& CTagEditor::MakeList()
 // to the end: of two that tell the same the last is shown.
 void CTagEditor::ReplaceTag(CILSTAtom& list, const Target& target, std::unique_ptr<CAtom> atom) const
 {
-    const auto& children = list.GetChildren();
-    int32_t place = -1;
-    int32_t firstItem = -1;
-    for (int32_t index = 0; index < children.GetCount();)
-    {
-        const bool isItem = children[index]->GetType() == ItemType;
-        if (target.IsToldBy(*children[index]))
+    constexpr int32_t None = -1;
+    int32_t place = None;      // of the first atom that told the tag
+    int32_t firstItem = None;  // of those that stay
+    int32_t kept = 0;
+    list.RemoveChildrenIf(
+        [&](const CAtom& child)
         {
-            if (!isItem && place < 0)
-                place = index;
-            list.RemoveChild(index);
-            continue;
-        }
-        if (isItem && firstItem < 0)
-            firstItem = index;
-        ++index;
-    }
+            const bool isItem = child.GetType() == ItemType;
+            const bool isGone = target.IsToldBy(child);
+            if (isGone && !isItem && place == None)
+                place = kept;
+            if (!isGone && isItem && firstItem == None)
+                firstItem = kept;
+            kept += !isGone;
+            return isGone;
+        });
     if (atom == nullptr)
         return;
-    const bool isLast = atom->GetType() == ItemType || (place < 0 && firstItem < 0);
-    list.InsertChild(isLast ? children.GetCount() : place < 0 ? firstItem : place, std::move(atom));
+    const bool isLast = atom->GetType() == ItemType || (place == None && firstItem == None);
+    list.InsertChild(isLast ? kept : place == None ? firstItem : place, std::move(atom));
 }
 
 // Reading shows this copyright before that of the list, so it must say the same. One in another language would say the old.

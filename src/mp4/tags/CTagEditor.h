@@ -5,7 +5,6 @@
 #include <memory>
 
 class CAtom;
-class CCopyrightAtom;
 class CContainerAtom;
 class CILSTAtom;
 class CMOOVAtom;
@@ -38,7 +37,6 @@ private:
     static Target FindTarget(const ZVString& name);
     std::unique_ptr<CAtom> MakeAtom(const Target& target, const ZVString& value) const;
     std::unique_ptr<CAtom> MakeFreeForm(const Target& target, const ZVString& value) const;
-    void RefuseDerived(const ZVString& name, const ZVString& value) const;
     CILSTAtom& MakeList();
     CContainerAtom* FindMeta() const;
     void ReplaceTag(CILSTAtom& list, const Target& target, std::unique_ptr<CAtom> atom) const;

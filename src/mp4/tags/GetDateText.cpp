@@ -14,9 +14,11 @@ constexpr double MaximumDays = 2'958'466;
 
 ZVString GetDateText(const ZVString& value)
 {
+    ZVString number = value;
+    number.TrimWhitespace();
     int32_t used = 0;
-    const double days = value.ToDouble(&used, true);
-    if (value.IsEmpty() || used != value.GetLength() || !std::isfinite(days))
+    const double days = number.ToDouble(&used, true);
+    if (number.IsEmpty() || used != number.GetLength() || !std::isfinite(days))
         return value;
     if (days == 0)
         return {};

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -131,6 +132,16 @@ bool ZVSafeReplace::SettleOriginal()
         return PutBackOriginal();
     ClearOriginal();
     return true;
+}
+
+bool ZVSafeReplace::PutBack(const ZVString& path)
+{
+    // Of a link that leads nowhere this is where it leads to.
+    char missing[PATH_MAX];
+    if (realpath(ZVNativePath(path), missing) != nullptr || errno != ENOENT)
+        return false;
+    ZVSafeReplace replace(ZVNativePath::ToText(missing), ZVString(), {});
+    return ZVFileInfo(replace.m_original).IsFound() && replace.SettleOriginal();
 }
 
 bool ZVSafeReplace::PutBackOriginal()

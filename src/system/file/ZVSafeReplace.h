@@ -36,7 +36,7 @@ struct ZVReplaceOptions
 // Replaces a file by a new one without ever losing a good copy. At every moment, wherever the process ends, the whole original or
 // the whole new file stands under the file's name. Only on a file system where a file has one name there is a moment between two
 // renames when the original stands under one temporary name beside it alone, where the next replacement of the same file finds it
-// and puts it back first. The new file keeps its old name until it has its new one, be it from another device.
+// and puts it back first, as PutBack does. The new file keeps its old name until it has its new one, be it from another device.
 //
 // Processes that replace files of one folder do the renames one after the other; copies are made outside that lock.
 //
@@ -55,6 +55,10 @@ public:
     // Puts the new file in the place of the old one, or under its name if there is no old one. If anything fails the old file is as
     // it was, the new one is deleted, and the result is false. Nothing is deleted if both are the same file.
     bool Run();
+
+    // Puts back the original of a replacement that was killed in the moment between two renames. For a path under which nothing is, or
+    // a link that leads nowhere. False if there is no original to put back.
+    static bool PutBack(const ZVString& path);
 
 protected:
     virtual bool Bring(const ZVString& from, const ZVTransferPlace& place);

@@ -179,38 +179,38 @@ TEST_F(CMp4SaverTest, RefusesWhatCouldBeLost)
         bool OnlyWhenMoved = false;
     };
     const std::wstring size = std::to_wstring(plain.size());
+    // clang-format off
     const Row rows[] = {
-        {"cut",                                                                                         plain.substr(0,                                                       plain.size() - 1),
+        {"cut", plain.substr(0, plain.size() - 1),
          L"The atoms end at byte " + size + L", and the file at " + std::to_wstring(plain.size() - 1)},
-        {"garbage at the end",                                                                                             plain + "abc",
+        {"garbage at the end", plain + "abc",
          L"The atoms end at byte " + size + L", and the file at " + std::to_wstring(plain.size() + 3)},
-        {"an mdat to the end of the file",                                                                                             plain + Number(0,                                                                                                                                  4) + "mdat and more",
+        {"an mdat to the end of the file", plain + Number(0, 4) + "mdat and more",
          L"The atoms end at byte " + size + L", and the file at " + std::to_wstring(plain.size() + 17)},
-        {"fragments", plain + Atom("moof"),                                                                     L"A film in fragments cannot be saved"},
-        {"chunk outside",                                                       MakeFilm({.ShiftOfLast = 1000}),                                                       L"Chunk 3 of a track does not lie in an mdat atom"},
-        {"keys",                                           MakeFilm({.InTables = FullAtom("saio")}),                                                         L"The places of the keys of encrypted samples (saio) cannot be moved",
-         true},
-        {"positions",                        MakeFilm({.InMovie = Atom("gps ")}),                                                                                                                                                                L"The places of positions on the globe (gps) cannot be moved",true},
-        {"compressed",                                   MakeFilm({.InMovie = Atom("cmov")}),L"The places in a compressed movie (cmov) cannot be moved",true},
-        {"meta",                                                                                  MakeFilm({.InMovie = Atom("meta", Zeros(20))}),
-         L"A meta atom that is not understood may hold places in the file",true},
-        {"media elsewhere",                                                                                             MakeFilm({.InTables = elsewhere}),                                                                                                                                                            L"The media of a track are in another file",true},
-        {"media of an alias",                                                                                         MakeFilm({.InTables = alias}),                                                                                                                                                             L"The media of a track are in another file", true},
-        {"item outside",                                                  withItems(ItemPlaces({Item(0, 8, 4)})),L"Item 1 does not lie in an mdat atom"},
-        {"item half outside",withItems(ItemPlaces({Item(0, one, 7)})),L"Item 1 does not lie in an mdat atom"},
-        {"item without a length",                                                                                withItems(ItemPlaces({Item(0, one, 0)})),                                                             L"Item 1 does not lie in an mdat atom"},
-        {"items in two",                                                                           withItems(ItemPlaces({Item(0, one, 4), Item(0, two, 4)})),
+        {"fragments", plain + Atom("moof"), L"A film in fragments cannot be saved"},
+        {"chunk outside", MakeFilm({.ShiftOfLast = 1000}), L"Chunk 3 of a track does not lie in an mdat atom"},
+        {"keys", MakeFilm({.InTables = FullAtom("saio")}),
+         L"The places of the keys of encrypted samples (saio) cannot be moved", true},
+        {"positions", MakeFilm({.InMovie = Atom("gps ")}), L"The places of positions on the globe (gps) cannot be moved", true},
+        {"compressed", MakeFilm({.InMovie = Atom("cmov")}), L"The places in a compressed movie (cmov) cannot be moved", true},
+        {"meta", MakeFilm({.InMovie = Atom("meta", Zeros(20))}),
+         L"A meta atom that is not understood may hold places in the file", true},
+        {"media elsewhere", MakeFilm({.InTables = elsewhere}), L"The media of a track are in another file", true},
+        {"media of an alias", MakeFilm({.InTables = alias}), L"The media of a track are in another file", true},
+        {"item outside", withItems(ItemPlaces({Item(0, 8, 4)})), L"Item 1 does not lie in an mdat atom"},
+        {"item half outside", withItems(ItemPlaces({Item(0, one, 7)})), L"Item 1 does not lie in an mdat atom"},
+        {"item without a length", withItems(ItemPlaces({Item(0, one, 0)})), L"Item 1 does not lie in an mdat atom"},
+        {"items in two", withItems(ItemPlaces({Item(0, one, 4), Item(0, two, 4)})),
          L"The items of the file lie in several mdat atoms"},
-        {"item elsewhere",                                                                       withItems(ItemPlaces({Item(0, one, 4, 1)})),                    L"Item 1 lies in another file"},
-        {"item without an offset",
-         withItems(ItemPlaces({Number(1, 2) + Zeros(2) + Number(one, 4) + Number(1, 2) + Number(4, 4)},                 0x0440)),
+        {"item elsewhere", withItems(ItemPlaces({Item(0, one, 4, 1)})), L"Item 1 lies in another file"},
+        {"item without an offset", withItems(ItemPlaces({Number(1, 2) + Zeros(2) + Number(one, 4) + Number(1, 2) + Number(4, 4)}, 0x0440)),
          L"The items of the file have no offsets of their own that could be moved"},
-        {"indices that are not read",                                                                              withItems(ItemPlaces({},                                 0x4444,1)), L"The places of the file's items are not understood"},
+        {"indices that are not read", withItems(ItemPlaces({}, 0x4444, 1)), L"The places of the file's items are not understood"},
         {"base after the new place",
-         MakeFilm(
-             {.Order = {"ftyp", "one", "two", "items", "moov"}, .Items = ItemPlaces({Item(32, 0, 2)}), .HasLargeHeaders = true}),
+         MakeFilm({.Order = {"ftyp", "one", "two", "items", "moov"}, .Items = ItemPlaces({Item(32, 0, 2)}), .HasLargeHeaders = true}),
          L"Item 1 would lie where its offset does not reach"},
     };
+    // clang-format on
     for (const Row& row : rows)
     {
         SCOPED_TRACE(row.Name);
@@ -226,6 +226,63 @@ TEST_F(CMp4SaverTest, RefusesWhatCouldBeLost)
         ASSERT_TRUE(Open(again, "film.mp4"));
         EXPECT_EQ(again.Save(), row.OnlyWhenMoved) << "without a move";
     }
+}
+
+// What cannot be moved stays where it is, if the media can stay as well.
+TEST_F(CMp4SaverTest, KeepsTheLengthOfHeadersInFrontOfWhatCannotBeMoved)
+{
+    const Bytes before = MakeFilm({
+        .Order = {"ftyp", "one", "two", "moov"},
+          .InMovie = Atom("gps "), .HasLargeHeaders = true
+    });
+    Put("film.mp4", before);
+    CMp4File film;
+    ASSERT_TRUE(Open(film, "film.mp4"));
+    Grow(film, Added);
+    EXPECT_TRUE(film.Save());
+    EXPECT_EQ(film.GetLastError(), L"");
+    const size_t movie = before.find("moov");
+    EXPECT_EQ(GetAt("film.mp4").substr(0, movie - 4), before.substr(0, movie - 4));
+}
+
+// A film that somebody has put there, and then wants to tag.
+TEST_F(CMp4SaverTest, ClearsAwayNoFilmThatLooksLikeATemporaryFile)
+{
+    const std::string name = std::string(TemporaryFolder) + "/TempMp4FileForTagging - 7.mp4";
+    Put(name, MakeFilm());
+    CMp4File film;
+    ASSERT_TRUE(Open(film, name));
+    Grow(film, Added);
+    EXPECT_TRUE(film.Save());
+    EXPECT_EQ(film.GetLastError(), L"");
+    EXPECT_THAT(ReadChunks(GetAt(name)), ElementsAre("one!", "two!", "six!"));
+}
+
+// As a kill between two renames leaves it, where a file can have only one name.
+TEST_F(CMp4SaverTest, FindsTheFilmThatStandsUnderItsSecondName)
+{
+    Put("film.mp4.zvoriginal", MakeFilm());
+    Link("film.mp4", "link.mp4");
+    CMp4File film;
+    EXPECT_TRUE(Open(film, "link.mp4"));
+    EXPECT_EQ(GetAt("film.mp4"), MakeFilm());
+    EXPECT_FALSE(IsAt("film.mp4.zvoriginal"));
+}
+
+TEST_F(CMp4SaverTest, KeepsTheFilmWhenTheOneBehindItWasChanged)
+{
+    Put("film.mp4", MakeFilm());
+    Put("second.mp4", MakeFilm());
+    CMp4File film;
+    CMp4File second;
+    ASSERT_TRUE(Open(film, "film.mp4"));
+    ASSERT_TRUE(Open(second, "second.mp4"));
+    ASSERT_TRUE(film.Append(second));
+    Put("second.mp4", MakeFilm());
+    EXPECT_FALSE(film.Save());
+    EXPECT_EQ(film.GetLastError(), L"A file that was merged into this one was changed after it was opened");
+    EXPECT_EQ(GetAt("film.mp4"), MakeFilm());
+    EXPECT_THAT(List(TemporaryFolder), IsEmpty());
 }
 
 // A film can be kept open and tried again.
