@@ -85,6 +85,20 @@ TEST_F(CKeyedMetadataTest, ReadsAMetaAtomWithAVersionToo)
     EXPECT_EQ(GetTags(meta), Values({L"Album=Album"}));
 }
 
+TEST_F(CKeyedMetadataTest, ChangesAndRemovesWhatItemsTell)
+{
+    const Tree tree(Meta({
+        {Apple + "title", "old"},
+        { Apple + "rating.user", Number(0x40600000,                4), 23}
+    }));
+    auto& meta = *tree.Find<QTMetaAtom>();
+    EXPECT_TRUE(meta.SetProperty(L"Name", L"new"));
+    EXPECT_FALSE(meta.SetProperty(L"Album", L"x"));
+    EXPECT_EQ(GetTags(tree.Write()), Values({L"Name=new", L"Rating=3.5"}));
+    EXPECT_TRUE(meta.SetProperty(L"Name", L""));
+    EXPECT_EQ(GetTags(tree.Write()), Values({L"Rating=3.5"}));
+}
+
 TEST_F(CKeyedMetadataTest, SetsNothingWithoutMetadata)
 {
     const Bytes keys = Keys({Key(Apple + "album")});
