@@ -113,27 +113,33 @@ std::vector<InfeAtom*> IInfAtom::FindMetadataItems(MetadataItemKind kind) const
 
 MetadataItemID IInfAtom::GetMetadataItemID(MetadataItemKind kind)
 {
-    if (const std::vector<InfeAtom*> found = FindMetadataItems(kind); !found.empty())
-    {
-        InfeAtom& item = *found.front();
-        const auto hasSameID = [&](const InfeAtom* other) { return other->GetItemID() == item.GetItemID(); };
-        if (std::ranges::count_if(FindAtoms<InfeAtom>(GetChildren()), hasSameID) != 1)
-            ThrowException(L"Item %d stands in the list of items more than once", item.GetItemID());
-        if (item.GetProtectionIndex() != 0)
-            ThrowException(L"Item %d is encrypted", item.GetItemID());
-        item.DropContentEncoding();
-        return {item.GetItemID(), false};
-    }
-    if (GetChildren().GetCount() >= static_cast<int64_t>(ILocAtom::MaximumItems))
+    const std::vector<InfeAtom*> found = FindMetadataItems(kind);
+    const bool isAdded = found.empty();
+    if (isAdded && GetChildren().GetCount() >= static_cast<int64_t>(ILocAtom::MaximumItems))
         ThrowException(L"There are more than %d items", ILocAtom::MaximumItems);
-    const uint32_t itemID = FindUnusedID();
+    const uint32_t itemID = isAdded ? FindUnusedID() : found.front()->GetItemID();
     const bool isReferring = AddReferenceToPrimary(itemID);
     GetItemSource.Log("AddReference was%s successful", isReferring ? "" : " not");
-    if (!isReferring)
+    if (!isAdded)
+        PrepareForNewData(*found.front());
+    else if (!isReferring)
         ThrowException(L"The metadata cannot be related to the primary picture");
-    AddChild(InfeAtom::MakeNew(itemID, kind));
-    ++m_count;
-    return {itemID, true};
+    else
+    {
+        AddChild(InfeAtom::MakeNew(itemID, kind));
+        ++m_count;
+    }
+    return {itemID, isAdded};
+}
+
+void IInfAtom::PrepareForNewData(InfeAtom& item) const
+{
+    const auto hasSameID = [&](const InfeAtom* other) { return other->GetItemID() == item.GetItemID(); };
+    if (std::ranges::count_if(FindAtoms<InfeAtom>(GetChildren()), hasSameID) != 1)
+        ThrowException(L"Item %d stands in the list of items more than once", item.GetItemID());
+    if (item.GetProtectionIndex() != 0)
+        ThrowException(L"Item %d is encrypted", item.GetItemID());
+    item.DropContentEncoding();
 }
 
 void IInfAtom::RemoveItems(const std::unordered_set<uint32_t>& itemIDs)
@@ -163,7 +169,7 @@ bool IInfAtom::AddReferenceToPrimary(uint32_t itemID) const
 {
     CContainerAtom& meta = GetMeta();
     const auto* const primary = static_cast<const PrimaryItemAtom*>(meta.GetFirstChild(PITM));
-    if (primary == nullptr)
+    if (primary == nullptr || primary->GetItemID() == itemID)
         return false;
     if (meta.GetFirstChild(IREF) == nullptr)
         meta.AddChild(std::make_unique<IRefAtom>(IRefAtom::Class, IREF));

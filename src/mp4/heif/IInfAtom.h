@@ -31,9 +31,9 @@ public:
     // The items of metadata of a kind that are about the primary picture. One that says of no picture that it is about it counts
     // too, after those that do.
     std::vector<InfeAtom*> FindMetadataItems(MetadataItemKind kind) const;
-    // The first of these. If there is none one is added, with a number that nothing in the meta atom has, and with a reference to
-    // the primary picture. Throws if that cannot be done, or if the item cannot be told from others; the atoms of the meta atom may
-    // be changed then.
+    // The first of these, made ready for new bytes. If there is none one is added, with a number that nothing in the meta atom has.
+    // It gets a reference to the primary picture if it has none. Throws if a new one cannot be added with it, or if new bytes
+    // cannot be given to this item alone; the atoms of the meta atom may be changed then.
     MetadataItemID GetMetadataItemID(MetadataItemKind kind);
     void RemoveItems(const std::unordered_set<uint32_t>& itemIDs);
 
@@ -41,6 +41,7 @@ private:
     CContainerAtom& GetMeta() const;
     uint32_t FindUnusedID() const;
     bool AddReferenceToPrimary(uint32_t itemID) const;
+    void PrepareForNewData(InfeAtom& item) const;
 
     uint32_t m_count = 0;
 };

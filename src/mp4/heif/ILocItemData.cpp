@@ -188,7 +188,11 @@ void ILocAtom::LayOutItemData(IDatAtom& idat)
         if (entry.GetConstructionMethod() == ILocEntry::InItemData)
         {
             for (ILocExtent& extent : entry.Extents)
+            {
+                if (extent.Data == nullptr)
+                    ThrowException(L"The bytes of item %d were not read", entry.ItemID);
                 order.push_back({&extent, GetPlace(entry, extent)});
+            }
             entry.BaseOffset = 0;
         }
     if (!order.empty())

@@ -192,7 +192,9 @@ TEST(CMetadataItemEditorTest, FindsTheMetadataOfThePrimaryPicture)
         return Edited(picture.Make(), MetadataItemKind::Exif, bytes);
     };
     EXPECT_EQ(edit(Describes(7, 2) + Describes(9, 1), Exif).GetItem(9), Zeros(4) + Exif);
-    EXPECT_EQ(edit(Describes(7, 2), Exif).GetItem(8), Zeros(4) + Exif);
+    const Edited related = edit(Describes(7, 2), Exif);
+    EXPECT_EQ(related.GetItem(8), Zeros(4) + Exif);
+    EXPECT_EQ(WriteAll(std::vector {related.Find("iref")}), FullAtom("iref", Describes(7, 2) + Describes(8, 1)));
     Picture inFile {.Items = List({Item(5, "Exif")})};
     inFile.Where = Places({
         Place {5, 0, 3, {{20, 5}}}
