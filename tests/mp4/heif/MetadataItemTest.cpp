@@ -3,11 +3,12 @@
 #include "mp4/model/EncodeText.h"
 #include "mp4/save/SaveFixture.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace
 {
 using namespace AtomBytes;
+using testing::Contains;
 
 // Writes the metadata of the primary picture of a file to files that have the names of their types of items.
 constexpr char ReadItems[] = R"(
@@ -71,6 +72,7 @@ TEST_F(MetadataItemTest, AnotherLibraryReadsWhatWasSet)
         EXPECT_EQ(GetAt("Exif"), Zeros(4) + "II*" + Zeros(1) + text);
         EXPECT_EQ(GetFrames(name), frames);
     }
+    EXPECT_THAT(m_tools.Manager.Lines, Contains("1|IInfAtom::GetMetadataItemID|AddReference was successful"));
     Set(name, MetadataItemKind::XMP, "");
     EXPECT_FALSE(IsAt("mime"));
     EXPECT_EQ(GetAt("Exif"), Zeros(4) + "II*" + Zeros(1) + "y");
