@@ -12,7 +12,6 @@
 class IDatAtom;
 class IInfAtom;
 class ILocAtom;
-class InfeAtom;
 
 // Changes the metadata of the primary picture among the items of a file. It works on a copy of the meta atom, so that nothing is
 // changed by what fails; that throws a message.
@@ -36,7 +35,7 @@ private:
     void Remove(const std::unordered_set<uint32_t>& itemIDs);
     std::unordered_set<uint32_t> FindIDs(MetadataItemKind kind) const;
     void CheckRemovable(const std::unordered_set<uint32_t>& itemIDs) const;
-    // Of a meta atom with an idat.
+    // Reads what the items hold. Returns the idat, which is made if there is none.
     IDatAtom& ReadItems();
     void DropEmpty();
 
