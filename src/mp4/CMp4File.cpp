@@ -6,6 +6,7 @@
 #include "mp4/CMp4Saver.h"
 #include "mp4/CodecNames.h"
 #include "mp4/MediaSubTypes.h"
+#include "mp4/heif/CMetadataItemEditor.h"
 #include "mp4/model/EncodeText.h"
 #include "mp4/model/Exception.h"
 #include "mp4/model/GetText.h"
@@ -320,6 +321,21 @@ void CMp4File::SetUITSPayload(const ZVString& value)
     }
     const std::string bytes = EncodeText(value.View());
     m_uits->SetData(AsBytes(bytes));
+}
+
+bool CMp4File::SetMetadataItem(MetadataItemKind kind, std::span<const uint8_t> bytes)
+{
+    if (!m_isVerified)
+        return Fail(L"The file was not verified as a film");
+    return Guard(
+        [&]
+        {
+            CContainerAtom& meta = CMetadataItemEditor::FindMeta(GetRootAtoms());
+            CMetadataItemEditor editor(GetReader(), meta);
+            editor.Set(kind, bytes);
+            ReplaceRootAtom(meta, editor.TakeMeta());
+            return true;
+        });
 }
 
 bool CMp4File::GetImageFile(ZVFilename& filename)

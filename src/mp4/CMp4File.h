@@ -1,9 +1,11 @@
 #pragma once
 
 #include "mp4/CMp4FileBase.h"
+#include "mp4/heif/MetadataItemKind.h"
 #include "mp4/model/CAtom.h"
 
 #include <cstdint>
+#include <span>
 
 class CContainerAtom;
 class CILSTAtom;
@@ -51,6 +53,10 @@ public:
     // makes of other tags, as Camera of Make and Model, is a free-form tag too, which GetTags shows where there are no such tags. The
     // value of "Image File" is the path of a picture. False, with nothing changed, for a value that the tag cannot have.
     bool SetTag(const ZVString& name, const ZVString& value);
+    // Sets metadata of the primary picture of an image sequence in the atoms that were read: a TIFF block as Exif, or an XMP document.
+    // Without bytes it removes what there is of the kind; bytes of old metadata among the media stay there, but nothing leads to
+    // them any more. False, with nothing changed, for a file without a list of pictures or with one that cannot be changed safely.
+    bool SetMetadataItem(MetadataItemKind kind, std::span<const uint8_t> bytes);
     // Sets what the file is: type, size, duration in seconds, sample rate, channels, bit depth, kind of media, width and height in
     // pixels, kilobits a second, frames a second, and the codecs in words.
     bool GetFileInfo(ZVPropertyMap& map);

@@ -98,21 +98,33 @@ Bytes WriteAll(const Atoms& atoms)
     return sink.Text;
 }
 
+// What a step throws, or nothing.
+template <class Step>
+ZVString GetMessage(const Step& step)
+{
+    try
+    {
+        step();
+    }
+    catch (Exception* exception)
+    {
+        const std::unique_ptr<Exception> owner(exception);
+        return owner->Message;
+    }
+    return {};
+}
+
 // The atoms of a file, and what ended the reading.
 struct Tree
 {
     explicit Tree(const Bytes& bytes) : File(bytes), Reader(&File)
     {
-        try
+        const auto read = [this]
         {
             while (std::unique_ptr<CAtom> atom = CAtom::Read(Reader, nullptr, UINT64_MAX))
                 Roots.push_back(std::move(atom));
-        }
-        catch (Exception* exception)
-        {
-            const std::unique_ptr<Exception> owner(exception);
-            Message = owner->Message;
-        }
+        };
+        Message = GetMessage(read);
     }
 
     // An atom below the first root by the types on the way to it, such as {"mdia", "mdhd"}; null if it is not there or has

@@ -13,10 +13,6 @@ constexpr ZVLogSource AbsoluteSource {ZVLogCategory::General, L"ILocAtom::Conver
 constexpr char LogHead[] = "Item index, ext index, offset, size, next offset";
 constexpr char LogRow[] = "%d, %d, %I64d, %I64d, %I64d";
 
-// Pictures of many tiles have some hundred items, each in one piece.
-constexpr uint32_t MaximumItems = 20'000;
-constexpr uint16_t MaximumExtents = 32;
-
 // An offset or an index, which has 32 or 64 bits. Any other width means that there is none.
 void OptionalNumber(CFieldVisitor& visitor, const char* name, uint64_t& value, int32_t width)
 {

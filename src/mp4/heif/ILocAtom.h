@@ -1,10 +1,17 @@
 #pragma once
 
+#include "mp4/heif/MetadataItemKind.h"
+#include "mp4/model/CAtomBytes.h"
 #include "mp4/model/CFoundAtom.h"
 #include "mp4/model/CFullAtom.h"
 
 #include <cstdint>
+#include <memory>
+#include <span>
+#include <unordered_set>
 #include <vector>
+
+class IDatAtom;
 
 // A piece of an item.
 struct ILocExtent
@@ -13,6 +20,8 @@ struct ILocExtent
     // Counts from the base offset of the item.
     uint64_t Offset = 0;
     uint64_t Length = 0;
+    // What it holds, while items are laid out anew; otherwise null.
+    std::shared_ptr<const CAtomBytes> Data = {};
 };
 
 // Where one item lies.
@@ -39,6 +48,12 @@ class ILocAtom : public CFullAtom
 public:
     static const CAtomClass Class;
 
+    // Pictures of many tiles have some hundred items, each in one piece.
+    static constexpr uint32_t MaximumItems = 20'000;
+    static constexpr uint16_t MaximumExtents = 32;
+    // Of all items in idat, which is meant for small ones.
+    static constexpr uint64_t MaximumItemData = uint64_t {64} << 20;
+
     using CFullAtom::CFullAtom;
 
     void Fields(CFieldVisitor& visitor);
@@ -48,6 +63,17 @@ public:
     // happens when they are counted so already.
     void ConvertToRelative() override;
     void ConvertToAbsolute() override;
+    // Looks up what all items hold, as far as it may be laid out anew: copies of the bytes in idat, and the places of those in the
+    // file, which the reader reads. Throws, with a message about the item, if one lies anywhere else, or if those in idat have more
+    // bytes than belong there.
+    void ReadAndCacheExistingData(CAtomReader& reader, const IDatAtom& idat);
+    // Gives an item new bytes in idat, as its only extent, and lays out idat anew: the others first, in their order and without
+    // the bytes that belong to none. What the items hold must be cached, and is not any more afterwards. Takes wider fields and a
+    // higher version if that is needed.
+    void SetNewItemData(const MetadataItemID& item, std::span<const uint8_t> bytes, IDatAtom& idat);
+    // Leaves out items, under the same conditions.
+    void RemoveItems(const std::unordered_set<uint32_t>& itemIDs, IDatAtom& idat);
+
     // The mdat that all items in the file lie in, which must outlive the atom; null for none.
     void SetMDAT(CMDATAtom* mdat) { m_mdat = mdat; }
     const CMDATAtom* GetMDAT() const { return m_mdat; }
@@ -71,6 +97,11 @@ private:
 
     void EntryFields(CFieldVisitor& visitor, ILocEntry& entry);
     void ExtentFields(CFieldVisitor& visitor, ILocExtent& extent);
+
+    ILocEntry& FindOrAddEntry(const MetadataItemID& item);
+    void RaiseVersion(uint32_t itemID);
+    void WidenSizes();
+    void LayOutItemData(IDatAtom& idat);
 
     template <class Change>
     void ForEachExtentInFile(Change change);

@@ -3,6 +3,7 @@
 #include "mp4/heif/IRefAtom.h"
 
 #include <algorithm>
+#include <utility>
 
 IRefEntryAtom::IRefEntryAtom(const CAtomClass& atomClass, uint32_t type, const CAtom* parent) : CAtom(atomClass, type, parent)
 {
@@ -29,4 +30,46 @@ void IRefEntryAtom::Fields(CFieldVisitor& visitor)
 uint32_t IRefEntryAtom::GetToItemID(uint32_t index) const
 {
     return GetIDWidth() == 2 ? m_toItemIDs.Get<uint16_t>(index) : m_toItemIDs.Get<uint32_t>(index);
+}
+
+std::unique_ptr<IRefEntryAtom> IRefEntryAtom::MakeNew(uint32_t type, const CAtom& parent, uint32_t fromItemID)
+{
+    auto entry = std::make_unique<IRefEntryAtom>(Class, type, &parent);
+    entry->m_fromItemID = fromItemID;
+    return entry;
+}
+
+bool IRefEntryAtom::IsWhole() const
+{
+    return m_hasFromItem && m_hasCount && m_count == GetToItemCount() && m_end.GetCount() == 0;
+}
+
+bool IRefEntryAtom::AddToItem(uint32_t itemID)
+{
+    for (uint32_t index = 0; index < GetToItemCount(); ++index)
+        if (GetToItemID(index) == itemID)
+            return true;
+    const bool isTooLarge = GetIDWidth() == 2 && itemID > UINT16_MAX;
+    if (!IsWhole() || m_count == UINT16_MAX || isTooLarge)
+        return false;
+    m_toItemIDs.AddRows(1);
+    SetToItemID(m_count++, itemID);
+    return true;
+}
+
+void IRefEntryAtom::SetToItemID(uint32_t index, uint32_t itemID)
+{
+    if (GetIDWidth() == 2)
+        m_toItemIDs.Set(index, static_cast<uint16_t>(itemID));
+    else
+        m_toItemIDs.Set(index, itemID);
+}
+
+void IRefEntryAtom::WidenIDs()
+{
+    CAtomTable wide(4);
+    wide.AddRows(GetToItemCount());
+    for (uint32_t index = 0; index < GetToItemCount(); ++index)
+        wide.Set(index, GetToItemID(index));
+    m_toItemIDs = std::move(wide);
 }

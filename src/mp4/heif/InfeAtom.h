@@ -1,9 +1,11 @@
 #pragma once
 
+#include "mp4/heif/MetadataItemKind.h"
 #include "mp4/model/CFullAtom.h"
 #include "mp4/model/FourCC.h"
 
 #include <cstdint>
+#include <memory>
 
 // infe: what one item is (ISO/IEC 14496-12, 8.11.6). The texts are in UTF-8 and keep the NUL that ends them, if there is one.
 class InfeAtom : public CFullAtom
@@ -12,6 +14,9 @@ public:
     static const CAtomClass Class;
 
     using CFullAtom::CFullAtom;
+
+    // A new item of metadata, without a name.
+    static std::unique_ptr<InfeAtom> MakeNew(uint32_t itemID, MetadataItemKind kind);
 
     void Fields(CFieldVisitor& visitor);
 
@@ -28,8 +33,11 @@ public:
     bool IsHidden() const { return (GetFlags() & 1) != 0; }
 
     // The two kinds of metadata.
-    bool IsExif() const { return m_itemType == FourCC("Exif"); }
+    bool IsExif() const;
     bool IsXMP() const;
+    bool IsOfKind(MetadataItemKind kind) const { return kind == MetadataItemKind::Exif ? IsExif() : IsXMP(); }
+    // Says that the bytes of the item stand as they are, not compressed.
+    void DropContentEncoding() { m_contentEncoding = CAtomBytes(); }
 
 private:
     uint32_t m_itemID = 0;

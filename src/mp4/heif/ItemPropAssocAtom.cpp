@@ -20,6 +20,12 @@ void ItemPropAssocAtom::Fields(CFieldVisitor& visitor)
     visitor.Entries(m_entries, m_count, 1, [this, &visitor](IPMAEntry& entry) { EntryFields(visitor, entry); });
 }
 
+void ItemPropAssocAtom::RemoveItems(const std::unordered_set<uint32_t>& itemIDs)
+{
+    const size_t removed = std::erase_if(m_entries, [&](const IPMAEntry& entry) { return itemIDs.contains(entry.ItemID); });
+    m_count -= static_cast<uint32_t>(removed);
+}
+
 void ItemPropAssocAtom::EntryFields(CFieldVisitor& visitor, IPMAEntry& entry)
 {
     visitor.Field("item id", entry.ItemID, GetVersion() == 0 ? 2 : 4);

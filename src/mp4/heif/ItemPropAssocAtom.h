@@ -3,6 +3,7 @@
 #include "mp4/model/CFullAtom.h"
 
 #include <cstdint>
+#include <unordered_set>
 #include <vector>
 
 // A property that an item has.
@@ -34,6 +35,8 @@ public:
     // What the file says; the list is shorter when the atom ends before.
     uint32_t GetEntryCount() const { return m_count; }
     const std::vector<IPMAEntry>& GetEntries() const { return m_entries; }
+    // Leaves out the entries of items.
+    void RemoveItems(const std::unordered_set<uint32_t>& itemIDs);
 
 private:
     void EntryFields(CFieldVisitor& visitor, IPMAEntry& entry);

@@ -31,6 +31,9 @@ public:
     void SetFlags(uint32_t flags) { m_flags = flags; }
 
 protected:
+    // Of an atom that is made, or whose numbers become wider.
+    void SetVersion(uint8_t version) { m_version = version; }
+
     // Adds a duration that stands in a like atom of another movie. Where 32 bits are too few for the sum it raises the version.
     // With one that is not known, which is all ones, the sum is not known either. Throws when not even 64 bits are enough.
     void AddDuration(uint64_t& duration, const CFullAtom& other, uint64_t more, const CTimescales& scales);

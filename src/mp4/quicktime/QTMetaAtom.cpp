@@ -1,6 +1,7 @@
 #include "mp4/quicktime/QTMetaAtom.h"
 
 #include "mp4/quicktime/CKeyedMetadata.h"
+#include "mp4/quicktime/CKeyedTagEditor.h"
 
 bool QTMetaAtom::GetTags(ZVPropertyMap& map) const
 {
@@ -10,4 +11,14 @@ bool QTMetaAtom::GetTags(ZVPropertyMap& map) const
 bool QTMetaAtom::GetImageFile(ZVFilename& filename) const
 {
     return CKeyedMetadata(*this).GetImageFile(filename);
+}
+
+bool QTMetaAtom::SetProperty(const ZVString& tag, const ZVString& value)
+{
+    CKeyedTagEditor editor(this);
+    if (!editor.HasItem(tag))
+        return false;
+    editor.Prepare(tag, value);
+    editor.Commit();
+    return true;
 }

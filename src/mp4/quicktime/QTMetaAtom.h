@@ -4,6 +4,7 @@
 
 class ZVFilename;
 class ZVPropertyMap;
+class ZVString;
 
 // meta without a version, as QuickTime has it.
 class QTMetaAtom : public CContainerAtom
@@ -16,6 +17,9 @@ public:
     // What CKeyedMetadata finds in it.
     bool GetTags(ZVPropertyMap& map) const;
     bool GetImageFile(ZVFilename& filename) const;
+    // Gives the items that tell a tag a new value, or removes them if it is empty; CKeyedTagEditor tells how. False if none tells it.
+    // Throws, with nothing changed, for a value that the tag cannot have.
+    bool SetProperty(const ZVString& tag, const ZVString& value);
 };
 
 inline constexpr CAtomClass QTMetaAtom::Class = MakeAtomClass<QTMetaAtom>("QTMetaAtom");

@@ -104,19 +104,7 @@ TEST(ILocAtomTest, MovesTheItemsOfTheFile)
             offsets.push_back(entry.Extents.front().Offset);
         return offsets;
     };
-    const auto getMessage = [&places](void (CAtom::*convert)())
-    {
-        try
-        {
-            (places.*convert)();
-        }
-        catch (Exception* exception)
-        {
-            const std::unique_ptr<Exception> owner(exception);
-            return owner->Message;
-        }
-        return ZVString();
-    };
+    const auto getMessage = [&places](void (CAtom::*convert)()) { return GetMessage([&] { (places.*convert)(); }); };
     EXPECT_EQ(getMessage(&CAtom::ConvertToRelative), L"ILocAtom::ConvertToRelative: An MDAT atom has not been associated");
     EXPECT_EQ(getMessage(&CAtom::ConvertToAbsolute), L"ILocAtom::ConvertToAbsolute: An MDAT atom has not been associated");
     places.SetMDAT(&mdat);

@@ -85,6 +85,17 @@ TEST_F(CKeyedMetadataTest, ReadsAMetaAtomWithAVersionToo)
     EXPECT_EQ(GetTags(meta), Values({L"Album=Album"}));
 }
 
+TEST_F(CKeyedMetadataTest, ChangesOnlyWhatItTells)
+{
+    const Tree tree(Meta({
+        Entry {Apple + "title", "old"}
+    }));
+    auto& meta = *tree.Find<QTMetaAtom>();
+    EXPECT_TRUE(meta.SetProperty(L"Name", L"new"));
+    EXPECT_FALSE(meta.SetProperty(L"Album", L"x"));
+    EXPECT_EQ(GetTags(tree.Write()), Values({L"Name=new"}));
+}
+
 TEST_F(CKeyedMetadataTest, SetsNothingWithoutMetadata)
 {
     const Bytes keys = Keys({Key(Apple + "album")});
