@@ -144,12 +144,9 @@ void IInfAtom::PrepareForNewData(InfeAtom& item) const
 
 void IInfAtom::RemoveItems(const std::unordered_set<uint32_t>& itemIDs)
 {
-    for (int32_t index = GetChildren().GetCount() - 1; index >= 0; --index)
-        if (itemIDs.contains(static_cast<const InfeAtom*>(GetChildren()[index])->GetItemID()))
-        {
-            RemoveChild(index);
-            --m_count;
-        }
+    const int32_t before = GetChildren().GetCount();
+    RemoveChildrenIf([&](const CAtom& child) { return itemIDs.contains(static_cast<const InfeAtom&>(child).GetItemID()); });
+    m_count -= static_cast<uint32_t>(before - GetChildren().GetCount());
 }
 
 // The groups of items have numbers of the same count. They are not understood, so a number is avoided that might stand in one.

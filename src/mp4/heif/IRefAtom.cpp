@@ -22,12 +22,12 @@ bool IRefAtom::AddReference(uint32_t type, uint32_t fromItemID, uint32_t toItemI
 
 void IRefAtom::RemoveReferencesFrom(const std::unordered_set<uint32_t>& itemIDs)
 {
-    for (int32_t index = GetChildren().GetCount() - 1; index >= 0; --index)
-    {
-        const auto* const entry = dynamic_cast<const IRefEntryAtom*>(GetChildren()[index]);
-        if (entry != nullptr && itemIDs.contains(entry->GetFromItemID()))
-            RemoveChild(index);
-    }
+    RemoveChildrenIf(
+        [&](const CAtom& child)
+        {
+            const auto* const entry = dynamic_cast<const IRefEntryAtom*>(&child);
+            return entry != nullptr && itemIDs.contains(entry->GetFromItemID());
+        });
 }
 
 bool IRefAtom::WidenIDs()

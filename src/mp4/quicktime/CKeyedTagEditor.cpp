@@ -5,47 +5,23 @@
 #include "mp4/tags/CILSTAtom.h"
 #include "mp4/tags/CTagDataAtom.h"
 
+#include <set>
+#include <unordered_map>
 #include <utility>
 
 namespace
 {
-std::unique_ptr<CAtom> MakeText(uint32_t type, const ZVString& value)
+// The new item of a key that is known to have data of a type. A number in the place of another has the type of that.
+std::unique_ptr<CAtom> MakeItem(uint32_t type, uint32_t dataType, const MetadataItemAtom* old, const ZVString& value)
 {
     auto item = std::make_unique<MetadataItemAtom>(MetadataItemAtom::Class, type);
-    item->SetValue(value);
+    if (dataType == CTagDataAtom::JPEG)
+        item->SetPicture(value);
+    else if (dataType == CTagDataAtom::UTF8 || old == nullptr)
+        item->SetValue(value, dataType);
+    else
+        item->SetValue(value, old->GetDataType());
     return item;
-}
-
-std::unique_ptr<CAtom> MakePicture(uint32_t type, const ZVString& path)
-{
-    auto item = std::make_unique<MetadataItemAtom>(MetadataItemAtom::Class, type);
-    item->SetPicture(path);
-    return item;
-}
-
-// A number in the place of another keeps its type of data.
-std::unique_ptr<CAtom> MakeNumber(const CAtom& old, const ZVString& value)
-{
-    const auto* const known = dynamic_cast<const MetadataItemAtom*>(&old);
-    if (known == nullptr || known->IsPicture())
-        return MakeText(old.GetType(), value);
-    std::unique_ptr<MetadataItemAtom> item(static_cast<MetadataItemAtom*>(known->Clone(nullptr)));
-    item->SetValue(value);
-    return item;
-}
-
-// The new item of a key whose data is known to have a type.
-std::unique_ptr<CAtom> MakeItem(const CAtom& old, uint32_t dataType, const ZVString& value)
-{
-    switch (dataType)
-    {
-    case CTagDataAtom::UTF8:
-        return MakeText(old.GetType(), value);
-    case CTagDataAtom::JPEG:
-        return MakePicture(old.GetType(), value);
-    default:
-        return MakeNumber(old, value);
-    }
 }
 }
 
@@ -53,42 +29,68 @@ CKeyedTagEditor::CKeyedTagEditor(CContainerAtom* meta)
 {
     if (meta == nullptr || meta->GetHandlerType() != MetadataItemKeysAtom::MDTA)
         return;
-    m_keys = static_cast<const MetadataItemKeysAtom*>(meta->GetFirstChild(FourCC("keys")));
+    m_keys = static_cast<MetadataItemKeysAtom*>(meta->GetFirstChild(FourCC("keys")));
     m_items = static_cast<CILSTAtom*>(meta->GetFirstChild(FourCC("ilst")));
 }
 
 CKeyedTagEditor::~CKeyedTagEditor() = default;
 
-std::vector<CKeyedTagEditor::FoundItem> CKeyedTagEditor::FindItems(const ZVString& tag) const
+bool CKeyedTagEditor::Prepare(const ZVString& tag, const ZVString& value)
 {
-    std::vector<FoundItem> items;
     if (m_keys == nullptr || m_items == nullptr)
-        return items;
-    for (int32_t index = 0; index < m_keys->GetKeyCount(); ++index)
+        return false;
+    std::unordered_map<uint32_t, const CAtom*> items;
+    for (const CAtom* const child : m_items->GetChildren())
+        items.try_emplace(child->GetType(), child);
+    // Each of them has one key for a tag. Of a key that stands several times reading shows the last item.
+    std::set<uint32_t> namespacesWithValue;
+    bool isFound = false;
+    for (int32_t index = m_keys->GetKeyCount() - 1; index >= 0; --index)
     {
-        uint32_t dataType = 0;
-        if (!MetadataItemKeysAtom::GetTagOfKey(m_keys->GetNamespace(index), m_keys->GetKey(index), dataType).IsEqual(tag, false))
+        const auto item = items.find(static_cast<uint32_t>(index) + 1);
+        if (item == items.end())
             continue;
-        if (const CAtom* const item = m_items->GetFirstChild(static_cast<uint32_t>(index) + 1))
-            items.push_back({item, dataType});
+        uint32_t dataType = 0;
+        const uint32_t keyNamespace = m_keys->GetNamespace(index);
+        if (!MetadataItemKeysAtom::GetTagOfKey(keyNamespace, m_keys->GetKey(index), dataType).IsEqual(tag, false))
+            continue;
+        const bool isLast = namespacesWithValue.insert(keyNamespace).second;
+        const auto* const old = dynamic_cast<const MetadataItemAtom*>(item->second);
+        m_changes[item->first] = value.IsEmpty() || !isLast ? nullptr : MakeItem(item->first, dataType, old, value);
+        isFound = true;
     }
-    return items;
-}
-
-void CKeyedTagEditor::Prepare(const ZVString& tag, const ZVString& value)
-{
-    for (const auto& [item, dataType] : FindItems(tag))
-        m_changes.push_back({item->GetType(), value.IsEmpty() ? nullptr : MakeItem(*item, dataType, value)});
+    return isFound;
 }
 
 void CKeyedTagEditor::Commit()
 {
-    for (Change& change : m_changes)
-    {
-        const int32_t index = m_items->GetChildren().Find(m_items->GetFirstChild(change.Type));
-        m_items->RemoveChildren(change.Type);
-        if (change.Item != nullptr)
-            m_items->InsertChild(index, std::move(change.Item));
-    }
+    std::set<const CAtom*> added;
+    for (auto& [type, item] : m_changes)
+        if (item != nullptr)
+        {
+            added.insert(item.get());
+            m_items->ReplaceChild(*m_items->GetFirstChild(type), std::move(item));
+        }
+    if (!m_changes.empty())
+        m_items->RemoveChildrenIf([&](const CAtom& child)
+                                  { return m_changes.contains(child.GetType()) && !added.contains(&child); });
     m_changes.clear();
+}
+
+bool CKeyedTagEditor::Add(const ZVString& tag, const ZVString& value)
+{
+    uint32_t dataType = 0;
+    const ZVString key = MetadataItemKeysAtom::GetKeyOfTag(MetadataItemKeysAtom::MDTA, tag, dataType);
+    if (m_keys == nullptr || m_items == nullptr || key.IsEmpty() || value.IsEmpty())
+        return false;
+    const int32_t found = m_keys->FindKey(MetadataItemKeysAtom::MDTA, key, MissingKey::Leave);
+    const uint32_t type = static_cast<uint32_t>(found < 0 ? m_keys->GetKeyCount() : found) + 1;
+    // It may throw, and no key is added then.
+    std::unique_ptr<CAtom> item = MakeItem(type, dataType, nullptr, value);
+    if (m_keys->FindKey(MetadataItemKeysAtom::MDTA, key, MissingKey::Add) < 0)
+        return false;
+    // An item without a key means nothing until there is one.
+    m_items->RemoveChildren(type);
+    m_items->AddChild(std::move(item));
+    return true;
 }

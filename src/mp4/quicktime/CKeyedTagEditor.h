@@ -3,8 +3,8 @@
 #include "core/string/ZVString.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
-#include <vector>
 
 class CAtom;
 class CContainerAtom;
@@ -12,7 +12,7 @@ class CILSTAtom;
 class MetadataItemKeysAtom;
 
 // Changes what the metadata of QuickTime tells of a tag. Its values are shown in the place of those of the list of tags, so one that
-// stayed as it was would hide a new value there. Items are changed and removed, none is added.
+// stayed as it was would hide a new value there.
 //
 // First all changes are prepared, which may fail, and then made, which does not.
 class CKeyedTagEditor
@@ -22,29 +22,18 @@ public:
     explicit CKeyedTagEditor(CContainerAtom* meta);
     ~CKeyedTagEditor();
 
-    // Whether an item tells a tag, in any case of its name.
-    bool HasItem(const ZVString& tag) const { return !FindItems(tag).empty(); }
-    // Prepares a new value for the items of a tag, or with an empty value their removal. Throws for one that does not fit them.
-    void Prepare(const ZVString& tag, const ZVString& value);
+    // Prepares a new value for the items of a tag, in any case of its name, or with an empty value their removal. Where a key stands
+    // several times only its last item stays. False if no item tells the tag. Throws for a value that does not fit.
+    bool Prepare(const ZVString& tag, const ZVString& value);
+    // Makes what was prepared, in n steps for n items.
     void Commit();
+    // Adds an item for a tag that none tells, with its key if that is missing. False if the tag has no key, or if the list of keys
+    // takes no more. Throws for a value that does not fit.
+    bool Add(const ZVString& tag, const ZVString& value);
 
 private:
-    // What takes the place of the items of a type; null if nothing does.
-    struct Change
-    {
-        uint32_t Type;
-        std::unique_ptr<CAtom> Item;
-    };
-
-    struct FoundItem
-    {
-        const CAtom* Item;
-        uint32_t DataType;  // that items of its key have
-    };
-
-    std::vector<FoundItem> FindItems(const ZVString& tag) const;
-
-    const MetadataItemKeysAtom* m_keys = nullptr;
+    MetadataItemKeysAtom* m_keys = nullptr;
     CILSTAtom* m_items = nullptr;
-    std::vector<Change> m_changes;
+    // By the types of items: what takes their place, or null if nothing does.
+    std::map<uint32_t, std::unique_ptr<CAtom>> m_changes;
 };

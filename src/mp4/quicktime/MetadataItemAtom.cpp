@@ -176,10 +176,20 @@ bool MetadataItemAtom::GetValue(ZVFilename& filename) const
            WriteCoverFile(data.GetValue(), FindRow(PictureTypes, data.GetDataType())->Extension, filename);
 }
 
-void MetadataItemAtom::SetValue(const ZVString& value)
+uint32_t MetadataItemAtom::GetDataType() const
 {
     const CTagDataAtom* const data = FindFirstData();
-    const NumberType* const number = data == nullptr ? nullptr : FindRow(NumberTypes, data->GetDataType());
+    return data == nullptr ? uint32_t {CTagDataAtom::UTF8} : data->GetDataType();
+}
+
+void MetadataItemAtom::SetValue(const ZVString& value)
+{
+    SetValue(value, GetDataType());
+}
+
+void MetadataItemAtom::SetValue(const ZVString& value, uint32_t dataType)
+{
+    const NumberType* const number = FindRow(NumberTypes, dataType);
     if (number != nullptr)
         SetNumber(number->DataType, GetNumberBits(value, *number), number->Width);
     else

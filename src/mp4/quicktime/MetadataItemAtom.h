@@ -2,6 +2,8 @@
 
 #include "mp4/tags/CTagAtomBase.h"
 
+#include <cstdint>
+
 class ZVFilename;
 
 // An item of an ilst whose type is the number of a key, from 1 on. The type of its data says how its value is read.
@@ -19,8 +21,12 @@ public:
     // picture or if it could not be written.
     bool GetValue(ZVFilename& filename) const;
     bool IsPicture() const;
+    // The type of its data; that of UTF-8 if there are none.
+    uint32_t GetDataType() const;
     // Keeps the type of data if it is that of a number; otherwise the value becomes UTF-8.
     void SetValue(const ZVString& value) override;
+    // The same with the type of data that the value gets; one that is not that of a number makes it UTF-8.
+    void SetValue(const ZVString& value, uint32_t dataType);
 
 private:
     const CTagDataAtom* FindFirstData() const;

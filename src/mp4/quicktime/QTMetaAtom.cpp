@@ -16,9 +16,8 @@ bool QTMetaAtom::GetImageFile(ZVFilename& filename) const
 bool QTMetaAtom::SetProperty(const ZVString& tag, const ZVString& value)
 {
     CKeyedTagEditor editor(this);
-    if (!editor.HasItem(tag))
-        return false;
-    editor.Prepare(tag, value);
+    if (!editor.Prepare(tag, value))
+        return editor.Add(tag, value);
     editor.Commit();
     return true;
 }

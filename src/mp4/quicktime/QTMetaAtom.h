@@ -17,8 +17,9 @@ public:
     // What CKeyedMetadata finds in it.
     bool GetTags(ZVPropertyMap& map) const;
     bool GetImageFile(ZVFilename& filename) const;
-    // Gives the items that tell a tag a new value, or removes them if it is empty; CKeyedTagEditor tells how. False if none tells it.
-    // Throws, with nothing changed, for a value that the tag cannot have.
+    // Gives the items that tell a tag a new value, or removes them if it is empty; CKeyedTagEditor tells how. Where none tells it one
+    // is added. False if there is nothing to remove, or if the tag has no key. Throws, with nothing changed, for a value that the tag
+    // cannot have.
     bool SetProperty(const ZVString& tag, const ZVString& value);
 };
 

@@ -92,8 +92,13 @@ TEST_F(CKeyedMetadataTest, ChangesOnlyWhatItTells)
     }));
     auto& meta = *tree.Find<QTMetaAtom>();
     EXPECT_TRUE(meta.SetProperty(L"Name", L"new"));
-    EXPECT_FALSE(meta.SetProperty(L"Album", L"x"));
-    EXPECT_EQ(GetTags(tree.Write()), Values({L"Name=new"}));
+    EXPECT_TRUE(meta.SetProperty(L"Album", L"x"));
+    EXPECT_TRUE(meta.SetProperty(L"Rating", L"4"));
+    EXPECT_FALSE(meta.SetProperty(L"Lyrics", L"x")) << "it has no key there";
+    EXPECT_FALSE(meta.SetProperty(L"Artist", L"")) << "there is nothing to remove";
+    EXPECT_EQ(GetTags(tree.Write()), Values({L"Album=x", L"Name=new", L"Rating=4"}));
+    EXPECT_TRUE(meta.SetProperty(L"Name", L""));
+    EXPECT_EQ(GetTags(tree.Write()), Values({L"Album=x", L"Rating=4"}));
 }
 
 TEST_F(CKeyedMetadataTest, SetsNothingWithoutMetadata)
