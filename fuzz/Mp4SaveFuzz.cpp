@@ -1,12 +1,13 @@
-// The bytes of an MP4, QuickTime or HEIF file on the disk, whose tags are changed and which is saved, once by itself and once with a copy
-// of itself behind it. What was saved must be whole: its tags are told, and its chunks lie where it says. A film that is refused must be as
-// it was, and nothing may lie beside it.
+// The bytes of an MP4, QuickTime or HEIF file on the disk, whose tags and XMP are changed and which is saved, once by itself and once
+// with a copy of itself behind it. What was saved must be whole: its tags are told, and its chunks lie where it says. A film that is
+// refused must be as it was, and nothing may lie beside it.
 
 #include "BrokenTree.h"
 #include "Require.h"
 #include "core/property/ZVPropertyMap.h"
 #include "mp4/CMp4File.h"
 #include "mp4/OpenMp4File.h"
+#include "mp4/heif/MetadataItemKind.h"
 #include "mp4/samples/CChunkOffsetAtomBase.h"
 #include "mp4/save/ForEachAtom.h"
 #include "system/file/ZVFileSystem.h"
@@ -26,6 +27,8 @@ namespace fs = std::filesystem;
 
 constexpr wchar_t TagName[] = L"Comment";
 constexpr wchar_t TagValue[] = L"A text that moves the media";
+
+constexpr uint8_t XMP[] = "<xmp of some bytes/>";
 
 // The first byte of each chunk, or nothing where the file has none, for each table in the order of the file.
 using Chunks = std::vector<std::vector<std::string>>;
@@ -116,6 +119,7 @@ void Save(const Folder& folder, const std::string& bytes)
         return;
     const Chunks before = GetChunks(film, bytes);
     const bool isSet = film.SetTag(TagName, TagValue);
+    film.SetMetadataItem(MetadataItemKind::XMP, XMP);
     const bool isSaved = film.Save();
     const std::string saved = ReadFile(folder.GetFilm());
     Require(isSaved || !film.GetLastError().IsEmpty());
