@@ -1,0 +1,102 @@
+#include "system/shield/ZVShield.h"
+
+#include "system/library/ZVNativeBytes.h"
+#include "system/log/ZVLog.h"
+#include "system/shield/ZVCallFilter.h"
+#include "system/shield/ZVLandlock.h"
+#include "system/shield/ZVMemoryLimit.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace
+{
+constexpr ZVLogSource Source {ZVLogCategory::General, L"ZVShield::Lock"};
+
+struct ModeName
+{
+    const wchar_t* Name;
+    ZVShield::Mode Mode;
+};
+
+constexpr ModeName ModeNames[] = {
+    {L"",        ZVShield::Mode::BestEffort},
+    {L"off",     ZVShield::Mode::Off       },
+    {L"require", ZVShield::Mode::Required  },
+};
+
+// A file of a crashed process would hold what it had read.
+bool ForbidCoreFiles()
+{
+    const rlimit none {0, 0};
+    return setrlimit(RLIMIT_CORE, &none) == 0;
+}
+
+// No program that is run from now on gets more rights than its caller, whatever its file says. Without this an ordinary user may
+// not lock anything.
+bool KeepRights()
+{
+    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
+}
+
+// The lock on files holds for the calling thread and those that it starts. The folder of the threads has a link for each, and two of
+// its own.
+bool HasOneThread()
+{
+    constexpr nlink_t LinksOfOneThread = 3;
+    struct stat status;
+    return stat("/proc/self/task", &status) != 0 || status.st_nlink <= LinksOfOneThread;
+}
+
+struct Step
+{
+    // Returns 0, or the system's reason.
+    int (*Take)(const ZVShieldRules& rules);
+    const char* Failure;
+};
+
+int ReasonUnless(bool isDone)
+{
+    return isDone ? 0 : errno;
+}
+
+constexpr Step Steps[] = {
+    {[](const ZVShieldRules&) { return HasOneThread() ? 0 : EBUSY; },                                "a thread is already running"         },
+    {[](const ZVShieldRules&) { return ReasonUnless(ForbidCoreFiles()); },                           "core files cannot be forbidden"      },
+    {[](const ZVShieldRules& rules) { return ReasonUnless(ZVMemoryLimit::Set(rules.MemoryLimit)); },
+     "the memory cannot be limited"                                                                                                        },
+    {[](const ZVShieldRules&) { return ReasonUnless(KeepRights()); },                                "rights can be gained by programs"    },
+    {[](const ZVShieldRules& rules) { return ZVLandlock::Restrict(rules); },                         "the kernel does not guard the files" },
+    {[](const ZVShieldRules& rules) { return ZVCallFilter::Install(rules); },                        "the kernel does not filter the calls"},
+};
+}
+
+ZVShield::Mode ZVShield::ReadMode()
+{
+    const ZVString text = ZVNativeBytes::ToText(getenv("ZV_SHIELD"));
+    for (const ModeName& name : ModeNames)
+        if (text == name.Name)
+            return name.Mode;
+    Source.Log("ZV_SHIELD is neither 'off' nor 'require', so it does not count: %s", text);
+    return Mode::BestEffort;
+}
+
+bool ZVShield::Lock(const ZVShieldRules& rules, Mode mode)
+{
+    if (mode == Mode::Off)
+        return true;
+    bool isWhole = true;
+    for (const Step& step : Steps)
+    {
+        const int error = step.Take(rules);
+        if (error == 0)
+            continue;
+        isWhole = false;
+        Source.Log("The lock is not whole, since %s: %s", step.Failure, strerror(error));
+    }
+    return isWhole || mode != Mode::Required;
+}
