@@ -45,6 +45,7 @@ public:
             std::filesystem::create_directories(std::filesystem::path(PathOf(name)).parent_path());
             std::ofstream(PathOf(name)) << "content";
         }
+        std::filesystem::create_directory(PathOf("home/empty"));
     }
     ~LockedTask() { std::filesystem::remove_all(Folder); }
     LockedTask(const LockedTask&) = delete;

@@ -93,7 +93,7 @@ inline constexpr Row UnsortedRows[] = {
     {SYS_keyctl}, {SYS_add_key}, {SYS_request_key},
     {SYS_init_module}, {SYS_finit_module}, {SYS_delete_module}, {SYS_kexec_load},
     {SYS_personality, Unless::Never, 0, Test::Differs, 0xffffffff},
-    {SYS_lookup_dcookie}, {SYS_nfsservctl}, {SYS_vhangup}, {SYS_syslog},
+    {SYS_lookup_dcookie}, {SYS_nfsservctl}, {SYS_syslog},
 
     // Mounts, roots and namespaces.
     {SYS_mount}, {SYS_umount2}, {SYS_pivot_root}, {SYS_chroot}, {SYS_move_mount}, {SYS_open_tree}, {OpenTreeAttributes},
