@@ -29,49 +29,53 @@ constexpr ModeName ModeNames[] = {
     {L"require", ZVShield::Mode::Required  },
 };
 
-// A file of a crashed process would hold what it had read.
-bool ForbidCoreFiles()
-{
-    const rlimit none {0, 0};
-    return setrlimit(RLIMIT_CORE, &none) == 0;
-}
-
-// No program that is run from now on gets more rights than its caller, whatever its file says. Without this an ordinary user may
-// not lock anything.
-bool KeepRights()
-{
-    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
-}
-
-// The lock on files holds for the calling thread and those that it starts. The folder of the threads has a link for each, and two of
-// its own.
-bool HasOneThread()
-{
-    constexpr nlink_t LinksOfOneThread = 3;
-    struct stat status;
-    return stat("/proc/self/task", &status) != 0 || status.st_nlink <= LinksOfOneThread;
-}
-
-struct Step
-{
-    // Returns 0, or the system's reason.
-    int (*Take)(const ZVShieldRules& rules);
-    const char* Failure;
-};
-
 int ReasonUnless(bool isDone)
 {
     return isDone ? 0 : errno;
 }
 
+// The lock on files holds for the calling thread and those that it starts. The folder of the threads has a link for each, and two of
+// its own.
+int CheckThreads(const ZVShieldRules&)
+{
+    constexpr nlink_t LinksOfOneThread = 3;
+    struct stat status;
+    return stat("/proc/self/task", &status) == 0 && status.st_nlink > LinksOfOneThread ? EBUSY : 0;
+}
+
+// A file of a crashed process would hold what it had read.
+int ForbidCoreFiles(const ZVShieldRules&)
+{
+    const rlimit none {0, 0};
+    return ReasonUnless(setrlimit(RLIMIT_CORE, &none) == 0);
+}
+
+int LimitMemory(const ZVShieldRules& rules)
+{
+    return ReasonUnless(ZVMemoryLimit::Set(rules.MemoryLimit));
+}
+
+// No program that is run from now on gets more rights than its caller, whatever its file says. Without this an ordinary user may
+// not lock anything.
+int KeepRights(const ZVShieldRules&)
+{
+    return ReasonUnless(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0);
+}
+
+struct Step
+{
+    const char* Failure;
+    // Returns 0, or the system's reason.
+    int (*Take)(const ZVShieldRules& rules);
+};
+
 constexpr Step Steps[] = {
-    {[](const ZVShieldRules&) { return HasOneThread() ? 0 : EBUSY; },                                "a thread is already running"         },
-    {[](const ZVShieldRules&) { return ReasonUnless(ForbidCoreFiles()); },                           "core files cannot be forbidden"      },
-    {[](const ZVShieldRules& rules) { return ReasonUnless(ZVMemoryLimit::Set(rules.MemoryLimit)); },
-     "the memory cannot be limited"                                                                                                        },
-    {[](const ZVShieldRules&) { return ReasonUnless(KeepRights()); },                                "rights can be gained by programs"    },
-    {[](const ZVShieldRules& rules) { return ZVLandlock::Restrict(rules); },                         "the kernel does not guard the files" },
-    {[](const ZVShieldRules& rules) { return ZVCallFilter::Install(rules); },                        "the kernel does not filter the calls"},
+    {"a thread is already running",          CheckThreads         },
+    {"core files cannot be forbidden",       ForbidCoreFiles      },
+    {"the memory cannot be limited",         LimitMemory          },
+    {"programs may gain rights",             KeepRights           },
+    {"the kernel does not guard the files",  ZVLandlock::Restrict },
+    {"the kernel does not filter the calls", ZVCallFilter::Install},
 };
 }
 
