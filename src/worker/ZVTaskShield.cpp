@@ -194,7 +194,7 @@ void ZVTaskShield::AllowLog()
         return;
     const ZVString folder = ZVPathLayout::FolderOf(path);
     // The first line makes the folder, which is too late if it comes from the task.
-    if (manager->GetCategoryMask() != 0)
+    if (manager->GetCategoryMask() != 0 && !ZVFileSystem::Exists(folder))
         ZVFileSystem::MakeDirectoryTree(folder, true);
     Allow(path, Write);
     // Another process may move a full log aside at any time, and a new one has to be made then.
