@@ -223,6 +223,10 @@ void ZVTaskShield::AllowFilm(const ZVFilename& film)
     ZVString path = film.GetPathOnly();
     ZVFilename::ClearFileScheme(path);
     ZVFilename::MakeFileSystemPath(path);
+    // On a DVD that has lost its main file this brings it back from the copy, which the locked process could not.
+    const ZVString dvd = CDvdTitle::FindFolder(film);
+    if (!dvd.IsEmpty())
+        AllowFolderOf(dvd);
     AllowFolderOf(path);
     const ZVString folder = ZVPathLayout::FolderOf(path);
     AllowFolderOf(folder);
@@ -235,10 +239,6 @@ void ZVTaskShield::AllowFilm(const ZVFilename& film)
             AllowFolderOf(disc);
             Allow(disc + L"../" + DiscInformation, Read);
         }
-    // On a DVD that has lost its main file this brings it back from the copy, which the locked process could not.
-    const ZVString dvd = CDvdTitle::FindFolder(film);
-    if (!dvd.IsEmpty())
-        AllowFolderOf(dvd);
 }
 
 // The whole disc, also when only a file of it is named. One that stands right in the home folder shares that with everything else.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "system/library/CProcessInfo.h"
 #include "system/library/ZVDescriptor.h"
 #include "system/log/ZVLogCategory.h"
 #include "system/log/ZVLogScope.h"
@@ -40,7 +41,7 @@ public:
         for (const char* name :
              {"home/.ssh/key", "home/.config/settings", "home/film.mkv", "home/Videos/film/film.mp4", "home/Videos/film/film.srt",
               "home/BDMV/index.bdmv", "home/BDMV/STREAM/1.m2ts", "home/.zivora/Generic/Plugins/decoder", "disc/BDMV/index.bdmv",
-              "disc/CERTIFICATE/id", "results/old", "stranger"})
+              "disc/CERTIFICATE/id", "dvd/VIDEO_TS/VIDEO_TS.BUP", "dvd/JACKET_P/1.mp2", "results/old", "stranger"})
         {
             std::filesystem::create_directories(std::filesystem::path(PathOf(name)).parent_path());
             std::ofstream(PathOf(name)) << "content";
@@ -69,6 +70,8 @@ public:
                 _exit(1);
             for (size_t index = 0; index < attempts.size(); ++index)
                 places[index] = attempts[index](*this);
+            // The block of the process has its name in a folder of the system.
+            CProcessInfo::Get().Remove();
             _exit(0);
         }
         waitpid(child, nullptr, 0);

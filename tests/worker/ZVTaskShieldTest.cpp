@@ -382,6 +382,7 @@ TEST_F(TaskShield, AFilmsSurroundingsAreReadAndTheResultsWritten)
     const std::string film = m_task.PathOf("home/film.mkv");
     const std::string disc = m_task.PathOf("disc/BDMV/index.bdmv");
     const std::string disc2 = m_task.PathOf("home/BDMV/index.bdmv");
+    const std::string dvd = m_task.PathOf("dvd/VIDEO_TS/VIDEO_TS.IFO");
     const Row rows[] = {
         {"the film",                        m_film,      m_result,                           Reads("home/Videos/film/film.mp4"), 0     },
         {"what is beside it",               m_film,      m_result,                           Reads("home/Videos/film/film.srt"), 0     },
@@ -394,6 +395,7 @@ TEST_F(TaskShield, AFilmsSurroundingsAreReadAndTheResultsWritten)
         {"the home folder's list",          film,        m_result,                           Reads("home"),                      EACCES},
         {"the whole disc",                  disc,        m_result,                           Reads("disc/CERTIFICATE/id"),       0     },
         {"the disc's list",                 disc,        m_result,                           Reads("disc"),                      0     },
+        {"a DVD without its main file",     dvd,         m_result,                           Reads("dvd/JACKET_P/1.mp2"),        0     },
         {"what is beside the disc",         disc,        m_result,                           Reads("stranger"),                  EACCES},
         {"a disc right in the home folder", disc2,       m_result,                           Reads("home/BDMV/STREAM/1.m2ts"),   0     },
         {"what is beside that disc",        disc2,       m_result,                           Reads("home/.ssh/key"),             EACCES},
