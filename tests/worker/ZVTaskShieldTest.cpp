@@ -122,6 +122,7 @@ Attempt Maps(size_t gigabytes, int flags)
     };
 }
 
+#if !defined(__SANITIZE_ADDRESS__)
 #if defined(__x86_64__)
 constexpr long OldFork = SYS_fork;
 #else
@@ -135,6 +136,7 @@ bool EndChild(long child)
         _exit(0);
     return child > 0;
 }
+#endif
 
 int ControlDevice(const LockedTask&)
 {
@@ -221,10 +223,10 @@ const Attack Attacks[] = {
     {"fills the memory",                     ENOMEM, Maps(5, MAP_PRIVATE)},
     {"starts a process",                     EPERM,  [](auto&) { return ReasonUnless(EndChild(syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0))); }},
     {"traces another process",               EPERM,  [](auto&) { return Except(ESRCH, Call(SYS_ptrace, -1, -1, 0, 0)); }},
-#endif
     {"copies itself",                        EPERM,  [](auto&) { return ReasonUnless(EndChild(fork())); }},
     {"copies itself by the oldest call",     EPERM,  [](auto&) { return ReasonUnless(EndChild(syscall(OldFork, SIGCHLD, 0, 0, 0, 0))); }},
     {"lends itself to a copy",               EPERM,  [](auto&) { return ReasonUnless(EndChild(vfork())); }},
+#endif
     {"enters a namespace of its own",        EPERM,  [](auto&) { return ReasonUnless(unshare(CLONE_NEWUSER) == 0); }},
 };
 
