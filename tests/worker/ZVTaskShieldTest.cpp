@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/capability.h>
 #include <linux/landlock.h>
 #include <sched.h>
 #include <spawn.h>
@@ -184,6 +185,7 @@ const Attack Attacks[] = {
     {"adds a component to the user's data",  EACCES, Writes("home/.zivora/Generic/Plugins/new")},
     {"writes into a library of the worker",  EACCES, Installs("libZVTools.so")},
     {"adds a library to the worker",         EACCES, Installs("libnew.so")},
+    {"writes into a program of the system",  EACCES, Writes("../../../../../../../../usr/bin/env")},
     {"cuts a file short",                    EACCES, Changes([](const char* path) { return truncate(path, 0); }, "stranger"), ZVTaskNeeds::Nothing, 3},
     {"deletes a file",                       EACCES, Changes([](const char* path) { return unlink(path); }, "home/.config/settings")},
     {"deletes a folder",                     EACCES, Changes([](const char* path) { return rmdir(path); }, "home/empty")},
@@ -223,8 +225,7 @@ const Attack Attacks[] = {
     {"fills the memory",                     ENOMEM, Maps(5, MAP_PRIVATE)},
     {"starts a process",                     EPERM,  [](auto&) { return ReasonUnless(EndChild(syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0))); }},
     {"traces another process",               EPERM,  [](auto&) { return Except(ESRCH, Call(SYS_ptrace, -1, -1, 0, 0)); }},
-    {"copies itself",                        EPERM,  [](auto&) { return ReasonUnless(EndChild(fork())); }},
-    {"copies itself by the oldest call",     EPERM,  [](auto&) { return ReasonUnless(EndChild(syscall(OldFork, SIGCHLD, 0, 0, 0, 0))); }},
+    {"copies itself",                        EPERM,  [](auto&) { return ReasonUnless(EndChild(syscall(OldFork, SIGCHLD, 0, 0, 0, 0))); }},
     {"lends itself to a copy",               EPERM,  [](auto&) { return ReasonUnless(EndChild(vfork())); }},
 #endif
     {"enters a namespace of its own",        EPERM,  [](auto&) { return ReasonUnless(unshare(CLONE_NEWUSER) == 0); }},
@@ -239,7 +240,7 @@ struct Probe
 
 #define PROBE(name) {#name, SYS_##name}
 constexpr Probe Probes[] = {
-PROBE(bpf), PROBE(perf_event_open), PROBE(userfaultfd), PROBE(io_uring_setup), PROBE(io_uring_enter),
+    PROBE(bpf), PROBE(perf_event_open), PROBE(userfaultfd), PROBE(io_uring_setup), PROBE(io_uring_enter),
     PROBE(io_uring_register), PROBE(keyctl), PROBE(add_key), PROBE(request_key), PROBE(mount), PROBE(umount2), PROBE(pivot_root),
     PROBE(chroot), PROBE(move_mount), PROBE(open_tree), PROBE(fsopen), PROBE(fsmount), PROBE(fsconfig), PROBE(fspick),
     PROBE(mount_setattr), PROBE(init_module), PROBE(finit_module), PROBE(delete_module), PROBE(kexec_load), PROBE(setns),
@@ -310,6 +311,8 @@ TEST_F(TaskShield, ATaskThatIsTakenOverReachesNothingElse)
 // Otherwise the test above would show nothing.
 TEST_F(TaskShield, WithoutALockEachAttackSucceeds)
 {
+    if (prctl(PR_CAPBSET_READ, CAP_SYS_ADMIN) != 1)
+        GTEST_SKIP() << "root lacks rights here, as in a container";
     const std::vector<int> reasons = TryAll(LockedTask::Root, {});
     for (size_t index = 0; index < std::size(Attacks); ++index)
         EXPECT_EQ(reasons[index], 0) << Attacks[index].Name;
@@ -324,7 +327,9 @@ TEST_F(TaskShield, CallsThatNoTaskNeedsAreRefused)
     const std::vector<int> locked = m_task.Try(LockedTask::Root, {"/Test"}, attempts);
     for (size_t index = 0; index < std::size(Probes); ++index)
     {
-        EXPECT_NE(free[index], EPERM) << Probes[index].Name;
+        // A container refuses some by itself.
+        const bool isFree = free[index] != EPERM || prctl(PR_CAPBSET_READ, CAP_SYS_ADMIN) != 1;
+        EXPECT_TRUE(isFree) << Probes[index].Name;
         EXPECT_EQ(locked[index], EPERM) << Probes[index].Name;
     }
 }

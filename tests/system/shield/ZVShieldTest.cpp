@@ -120,10 +120,17 @@ TEST(ZVLandlock, KeepsFromServersAndOtherProcesses)
             });
     };
     const auto connectTCP = [&] { return connect(AF_INET, &address, sizeof address); };
+    const auto serveTCP = [&]
+    {
+        sockaddr_in any {.sin_family = AF_INET, .sin_port = 0, .sin_addr = {}, .sin_zero = {}};
+        const ZVDescriptor server(socket(AF_INET, SOCK_STREAM, 0));
+        return bind(server.Get(), reinterpret_cast<const sockaddr*>(&any), sizeof any) == 0 ? 0 : errno;
+    };
     const auto connectLocal = [&] { return connect(AF_UNIX, &name, sizeof name); };
     EXPECT_EQ(afterLock(Network::None, connectTCP), EACCES);
     EXPECT_EQ(afterLock(Network::Local, connectTCP), EACCES);
     EXPECT_EQ(afterLock(Network::Internet, connectTCP), 0);
+    EXPECT_EQ(afterLock(Network::Internet, serveTCP), EACCES);
     EXPECT_EQ(afterLock(Network::None, connectLocal), EPERM);
     EXPECT_EQ(afterLock(Network::Local, connectLocal), 0);
     EXPECT_EQ(afterLock(Network::Internet, [] { return kill(getppid(), 0) == 0 ? 0 : errno; }), EPERM);
