@@ -123,19 +123,19 @@ ZVString ReadMemorySetting()
     return text;
 }
 
-// The limit that the user has set for tasks that decode; the variable wins.
-int64_t ReadMemoryLimit()
+// The variable wins. The setting is for tasks that decode: reading one takes longer than all that the others do.
+int64_t ReadMemoryLimit(ZVTaskNeeds needs)
 {
     const ZVString fromEnvironment = GetEnvironment("ZV_MEMORY_LIMIT");
-    const ZVString fromSetting = fromEnvironment.IsEmpty() ? ReadMemorySetting() : ZVString();
-    const ZVString& text = fromEnvironment.IsEmpty() ? fromSetting : fromEnvironment;
+    const bool asksSetting = fromEnvironment.IsEmpty() && Needs(needs, ZVTaskNeeds::ReadsFilm);
+    const ZVString text = asksSetting ? ReadMemorySetting() : fromEnvironment;
     if (text.IsEmpty())
         return ZVMemoryLimit::Default;
     const int64_t limit = ZVMemoryLimit::Parse(text);
     if (limit > 0)
         return limit;
     Source.Log("%s is no number of bytes, such as 4G or 512M, so it does not count: %s",
-               fromEnvironment.IsEmpty() ? MemorySetting : MemoryVariable, text);
+               asksSetting ? MemorySetting : MemoryVariable, text);
     return ZVMemoryLimit::Default;
 }
 }
@@ -156,7 +156,7 @@ bool ZVTaskShield::Lock()
     const ZVShield::Mode mode = ZVShield::ReadMode();
     if (mode == ZVShield::Mode::Off)
         return true;
-    m_rules.MemoryLimit = ReadMemoryLimit();
+    m_rules.MemoryLimit = ReadMemoryLimit(m_command.Needs);
     AllowProduct();
     AllowLog();
     AllowInput();

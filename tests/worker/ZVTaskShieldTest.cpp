@@ -176,6 +176,7 @@ struct Attack
 // clang-format off
 const Attack Attacks[] = {
     {"reads a key in the home folder",       EACCES, Reads("home/.ssh/key")},
+    {"reads it by another way",              EACCES, [](auto& task) { return Open("/proc/self/root" + task.PathOf("home/.ssh/key"), O_RDONLY); }},
     {"lists the home folder",                EACCES, Reads("home")},
     {"reads a file of somebody else",        EACCES, Reads("stranger")},
     {"reads the list of the users",          EACCES, Reads("../../../../../../../../etc/passwd")},
@@ -251,12 +252,12 @@ constexpr Probe Probes[] = {
     PROBE(clock_adjtime), PROBE(adjtimex), PROBE(syslog), PROBE(lookup_dcookie), PROBE(nfsservctl), PROBE(name_to_handle_at),
     PROBE(open_by_handle_at), PROBE(fanotify_init), PROBE(fanotify_mark), PROBE(shmget), PROBE(shmat), PROBE(setxattr),
     PROBE(lsetxattr), PROBE(removexattr), PROBE(lremovexattr), PROBE(fchmodat), PROBE(fchownat), PROBE(connect), PROBE(listen),
-    PROBE(accept), PROBE(accept4), PROBE(bind),
+    PROBE(accept), PROBE(accept4), PROBE(bind), PROBE(kexec_file_load),
     // Without names in older headers.
     {"memfd_secret", 447}, {"process_mrelease", 448}, {"fchmodat2", 452}, {"setxattrat", 463}, {"removexattrat", 466},
     {"open_tree_attr", 467}, {"file_setattr", 469},
 #if defined(__x86_64__)
-    PROBE(kexec_file_load), PROBE(lchown), PROBE(utime), PROBE(utimes), PROBE(futimesat), PROBE(uselib), PROBE(iopl),
+    PROBE(lchown), PROBE(utime), PROBE(utimes), PROBE(futimesat), PROBE(uselib), PROBE(iopl),
     PROBE(ioperm), PROBE(modify_ldt), PROBE(create_module), PROBE(query_module), PROBE(get_kernel_syms),
 #endif
 };

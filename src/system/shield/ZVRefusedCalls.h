@@ -92,6 +92,7 @@ inline constexpr Row UnsortedRows[] = {
     {SYS_io_uring_setup}, {SYS_io_uring_enter}, {SYS_io_uring_register},
     {SYS_keyctl}, {SYS_add_key}, {SYS_request_key},
     {SYS_init_module}, {SYS_finit_module}, {SYS_delete_module}, {SYS_kexec_load},
+    {SYS_kexec_file_load},
     {SYS_personality, Unless::Never, 0, Test::Differs, 0xffffffff},
     {SYS_lookup_dcookie}, {SYS_nfsservctl}, {SYS_syslog},
 
@@ -129,7 +130,7 @@ inline constexpr Row UnsortedRows[] = {
 
 #if defined(__x86_64__)
     // What only this machine has: old forms of calls above, and doors to its hardware.
-    {SYS_fork, Unless::RunsPrograms}, {SYS_vfork, Unless::RunsPrograms}, {SYS_kexec_file_load},
+    {SYS_fork, Unless::RunsPrograms}, {SYS_vfork, Unless::RunsPrograms},
     {SYS_chmod}, {SYS_chown}, {SYS_lchown}, {SYS_utime}, {SYS_utimes}, {SYS_futimesat},
     {SYS_uselib}, {SYS_iopl}, {SYS_ioperm}, {SYS_modify_ldt}, {SYS_create_module}, {SYS_query_module}, {SYS_get_kernel_syms},
 #endif
