@@ -38,6 +38,8 @@ constexpr int32_t DisplayResultArgument = 2;
 
 constexpr mode_t NewFolderMode = 0777;
 
+constexpr wchar_t OwnProcessFolder[] = L"/proc/self";
+constexpr wchar_t LabelFolder[] = L"/dev/disk";
 constexpr wchar_t SharedMemoryFolder[] = L"/dev/shm/";
 constexpr const wchar_t* SettingsFiles[] = {L"Settings.db", L"Settings.db-wal", L"Settings.db-shm"};
 
@@ -63,6 +65,13 @@ constexpr wchar_t DiscInformation[] = L"disc.inf";
 // A playlist is in a folder of its own within the first of them.
 constexpr wchar_t PlaylistExtension[] = L"mpls";
 constexpr const wchar_t* BlurayExtensions[] = {L"bdmv", L"bdmv3d", L"bluray", L"bluray3d", PlaylistExtension};
+
+#if defined(__SANITIZE_ADDRESS__)
+// The search for leaks looks through the memory of the process.
+constexpr bool IsSanitized = true;
+#else
+constexpr bool IsSanitized = false;
+#endif
 
 ZVString GetEnvironment(const char* name)
 {
@@ -168,8 +177,8 @@ bool ZVTaskShield::Lock()
     return ZVShield::Lock(m_rules, mode);
 }
 
-// What every process of the product has. Its libraries and components are read and never written, so the data folder, in which
-// components may be, is not opened as a whole.
+// What every process of the product has. Its libraries are read and never written. Neither are components, so the data folder, in
+// which they may be, is never opened as a whole.
 void ZVTaskShield::AllowProduct()
 {
     const ZVString install = CProcessInfo::Get().GetInstallPath();
@@ -178,9 +187,8 @@ void ZVTaskShield::AllowProduct()
     else
         for (const ZVSiblingLibrary& library : ZVSiblingLibraryTable)
             Allow(install + library.File, Read);
-    Allow(DependencyInstaller::GetFolder(DependencyInstaller::AVCodec), Read);
-    for (const wchar_t* const file : SettingsFiles)
-        Allow(ZVFileSystem::GetDirectoryAppData() + file, Write);
+    if (IsSanitized)
+        Allow(OwnProcessFolder, Read);
     // Each library looks for the block of the process, whose name goes at the end.
     Allow(SharedMemoryFolder + CProcessBlock::GetName(getpid()), Write);
     Allow(SharedMemoryFolder, DeleteFiles);
@@ -215,7 +223,13 @@ void ZVTaskShield::AllowInput()
     ZVFilename::MakeFileSystemPath(path);
     Allow(path, Read);
     if (readsFilm)
+    {
         AllowFilm(input);
+        Allow(DependencyInstaller::GetFolder(DependencyInstaller::AVCodec), Read);
+        // What is mounted where, and the labels of discs. Looking into the first costs more than a dozen other rules.
+        Allow(OwnProcessFolder, Read);
+        Allow(LabelFolder, List);
+    }
 }
 
 void ZVTaskShield::AllowFilm(const ZVFilename& film)
@@ -323,6 +337,9 @@ void ZVTaskShield::AllowTransfers()
 {
     const ZVString temporary = ZVFileSystem::GetDirectoryTemp();
     Allow(temporary, Change);
+    // The task asks the settings for it once more.
+    for (const wchar_t* const file : SettingsFiles)
+        Allow(ZVFileSystem::GetDirectoryAppData() + file, Write);
     const ZVString picture = ZVFilename(m_request.Match.GetPath(ResultParameter)).GetPathOnly();
     if (ZVProgramFiles::AreOnOneMount(temporary, ZVPathLayout::FolderOf(picture)))
         return;

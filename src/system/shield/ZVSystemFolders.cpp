@@ -23,9 +23,7 @@ using enum ZVShieldAccess;
 // Those of a system that are not there are left out.
 constexpr SystemPath SystemPaths[] = {
     {"/usr/lib",                Read },
-    {"/usr/lib32",              Read },
     {"/usr/lib64",              Read },
-    {"/usr/libx32",             Read },
     {"/usr/share",              Read },
     {"/usr/local/lib",          Read },
     {"/usr/local/share",        Read },
@@ -34,18 +32,10 @@ constexpr SystemPath SystemPaths[] = {
     {"/etc/ld.so.cache",        Read },
     {"/etc/ld.so.preload",      Read },
     {"/etc/localtime",          Read },
-    {"/etc/locale.alias",       Read },
-    {"/proc/self",              Read }, // of this process alone
     {"/proc/cpuinfo",           Read },
-    {"/proc/meminfo",           Read },
-    {"/proc/stat",              Read },
-    {"/proc/sys/vm",            Read }, // the allocator of the C library asks how memory is overcommitted
     {"/sys/devices/system/cpu", Read },
     {"/dev/null",               Write},
-    {"/dev/zero",               Write},
-    {"/dev/random",             Read },
     {"/dev/urandom",            Read },
-    {"/dev/disk",               List }, // the labels of discs
 };
 
 constexpr std::wstring_view SharedFolders[] = {
@@ -58,10 +48,10 @@ std::string FolderOf(std::string_view path)
     return std::string(path.substr(0, path.rfind('/')));
 }
 
-bool IsInSystem(std::string_view folder)
+bool IsInSystem(const std::string& folder)
 {
     for (const SystemPath& path : SystemPaths)
-        if (path.Access == Read && folder.starts_with(path.Path) && folder.substr(strlen(path.Path)).starts_with('/'))
+        if (path.Access == Read && (folder + '/').starts_with(std::string(path.Path) + '/'))
             return true;
     return false;
 }
