@@ -19,6 +19,7 @@
 #include "worker/ZVProgramFiles.h"
 #include "worker/ZVWorkerApp.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <sys/stat.h>
@@ -56,7 +57,8 @@ constexpr const wchar_t* InternetFiles[] = {
     L"/etc/protocols",   L"/etc/ssl",   L"/etc/pki",           L"/etc/ca-certificates", L"/etc/gnutls",   L"/etc/crypto-policies",
 };
 
-// Files of the kernel: what is written there goes to an open file or a device, and never beside it.
+// Files of the kernel: what is written there goes to an open file or a device, and never beside it. The folder of the shared memory
+// is one like any other.
 constexpr const wchar_t* KernelFolders[] = {L"/dev/", L"/proc/"};
 
 // The folders in which a disc has its files, and a file beside them that is read.
@@ -109,10 +111,8 @@ ZVString ResolveFolder(const ZVString& path)
 
 bool IsInKernel(const ZVString& path)
 {
-    for (const wchar_t* const folder : KernelFolders)
-        if (path.StartsWith(folder))
-            return true;
-    return false;
+    const auto isBelow = [&path](const wchar_t* folder) { return path.StartsWith(folder); };
+    return std::ranges::any_of(KernelFolders, isBelow) && !isBelow(SharedMemoryFolder);
 }
 
 // A server of this machine is named by a colon, or by the path of its socket.
@@ -216,16 +216,18 @@ void ZVTaskShield::AllowInput()
     const bool readsFilm = Needs(m_command.Needs, ZVTaskNeeds::ReadsFilm);
     if (!readsFilm && !Needs(m_command.Needs, ZVTaskNeeds::ReadsFile))
         return;
+    if (readsFilm)
+        Allow(DependencyInstaller::GetFolder(DependencyInstaller::AVCodec), Read);
     ZVString path = input.GetPathOnly();
     ZVFilename::ClearFileScheme(path);
     if (ZVFilename::IsRemote(path))
         return AllowInternet();
     ZVFilename::MakeFileSystemPath(path);
-    Allow(path, Read);
+    if (!ZVFileSystem::IsDirectory(path))
+        Allow(path, Read);
     if (readsFilm)
     {
         AllowFilm(input);
-        Allow(DependencyInstaller::GetFolder(DependencyInstaller::AVCodec), Read);
         // What is mounted where, and the labels of discs. Looking into the first costs more than a dozen other rules.
         Allow(OwnProcessFolder, Read);
         Allow(LabelFolder, List);
@@ -309,10 +311,10 @@ void ZVTaskShield::AllowResults()
     }
 }
 
-// A result is written beside its place and renamed.
+// A result is written beside its place and renamed. A folder is never replaced by one.
 void ZVTaskShield::AllowResult(const ZVString& path)
 {
-    if (path.IsEmpty())
+    if (path.IsEmpty() || ZVFileSystem::IsDirectory(path))
         return;
     ZVString result = path;
     ZVFilename::MakeFileSystemPath(result);

@@ -392,25 +392,30 @@ TEST_F(TaskShield, AFilmsSurroundingsAreReadAndTheResultsWritten)
     const std::string disc2 = m_task.PathOf("home/BDMV/index.bdmv");
     const std::string dvd = m_task.PathOf("dvd/VIDEO_TS/VIDEO_TS.IFO");
     const Row rows[] = {
-        {"the film",                        m_film,      m_result,                           Reads("home/Videos/film/film.mp4"), 0     },
-        {"what is beside it",               m_film,      m_result,                           Reads("home/Videos/film/film.srt"), 0     },
-        {"the result",                      m_film,      m_result,                           Writes("results/new"),              0     },
-        {"a result through a link",         m_film,      m_task.PathOf("link/result.xml"),   Writes("results/new"),              0     },
-        {"a result in new folders",         m_film,      m_task.PathOf("new/of/result.xml"), Writes("new/of/result.xml"),        0     },
-        {"what is beside new folders",      m_film,      m_task.PathOf("new/of/result.xml"), Writes("new/other.xml"),            EACCES},
-        {"a film right in the home folder", film,        m_result,                           Reads("home/film.mkv"),             0     },
-        {"what is beside it",               film,        m_result,                           Reads("home/.ssh/key"),             EACCES},
-        {"the home folder's list",          film,        m_result,                           Reads("home"),                      EACCES},
-        {"the whole disc",                  disc,        m_result,                           Reads("disc/CERTIFICATE/id"),       0     },
-        {"the disc's list",                 disc,        m_result,                           Reads("disc"),                      0     },
-        {"a DVD without its main file",     dvd,         m_result,                           Reads("dvd/JACKET_P/1.mp2"),        0     },
-        {"what is beside the disc",         disc,        m_result,                           Reads("stranger"),                  EACCES},
-        {"a disc right in the home folder", disc2,       m_result,                           Reads("home/BDMV/STREAM/1.m2ts"),   0     },
-        {"what is beside that disc",        disc2,       m_result,                           Reads("home/.ssh/key"),             EACCES},
-        {"a device",                        "/dev/null", m_result,                           Reads("home"),                      EACCES},
+        {"the film",                          m_film,                m_result,                           Reads("home/Videos/film/film.mp4"), 0     },
+        {"what is beside it",                 m_film,                m_result,                           Reads("home/Videos/film/film.srt"), 0     },
+        {"the result",                        m_film,                m_result,                           Writes("results/new"),              0     },
+        {"a result through a link",           m_film,                m_task.PathOf("link/result.xml"),   Writes("results/new"),              0     },
+        {"a result in new folders",           m_film,                m_task.PathOf("new/of/result.xml"), Writes("new/of/result.xml"),        0     },
+        {"what is beside new folders",        m_film,                m_task.PathOf("new/of/result.xml"), Writes("new/other.xml"),            EACCES},
+        {"a film right in the home folder",   film,                  m_result,                           Reads("home/film.mkv"),             0     },
+        {"what is beside it",                 film,                  m_result,                           Reads("home/.ssh/key"),             EACCES},
+        {"the home folder's list",            film,                  m_result,                           Reads("home"),                      EACCES},
+        {"the whole disc",                    disc,                  m_result,                           Reads("disc/CERTIFICATE/id"),       0     },
+        {"the disc's list",                   disc,                  m_result,                           Reads("disc"),                      0     },
+        {"a DVD without its main file",       dvd,                   m_result,                           Reads("dvd/JACKET_P/1.mp2"),        0     },
+        {"what is beside the disc",           disc,                  m_result,                           Reads("stranger"),                  EACCES},
+        {"a disc right in the home folder",   disc2,                 m_result,                           Reads("home/BDMV/STREAM/1.m2ts"),   0     },
+        {"what is beside that disc",          disc2,                 m_result,                           Reads("home/.ssh/key"),             EACCES},
+        {"a folder in the place of a film",   m_task.PathOf("home"), m_result,                           Reads("home/.ssh/key"),             EACCES},
+        {"a folder in the place of a result", m_film,                m_task.PathOf("home"),              Writes("home/.config/settings"),    EACCES},
+        {"a result among shared memory",      m_film,                "/dev/shm/zv-shield.xml",
+         Writes("../../../../../../../../dev/shm/zv-shield.xml"),                                                                            0     },
+        {"a device",                          "/dev/null",           m_result,                           Reads("home"),                      EACCES},
     };
     for (const Row& row : rows)
         EXPECT_EQ(TryOne({"/AnalyzeZVVid", row.Film, row.Result}, row.Try), row.Reason) << row.Name;
+    std::filesystem::remove("/dev/shm/zv-shield.xml");
 }
 
 // A cover may have to be moved between devices, which takes a program.

@@ -126,9 +126,11 @@ public:
         struct stat status;
         if (!place.IsOpen() || fstat(place.Get(), &status) != 0)
             return;
-        uint64_t rights = RightsOf(access) & m_guarded.Files;
-        if (!S_ISDIR(status.st_mode))
-            rights &= FileRights;
+        const bool isForFolders = access != ZVShieldAccess::Write && access != ZVShieldAccess::Run;
+        if (S_ISDIR(status.st_mode) && !isForFolders)
+            return;
+        const uint64_t possible = S_ISDIR(status.st_mode) ? m_guarded.Files : m_guarded.Files & FileRights;
+        const uint64_t rights = RightsOf(access) & possible;
         const landlock_path_beneath_attr rule {rights, place.Get()};
         if (rights != 0 && syscall(SYS_landlock_add_rule, m_descriptor.Get(), LANDLOCK_RULE_PATH_BENEATH, &rule, 0) != 0 &&
             errno != EBADFD)
