@@ -7,8 +7,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <link.h>
+#include <pwd.h>
 #include <string>
 #include <string_view>
+#include <unistd.h>
 
 namespace
 {
@@ -41,6 +43,8 @@ constexpr SystemPath SystemPaths[] = {
 constexpr std::wstring_view SharedFolders[] = {
     L"/", L"/dev/", L"/etc/", L"/home/", L"/media/", L"/mnt/", L"/proc/", L"/root/", L"/run/", L"/sys/", L"/usr/", L"/var/",
 };
+
+constexpr std::wstring_view HomeFolders = L"/home/";
 
 // The folder of a file's path, without its "/".
 std::string FolderOf(std::string_view path)
@@ -80,11 +84,23 @@ int AddLoaded(dl_phdr_info* library, size_t, void* data)
     return 0;
 }
 
+// Whether a folder stands right below that of the home folders: root works for all users.
+bool IsHomeOfSomebody(const ZVString& folder)
+{
+    return folder.View().starts_with(HomeFolders) && folder.View().find(L'/', HomeFolders.size()) == folder.View().size() - 1;
+}
+
+// Without the variable it is the one of the user's account.
 ZVString FindHome()
 {
-    const char* const home = getenv("HOME");
+    const char* home = getenv("HOME");
+    if (home == nullptr || *home == '\0')
+    {
+        const passwd* const account = getpwuid(getuid());
+        home = account == nullptr ? "" : account->pw_dir;
+    }
     char resolved[PATH_MAX];
-    if (home == nullptr || *home == '\0' || realpath(home, resolved) == nullptr)
+    if (realpath(home, resolved) == nullptr)
         return {};
     return ZVPathLayout::WithClosingSlash(ZVNativeBytes::ToText(resolved));
 }
@@ -112,5 +128,5 @@ bool ZVSystemFolders::IsShared(const ZVString& folder)
     for (const std::wstring_view shared : SharedFolders)
         if (folder.View() == shared)
             return true;
-    return FindHome().StartsWith(folder);
+    return IsHomeOfSomebody(folder) || FindHome().StartsWith(folder);
 }

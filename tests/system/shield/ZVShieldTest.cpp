@@ -2,6 +2,7 @@
 #include "system/library/ZVDescriptor.h"
 #include "system/shield/ZVLandlock.h"
 #include "system/shield/ZVMemoryLimit.h"
+#include "system/shield/ZVSystemFolders.h"
 
 #include <csignal>
 #include <cstddef>
@@ -76,6 +77,32 @@ TEST(ZVMemoryLimit, LeavesATighterLimit)
     EXPECT_EQ(getLimitAfter(rlim_t {3} << 30, int64_t {2} << 30), 2);
 }
 #endif
+
+TEST(ZVSystemFolders, HomeFoldersAndThoseAroundThemAreShared)
+{
+    struct Row
+    {
+        const wchar_t* Folder;
+        bool IsShared;
+    };
+    const Row rows[] = {
+        {L"/",                    true },
+        {L"/home/",               true },
+        {L"/home/viewer/",        true },
+        {L"/home/viewer/Videos/", false},
+        {L"/usr/share/",          true },
+        {L"/usr/share/doc/",      false},
+        {L"/usr/sha/",            false},
+        {L"/etc/",                true },
+        {L"/srv/",                false},
+    };
+    const char* const home = getenv("HOME");
+    const std::string before = home == nullptr ? "/" : home;
+    setenv("HOME", "/usr/share", 1);
+    for (const Row& row : rows)
+        EXPECT_EQ(ZVSystemFolders::IsShared(row.Folder), row.IsShared) << row.Folder;
+    setenv("HOME", before.c_str(), 1);
+}
 
 TEST(ZVShield, ASecondThreadWouldNotBeLockedIn)
 {
