@@ -64,6 +64,7 @@ constexpr const wchar_t* KernelFolders[] = {L"/dev/", L"/proc/"};
 // The folders in which a disc has its files, and a file beside them that is read.
 constexpr const wchar_t* DiscMarkers[] = {L"/BDMV/", L"/VIDEO_TS/"};
 constexpr wchar_t DiscInformation[] = L"disc.inf";
+constexpr wchar_t DvdExtension[] = L"ifo";
 // A playlist is in a folder of its own within the first of them.
 constexpr wchar_t PlaylistExtension[] = L"mpls";
 constexpr const wchar_t* BlurayExtensions[] = {L"bdmv", L"bdmv3d", L"bluray", L"bluray3d", PlaylistExtension};
@@ -239,15 +240,14 @@ void ZVTaskShield::AllowFilm(const ZVFilename& film)
     ZVString path = film.GetPathOnly();
     ZVFilename::ClearFileScheme(path);
     ZVFilename::MakeFileSystemPath(path);
+    const ZVString extension = film.GetExtension(true);
     // On a DVD that has lost its main file this brings it back from the copy, which the locked process could not.
-    const ZVString dvd = CDvdTitle::FindFolder(film);
-    if (!dvd.IsEmpty())
-        AllowFolderOf(dvd);
+    if (extension.IsEqual(DvdExtension, false) || film.GetExtension().IsEqual(DvdExtension, false))
+        AllowFolderOf(CDvdTitle::FindFolder(film));
     AllowFolderOf(path);
     const ZVString folder = ZVPathLayout::FolderOf(path);
     AllowFolderOf(folder);
     AllowDisc(path);
-    const ZVString extension = film.GetExtension(true);
     for (const wchar_t* const bluray : BlurayExtensions)
         if (extension.IsEqual(bluray, false))
         {
