@@ -8,6 +8,7 @@
 #include "system/log/ZVLogScope.h"
 #include "worker/ZVAppleProjects.h"
 #include "worker/ZVSourceCleaner.h"
+#include "worker/ZVTaskShield.h"
 #include "worker/ZVWorkerCommand.h"
 
 bool g_bVideoTask = false;
@@ -16,9 +17,6 @@ namespace
 {
 constexpr int32_t Succeeded = 0;
 constexpr int32_t Failed = -1;
-
-constexpr wchar_t SourceFolder[] = L"E:\\Source\\Media\\Development";
-constexpr wchar_t AppleProjectsFolder[] = L"e:\\Source\\Media\\Development\\Projects\\Apple\\";
 
 // It names commands of another platform and leaves out most of this one's. Callers know it so, and it stays.
 constexpr const wchar_t* UsageText[] = {
@@ -52,6 +50,9 @@ int32_t RunCommand(const ZVWorkerCommand& command, const ZVWorkerRequest& reques
     if (command.IsVideoTask)
         g_bVideoTask = true;
     if (RefuseOverwriting(command, request))
+        return Failed;
+    ZVTaskShield shield(command, request);
+    if (!shield.Lock())
         return Failed;
     ZVPropertyMap result;
     if (!command.Task(request, result))

@@ -19,8 +19,11 @@ public:
     // the task succeeded and its result was written, and -1 otherwise.
     int32_t ProcessCommand(const ZVCommandLine& commandLine);
 
-    // The developers' own commands, on the folders where the sources stand on their machines. Elsewhere these do not exist, and
-    // nothing is done.
+    // Where the sources stand on the developers' machines.
+    static constexpr wchar_t SourceFolder[] = L"E:\\Source\\Media\\Development";
+    static constexpr wchar_t AppleProjectsFolder[] = L"e:\\Source\\Media\\Development\\Projects\\Apple\\";
+
+    // The developers' own commands, on these folders. Elsewhere they do not exist, and nothing is done.
     static void CleanCode();
     static void UpdateAppleProjects();
 };

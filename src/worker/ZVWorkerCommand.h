@@ -2,6 +2,7 @@
 
 #include "worker/ZVCommandLine.h"
 #include "worker/ZVResultFile.h"
+#include "worker/ZVTaskNeeds.h"
 
 #include <cstdint>
 #include <span>
@@ -26,6 +27,7 @@ struct ZVWorkerCommand
     bool IsVideoTask;
     bool AlwaysFails;   // the caller of such a command looks at the files it wrote, not at the status
     ZVResultForm Form;  // of the file that parameter 1 names
+    ZVTaskNeeds Needs;  // what it reaches; the process is locked in with that before the task begins
     // Does the work and fills the result, or returns false.
     bool (*Task)(const ZVWorkerRequest& request, ZVPropertyMap& result);
     const char* StartText = nullptr;    // logged before the task, or null

@@ -33,7 +33,7 @@ inline WorkerRun RunWorker(
 {
     const std::string program = GetWorkerProgram();
     arguments.insert(arguments.begin(), program);
-    for (const char* name : {"PATH", "ZV_DATA_DIR", "ASAN_OPTIONS", "UBSAN_OPTIONS"})
+    for (const char* name : {"PATH", "ZV_DATA_DIR", "ZV_SHIELD", "ASAN_OPTIONS", "UBSAN_OPTIONS"})
         if (const char* value = getenv(name))
             settings.push_back(std::string(name) + "=" + value);
     const auto asPointers = [](std::vector<std::string>& texts)

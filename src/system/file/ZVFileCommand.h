@@ -7,8 +7,8 @@ struct ZVFileCommand
 {
     ZVLogSource Source;  // under which a failure is logged
     const wchar_t* Program;
-    const wchar_t* Options;
+    const wchar_t* Options;  // with a blank between them
 
-    // Runs the command with both paths quoted and waits for its end. False unless it succeeded.
+    // Runs the command and waits for its end. False unless it succeeded. No shell is started, which a locked process may not do.
     bool Run(const ZVString& from, const ZVString& to) const;
 };

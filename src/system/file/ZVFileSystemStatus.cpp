@@ -4,9 +4,11 @@
 #include "system/file/ZVFileSearch.h"
 #include "system/file/ZVFileSystem.h"
 #include "system/filename/ZVNativePath.h"
+#include "system/library/ZVDescriptor.h"
 #include "system/log/ZVLogCategory.h"
 #include "system/log/ZVLogScope.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 
@@ -69,10 +71,13 @@ uint32_t ZVFileSystem::GetFileAttributes(const ZVString& path)
     return GetStatus(path, status) ? status.st_mode : NoAttributes;
 }
 
+// A locked process may change the mode of a file that it can open, but not of every file that a path leads to.
 bool ZVFileSystem::SetFileAttributes(const ZVString& path, uint32_t attributes)
 {
     const mode_t mode = attributes == AttributesNormal ? NormalMode : attributes & PermissionBits;
-    if (chmod(ZVNativePath(path), mode) == 0)
+    const ZVNativePath native(path);
+    const ZVDescriptor file(open(native, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (file.IsOpen() ? fchmod(file.Get(), mode) == 0 : chmod(native, mode) == 0)
         return true;
     ZVLogFileError(SetFileAttributesSource, "Error %d setting attributes of: %s", path);
     return false;

@@ -2,13 +2,17 @@
 
 #include "core/containers/ZVBuffer.h"
 #include "core/string/ZVStringUTF8.h"
+#include "system/library/ZVNativeBytes.h"
 #include "system/log/ZVLogScope.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <deque>
 #include <memory>
+#include <spawn.h>
+#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -21,6 +25,8 @@ constexpr int32_t UnknownExitCode = -1;
 
 // A shell adds this to the number of the signal that ended a program.
 constexpr int32_t SignalExitCode = 128;
+// And this it says of a program that cannot be found or run.
+constexpr int32_t NoProgramExitCode = 127;
 
 constexpr int PieceSize = 1024;
 
@@ -39,13 +45,9 @@ public:
     char* const* Get() const { return m_pointers.data(); }
 
 private:
-    void Add(const ZVString& argument)
-    {
-        m_texts.emplace_back(argument.GetUTF8());
-        m_pointers.push_back(m_texts.back().get());
-    }
+    void Add(const ZVString& argument) { m_pointers.push_back(m_texts.emplace_back(ZVNativeBytes(argument).GetBytes()).data()); }
 
-    std::vector<std::unique_ptr<char[]>> m_texts;
+    std::deque<std::string> m_texts;
     std::vector<char*> m_pointers;
 };
 
@@ -118,6 +120,42 @@ bool RunBlocking(const ZVString& program, const ZVStringArray& parameters, ZVStr
         *exitCode = code;
     return true;
 }
+
+// Where the program's standard output goes: it must not get into the report.
+class ToStandardError
+{
+public:
+    ToStandardError()
+    {
+        posix_spawn_file_actions_init(&m_actions);
+        posix_spawn_file_actions_adddup2(&m_actions, STDERR_FILENO, STDOUT_FILENO);
+    }
+    ~ToStandardError() { posix_spawn_file_actions_destroy(&m_actions); }
+    ToStandardError(const ToStandardError&) = delete;
+    ToStandardError& operator=(const ToStandardError&) = delete;
+
+    const posix_spawn_file_actions_t* Get() const { return &m_actions; }
+
+private:
+    posix_spawn_file_actions_t m_actions;
+};
+
+bool RunDirectly(const ZVString& program, const ZVStringArray& parameters, int32_t* exitCode)
+{
+    Source.Log("Running blocking command without a shell: %s %s", program, parameters.GetJoined(L" "));
+    const ArgumentVector arguments(program, parameters);
+    pid_t child = 0;
+    const int error = posix_spawnp(&child, arguments.Get()[0], ToStandardError().Get(), nullptr, arguments.Get(), environ);
+    int status = -1;
+    if (error != 0)
+        Source.Log("%s cannot be started: %s", program, strerror(error));
+    else
+        while (waitpid(child, &status, 0) == -1 && errno == EINTR)
+            continue;
+    if (exitCode != nullptr)
+        *exitCode = error != 0 ? NoProgramExitCode : ToExitCode(status);
+    return error == 0 || error == ENOENT || error == EACCES;
+}
 }
 
 bool RunProgram(const ZVString& program, const ZVStringArray& parameters, ZVString* output, ZVRunMode mode, int32_t* exitCode)
@@ -129,5 +167,7 @@ bool RunProgram(const ZVString& program, const ZVStringArray& parameters, ZVStri
         return false;
     if (mode == ZVRunMode::NonBlocking)
         return RunNonBlocking(program, parameters);
+    if (mode == ZVRunMode::Direct)
+        return RunDirectly(program, parameters, exitCode);
     return RunBlocking(program, parameters, output, exitCode);
 }

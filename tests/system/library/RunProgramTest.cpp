@@ -1,6 +1,7 @@
 #include "system/library/RunProgram.h"
 
 #include "system/library/ZVDescriptor.h"
+#include "system/library/ZVNativeBytes.h"
 #include "system/log/ToolsFixture.h"
 
 #include <sys/wait.h>
@@ -38,6 +39,20 @@ TEST_F(RunProgramTest, ABlockingProgramGivesItsOutputAndStatus)
     // 3-byte characters after two others: one of them lies across the end of every piece that is read.
     const ZVString longText = L"xx" + ZVString(std::wstring(3000, L'\u65e5').c_str());
     check({L"printf", L"%s", longText}, longText, 0);
+}
+
+// The paths of files between devices are arguments of such a program.
+TEST_F(RunProgramTest, ADirectProgramGetsEveryByteAndNoShell)
+{
+    const ZVString bytes = ZVNativeBytes::ToText("\xff");
+    const ZVStringArray parameters = Parameters({L"-c", L"test \"$1\" = \"$(printf '\\377')\" && exit 3", L"name", bytes});
+    int32_t exitCode = 99;
+    EXPECT_TRUE(RunProgram(L"sh", parameters, nullptr, ZVRunMode::Direct, &exitCode));
+    EXPECT_EQ(exitCode, 3);
+    EXPECT_TRUE(RunProgram(L"/nowhere/zv", {}, nullptr, ZVRunMode::Direct, &exitCode));
+    EXPECT_EQ(exitCode, 127);
+    EXPECT_TRUE(RunProgram(L"test", Parameters({L"$HOME", L"=", L"; exit 5"}), nullptr, ZVRunMode::Direct, &exitCode));
+    EXPECT_EQ(exitCode, 1);
 }
 
 TEST_F(RunProgramTest, ANonBlockingProgramGetsItsArgumentsAsTheyAre)
