@@ -15,26 +15,6 @@ CDeviceInfo MakeDevice(const wchar_t* values)
     return device;
 }
 
-TEST(CDeviceInfo, SetsTheDefaultsOfItsType)
-{
-    for (const int32_t type : {2, 3, 4})
-    {
-        SCOPED_TRACE(type);
-        CDeviceInfo device = MakeDevice(L"VendorName=Old;Other=kept");
-        device.SetDefaults(type);
-        EXPECT_STREQ(device.GetString(L"Other"), L"kept");
-        EXPECT_EQ(device.GetString(L"MatchKeyExpression").Find(L"\1TrackNumber()\1[Media Type]\1)") > 0, type == 3);
-        EXPECT_STREQ(device.GetString(L"ChangeKeyExpression"),
-                     type == 3 ? L"If(IsEqual([Media Type], Image), , [Rating]\1[Composer]\1)" : L"");
-        EXPECT_EQ(device.IsSet(L"SaveVideoThumbnailToFileJPG"), type == 2);
-        EXPECT_EQ(device.IsSet(L"IsDrive"), type == 4);
-
-        device.SetDefaults(-1);
-        EXPECT_EQ(device.GetInt(L"DeviceType"), type);
-        EXPECT_STREQ(device.GetString(L"AudioBasePath"), L"Music/");
-    }
-}
-
 TEST(CDeviceInfo, NormalizesPathsAndFileTypes)
 {
     const auto normalize = [](const wchar_t* supportsFolders, const wchar_t* key, const wchar_t* value)

@@ -11,7 +11,6 @@
 namespace
 {
 using namespace AtomBytes;
-using testing::ElementsAre;
 using testing::IsSupersetOf;
 
 const Bytes FTYP = Atom("ftyp", "isom" + Zeros(4));
@@ -36,37 +35,15 @@ Bytes Track(const Bytes& handler, const Bytes& entry, uint32_t chunkOffset)
                 FullAtom("tkhd", Zeros(8) + Number(1, 4) + Zeros(4) + Number(10'000, 4) + Zeros(60)) + Atom("mdia", media));
 }
 
-Bytes Sound(const Bytes& type, const Bytes& end = {})
+Bytes Sound(const Bytes& type)
 {
-    return Atom(type, Zeros(6) + Number(1, 2) + Zeros(8) + Number(2, 2) + Number(16, 2) + Zeros(4) + Number(48'000, 2) +
-                          Zeros(2) + end);
+    return Atom(type,
+                Zeros(6) + Number(1, 2) + Zeros(8) + Number(2, 2) + Number(16, 2) + Zeros(4) + Number(48'000, 2) + Zeros(2));
 }
 
 Bytes Movie(const Bytes& content = {})
 {
     return Atom("moov", MVHD + content);
-}
-
-Bytes Data(const Bytes& value, uint32_t dataType = 1)
-{
-    return Atom("data", Number(dataType, 4) + Zeros(4) + value);
-}
-
-Bytes Tag(const Bytes& type, const Bytes& value, uint32_t dataType = 1)
-{
-    return Atom(type, Data(value, dataType));
-}
-
-Bytes TagList(const Bytes& tags)
-{
-    return Atom("udta", FullAtom("meta", Handler("mdir") + Atom("ilst", tags)));
-}
-
-// The metadata of QuickTime with the value of one key.
-Bytes KeyedTag(const Bytes& key, const Bytes& value, uint32_t dataType = 1)
-{
-    const Bytes keys = Number(1, 4) + Number(key.size() + 28, 4) + "mdtacom.apple.quicktime." + key;
-    return Atom("meta", Handler("mdta") + FullAtom("keys", keys) + Atom("ilst", Tag(Number(1, 4), value, dataType)));
 }
 
 // What becomes of a file, step by step.
@@ -167,91 +144,6 @@ TEST_F(CMp4FileTest, FindsMediaWhoseTypeLiesAcrossTwoBlocks)
 {
     for (const size_t start : {0x100000 - 8, 0x100000 - 7, 0x100000 - 5, 0x100000 - 4})
         EXPECT_TRUE(Outcome(FTYP + Movie() + Zeros(start) + Atom("mdat", "x"), "film.mp4", false, false).IsVerified) << start;
-}
-
-TEST_F(CMp4FileTest, ForgetsTheFileThatWasOpenBefore)
-{
-    Outcome outcome(FTYP + Movie(Track("soun", Sound("ac-3"), 0) + TagList(Tag("aART", "One") + Tag("covr", "picture", 13))));
-    EXPECT_TRUE(outcome.File.Open(ZVFilename::FromPath(L"film.mp4")));
-    EXPECT_TRUE(outcome.File.ReadAtoms());
-    ZVPropertyMap map;
-    ZVFilename picture = ZVFilename::FromPath(L"cover.jpg");
-    EXPECT_FALSE(outcome.File.GetTags(map));
-    EXPECT_FALSE(outcome.File.GetFileInfo(map));
-    EXPECT_FALSE(outcome.File.GetImageFile(picture));
-    EXPECT_TRUE(outcome.File.Verify());
-    EXPECT_TRUE(outcome.File.GetImageFile(picture));
-}
-
-TEST_F(CMp4FileTest, WritesOnePictureToAFile)
-{
-    const Bytes list = TagList(Atom("covr", Data("first", 13) + Data("second", 13)));
-    for (const auto& [content, expected] :
-         {std::pair(list, "first"), std::pair(list + KeyedTag("artwork", "key", 13), "key"),
-          std::pair(KeyedTag("title", "One") + list, "first"), std::pair(KeyedTag("artwork", "", 13), "")})
-    {
-        std::filesystem::remove("cover.jpg");
-        ZVFilename picture = ZVFilename::FromPath(L"cover.jpg");
-        EXPECT_EQ(Outcome(FTYP + Movie(content)).File.GetImageFile(picture), *expected != '\0');
-        EXPECT_EQ(WorkFolder::Read("cover.jpg"), expected);
-    }
-}
-
-TEST_F(CMp4FileTest, TellsWhatAFileIs)
-{
-    const Bytes video = Atom("avc1", Zeros(6) + Number(1, 2) + Zeros(16) + Number(1920, 2) + Number(1080, 2) + Zeros(50));
-    const auto getInfo = [](const Bytes& tracks, const char* name)
-    {
-        Outcome outcome(FTYP + Movie(tracks) + Atom("mdat", Zeros(12'500)), name);
-        ZVPropertyMap info;
-        EXPECT_TRUE(outcome.File.GetFileInfo(info));
-        return GetLines(info);
-    };
-    EXPECT_THAT(getInfo(Track("vide", video, 0) + Track("soun", Sound("mp4a"), 0), "film.m4v"),
-                IsSupersetOf({"File Type=m4v", "Duration=10", "Sample Rate=48000", "Channels=2", "Bit Depth=16",
-                              "Media Type=Video", "Width=1920", "Height=1080", "Bitrate=10", "FPS=0.1",
-                              "Compression=m4v video (video: AVC1, audio: MP4 AAC)"}));
-    EXPECT_THAT(getInfo(Track("soun", Sound("ac-3"), 0), "sound.m4a"),
-                IsSupersetOf({"File Type=m4a", "Duration=10", "Media Type=Audio", "Bitrate=10", "Compression=Unknown codec"}));
-    // AAC of 128 kbit/s: what the sound says of itself goes before what is counted.
-    const Bytes decoder = Bytes("\x04\x0d\x40\x15") + Zeros(3) + Number(160'000, 4) + Number(128'999, 4);
-    const Bytes esds = FullAtom("esds", Bytes("\x03\x12") + Number(1, 2) + Zeros(1) + decoder);
-    EXPECT_THAT(getInfo(Track("soun", Sound("mp4a", esds), 0), "sound.m4a"), IsSupersetOf({"Bitrate=128", "Media Type=Audio"}));
-}
-
-TEST_F(CMp4FileTest, TellsTheTagsOfAllPlaces)
-{
-    const Bytes shop = Atom("uuid", "\x99\x45\x4e\x27\x96\x3a\x4b\x56\x8e\x76\x1d\xb6\x8c\x89\x9c\xd4<xml/>");
-    const auto getTags = [](const Bytes& content, const Bytes& after = {})
-    {
-        Outcome outcome(FTYP + Movie(content) + after);
-        ZVPropertyMap tags;
-        const bool isFound = outcome.File.GetTags(tags);
-        EXPECT_EQ(isFound, !GetLines(tags).empty());
-        return GetLines(tags);
-    };
-    EXPECT_THAT(getTags(""), ElementsAre());
-    EXPECT_THAT(getTags(Atom("udta", FullAtom("cprt", Number(0, 2) + "Someone" + Zeros(1))), shop),
-                ElementsAre("Copyright=Someone", "UITS Payload=<xml/>"));
-    EXPECT_THAT(getTags(TagList(Tag("\xa9"
-                                    "nam",
-                                    "One") +
-                                Tag("stik", Number(10, 1), 21) + Tag("pcst", Number(1, 1), 21))),
-                ElementsAre("Media Sub Type=TV Show", "Name=One", "Podcast=1", "stik=10"));
-    EXPECT_THAT(getTags(TagList(Tag("stik", Number(5, 1), 21) + Tag("pcst", Number(1, 1), 21))),
-                ElementsAre("Media Sub Type=Podcast", "Podcast=1", "stik=5"));
-    // The second list is the first with tags; tags outside a list are none.
-    EXPECT_THAT(getTags(Atom("udta", Tag("\xa9"
-                                         "nam",
-                                         "None")) +
-                        TagList(Tag("aART", "Two"))),
-                ElementsAre("Album Artist=Two"));
-    // Keys have the last word, wherever they stand.
-    EXPECT_THAT(getTags(KeyedTag("title", "Two") + TagList(Tag("aART", "One") + Tag("\xa9nam", "One"))),
-                ElementsAre("Album Artist=One", "Name=Two"));
-    // A meta atom that is not understood has no tags.
-    const Bytes opaque = Atom("meta", Atom("ilst", Tag("aART", "None")));
-    EXPECT_THAT(getTags(opaque + Atom("udta", opaque) + TagList(Tag("aART", "One"))), ElementsAre("Album Artist=One"));
 }
 
 // Real files; what is expected was read from them with another program.

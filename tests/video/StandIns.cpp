@@ -14,7 +14,6 @@
 namespace
 {
 StandInFilm s_film;
-std::atomic<bool> s_hasImages = true;
 std::mutex s_mutex;
 std::vector<std::string> s_calls;
 
@@ -122,14 +121,10 @@ public:
     }
     bool GetStreamInfo(int32_t index, ZVStreamInfo& info) override
     {
-        const bool isVideo = index == s_film.VideoStream;
         IZVDllString* const compression = info.Compression;
-        info = isVideo ? s_film.Video : s_film.Audio;
-        info.Rotation = s_film.Rotation;
+        info = {};
         info.Compression = compression;
-        if (compression != nullptr)
-            compression->SetString(isVideo ? s_film.VideoCodec : s_film.AudioCodec, -1);
-        return isVideo || index == s_film.AudioStream;
+        return index == s_film.VideoStream || index == s_film.AudioStream;
     }
     void GetTag(const char* name, IZVDllString& value) override
     {
@@ -175,7 +170,6 @@ private:
 void StandIns::Show(const StandInFilm& film)
 {
     s_film = film;
-    s_hasImages = true;
     s_calls.clear();
 }
 
@@ -183,11 +177,6 @@ std::vector<std::string> StandIns::GetCalls()
 {
     const std::lock_guard lock(s_mutex);
     return s_calls;
-}
-
-void StandIns::SetHasImages(bool hasImages)
-{
-    s_hasImages = hasImages;
 }
 
 int StandIns::GetValue(const IZVImage& image)
@@ -204,5 +193,5 @@ ZVVideoPlayerPointer ZVPlayers::CreateVideoPlayer()
 
 ZVImagePointer ZVImages::Create()
 {
-    return ZVImagePointer(s_hasImages ? new Picture() : nullptr);
+    return ZVImagePointer(new Picture());
 }

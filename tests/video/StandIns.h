@@ -17,17 +17,11 @@ struct StandInFilm
     bool Plays = true;
     int64_t Duration = 0;
     int32_t VideoStream = 0;
-    int32_t Rotation = 0;
     // The frames of each Play, one after the other, by the value that all their bytes have; 0 is a blank frame.
     std::vector<std::vector<uint8_t>> Attempts = {};
     bool Ends = false;    // the end of the stream follows the frames
     bool IsLate = false;  // all of that comes only when the player is told to stop
     int32_t AudioStream = -1;
-    // What the streams are, with the names of their codecs.
-    ZVStreamInfo Video = {};
-    ZVStreamInfo Audio = {};
-    const wchar_t* VideoCodec = L"";
-    const wchar_t* AudioCodec = L"";
     std::map<std::string, const wchar_t*> Tags = {};
     std::vector<std::pair<const wchar_t*, int64_t>> Chapters = {};
 };
@@ -40,8 +34,6 @@ namespace StandIns
 void Show(const StandInFilm& film);
 // What was asked of players since then: "Open /film.mkv", "Seek 5000", "Play", "Stop", "Close", "Release".
 std::vector<std::string> GetCalls();
-// Whether pictures can be made; Show sets it.
-void SetHasImages(bool hasImages);
 // The value of the frame that a picture shows.
 int GetValue(const IZVImage& image);
 }

@@ -14,7 +14,7 @@ public:
     bool Initialize() override
     {
         Calls += "I";
-        return Starts;
+        return true;
     }
     bool Uninitialize() override
     {
@@ -32,21 +32,8 @@ public:
     int32_t GetData() const { return ModuleData; }
 
     std::string Calls;
-    bool Starts = true;
     std::function<int()> Work = [] { return 7; };
 };
-
-TEST(ZVApp, RunsInOrderAndProcessesNothingWhenTheStartFails)
-{
-    RecordingApp app;
-    EXPECT_EQ(g_pApp, &app);
-    EXPECT_EQ(app.Run(), 7);
-    EXPECT_EQ(app.Calls, "IPU");
-    RecordingApp failing;
-    failing.Starts = false;
-    EXPECT_EQ(failing.Run(), 0);
-    EXPECT_EQ(failing.Calls, "IU");
-}
 
 TEST(ZVApp, ModuleEventsAreCounted)
 {

@@ -28,38 +28,6 @@ TEST(ZVCommandLine, StripsBlanksAndDoubleQuotesFromBothEnds)
     EXPECT_STREQ(Line({"\" \""}).GetArgument(0), L"");
 }
 
-TEST(ZVCommandLine, MatchesACommandThatIsFollowedByEnoughArguments)
-{
-    struct Row
-    {
-        std::vector<std::string> Arguments;
-        int32_t MinimumAfter;
-        bool IsMatch;
-        std::vector<std::wstring> Parameters;
-    };
-    const Row rows[] = {
-        {{},                                   0, false, {}                   },
-        {{"foo", "/THUMBnail", "a", "b", "c"}, 2, true,  {L"a", L"b", L"c"}   },
-        {{"/Thumbnail", "a", "b"},             2, true,  {L"a", L"b"}         },
-        {{"x", "y", "/Thumbnail", "a"},        2, false, {}                   },
-        {{"/Thumbnail", "/Thumbnail", "b"},    1, true,  {L"/Thumbnail", L"b"}},
-        {{"/Thumbnails", "a", "b"},            2, false, {}                   },
-        {{"/Thumbnail"},                       0, true,  {}                   },
-    };
-    for (const Row& row : rows)
-    {
-        SCOPED_TRACE(testing::PrintToString(row.Arguments));
-        ZVCommandMatch match;
-        match.Parameters.Add(L"left over");
-        EXPECT_EQ(Line(row.Arguments).Match(L"/Thumbnail", &match, row.MinimumAfter), row.IsMatch);
-        EXPECT_EQ(match.Command.IsEmpty(), !row.IsMatch);
-        std::vector<std::wstring> parameters;
-        for (const ZVString& parameter : match.Parameters)
-            parameters.emplace_back(parameter);
-        EXPECT_EQ(parameters, row.Parameters);
-    }
-}
-
 // The text of a parameter follows the product's rules for characters, while its path leads to the file that was named.
 TEST(ZVCommandLine, APathKeepsBytesThatTheTextLoses)
 {

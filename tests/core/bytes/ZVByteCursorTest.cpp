@@ -54,19 +54,6 @@ TEST(ZVByteCursor, MovesPastTextThatIsNotThere)
     EXPECT_EQ(cursor.GetPosition(), INT64_MAX);
 }
 
-TEST(ZVByteCursor, SkipsAnywhere)
-{
-    DiscCursor cursor(Span);
-    cursor.Skip(100);
-    EXPECT_EQ(cursor.GetPosition(), 100);
-    cursor.Skip(-101);
-    EXPECT_EQ(cursor.GetPosition(), -1);
-    cursor.Skip(INT64_MIN);
-    EXPECT_EQ(cursor.Read<uint8_t>(), 0);
-    cursor.SeekTo(0);
-    EXPECT_EQ(cursor.Read<uint8_t>(), 0xfe);
-}
-
 TEST(ZVByteSpan, PartsStayInside)
 {
     EXPECT_EQ(Span.Part(8, 2).GetSize(), 2);

@@ -6,7 +6,6 @@
 #include "core/string/StringProbe.h"
 
 #include <array>
-#include <cmath>
 #include <ctime>
 #include <string>
 
@@ -81,26 +80,6 @@ TEST(ZVDate, RoundsItsTime)
         {split(86399.6, false), L"6 23:59:59 1 126"}, {split(86399.6, true), L"7 0:0:0 2 127"},
         {split(86399.995, false), L"7 0:0:0 2 127"},  // within the tolerance of the next day
     });
-}
-
-TEST(ZVDate, KnowsItsPrecision)
-{
-    using enum ZVDatePrecision;
-    constexpr double NewYear = 45292.0;  // 2024-01-01
-    const auto precisionAt = [](double seconds) { return ZVDate::GetPrecision(NewYear + seconds / 86400.0); };
-    for (const double none : {0.0, std::nan(""), HUGE_VAL, 12e6, -13e6})
-        EXPECT_EQ(ZVDate::GetPrecision(none), None) << none;
-    ExpectRows<double, ZVDatePrecision>({
-        {0.0, Year}, {-0.009, Year}, {0.5, Year}, {0.1, Day}, {0.109, Day}, {0.111, Year}, {0.2, Time}, {-1.0, Time},
-        {86400.9, Day}, {86400.2, Time}, {86401.0001, Time},
-    }, precisionAt);
-    for (const double value : {NewYear, NewYear + 0.3, NewYear + 126.9, 0.0, -0.5})
-        for (const ZVDatePrecision precision : {Year, Day, Time})
-        {
-            const double marked = ZVDate::WithPrecision(value, precision);
-            EXPECT_EQ(ZVDate::GetPrecision(marked), precision) << value;
-            EXPECT_EQ(ZVDate::WithPrecision(marked, precision), marked) << value;
-        }
 }
 
 TEST(ZVDate, ComparesDays)

@@ -57,20 +57,6 @@ ZVPropertyMap Letters(const wchar_t* keys)
     return map;
 }
 
-TEST(ZVPropertyMap, CopiesMergesAndCompares)
-{
-    const ZVPropertyMap source = Letters(L"abc"), none;
-    ZVPropertyMap copy = source, map = Letters(L"cde");
-    EXPECT_TRUE(map.MergeFrom(source));
-    EXPECT_TRUE(map.CopyFrom(map));
-    EXPECT_TRUE(map.IsEqual(Letters(L"abcde")));
-    EXPECT_FALSE(source.IsEqual(none));
-    EXPECT_FALSE(none.IsEqual(source));
-    copy.SetString(L"a", L"A");
-    EXPECT_STREQ(source.GetString(L"a"), L"a");
-    EXPECT_FALSE(copy.IsEqual(source)) << "a value has another case";
-}
-
 TEST(ZVPropertyMap, LoadsTheWholeEntriesOfADamagedText)
 {
     using Loaded = std::tuple<bool, int32_t, int32_t>;  // the result, the number of entries and the position

@@ -5,22 +5,6 @@
 
 namespace
 {
-TEST(ZVStringEscape, EscapeXML)
-{
-    constexpr uint32_t Apostrophes = 4, Controls = 16, Replace = 32;
-    const auto escaped = [](const wchar_t* start, uint32_t flags)
-    { return Edited(start, [flags](ZVString& text) { text.EscapeXML(flags); }); };
-    ExpectTexts({
-        {escaped(L"<a &amp; b>", 0), L"&lt;a &amp;amp; b&gt;"}, {escaped(L"'\"&", Controls), L"'\"&amp;"},
-        {escaped(L"'\"", Apostrophes), L"&apos;\""}, {ZVString(L"\x2'\"<").GetEscapedXML(0x100), L"?&apos;&quot;&lt;"},
-        {escaped(L"\x2\x1f", Controls), L"&#x2;&#x1f;"}, {escaped(L"\x2-\x1f", Controls | Replace), L"?-?"},
-        {escaped(L"\t\n\r ", Controls | Replace), L"\t\n\r "},
-        {escaped(L"\x1", 0), L"&#x1;"}, {escaped(L"\x1\x2", Controls | Replace), L"&#x1;?"},  // 1 is never replaced
-    });
-    const ZVString plain(L"nothing to do");
-    EXPECT_EQ(plain.GetEscapedXML().GetText(), plain.GetText());
-}
-
 TEST(ZVStringEscape, DecodeEntities)
 {
     const auto decoded = [](const wchar_t* text)

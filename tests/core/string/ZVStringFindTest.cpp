@@ -36,9 +36,4 @@ TEST(ZVStringFind, Positions)
         {S(L"-1,2.3").IsNumber(), true}, {S(L"1-").IsNumber(), false}, {S().IsNumber(), false}, {S(L"123").IsNumber(2), false},
     });
 }
-
-TEST(ZVStringFind, NoCaseFindsNothingWithoutTheToolsLibrary)
-{
-    EXPECT_EQ(S(L"xABxab").FindNoCase(L"AB"), -1);
-}
 }

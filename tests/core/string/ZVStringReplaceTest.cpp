@@ -38,14 +38,6 @@ TEST(ZVStringReplace, Multiple)
     EXPECT_EQ(TextOf(text), L"12345.12345.1234512345.12345.1234512345");
 }
 
-TEST(ZVStringReplace, IsExactWithoutTheToolsLibrary)
-{
-    S text(L"aBcAbC");
-    EXPECT_EQ(text.Replace(L"a", L"x", false), 1);
-    EXPECT_EQ(text.RemoveText(L"C", false), 1);
-    EXPECT_STREQ(text, L"xBcAb");
-}
-
 // Returns each token in brackets, after what would be a token itself.
 struct Replacer final : IZVStringTokenReplaceCallback
 {

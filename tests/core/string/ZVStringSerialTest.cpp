@@ -25,27 +25,6 @@ TEST(ZVStringSerial, SimilarityQuotesAndLeadingCharacters)
     });
 }
 
-TEST(ZVStringSerial, LengthPrefixedForm)
-{
-    const EmptyPool pool;
-    S text, value;
-    text.AppendLengthPrefixed(42);
-    text.AppendLengthPrefixed(S());
-    text.AppendLengthPrefixed(S(L"(1:)"));
-    EXPECT_STREQ(text, L"(2:42)(0:)(4:(1:))");
-    EXPECT_EQ(text.GetCapacity(), 1025);
-    int32_t position = 0;
-    EXPECT_EQ(text.ReadLengthPrefixedInt(position), 42);
-    for (const wchar_t* expected : {L"", L"(1:)"})
-    {
-        EXPECT_TRUE(text.ReadLengthPrefixed(position, value));
-        EXPECT_STREQ(value, expected);
-    }
-    EXPECT_EQ(position, text.GetLength());
-    value.AppendLengthPrefixed(value);
-    EXPECT_STREQ(value, L"(1:)(4:(1:))");
-}
-
 TEST(ZVStringSerial, ReadingWhatIsNotLengthPrefixed)
 {
     for (const wchar_t* text : {L"", L"(3abc)", L"(-1:abc)", L"(", L"(3", L"(3:", L"(4:abc)", L"(2:abc)", L"(3:abc",

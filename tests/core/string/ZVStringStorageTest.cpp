@@ -54,41 +54,6 @@ TEST(ZVStringStorage, EmptyAndSharedBlocks)
     EXPECT_EQ(RefCountOf(ZVString()), 0x7ffffc17);
 }
 
-TEST(ZVStringStorage, BufferSizes)
-{
-    constexpr bool Shared = true, Exact = true;
-    // The length of a text in a block of just its size, whether it is shared, the length asked for, and the buffer's capacity.
-    struct Row
-    {
-        size_t Length;
-        bool IsShared;
-        int32_t Asked;
-        bool IsExact;
-        int32_t Capacity;
-    };
-    // clang-format off
-    for (const Row& row : std::initializer_list<Row> {
-             {0, !Shared, 1, !Exact, 3}, {7, !Shared, 7, !Exact, 8}, {7, !Shared, 8, !Exact, 17}, {1, !Shared, 4, Exact, 5},
-             {1, !Shared, 0x100000, !Exact, 0x200001}, {1, !Shared, 0x200002, !Exact, 0x300001}, {1, Shared, 3, !Exact, 4},
-             {7, Shared, -2, !Exact, 8}, {7, !Shared, -2, Exact, 8},
-         })
-    // clang-format on
-    {
-        SCOPED_TRACE(testing::Message() << row.Length << " " << row.Asked);
-        const EmptyPool pool;
-        ZVString text(std::wstring(row.Length, L'x').c_str());
-        text.GetBuffer(static_cast<int32_t>(row.Length));
-        text.ReleaseBuffer();
-        const ZVString other = row.IsShared ? text : ZVString();
-        const wchar_t* const before = text.GetText();
-        const bool fits = !row.IsShared && row.Asked < text.GetCapacity();
-        EXPECT_EQ(text.GetBuffer(row.Asked, row.IsExact, true) == before, fits);
-        EXPECT_EQ(TextOf(text), std::wstring(row.Length, L'x'));
-        EXPECT_EQ(text.GetCapacity(), row.Capacity);
-    }
-    EXPECT_THROW(ZVString(L"abc").GetBuffer(INT32_MAX), std::bad_alloc) << "no room for a terminator";
-}
-
 TEST(ZVStringStorage, LockedBuffer)
 {
     ZVString text(L"abcdef");

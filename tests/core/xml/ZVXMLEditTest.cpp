@@ -88,21 +88,6 @@ TEST(ZVXMLEdit, SetsTheContent)
     });
 }
 
-TEST(ZVXMLEdit, RemovesAnElementWithItsLineBreak)
-{
-    struct Row { const wchar_t *Text, *Path, *Left, *PathAfter; };
-    for (const Row& row : std::initializer_list<Row> {
-             {L"<r>\r\n<a/>\r\n<b/>\n</r>", L"/r/a", L"<r>\r\n<b/>\n</r>", L"/r"},
-             {L"<r><a/><b><c/></b>\n\n<d/></r>", L"/r/b", L"<r><a/>\n<d/></r>", L"/r/a"}, {L"<a/>\r\n", L"/a", L"", L""},
-         })
-        EXPECT_EQ(Changed(row.Text, row.Path, [&row](ZVXMLDocument& document)
-        {
-            document.FindChildElement();
-            EXPECT_TRUE(document.RemoveElement());
-            EXPECT_STREQ(document.GetElementPath(), row.PathAfter);
-        }), row.Left);
-}
-
 TEST(ZVXMLEdit, RefusesNamesThatCannotBeReadBack)
 {
     constexpr const wchar_t* Text = L"<a b='1'>2</a>";

@@ -62,32 +62,6 @@ TEST(ZVXMLRead, FindsByPath)
         EXPECT_EQ(found(path), L"/r/j") << path;
 }
 
-TEST(ZVXMLRead, WalksIntoAndOutOfElements)
-{
-    ZVXMLDocument document;
-    ASSERT_TRUE(document.SetDocument(L"<r><a><x/><y><z/></y></a><b/><a/></r>"));
-    const auto expectAt = [&document](const wchar_t* path, const wchar_t* child)
-    {
-        EXPECT_STREQ(document.GetElementPath(), path);
-        EXPECT_STREQ(document.GetChildElementName(), child) << "below " << path;
-    };
-    EXPECT_FALSE(document.EnterElement());
-    EXPECT_TRUE(document.FindElement(L"/r/a"));
-    EXPECT_TRUE(document.FindChildElement(L"y"));
-    EXPECT_FALSE(document.FindChildElement(L"x")) << "it is before y";
-    expectAt(L"/r/a[1]", L"y");
-    EXPECT_TRUE(document.EnterElement());
-    expectAt(L"/r/a[1]/y", L"");
-    EXPECT_TRUE(document.LeaveElement());
-    expectAt(L"/r/a[1]", L"y");
-    EXPECT_TRUE(document.FindElement(L"a"));
-    EXPECT_FALSE(document.FindElement());
-    expectAt(L"/r/a[2]", L"");
-    EXPECT_TRUE(document.FindChildElement(L"/r/a/y/z"));
-    EXPECT_FALSE(document.FindChildElement(L"/r")) << "a top element is nobody's child";
-    expectAt(L"/r/a[1]/y", L"z");
-}
-
 TEST(ZVXMLRead, FindsNodesWithTheirContent)
 {
     using enum ZVXMLNodeType;

@@ -115,21 +115,4 @@ TEST_F(CMediaAggregateTest, ListsADVDInTheOrderOfTheDisc)
     EXPECT_EQ(aggregate.GetTotalSize(true), 50);
     EXPECT_EQ(aggregate.GetTotalSize(false), 0) << "the root has no files of its own";
 }
-
-TEST_F(CMediaAggregateTest, ABlurayIsAllOfItsRoot)
-{
-    Put("bdmv/Disc/BDMV/index.bdmv", "123");
-    Put("bdmv/Disc/BDMV/STREAM/00001.m2ts", "12345");
-    Put("bdmv/Disc/CERTIFICATE/id.bdmv", "1");
-    CMediaAggregate aggregate;
-    ASSERT_TRUE(aggregate.Detect(TextOf("bdmv/Disc/BDMV/index.bdmv")));
-    EXPECT_STREQ(aggregate.GetRootFolder(), TextOf("bdmv/Disc") + L"/");
-    EXPECT_EQ(aggregate.GetTotalSize(true), 9);
-    EXPECT_STREQ(CMediaAggregate::GetMarker(3, false), L"BDMV");
-    EXPECT_STREQ(CMediaAggregate::GetMarker(0, true), L"");
-    // Without the step the folder stands for itself.
-    Put("loose/index.bdmv", "1");
-    ASSERT_TRUE(aggregate.DetectInFolder(TextOf("loose")));
-    EXPECT_STREQ(aggregate.GetRootFolder(), TextOf("loose") + L"/");
-}
 }

@@ -70,33 +70,6 @@ protected:
     BlurayPlaylist m_playlist {L"/disc/00001.mpls"};
 };
 
-TEST_F(BlurayPlaylistTest, ReadsItemsWithTheirStreams)
-{
-    ASSERT_TRUE(Read(Playlist(
-        {
-            {.Name = "00001",
-             .In = Second,
-             .Out = 11 * Second,
-             .Audio = {Audio(0x1100, "eng"), Audio(0x1101, "deu", 0x80)},
-             .Graphics = {Graphics(0x1200, "fra")}},
-            {.Name = "00002",               .In = 0, .Out = 5 * Second, .Video = {Video(0x1011, 0x24)}}
-    },
-        {{0, 2 * Second}, {1, Second}})));
-    EXPECT_THAT(GetClips(), ElementsAre("00001.M2TS 0", "00002.M2TS 0"));
-    EXPECT_EQ(m_playlist.GetTotalLength(), 15.0);
-    EXPECT_EQ(m_playlist.Clips[1]->RelativeTimeIn, 10.0);
-    EXPECT_EQ(m_playlist.Clips[1]->RelativeTimeOut, 15.0);
-    EXPECT_EQ(m_playlist.VideoStreamCount, 1);
-    EXPECT_EQ(m_playlist.AudioStreamCount, 2);
-    EXPECT_EQ(GetSignature(), "0.000 00001.M2TS1200002.M2TS122");
-    const auto* const video = dynamic_cast<const BlurayVideoStream*>(m_playlist.FindStream(0x1011));
-    ASSERT_NE(video, nullptr);
-    EXPECT_STREQ(video->VideoDescription(), L"1080p / 23.976 fps / 16:9");
-    EXPECT_EQ(video->CodingType, 0x24u) << "the later stream of a PID stands";
-    EXPECT_STREQ(m_playlist.FindStream(0x1200)->Language(), L"fra");
-    EXPECT_EQ(m_playlist.FindStream(0x1300), nullptr);
-}
-
 // The second item has no sound of its own: the loop for the first one's two reads its graphics, and on past the table.
 TEST_F(BlurayPlaylistTest, LoopsRunToTheLargestCountsSoFar)
 {
@@ -226,55 +199,6 @@ TEST_F(BlurayPlaylistTest, SurvivesOffsetsThatLeadNowhere)
     std::string bytes = whole;
     EXPECT_TRUE(Read(bytes.replace(whole.size() - 16, 2, "\xff\xff")));
     EXPECT_EQ(GetSignature(), "0.000 00001.M2TS10-1");
-}
-
-TEST_F(BlurayPlaylistTest, RefusesOtherTypes)
-{
-    for (const char* type : {"MPLS0100", "mpls0200", "MPLS0240", "MPLS0300"})
-        EXPECT_TRUE(Read(Playlist({}, {}, type))) << type;
-    EXPECT_FALSE(Read(Playlist({}, {}, "MPLS0400")));
-    EXPECT_EQ(GetSignature(), "0.000 ");
-    EXPECT_THAT(m_tools.Manager.Lines,
-                testing::ElementsAre("4096|BlurayPlaylist::Scan|Unrecognized playlist format MPLS0400, exiting scan."));
-    EXPECT_FALSE(Read("MPLS020"));
-}
-
-TEST_F(BlurayPlaylistTest, ALoopPlaysAClipTwiceFromOnePlace)
-{
-    EXPECT_TRUE(Read(Playlist({
-        {.Name = "00001"},
-        {               .Name = "00002"              },
-        { .Name = "00001",               .In = 1}
-    })));
-    m_playlist.Initialize(m_scan);
-    EXPECT_FALSE(m_playlist.HasLoops);
-    EXPECT_TRUE(Read(Playlist({
-        {.Name = "00001", .In = 7       },
-        {                      .Name = "00002"              },
-        { .Name = "00001",               .In = 7, .Tag = "m2ts"}
-    })));
-    m_playlist.Initialize(m_scan);
-    EXPECT_TRUE(m_playlist.HasLoops);
-    EXPECT_TRUE(m_playlist.Initialized);
-}
-
-TEST_F(BlurayPlaylistTest, TheReferenceClipIsTheLastWithMoreStreamsOrMoreTime)
-{
-    AddClip("00007", {Video(), Audio(0x1100, "eng"), Audio(0x1101, "deu")});
-    EXPECT_TRUE(Read(Playlist({})));
-    EXPECT_EQ(m_playlist.GetReferenceClip(), nullptr);
-    // One wins by its streams, the next by its time.
-    EXPECT_TRUE(Read(Playlist({
-        {.Name = "00001", .Out = 5 * Second},
-        {.Name = "00007", .Out = Second    },
-        {.Name = "00002", .Out = 2 * Second}
-    })));
-    EXPECT_EQ(m_playlist.GetReferenceClip(), m_playlist.Clips[2]);
-    EXPECT_TRUE(Read(Playlist({
-        {.Name = "00001", .Out = 5 * Second},
-        {.Name = "00002", .Out = 5 * Second}
-    })));
-    EXPECT_EQ(m_playlist.GetReferenceClip(), m_playlist.Clips[0]);
 }
 
 TEST_F(BlurayPlaylistTest, TakesUpStreamsThatOnlyTheClipHas)

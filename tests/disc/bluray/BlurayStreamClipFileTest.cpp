@@ -41,37 +41,6 @@ const std::string Whole = Clip({
      "fra"}
 });
 
-TEST(BlurayStreamClipFile, ReadsTheStreamsOfTheFirstProgram)
-{
-    const ScannedClip file(Whole);
-    EXPECT_TRUE(file.Scanned);
-    EXPECT_EQ(file.GetLanguages(), Languages({
-                                       {0x1011, ""   },
-                                       {0x1100, "eng"},
-                                       {0x1200, "deu"},
-                                       {0x1800, "fra"}
-    }));
-    const auto* const video = dynamic_cast<const BlurayVideoStream*>(file.Streams.Get(0x1011));
-    ASSERT_NE(video, nullptr);
-    EXPECT_EQ(video->VideoFormatCode, 6u);
-    EXPECT_EQ(video->FrameRateCode, 1u);
-    EXPECT_EQ(video->AspectCode, 3u);
-    EXPECT_EQ(video->Height, 0) << "the codes stay codes here";
-    const auto* const audio = dynamic_cast<const BlurayAudioStream*>(file.Streams.Get(0x1100));
-    ASSERT_NE(audio, nullptr);
-    EXPECT_EQ(audio->ChannelLayoutCode, 6u);
-    EXPECT_EQ(audio->SampleRate, 48000);
-}
-
-TEST(BlurayStreamClipFile, TakesFourTypesInAnyCase)
-{
-    for (const char* type : {"HDMV0100", "hdmv0200", "HDMV0240", "HDMV0300"})
-        EXPECT_TRUE(ScannedClip(Clip({Video()}, type)).Scanned) << type;
-    for (const char* type : {"HDMV0400", "MPLS0200"})
-        EXPECT_FALSE(ScannedClip(Clip({Video()}, type)).Scanned) << type;
-    EXPECT_FALSE(ScannedClip("HDMV020").Scanned);
-}
-
 TEST(BlurayStreamClipFile, HasNoStreamsWhereTheBlockDoesNotFit)
 {
     std::string pastTheEnd = Whole;

@@ -30,27 +30,6 @@ protected:
     WorkFolder m_folder;
 };
 
-TEST_F(CTVRecordingStubFileTest, TiesPathsToTheFolderOfTheStub)
-{
-    CTVRecordingStubFile stub;
-    ASSERT_TRUE(stub.Read(Put(Stub(1, U"show.ztf", U"/other/./x.zti", U"", U"../b/./\u00e4.zts"))));
-    EXPECT_STREQ(stub.FirstPath, At("rec/a/show.ztf"));
-    EXPECT_STREQ(stub.SecondPath, L"/other/./x.zti");
-    EXPECT_STREQ(stub.ThirdPath, L"");
-    EXPECT_STREQ(stub.StreamPath, At("rec/b/ä.zts"));
-    EXPECT_EQ(stub.Head.MinimumBytes, -2);
-    EXPECT_EQ(stub.Head.MaximumBytes, 4'000'000'000);
-
-    // Another version has the stream alone, and the paths of the stub before are gone.
-    ASSERT_TRUE(stub.Read(Put(Stub(2, U"..\\b\\show.ts"))));
-    EXPECT_STREQ(stub.FirstPath, L"");
-    EXPECT_STREQ(stub.StreamPath, At("rec/b/show.ts"));
-    ASSERT_TRUE(stub.Read(NameOf("rec/a/show.ztv")));
-    EXPECT_STREQ(stub.StreamPath, At("rec/b/show.ts")) << "for a stub by a relative name";
-    EXPECT_FALSE(stub.Read(Put(Stub(1, U"a", U"b", U"c"))));
-    EXPECT_STREQ(stub.FirstPath, L"") << "of a stub that ends too early";
-}
-
 TEST_F(CTVRecordingStubFileTest, TakesNoNameThatNoFileCanHave)
 {
     const std::string ab("a\0\0\0b\0\0", 8);

@@ -50,33 +50,4 @@ TEST_F(RecordingSizeTest, ATimeShiftRecordingIsAllFilesOfItsNameAndTheChunks)
     std::filesystem::current_path("shift");
     EXPECT_EQ(GetMediaFileSize(ZVFilename(L"show.zts")), 127) << "by a name without a folder";
 }
-
-TEST_F(RecordingSizeTest, AStubIsAllThatItNamesAndTheChunksOfItsStream)
-{
-    Put("lib/first", 0x100);
-    Put("lib/second", 0x200);
-    Put("lib/third", 0x400);
-    Put("live/show.zts", 0x800);
-    Put("live/show.ztr", 0x1000);
-    Put("live/show.ztf", 0x2000);
-    Put("live/1.cnk", 0x4000);
-    Put("lib/2.cnk", 0x8000);
-    // A stub, and its size without that of the stub itself.
-    const std::tuple<const char*, std::string, int64_t> rows[] = {
-        {"all paths",        StubBytes::Stub(1,          U"first",                            U"second", U"third", U"../live/show.zts"), 0x5f00},
-        {"the stream alone",          StubBytes::Stub(2,                U"../live/show.zts"),                                             0x5800},
-        {"files that are lost", StubBytes::Stub(3, U"1", U"2", U"third", U"/none/show.zts"), 0x400},
-        {"itself",                  StubBytes::Stub(2,                        U"show.ztv"),                                          0x8000 + 74},
-        {"a folder",              StubBytes::Stub(3,                                U"../live",                                                 U".", U"", U""), 0},
-        {"cut in the paths",                  StubBytes::Stub(1,                                     U"first",                                      U"second"), 0},
-        {"cut in the header",       StubBytes::Stub(1).substr(0,                                 39),                  0},
-        {"empty",        "",0},
-    };
-    for (const auto& [what, bytes, size] : rows)
-    {
-        PutBytes("lib/show.ztv", bytes);
-        const int64_t own = static_cast<int64_t>(bytes.size());
-        EXPECT_EQ(GetMediaFileSize(NameOf("lib/show.ztv")), own + size) << what;
-    }
-}
 }

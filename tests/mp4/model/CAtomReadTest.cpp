@@ -111,16 +111,6 @@ TEST(CAtomReadTest, AListThatIsCutBetweenChildrenKeepsThem)
     EXPECT_EQ(tree.Write(), Atom("moov", Atom("free") + Atom("trak", FullAtom("smhd", Zeros(4)))));
 }
 
-TEST(CAtomReadTest, RequiredChildrenMustBeThere)
-{
-    const Bytes two = Atom("url ") + Atom("url ");
-    EXPECT_STREQ(Tree(FullAtom("dref", Number(2, 4) + two)).Message, L"");
-    for (const Bytes& tooFew : {Number(3, 4) + two, Number(3, 4) + two + Header(0)})
-        EXPECT_STREQ(Tree(FullAtom("dref", tooFew)).Message, L"CContainerAtom::ReadChildren didn't read the requested atoms");
-    EXPECT_STREQ(Tree(FullAtom("dref", Number(1, 4) + two)).Message,
-                 L"CAtom::Read Expected empty size 8, Pos 0, Size 24, dref\n");
-}
-
 struct MetaForm
 {
     const char* Name;

@@ -49,29 +49,6 @@ TEST(CMOOVAtom, CountsFramesThatTheTablesAgreeOn)
     EXPECT_EQ(endless.GetMovie().GetFramesPerSecond(), 0.0);
 }
 
-TEST(CMOOVAtom, MustHaveItsHeaders)
-{
-    const Bytes movieHeader = FullAtom("mvhd", Zeros(96));
-    const Bytes trackHeader = FullAtom("tkhd", Zeros(80));
-    // clang-format off
-    const struct
-    {
-        Bytes Movie;
-        const wchar_t* Message;
-    } rows[] = {
-        {{}, L"moov atom has wrong number of mvhd atoms"},
-        {movieHeader + movieHeader, L"moov atom has wrong number of mvhd atoms"},
-        {movieHeader + Atom("trak"), L"trak atom has wrong number of tkhd atoms"},
-        {movieHeader + Atom("trak", trackHeader), L"trak atom has wrong number of mdia atoms"},
-        {movieHeader + Atom("trak", trackHeader + Atom("mdia")), L"mdia atom has wrong number of mdhd atoms"},
-        {movieHeader + Track("vide", Atom("stbl")), L"stbl atom has wrong number of stsd atoms"},
-        {movieHeader + Track("vide", {}), L""},
-    };
-    // clang-format on
-    for (const auto& row : rows)
-        EXPECT_EQ(Film(Atom("moov", row.Movie)).Message, row.Message);
-}
-
 TEST(CMOOVAtom, FindsSamplesThatLieOverEachOther)
 {
     // Ten bytes each: picture at 1000 and 1010, sound where a row says.

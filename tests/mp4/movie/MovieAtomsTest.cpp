@@ -1,9 +1,6 @@
 #include "mp4/AtomBytes.h"
 
-#include "mp4/movie/CCopyrightAtom.h"
 #include "mp4/movie/CHDLRAtom.h"
-#include "mp4/movie/CMDIAAtom.h"
-#include "mp4/movie/CMVHDAtom.h"
 #include "mp4/movie/CTKHDAtom.h"
 
 #include <gtest/gtest.h>
@@ -109,35 +106,6 @@ TEST(MovieAtoms, AreWrittenAsTheyWereReadOrRefused)
         EXPECT_EQ(tree.Message, row.Message);
         EXPECT_EQ(tree.Write(), tree.Message.IsEmpty() ? row.File : Bytes());
     }
-}
-
-// The test is for version 0, so any other has the long form.
-TEST(MovieAtoms, HaveTheLongFormInAllVersionsButZero)
-{
-    for (const int version : {0, 1, 2, 255})
-    {
-        SCOPED_TRACE(version);
-        const Tree movie(MovieHeader(version));
-        ASSERT_NE(movie.Find<CMVHDAtom>(), nullptr);
-        EXPECT_EQ(movie.Find<CMVHDAtom>()->GetTimescale(), 600U);
-        EXPECT_EQ(movie.Find<CMVHDAtom>()->GetDuration(), 0x8070605U);
-        const Tree track(TrackHeader(version));
-        ASSERT_NE(track.Find<CTKHDAtom>(), nullptr);
-        EXPECT_EQ(track.Find<CTKHDAtom>()->GetTrackID(), 7U);
-        EXPECT_EQ(track.Find<CTKHDAtom>()->GetDuration(), 900U);
-        const Tree media(MediaHeader(version));
-        ASSERT_NE(media.Find<CMDHDAtom>(), nullptr);
-        EXPECT_EQ(media.Find<CMDHDAtom>()->GetTimescale(), 44100U);
-        EXPECT_EQ(media.Find<CMDHDAtom>()->GetDuration(), 88200U);
-    }
-}
-
-TEST(MovieAtoms, ACopyrightEndsAtItsNUL)
-{
-    const Tree tree(Atom("udta", Copyright));
-    EXPECT_EQ(tree.Find<CCopyrightAtom>({"cprt"})->GetValue(), L"(c) me");
-    const Tree open(Atom("udta", FullAtom("cprt", Number(0x55c4, 2) + "\xc3\xa9")));
-    EXPECT_EQ(open.Find<CCopyrightAtom>({"cprt"})->GetValue(), L"\u00e9");
 }
 
 TEST(MovieAtoms, AreWholeWhenTheyAreNew)

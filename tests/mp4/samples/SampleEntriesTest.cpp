@@ -1,6 +1,5 @@
 #include "mp4/samples/FilmBytes.h"
 
-#include "mp4/samples/CCodecNumber.h"
 #include "mp4/samples/CSTBLAtom.h"
 
 #include <gtest/gtest.h>
@@ -26,10 +25,9 @@ Bytes Esds(const Bytes& descriptor = PlainDescriptor)
 }
 
 // Frame length, version, bit depth, tuning, channels, longest run and frame, average bit rate, sample rate.
-Bytes Alac(int bitDepth = 24, int channels = 6, uint32_t sampleRate = 96000)
+Bytes Alac()
 {
-    return FullAtom("alac", Number(4096, 4) + Zeros(1) + Number(static_cast<uint64_t>(bitDepth), 1) + Zeros(3) +
-                                Number(static_cast<uint64_t>(channels), 1) + Zeros(10) + Number(sampleRate, 4));
+    return FullAtom("alac", Number(4096, 4) + Zeros(1) + Number(24, 1) + Zeros(3) + Number(6, 1) + Zeros(10) + Number(96000, 4));
 }
 
 // The fields that are there in version 1 of a sound entry.
@@ -38,11 +36,6 @@ const Bytes PacketFields = Bytes(16, 'p');
 Bytes FilmWith(const std::vector<Bytes>& entries)
 {
     return Movie(Track("text", Tables {.Entries = Descriptions(entries)}.Make()));
-}
-
-const CSTSDAtom& DescriptionsOf(const Film& film)
-{
-    return *film.Find<CSTSDAtom>({"trak", "mdia", "minf", "stbl", "stsd"});
 }
 
 // What an esds says.
@@ -98,131 +91,6 @@ TEST(SampleEntries, MustHaveTheirReservedBytesZero)
     EXPECT_NE(Tree(Atom("avc1", Zeros(20)) + Zeros(99)).Message.Find(L"Expected empty size"), -1);
     // An mp4s keeps no rest.
     EXPECT_NE(Tree(Atom("mp4s", Zeros(8) + "abc") + Zeros(99)).Message.Find(L"Expected empty size"), -1);
-}
-
-TEST(SampleEntries, DecideTheKindOfMedia)
-{
-    const Bytes unknown = Atom("hvc1", Zeros(78));
-    const struct
-    {
-        const char* Name;
-        std::vector<Bytes> Entries;
-        char Kind;
-    } rows[] = {
-        {"nothing",                   {},                                       'o'},
-        {"unknown",                   {unknown},                                'o'},
-        {"video after unknown",       {unknown, VideoEntry("cvid")},            'v'},
-        {"sound",                     {SoundEntry("QDM2")},                     'a'},
-        {"two of sound",              {SoundEntry("mp4a"), SoundEntry("twos")}, 'a'},
-        {"not understood, but video", {Atom("AVdn", Zeros(7))},                 'v'},
-        {"hints",                     {Atom("mp4s", Zeros(8))},                 'o'},
-    };
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE(row.Name);
-        const Film film(FilmWith(row.Entries));
-        EXPECT_EQ(film.Message, L"");
-        EXPECT_EQ(film.GetMovie().GetTracks().front()->GetMediaType(), row.Kind);
-    }
-    const wchar_t* const conflict = L"STSD atom has too many content children of conflicting types";
-    EXPECT_EQ(Film(FilmWith({SoundEntry(), VideoEntry()})).Message, conflict);
-    EXPECT_EQ(Film(FilmWith({Atom("AVdn"), unknown, SoundEntry("raw ")})).Message, conflict);
-}
-
-TEST(SampleEntries, TheirTypesTellTheCodec)
-{
-    const struct
-    {
-        Bytes Entry;
-        int32_t Number;
-    } rows[] = {
-        {VideoEntry("jpeg"), 108  },
-        {VideoEntry("rle "), 65281},
-        {VideoEntry("SVQ3"), 65282},
-        {VideoEntry("SVQ1"), 65285},
-        {VideoEntry("cvid"), 0    },
-        {SoundEntry("ec-3"), 65289},
-        {SoundEntry("soun"), 0    },
-        {SoundEntry("alac"), 0    },
-        {SoundEntry("twos"), 65283},
-        {SoundEntry("sowt"), 65284},
-        {SoundEntry("raw "), 65286},
-        {SoundEntry("ulaw"), 65287},
-        {SoundEntry("QDM2"), 0    },
-    };
-    for (const auto& row : rows)
-    {
-        const Film film(FilmWith({row.Entry}));
-        EXPECT_EQ(DescriptionsOf(film).GetObjectType(), row.Number) << row.Entry.substr(4, 4);
-    }
-}
-
-// Where a descriptor is found, and that it decides the codec whatever it says.
-TEST(SampleEntries, TheirDescriptorsTellTheCodec)
-{
-    const Bytes none = Esds("\x04\x01\x20");
-    // clang-format off
-    const struct
-    {
-        const char* Name;
-        Bytes Entry;
-        int32_t Number;
-    } rows[] = {
-        {"esds of sound", SoundEntry("ac-3", Esds()), 64},
-        {"esds in a wave", SoundEntry("ac-3", PacketFields + Atom("wave", Esds()), 1), 64},
-        {"esds of plain sound", SoundEntry("twos", PacketFields + Esds()), 64},
-        {"esds of video", VideoEntry("mp4v", Esds()), 64},
-        {"wave of video", VideoEntry("mp4v", Atom("wave", Esds())), 32},
-        {"esds that describes nothing", SoundEntry("mp4a", none), 0},
-        {"that and a wave", SoundEntry("mp4a", none + Atom("wave", Esds())), 0},
-        {"empty esds", SoundEntry("mp4a", Esds({})), 0},
-        {"esds without a version", SoundEntry("mp4a", Atom("esds", "abc")), 0},
-        {"alac", SoundEntry("alac", Alac()), 254},
-        {"alac and wave", SoundEntry("alac", Atom("wave", Esds()) + Alac()), 254},
-        {"alac in another entry", SoundEntry("mp4a", Alac()), 64},
-        {"that and a wave with esds", SoundEntry("ac-3", Alac() + Atom("wave", Esds())), 64},
-        {"wave without esds", SoundEntry("ac-3", Atom("wave")), 65288},
-    };
-    // clang-format on
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE(row.Name);
-        const Film film(FilmWith({row.Entry}));
-        EXPECT_EQ(film.Message, L"");
-        EXPECT_EQ(DescriptionsOf(film).GetObjectType(), row.Number);
-    }
-}
-
-TEST(SampleEntries, PreferWhatALosslessDescriptorSays)
-{
-    // clang-format off
-    const struct
-    {
-        Bytes Alac;
-        int32_t SampleSize;
-        int32_t Channels;
-        int32_t SampleRate;
-    } rows[] = {
-        {Alac(), 24, 6, 96000},
-        {Alac(8, 1, 1), 8, 1, 1},
-        {Alac(32, 31, 192000), 32, 31, 192000},
-        {Alac(7, 0, 0), 16, 2, 48000},
-        {Alac(33, 32), 16, 2, 96000},
-        {FullAtom("alac", Alac().substr(12, 23)), 24, 6, 48000},
-        {FullAtom("alac", Alac().substr(12, 6)), 24, 2, 48000},
-        {FullAtom("alac"), 16, 2, 48000},
-        {Esds(), 16, 2, 48000},
-    };
-    // clang-format on
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE(row.Alac.size());
-        const Film film(FilmWith({SoundEntry("alac", row.Alac)}));
-        EXPECT_EQ(film.Message, L"");
-        EXPECT_EQ(DescriptionsOf(film).GetSampleSize(), row.SampleSize);
-        EXPECT_EQ(DescriptionsOf(film).GetChannels(), row.Channels);
-        EXPECT_EQ(DescriptionsOf(film).GetSampleRate(), row.SampleRate);
-    }
 }
 
 TEST(SampleEntries, ReadEveryFormOfADescriptor)

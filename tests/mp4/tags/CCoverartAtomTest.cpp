@@ -5,7 +5,6 @@
 #include "system/filename/ZVFilename.h"
 #include "system/filename/ZVNativePath.h"
 
-#include <set>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -28,37 +27,6 @@ protected:
 private:
     std::unique_ptr<Tree> m_tree;
 };
-
-TEST_F(CCoverartAtomTest, WritesATemporaryFile)
-{
-    const struct
-    {
-        uint32_t DataType;
-        const char* Name;
-    } rows[] = {
-        {14, "cover art.png"    },
-        {13, "cover art.jpg"    },
-        {0,  "cover art - 1.jpg"},
-    };
-    for (const auto& row : rows)
-    {
-        ZVFilename filename;
-        ASSERT_TRUE(MakeCover("picture", row.DataType).GetValue(filename)) << row.Name;
-        EXPECT_EQ(PathOf(filename).filename(), row.Name);
-        EXPECT_EQ(ReadFile(PathOf(filename)), "picture") << row.Name;
-    }
-}
-
-TEST_F(CCoverartAtomTest, ReplacesTheFileThatIsNamed)
-{
-    const fs::path path = Folder / "film;1.jpg";
-    std::ofstream(path) << "an older and longer picture";
-    ZVFilename filename = ZVFilename::FromPath(ZVNativePath::ToText(path.c_str()));
-    EXPECT_TRUE(MakeCover("picture", 13).GetValue(filename));
-    EXPECT_EQ(PathOf(filename), path);
-    EXPECT_EQ(ReadFile(path), "picture");
-    EXPECT_EQ(CountFiles(), 1);
-}
 
 TEST_F(CCoverartAtomTest, LeavesNoFileAfterAFailure)
 {

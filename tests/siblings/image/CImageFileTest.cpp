@@ -330,17 +330,4 @@ TEST_F(CImageFileTest, AFailedSaveLeavesTheOldFile)
     EXPECT_EQ(Load("disk/a.bmp"), small);
     umount(disk.c_str());
 }
-
-TEST_F(CImageFileTest, ReplacesAFileInOneStep)
-{
-    ASSERT_TRUE(Save(Frame::MakeSmooth(10, 10), "a.png"));
-    const ZVDescriptor old(open(m_folder.PathOf("a.png").c_str(), O_RDONLY | O_CLOEXEC));
-    const std::string before = m_folder.Read("a.png");
-    ASSERT_TRUE(Save(Frame::MakeSmooth(500, 400), "a.png"));
-    EXPECT_EQ(Load("a.png").Width, 500);
-    struct stat status;
-    ASSERT_EQ(fstat(old.Get(), &status), 0);
-    EXPECT_EQ(static_cast<size_t>(status.st_size), before.size()) << "the old file was written to";
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_folder.PathOf("")), {}), 1);
-}
 }

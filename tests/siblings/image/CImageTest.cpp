@@ -9,20 +9,6 @@ class CImageTest : public ImageTest
 {
 };
 
-TEST_F(CImageTest, WithoutPixelsDoesNothing)
-{
-    const ImagePointer image = Create();
-    const ImagePointer other = Create();
-    EXPECT_FALSE(image->CopyFrom(*other));
-    EXPECT_FALSE(image->Rotate(90, 100, 0));
-    EXPECT_FALSE(image->SetAlphaFill(255, 0, 0));
-    EXPECT_FALSE(image->Save(At("none.png")));
-    EXPECT_TRUE(image->IsBlank(-1));
-    EXPECT_EQ(image->GetPixels(), nullptr);
-    EXPECT_EQ(image->GetStride(), 0);
-    EXPECT_FALSE(m_folder.Has("none.png"));
-}
-
 TEST_F(CImageTest, ShowsPixelsOfAnotherUntilItChangesThem)
 {
     const Frame original = Frame::MakeSmooth(33, 7, 5);

@@ -1,13 +1,11 @@
 // What the player makes of the pixels of a film.
 
 #include "siblings/player/PlayerFolder.h"
-#include "system/library/ZVDllString.h"
 
 #include <gmock/gmock.h>
 
 namespace
 {
-using testing::ElementsAre;
 
 class CFrameFilterTest : public PlayerFolder
 {
@@ -49,25 +47,6 @@ TEST_F(CFrameFilterTest, ReadsColoursAsTheyAreTagged)
         EXPECT_NEAR(colour[1], 120, 4);
         EXPECT_NEAR(colour[2], 200, 4);
     }
-}
-
-TEST_F(CFrameFilterTest, ReadsGraysOfTheLimitedRange)
-{
-    Make("-f lavfi -i \"color=black:s=320x180:d=0.2,format=gray,geq=lum='if(lt(X,160),16,235)'\" -c:v ffv1 -color_range tv "
-         "film.mkv");
-    const Frame frame = GetFrame("film.mkv", 0);
-    EXPECT_THAT(frame.At(0.2, 0.5), ElementsAre(0, 0, 0));
-    EXPECT_THAT(frame.At(0.8, 0.5), ElementsAre(255, 255, 255));
-}
-
-TEST_F(CFrameFilterTest, TakesHighDynamicRangeOfAnOddSize)
-{
-    Make("-f lavfi -i color=white:d=0.2 -vf format=yuv444p10le,scale=161:121,format=yuv420p10le -c:v libvpx-vp9 -color_trc "
-         "smpte2084 -color_primaries bt2020 "
-         "-colorspace bt2020nc film.mkv");
-    const Frame frame = GetFrame("film.mkv", 0);
-    EXPECT_EQ(frame.Width, 161);
-    EXPECT_EQ(frame.Height, 121);
 }
 
 TEST_F(CFrameFilterTest, MakesPixelsSquareByEnlarging)

@@ -3,7 +3,6 @@
 #include "disc/dvd/DvdBytes.h"
 #include "disc/recording/StubBytes.h"
 #include "siblings/player/PlayerFolder.h"
-#include "system/library/ZVDllString.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -12,14 +11,6 @@
 namespace
 {
 using testing::ElementsAre;
-
-std::string Text(const ZVString& text)
-{
-    std::string result;
-    for (const wchar_t character : text.View())
-        result.push_back(static_cast<char>(character));
-    return result;
-}
 
 class CVideoPlayerTest : public PlayerFolder
 {
@@ -40,14 +31,6 @@ protected:
         for (int stripe = 0; stripe < 12; ++stripe)
             number = number * 2 + (frame.At((stripe + 0.5) / 12, 0.5)[1] > 128 ? 1 : 0);
         return number;
-    }
-
-    static std::string GetTag(CVideoPlayer& player, const char* name)
-    {
-        ZVString text;
-        ZVDllString value(text);
-        player.GetTag(name, value);
-        return Text(text);
     }
 };
 
@@ -120,128 +103,6 @@ TEST_F(CVideoPlayerTest, ShowsTheFrameThatStaysOnScreen)
             EXPECT_THAT(numbers, ElementsAre(first, first + 40, first + 80)) << film << " " << time;
         }
     }
-}
-
-// A key frame comes out by itself first, and the others after it.
-TEST_F(CVideoPlayerTest, GoesOnAfterTheFirstFrame)
-{
-    MakeNumbered("-c:v libx264 -preset veryfast -g 100 -bf 3 film.mkv");
-    CVideoPlayer player;
-    ASSERT_TRUE(Open(player, "film.mkv"));
-    struct Row
-    {
-        int64_t Time;
-        std::vector<int> Numbers;
-    };
-    const Row rows[] = {
-        {4'000,  {100, 101, 102, 103, 104}},
-        {20'200, {505, 506, 507, 508, 509}},
-        {23'880, {597, 598, 599}          },
-    };
-    for (const Row& row : rows)
-    {
-        std::vector<int> numbers;
-        for (const Frame& frame : GetFrames(player, row.Time, 5))
-        {
-            numbers.push_back(GetNumber(frame));
-            EXPECT_EQ(frame.Milliseconds, numbers.back() * 40);
-        }
-        EXPECT_EQ(numbers, row.Numbers);
-    }
-}
-
-TEST_F(CVideoPlayerTest, TellsWhatAFilmIs)
-{
-    const std::string picture = "-f lavfi -i testsrc2=s=320x180:r=25:d=3 ";
-    const std::string sound = "-f lavfi -i sine=r=48000:d=3 ";
-    Make(picture + "-frames:v 1 cover.png");
-    struct Row
-    {
-        const char* Film;
-        std::string Arguments;
-        int64_t Duration;
-        std::string Video;
-        std::string Audio;
-    };
-    const Row rows[] = {
-        {"film.mkv",   picture + sound + "-c:v libx264 -c:a ac3",            3000, "H264 320x180 25 0",   "AC-3 1 48000 32"     },
-        {"film.mp4",   picture + sound + "-c:v mpeg4 -c:a aac",              3000, "MPEG4 320x180 25 0",  "AAC 1 48000 16"      },
-        {"film.ts",    picture + sound + "-c:v mpeg2video -c:a mp2",         3000, "MPEG-2 320x180 25 0", "MP2 1 48000 16"      },
-        {"film.mov",   picture + "-c:v prores",                              3000, "ProRes 320x180 25 0", ""                    },
-        {"sound.flac", sound + "-af aformat=s32 -ac 2",                      3000, "",                    "FLAC 2 48000 24"     },
-        {"sound.wav",  sound + "-c:a pcm_s24le",                             3000, "",                    "PCM_S24LE 1 48000 24"},
-        {"sound.mp3",  sound + "-i cover.png -map 0 -map 1 -c:a libmp3lame", 3024, "",                    "MP3 1 48000 16"      },
-    };
-    for (const Row& row : rows)
-    {
-        SCOPED_TRACE(row.Film);
-        Make(row.Arguments + " " + row.Film);
-        CVideoPlayer player;
-        ASSERT_TRUE(Open(player, row.Film));
-        EXPECT_NEAR(static_cast<double>(player.GetDuration()), static_cast<double>(row.Duration), 50);
-        const auto tell = [&player](int32_t kind)
-        {
-            ZVString compression;
-            ZVDllString string(compression);
-            ZVStreamInfo info;
-            info.Compression = &string;
-            if (!player.GetStreamInfo(player.GetStreamIndex(kind), info))
-                return std::string();
-            EXPECT_EQ(info.Kind, kind);
-            return Text(kind == ZVStreamInfo::KindVideo
-                            ? ZVFormat(L"%s %dx%d %s %d", compression, info.Width, info.Height, ZVString::FromDouble(info.Fps),
-                                       info.Rotation)
-                            : ZVFormat(L"%s %d %d %d", compression, info.Channels, info.SampleRate, info.BitDepth));
-        };
-        EXPECT_EQ(tell(ZVStreamInfo::KindVideo), row.Video);
-        EXPECT_EQ(tell(ZVStreamInfo::KindAudio), row.Audio);
-    }
-}
-
-TEST_F(CVideoPlayerTest, TellsTagsByTheirNames)
-{
-    const std::string sound = "-f lavfi -i sine=d=1 ";
-    Make(sound + "-metadata title=Container -metadata:s:a title=Stream -metadata:s:a language=ger film.mkv");
-    Make(sound + "-metadata service_provider=WXYZ -metadata WM/SubTitle=Part -metadata album_artist=Band film.wma");
-    struct Row
-    {
-        const char* Film;
-        const char* Tag;
-        const char* Text;
-    };
-    const Row rows[] = {
-        {"film.mkv", "TITLE",                   "Container"},
-        {"film.mkv", "language",                "ger"      },
-        {"film.mkv", "artist",                  ""         },
-        {"film.wma", "WM/MediaStationCallSign", "WXYZ"     },
-        {"film.wma", "wm/subtitle",             "Part"     },
-        {"film.wma", "WM/AlbumArtist",          "Band"     },
-        {"film.wma", "album_artist",            "Band"     },
-    };
-    for (const Row& row : rows)
-    {
-        CVideoPlayer player;
-        ASSERT_TRUE(Open(player, row.Film));
-        EXPECT_EQ(GetTag(player, row.Tag), row.Text) << row.Film << " " << row.Tag;
-    }
-}
-
-TEST_F(CVideoPlayerTest, TellsChapters)
-{
-    WorkFolder::Write("chapters", ";FFMETADATA1\n[CHAPTER]\nTIMEBASE=1/10\nSTART=0\nEND=15\ntitle=First\n"
-                                  "[CHAPTER]\nTIMEBASE=1/10\nSTART=15\nEND=20\ntitle=Second\n");
-    Make("-f lavfi -i sine=d=2 -i chapters -map_metadata 1 film.mkv");
-    CVideoPlayer player;
-    ASSERT_TRUE(Open(player, "film.mkv"));
-    std::vector<std::string> chapters;
-    for (int32_t index = 0; index < player.GetChapterCount(); ++index)
-    {
-        ZVString text;
-        ZVDllString name(text);
-        player.GetChapterName(index, name);
-        chapters.push_back(Text(ZVFormat(L"%d %s", player.GetChapterTime(index), text)));
-    }
-    EXPECT_THAT(chapters, ElementsAre("0 First", "1500 Second"));
 }
 
 // The time stamps of a DVD begin anew in the middle.

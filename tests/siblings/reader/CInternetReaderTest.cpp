@@ -43,22 +43,6 @@ protected:
     const std::string m_body = MakeContent(700000);
 };
 
-TEST_F(CInternetReaderTest, ReadsAnAnswerAndTellsOfIt)
-{
-    m_server.SetAnswer("/a%20b", {.Headers = {"Content-Encoding: gzip"}, .Body = m_body});
-    const ReaderPointer reader = Open("/a b", L"Accept-Encoding: gzip|X-One: 1\r\nX-Two: 2");
-    EXPECT_EQ(ReadBytes(*reader, 10), m_body.substr(0, 10));
-    ASSERT_TRUE(reader->Open()) << "it is opened anew";
-    EXPECT_EQ(reader->GetSize(), 700000);
-    EXPECT_EQ(ReadBytes(*reader, 0x10000), m_body.substr(0, 0x10000)) << "a read is filled";
-    EXPECT_EQ(ReadAll(*reader), m_body.substr(0x10000)) << "the body is not inflated";
-    EXPECT_EQ(GetInfo(*reader, L"AllHeaders"), "Content-Length: 700000\r\nContent-Encoding: gzip\r\n");
-
-    EXPECT_EQ(LastRequest().GetHeader("X-One"), "1");
-    EXPECT_EQ(LastRequest().GetHeader("X-Two"), "2");
-    EXPECT_EQ(LastRequest().GetHeader("Cache-Control"), "no-cache");
-}
-
 TEST_F(CInternetReaderTest, FollowsRedirects)
 {
     ZVTestServer other;

@@ -1,9 +1,7 @@
 #include "system/component/DependencyInstaller.h"
 
-#include "contracts/IZVNamedLocks.h"
 #include "contracts/IZVSettings.h"
 #include "contracts/IZVTools.h"
-#include "contracts/ZVReleasePointer.h"
 #include "core/string/ZVStringUTF8.h"
 #include "system/file/ZVFileSystem.h"
 #include "system/library/ZVDescriptor.h"
@@ -93,18 +91,6 @@ protected:
 
     CLogToStringItem m_log {UINT32_MAX};
 };
-
-TEST_F(DependencyInstallerTest, NamesComponentsByTheirNumber)
-{
-    // This one may also be in the folder of the program.
-    EXPECT_TRUE(DependencyInstaller::GetFolder(15).EndsWith(L"/Plugins/linux_avcodec64_v17/"));
-    EXPECT_EQ(DependencyInstaller::GetFolder(36), ZVFileSystem::GetDirectoryAppData() + L"Plugins/linux_avcodec_v17/");
-    EXPECT_EQ(DependencyInstaller::GetFolder(57), L"");
-    EXPECT_EQ(DependencyInstaller::GetMainFile(5), L"libcef.so");
-    EXPECT_EQ(DependencyInstaller::GetInstalledFilename(2, true), L"mpcenc");
-    EXPECT_EQ(DependencyInstaller::GetInstalledFilename(Downloader, false), L"");
-    EXPECT_FALSE(fs::exists(m_folder + "Locks"));
-}
 
 TEST_F(DependencyInstallerTest, InstallsWhatIsMissing)
 {
@@ -288,19 +274,6 @@ TEST_F(DependencyInstallerTest, SeveralInstallAtOnce)
     EXPECT_EQ(Get(MainFile), "new\n");
     EXPECT_THAT(ListPlugins(), testing::ElementsAre("linux_youtube-dl_v8"));
     EXPECT_TRUE(IsTempEmpty());
-}
-
-TEST_F(DependencyInstallerTest, HoldsTheLockWhileItDownloads)
-{
-    m_server.SetAnswer(ArchiveTarget, {.Body = MakeDownloader(), .DelayMilliseconds = 1000});
-    const ZVReleasePointer<IZVNamedLock> lock(g_pZVTools->GetNamedLocks(true)->CreateLock(L"Zivora DS Filter Downloading Lock"));
-    auto installation =
-        std::async(std::launch::async, [] { return DependencyInstaller::GetInstalledFilename(Downloader, true); });
-    while (m_server.GetRequests(ArchiveTarget).empty())
-        usleep(1000);
-    EXPECT_FALSE(lock->Lock(0));
-    EXPECT_EQ(installation.get(), TextAt(MainFile)) << GetLog();
-    EXPECT_TRUE(lock->Lock(0));
 }
 
 TEST_F(DependencyInstallerTest, ClearsAwayWhatEarlierInstallationsLeft)

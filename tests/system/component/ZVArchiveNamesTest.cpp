@@ -19,30 +19,6 @@ std::string Refuse(const std::vector<ZVArchiveEntry>& entries)
     return "";
 }
 
-TEST(ZVArchiveNames, AllowsWhatStaysInTheFolder)
-{
-    EXPECT_EQ(Refuse({
-                  {Folder, "./"    },
-                  {File,   "./a..b"},
-                  {File,   "x//./y"},
-                  {Folder, "x"     },
-                  {Folder, "x/"    }
-    }),
-              "");
-    EXPECT_EQ(Refuse({
-                  {SymbolicLink, "l",     "no/file"      },
-                  {SymbolicLink, "a/b/c", "./../../x/./y"},
-                  {SymbolicLink, "...",   "a"            }
-    }),
-              "");
-    EXPECT_EQ(Refuse({
-                  {File,   "a"  },
-                  { HardLink, "./b", "./a"},
-                  { HardLink, "c/d",   "b"}
-    }),
-              "");
-}
-
 TEST(ZVArchiveNames, RefusesWhatLeavesTheFolderOrCollides)
 {
     const std::string large(20 << 20, 'x');

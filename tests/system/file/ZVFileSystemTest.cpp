@@ -25,18 +25,6 @@ TEST_F(ZVFileSystemTest, FoldersAreMadeAndTriedOut)
         AsNobody([&] { EXPECT_FALSE(ZVFileSystem::MakeDirectoryTree(TextAt(path))) << path; });
 }
 
-TEST_F(ZVFileSystemTest, AFolderAfterTwoSlashesIsMade)
-{
-    const auto makeInRoot = [&]
-    {
-        if (chroot(m_folder.c_str()) != 0)
-            GTEST_SKIP() << "the root folder cannot be changed here";
-        EXPECT_TRUE(ZVFileSystem::MakeDirectoryTree(L"//new/x"));
-    };
-    InChild(makeInRoot);
-    EXPECT_THAT(List("new"), ElementsAre("x"));
-}
-
 TEST_F(ZVFileSystemTest, SizesAreWrittenAndRead)
 {
     const std::pair<int64_t, const wchar_t*> written[] = {
@@ -56,17 +44,6 @@ TEST_F(ZVFileSystemTest, SizesAreWrittenAndRead)
                {L"-9999 pb",      INT64_MIN}
     })
         EXPECT_EQ(ZVFileSystem::ParseFileSize(text), size) << Bytes(text);
-}
-
-TEST_F(ZVFileSystemTest, NewNamesAreUnique)
-{
-    const auto get = [this](const wchar_t* base, const wchar_t* extension)
-    { return Bytes(ZVFileSystem::GetUniqueFilename(TextAt("f"), base, extension)); };
-    Put("f/film.mkv");
-    Link("nothing", "f/film - 1.mkv");
-    EXPECT_EQ(get(L"film", L"mkv"), At("f/film - 2.mkv"));
-    EXPECT_EQ(get(L"film", L""), At("f/film"));
-    EXPECT_EQ(get(L"a/b\n\x7f", L"x\\y"), At("f/a_b__.x_y"));
 }
 
 TEST_F(ZVFileSystemTest, TheNewestFilesAreKept)

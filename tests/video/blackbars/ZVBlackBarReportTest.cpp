@@ -44,25 +44,4 @@ TEST_F(ZVBlackBarReportTest, LeavesOutTheRareOfAHighScore)
                                             L"\n"
                                             L"Hits <1% have been skipped due to a high accuracy score.");
 }
-
-TEST_F(ZVBlackBarReportTest, TellsWholeSecondsSinceTheStart)
-{
-    struct Row
-    {
-        int64_t Pts;
-        ZVFilmClock Clock;
-        const wchar_t* Expected;
-    };
-    const Row rows[] = {
-        {0,                       {{1, 1000}, 0},         L"00:00:00" },
-        {59'499,                  {{1, 1000}, 0},         L"00:00:59" },
-        {59'500,                  {{1, 1000}, 0},         L"00:01:00" },
-        {90'000 * 3725 + 126'000, {{1, 90'000}, 126'000}, L"01:02:05" },
-        {1001 * 24 * 1000,        {{1, 24'000}, 0},       L"00:16:41" },
-        {360'000,                 {{1, 1}, 0},            L"100:00:00"},
-        {AV_NOPTS_VALUE,          {{1, 1000}, 5},         L"<unknown>"},
-    };
-    for (const Row& row : rows)
-        EXPECT_EQ(ZVBlackBarReport::GetTime(row.Pts, m_codec, row.Clock), row.Expected);
-}
 }

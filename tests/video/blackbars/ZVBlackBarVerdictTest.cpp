@@ -94,28 +94,6 @@ TEST(ZVBlackBarVerdict, KnowsTheAspectsInWhichFilmsAreMade)
     EXPECT_FALSE(isCommon(1850, 1.1));
 }
 
-TEST(ZVBlackBarVerdict, RoundsSharesToWholePercents)
-{
-    // 895 of 1000 are 89.5 %, and 894 are 89.4 %: the score is that of 90 and of 89.
-    EXPECT_EQ(Weigh({
-                        {Picture(2000), 895, 0},
-                        { Picture(2000,           1), 105, 0}
-    })
-                  .GetScore(),
-              5);
-    EXPECT_EQ(Weigh({
-                        {Picture(2000), 894, 0},
-                        { Picture(2000,           1), 106, 0}
-    })
-                  .GetScore(),
-              4);
-    const ZVBlackBarVerdict verdict = Weigh({
-        {Picture(2000), 796, 0},
-        { Picture(2000,           1),   4, 0}
-    });
-    EXPECT_EQ(verdict.GetPercent(verdict.GetEntries()[1]), 1) << "half a percent";
-}
-
 TEST(ZVBlackBarVerdict, StandsInTheOrderOfHitsAndThenOfTime)
 {
     // In the order in which they are expected.

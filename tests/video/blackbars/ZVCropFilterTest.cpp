@@ -14,8 +14,6 @@
 namespace
 {
 using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 class ZVCropFilterTest : public RealCodec
 {
@@ -119,29 +117,5 @@ TEST_F(ZVCropFilterTest, TakesForBlackWhatTheRangeAndTheDepthCallBlack)
         ASSERT_EQ(trackers.GetSeenOften().GetCount(), 1);
         EXPECT_EQ(trackers.GetSeenOften()[0].Rect, row.IsBlack ? Wide : ZVRect({0, 0, 160, 120}));
     }
-}
-
-// The filters read each frame as if it had the size of the first: the second would be read beyond its end.
-TEST_F(ZVCropFilterTest, BeginsAnewWithAFrameOfAnotherSize)
-{
-    Feed(*Make(AV_PIX_FMT_GRAY8, 160, 120, Wide, 0), 20);
-    Feed(*Make(AV_PIX_FMT_GRAY8, 80, 60, {0, 8, 80, 52}, 0), 20);
-    EXPECT_THAT(GetHits(), UnorderedElementsAre(std::pair("0x20x160x100", 4), std::pair("0x8x80x52", 4)));
-}
-
-TEST_F(ZVCropFilterTest, SaysOnceThatItCannotBeMade)
-{
-    const ZVFramePointer frame = Make(AV_PIX_FMT_GRAY8, 160, 120, Wide, 0);
-    const ZVFramePointer broken = Make(AV_PIX_FMT_GRAY8, 160, 120, Wide, 0);
-    broken->time_base = {0, 0};
-    Feed(*broken, 2);
-    EXPECT_EQ(std::ranges::count(m_tools.Manager.Lines, "64|CZVVideoAnalyzeExtended::ProcessBlackBarFilter(init)|"
-                                                        "Creating the input buffer filter failed (-22)"),
-              1);
-    // That was all for the film.
-    Feed(*frame, 40);
-    m_filter.Restart();
-    Feed(*frame, 40);
-    EXPECT_THAT(GetHits(), IsEmpty());
 }
 }

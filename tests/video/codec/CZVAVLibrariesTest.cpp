@@ -38,16 +38,6 @@ private:
     FakeInformation m_information;
 };
 
-TEST(CZVAVLibraries, TakesASetThatHasEveryFunction)
-{
-    const InstalledSet set(ZV_FAKE_CODEC_LIBRARIES "/complete");
-    const CZVAVLibraries codec;
-    EXPECT_TRUE(codec.Loaded);
-    EXPECT_THAT(set.Manager.Lines, testing::Not(testing::Contains(testing::HasSubstr("CZVAVLibraries"))));
-    void* const binding = reinterpret_cast<void*>(codec.av_frame_alloc);
-    EXPECT_EQ(reinterpret_cast<void*>(CZVAVLibraries().av_frame_alloc), binding) << "the code stays when an object goes";
-}
-
 TEST(CZVAVLibraries, RefusesASetThatLacksAFunctionNobodyCalls)
 {
     const InstalledSet set(ZV_FAKE_CODEC_LIBRARIES "/complete");

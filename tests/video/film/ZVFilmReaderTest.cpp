@@ -51,61 +51,6 @@ protected:
     FakeTools m_tools;
 };
 
-TEST_F(ZVFilmReaderTest, DecodesWithAsManyThreadsAsIsAskedFor)
-{
-    Make("-t 1 -c:v mpeg4 -bf 0 -an film.mkv");
-    // Each thread keeps a frame, which the end of the film does not bring out.
-    for (const auto& [threads, frames] : {std::pair(1, 25), std::pair(3, 23)})
-    {
-        ZVFilmReader film({.ThreadCount = threads});
-        Open(film, L"film.mkv");
-        EXPECT_EQ(CountFrames(film), frames) << threads << " threads";
-    }
-}
-
-TEST_F(ZVFilmReaderTest, LeavesOutThePacketsOfOtherStreams)
-{
-    Make("-t 1 -c:v mpeg4 -c:a mp2 film.mkv");
-    for (const auto packets : {ZVFilmOptions::Packets::OfAllStreams, ZVFilmOptions::Packets::OfDecodedStreams})
-    {
-        ZVFilmReader film({.Read = packets, .ThreadCount = 1});
-        Open(film, L"film.mkv");
-        EXPECT_EQ(CountFrames(film), 25);
-        for (const AVStream* const stream : film.GetStreams())
-            EXPECT_EQ(stream->discard == AVDISCARD_ALL,
-                      packets == ZVFilmOptions::Packets::OfDecodedStreams && stream != film.GetMainStream());
-    }
-}
-
-TEST_F(ZVFilmReaderTest, TakesTheHeaderAloneWhenThatIsEnough)
-{
-    Make("-t 1 -c:v mpeg2video -an film.ts");
-    for (const auto probing : {ZVFilmOptions::Probing::Streams, ZVFilmOptions::Probing::Header})
-    {
-        // A transport stream's header tells no sizes.
-        ZVFilmReader film({.Probe = probing});
-        ASSERT_TRUE(film.Open(L"film.ts"));
-        ASSERT_NE(film.ChooseMainStream(), nullptr);
-        EXPECT_EQ(film.GetMainStream()->codecpar->width, probing == ZVFilmOptions::Probing::Streams ? 160 : 0);
-    }
-}
-
-TEST_F(ZVFilmReaderTest, SharesOneMemoryAmongFramesOnlyWhenAsked)
-{
-    Make("-t 1 -c:v libx264 -an film.mkv");
-    for (const auto memory : {ZVFilmOptions::Memory::OfEachFrame, ZVFilmOptions::Memory::Shared})
-    {
-        ZVFilmReader film({.Frames = memory});
-        Open(film, L"film.mkv");
-        const AVFrame* frame = film.NextFrame();
-        ASSERT_NE(frame, nullptr);
-        const uint8_t* const first = frame->data[0];
-        frame = film.NextFrame();
-        ASSERT_NE(frame, nullptr);
-        EXPECT_EQ(frame->data[0] == first, memory == ZVFilmOptions::Memory::Shared);
-    }
-}
-
 // The segments of the playlist are not complete, and it is asked again and again for the next.
 TEST_F(ZVFilmReaderTest, DoesNotWaitForALivePlaylist)
 {

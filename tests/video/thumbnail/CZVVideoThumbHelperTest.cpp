@@ -6,21 +6,17 @@
 #include "system/filename/ZVNativePath.h"
 #include "video/StandIns.h"
 #include "video/WithTools.h"
-#include "video/thumbnail/ZVCoverFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 namespace
 {
 namespace fs = std::filesystem;
 using namespace AtomBytes;
 using testing::Contains;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 const Bytes FTYP = Atom("ftyp", "isom" + Zeros(4));
 
@@ -50,19 +46,14 @@ protected:
     ~CZVVideoThumbHelperTest() override { EXPECT_THAT(GetCovers(), IsEmpty()) << "left in the folder for temporary files"; }
 
     // Makes a thumbnail of a file with some content, which the player takes for a film.
-    Outcome Run(const std::string& name, const Bytes& content, const StandInFilm& film,
-                const std::string& thumbnail = "thumb.png") const
+    Outcome Run(const std::string& name, const Bytes& content, const StandInFilm& film = SomeFilm) const
     {
         m_folder.Write(name, content);
-        return RunOn(name, film, thumbnail);
+        return RunOn(name, film, "thumb.png");
     }
-    Outcome RunOn(const std::string& name, const StandInFilm& film, const std::string& thumbnail = "thumb.png") const
+    Outcome RunOn(const std::string& name, const StandInFilm& film, const std::string& thumbnail) const
     {
         StandIns::Show(film);
-        return RunOn(name, thumbnail);
-    }
-    Outcome RunOn(const std::string& name, const std::string& thumbnail) const
-    {
         fs::remove(m_folder.PathOf(thumbnail));
         const size_t logged = m_folder.Read("worker.log").size();
         const ZVString path = TextAt(name);
@@ -80,26 +71,6 @@ protected:
         return names;
     }
 };
-
-TEST_F(CZVVideoThumbHelperTest, TakesAFrame)
-{
-    EXPECT_TRUE(Run("film.mkv", "a film", SomeFilm).Result);
-    EXPECT_THAT(StandIns::GetCalls(),
-                ElementsAre("Open " + m_folder.PathOf("film.mkv"), "Seek 5000", "Play", "Stop", "Close", "Release"));
-    EXPECT_EQ(m_folder.Read("thumb.png"), SomeFrame);
-    EXPECT_EQ(Run("film.mkv", "a film", {.Rotation = 270, .Attempts = {{7}}}).Picture, "3x2 of 7, turned 270, alpha 255");
-}
-
-// Who wants the picture looks for its file.
-TEST_F(CZVVideoThumbHelperTest, SucceedsWithoutAPicture)
-{
-    const Outcome withoutVideo = Run("film.mkv", "a film", {.VideoStream = -1, .Attempts = {{7}}});
-    EXPECT_TRUE(withoutVideo.Result);
-    EXPECT_EQ(withoutVideo.Picture, "");
-    const Outcome notSaved = Run("film.mkv", "a film", SomeFilm, "thumb.gif");
-    EXPECT_TRUE(notSaved.Result);
-    EXPECT_EQ(notSaved.Picture, "");
-}
 
 TEST_F(CZVVideoThumbHelperTest, SaysWhyItFails)
 {
@@ -124,17 +95,6 @@ TEST_F(CZVVideoThumbHelperTest, SaysWhyItFails)
         EXPECT_EQ(outcome.Picture, "");
         EXPECT_THAT(outcome.Log, HasSubstr(row.Reason + m_folder.PathOf(row.File)));
     }
-}
-
-TEST_F(CZVVideoThumbHelperTest, DoesNotPlayAFilmWithoutTheImageLibrary)
-{
-    m_folder.Write("film.mkv", "a film");
-    StandIns::Show(SomeFilm);
-    StandIns::SetHasImages(false);
-    const Outcome outcome = RunOn("film.mkv", "thumb.png");
-    EXPECT_FALSE(outcome.Result);
-    EXPECT_THAT(outcome.Log, HasSubstr("There is no image library"));
-    EXPECT_THAT(StandIns::GetCalls(), Not(Contains("Play")));
 }
 
 TEST_F(CZVVideoThumbHelperTest, TakesACover)
@@ -163,52 +123,15 @@ TEST_F(CZVVideoThumbHelperTest, TakesACover)
     for (const Row& row : rows)
     {
         SCOPED_TRACE(row.Name);
-        const Outcome outcome = Run(row.File, row.Content, SomeFilm);
+        const Outcome outcome = Run(row.File, row.Content);
         EXPECT_TRUE(outcome.Result);
         EXPECT_EQ(outcome.Picture, row.Picture);
         // The film is opened in any case, but played only for a frame.
         EXPECT_THAT(StandIns::GetCalls(), Contains("Open " + m_folder.PathOf(row.File)));
         EXPECT_THAT(StandIns::GetCalls(), Contains("Play").Times(row.Picture == SomeFrame ? 1 : 0));
     }
-    EXPECT_THAT(Run("film.mp4", Movie(cover), SomeFilm).Log,
+    EXPECT_THAT(Run("film.mp4", Movie(cover)).Log,
                 HasSubstr("No cover is read from " + m_folder.PathOf("film.mp4") + ": Missing FTYP Atom"));
-}
-
-TEST_F(CZVVideoThumbHelperTest, GivesACoverTheBitsOfAFile)
-{
-    const mode_t before = umask(077);
-    Run("film.mp4", FTYP + Movie("picture 640x480"), SomeFilm);
-    umask(before);
-    struct stat status;
-    ASSERT_EQ(stat(m_folder.PathOf("thumb.png").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0644);
-}
-
-TEST_F(CZVVideoThumbHelperTest, HasACoverThoughTheFilmDoesNotPlay)
-{
-    const Outcome outcome = Run("film.mp4", FTYP + Movie("picture 640x480"), {.Opens = false});
-    EXPECT_FALSE(outcome.Result);
-    EXPECT_EQ(outcome.Picture, "picture 640x480");
-}
-
-TEST_F(CZVVideoThumbHelperTest, TakesAFrameWhenTheCoverCannotBeMoved)
-{
-    const Outcome outcome = Run("film.mp4", FTYP + Movie("picture 640x480"), SomeFilm, "missing/thumb.png");
-    EXPECT_TRUE(outcome.Result);
-    EXPECT_THAT(StandIns::GetCalls(), Contains("Play").Times(1));
-}
-
-TEST_F(CZVVideoThumbHelperTest, LeavesTheNameOfAMovedCoverToOthers)
-{
-    m_folder.Write("film.mp4", FTYP + Movie("picture 640x480"));
-    std::string another;
-    {
-        ZVCoverFile cover(TextAt("film.mp4"), L"mp4");
-        another = "data/Temp/" + GetCovers().at(0);
-        ASSERT_TRUE(cover.MoveTo(TextAt("thumb.png")));
-        m_folder.Write(another, "the cover of another process");
-    }
-    EXPECT_TRUE(fs::remove(m_folder.PathOf(another)));
 }
 
 TEST_F(CZVVideoThumbHelperTest, ManyProcessesTakeTheirOwnCovers)
