@@ -9,9 +9,10 @@ enum class ZVTaskNeeds : uint8_t
     ReadsFilm = 1,        // the film that parameter 0 names, with the folder, the disc or the recording that it is in
     ReadsFile = 2,        // the file that parameter 0 names
     WritesResult = 4,     // the text that parameter 1 names, with its folders
-    WritesPicture = 8,    // the picture and the metadata that parameters 1 and 2 name, by way of the folder for temporary files
-    AsksDisplay = 16,     // the X server
-    ChangesSources = 32,  // the folder of the product's sources
+    WritesCover = 8,      // a cover in the folder for temporary files, which the result names
+    WritesPicture = 16,   // the picture and the metadata that parameters 1 and 2 name, by way of the folder for temporary files
+    AsksDisplay = 32,     // the X server
+    ChangesSources = 64,  // the folder of the product's sources
 };
 
 constexpr ZVTaskNeeds operator|(ZVTaskNeeds left, ZVTaskNeeds right)

@@ -309,6 +309,8 @@ void ZVTaskShield::AllowResults()
             AllowResult(ZVFilename(m_request.Match.GetPath(parameter)).GetPathOnly());
         AllowTransfers();
     }
+    if (Needs(m_command.Needs, ZVTaskNeeds::WritesCover | ZVTaskNeeds::WritesPicture))
+        AllowTemporaryFiles();
 }
 
 // A result is written beside its place and renamed. A folder is never replaced by one.
@@ -334,14 +336,18 @@ void ZVTaskShield::AllowResult(const ZVString& path)
     }
 }
 
+void ZVTaskShield::AllowTemporaryFiles()
+{
+    Allow(ZVFileSystem::GetDirectoryTemp(), Change);
+    // The task asks the settings for the folder once more.
+    for (const wchar_t* const file : SettingsFiles)
+        Allow(ZVFileSystem::GetDirectoryAppData() + file, Write);
+}
+
 // A cover is made in the folder for temporary files, and moved from there.
 void ZVTaskShield::AllowTransfers()
 {
     const ZVString temporary = ZVFileSystem::GetDirectoryTemp();
-    Allow(temporary, Change);
-    // The task asks the settings for it once more.
-    for (const wchar_t* const file : SettingsFiles)
-        Allow(ZVFileSystem::GetDirectoryAppData() + file, Write);
     const ZVString picture = ZVFilename(m_request.Match.GetPath(ResultParameter)).GetPathOnly();
     if (ZVProgramFiles::AreOnOneMount(temporary, ZVPathLayout::FolderOf(picture)))
         return;

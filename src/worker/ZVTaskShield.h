@@ -29,6 +29,7 @@ private:
     void AllowInternet();
     void AllowResults();
     void AllowResult(const ZVString& path);
+    void AllowTemporaryFiles();
     void AllowTransfers();
     void AllowDisplay();
     void Allow(const ZVString& path, ZVShieldAccess access) { m_rules.Paths.push_back({path, access}); }

@@ -1,6 +1,7 @@
 // The lock that the worker takes, as its user sees it.
 
 #include "FilmFolder.h"
+#include "mp4/quicktime/KeyBytes.h"
 
 #include <cstddef>
 #include <gmock/gmock.h>
@@ -106,6 +107,26 @@ TEST_F(ShieldOfFilms, AFilmThatWantsMoreMemoryFails)
     EXPECT_EQ(FilmFolder::Analyze("film.mkv", {"ZV_MEMORY_LIMIT=1G"}).Run.Status, 0);
 }
 #endif
+
+// A cover of an analysis stays in the folder for temporary files.
+TEST_F(ShieldOfFilms, ACoverAmongTheKeysOfAFilmIsWritten)
+{
+    using namespace AtomBytes;
+    FilmFolder::Make(FilmPicture + FilmH264 + "film.mov");
+    const Bytes cover = "\xff\xd8\xff\xe0 a cover";
+    const Bytes meta =
+        Atom("meta", Handler("mdta") + Keys({Key("com.apple.quicktime.artwork")}) + Atom("ilst", Item(0, cover, 13)));
+    Bytes film = FilmFolder::Read("film.mov");
+    // The movie is the last atom.
+    const size_t start = film.rfind("moov") - 4;
+    FilmFolder::Write("film.mov", film.replace(start, 4, Number(film.size() - start + meta.size(), 4)) + meta);
+
+    const FilmAnalysis analysis = FilmFolder::AnalyzeForLibrary("film.mov", {"ZV_SHIELD=require"});
+    EXPECT_EQ(analysis.Run.Status, 0);
+    const std::string path = fs::absolute("data/Temp/cover art.jpg");
+    EXPECT_THAT(analysis.Properties, testing::Contains("Image File=" + path));
+    EXPECT_EQ(FilmFolder::Read(path), cover);
+}
 
 // The cover goes from the folder for temporary files to another device, which the task cannot do without a program.
 TEST_F(ShieldOfFilms, ACoverIsMovedToAnotherDevice)
