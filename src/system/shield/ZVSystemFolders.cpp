@@ -41,7 +41,8 @@ constexpr SystemPath SystemPaths[] = {
 };
 
 constexpr std::wstring_view SharedFolders[] = {
-    L"/", L"/dev/", L"/etc/", L"/home/", L"/media/", L"/mnt/", L"/proc/", L"/root/", L"/run/", L"/sys/", L"/usr/", L"/var/",
+    L"/",      L"/dev/", L"/etc/", L"/home/", L"/media/", L"/mnt/", L"/proc/",
+    L"/root/", L"/run/", L"/sys/", L"/tmp/",  L"/usr/",   L"/var/", L"/var/tmp/",
 };
 
 constexpr std::wstring_view HomeFolders = L"/home/";
