@@ -156,15 +156,23 @@ int Fail(const char* what, const ZVString& reason)
     return Failed;
 }
 
+// So that no line of a value is taken for a tag.
+std::string IndentLines(const std::string& value)
+{
+    std::string indented;
+    for (const char letter : value)
+    {
+        indented += letter;
+        if (letter == '\n')
+            indented += '\t';
+    }
+    return indented;
+}
+
 int ListTags(CEditedFilm& film, const char* path)
 {
     for (const auto& [name, value] : film.GetTags())
-    {
-        std::cout << name << '=';
-        for (const char letter : value)
-            letter == '\n' ? std::cout << "\n\t" : std::cout << letter;
-        std::cout << '\n';
-    }
+        std::cout << name << '=' << IndentLines(value) << '\n';
     return std::cout.flush() ? Done : Fail(path, L"the list could not be written");
 }
 
