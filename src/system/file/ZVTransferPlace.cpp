@@ -81,7 +81,9 @@ int ZVTransferPlace::Enter()
             rmdir(folder);
             return error;
         }
-        if (!isNew && ZVFolderLock::Try(m_lock, LOCK_EX))
+        // The last one out may have removed the folder that was opened here, and another made a new one that is in use: the lock on
+        // the old one says nothing about that.
+        if (!isNew && ZVFolderLock::Try(m_lock, LOCK_EX) && IsStillThere())
             nftw(folder, RemoveEntryBelow, MaximumOpenFolders, FTW_DEPTH | FTW_PHYS | FTW_MOUNT);
         ZVFolderLock::Wait(m_lock, LOCK_SH);
         if (IsStillThere())
