@@ -12,6 +12,7 @@
 #include "system/library/CProcessBlock.h"
 #include "system/library/CProcessInfo.h"
 #include "system/library/ZVDllString.h"
+#include "system/library/ZVFileTypes.h"
 #include "system/library/ZVSiblingTable.h"
 #include "system/log/ZVLog.h"
 #include "system/shield/ZVMemoryLimit.h"
@@ -307,9 +308,12 @@ void ZVTaskShield::AllowResults()
     {
         for (const int32_t parameter : {ResultParameter, MetadataParameter})
             AllowResult(ZVFilename(m_request.Match.GetPath(parameter)).GetPathOnly());
-        AllowTransfers();
+        AllowTransfers(AllowTemporaryFiles());
     }
-    if (Needs(m_command.Needs, ZVTaskNeeds::WritesCover | ZVTaskNeeds::WritesPicture))
+    // Asking for the folder writes to the disk, and only films of one family have such a cover.
+    else if (Needs(m_command.Needs, ZVTaskNeeds::WritesCover) &&
+             ZVFileTypes::IsInClass(ZVFilename(m_request.Match.GetPath(InputParameter)).GetExtension(true),
+                                    IZVFileTypes::ClassMp4))
         AllowTemporaryFiles();
 }
 
@@ -336,18 +340,19 @@ void ZVTaskShield::AllowResult(const ZVString& path)
     }
 }
 
-void ZVTaskShield::AllowTemporaryFiles()
+ZVString ZVTaskShield::AllowTemporaryFiles()
 {
-    Allow(ZVFileSystem::GetDirectoryTemp(), Change);
+    const ZVString folder = ZVFileSystem::GetDirectoryTemp();
+    Allow(folder, Change);
     // The task asks the settings for the folder once more.
     for (const wchar_t* const file : SettingsFiles)
         Allow(ZVFileSystem::GetDirectoryAppData() + file, Write);
+    return folder;
 }
 
 // A cover is made in the folder for temporary files, and moved from there.
-void ZVTaskShield::AllowTransfers()
+void ZVTaskShield::AllowTransfers(const ZVString& temporary)
 {
-    const ZVString temporary = ZVFileSystem::GetDirectoryTemp();
     const ZVString picture = ZVFilename(m_request.Match.GetPath(ResultParameter)).GetPathOnly();
     if (ZVProgramFiles::AreOnOneMount(temporary, ZVPathLayout::FolderOf(picture)))
         return;

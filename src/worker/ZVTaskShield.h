@@ -29,8 +29,9 @@ private:
     void AllowInternet();
     void AllowResults();
     void AllowResult(const ZVString& path);
-    void AllowTemporaryFiles();
-    void AllowTransfers();
+    // Returns the folder.
+    ZVString AllowTemporaryFiles();
+    void AllowTransfers(const ZVString& temporary);
     void AllowDisplay();
     void Allow(const ZVString& path, ZVShieldAccess access) { m_rules.Paths.push_back({path, access}); }
     void MakeFolders(const ZVString& folder);
