@@ -1,0 +1,42 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// A run of the worker that is to be made.
+struct CWorkerRequest
+{
+    std::vector<std::string> Arguments;  // the command and its parameters, as bytes
+    std::chrono::milliseconds TimeLimit {60'000};
+    uint64_t MemoryLimit = uint64_t {2} << 30;  // in bytes that are in memory at once
+};
+
+// What came of a run.
+struct CWorkerOutcome
+{
+    enum class End
+    {
+        Exited,         // Number is the exit status
+        Crashed,        // Number is the signal
+        TooLong,        // killed at its time limit
+        TooMuchMemory,  // killed at its memory limit
+        Stopped,        // killed because the caller ends
+        NotStarted,     // Number is the system's reason
+    };
+
+    bool HasSucceeded() const { return How == End::Exited && Number == 0; }
+
+    End How = End::NotStarted;
+    int Number = 0;
+    std::string Report = {};                     // what it printed, of which the start is kept
+    std::string Log = {};                        // the lines of its log, of which the end is kept
+    std::chrono::microseconds ProcessorTime {};  // of the worker and all that it started
+};
+
+// What the lines of a log say beside what every run says, parted by semicolons.
+std::string GetReasons(const std::string& log);
+
+// Why a run failed, in words; empty if it succeeded.
+std::string GetFailure(const CWorkerOutcome& outcome, const CWorkerRequest& request);

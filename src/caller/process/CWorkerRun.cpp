@@ -1,0 +1,200 @@
+#include "caller/process/CWorkerRun.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <fstream>
+#include <iterator>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+namespace
+{
+// A report has two lines. Of a worker that prints without end the rest is read and dropped.
+constexpr size_t MaximumReport = 0x10000;
+
+// Of a log the end says why it failed.
+constexpr std::streamoff MaximumLog = 0x10000;
+
+// What a shell says of a program that could not be run.
+constexpr int NotRun = 127;
+
+std::vector<char*> AsPointers(std::vector<std::string>& texts)
+{
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+// The environment of this process with other values of some variables.
+std::vector<std::string> MakeEnvironment(const std::vector<std::string>& settings)
+{
+    std::vector<std::string> environment = settings;
+    for (char** variable = environ; *variable != nullptr; ++variable)
+    {
+        const std::string text = *variable;
+        const std::string name = text.substr(0, text.find('=') + 1);
+        if (std::ranges::none_of(settings, [&](const std::string& setting) { return setting.starts_with(name); }))
+            environment.push_back(text);
+    }
+    return environment;
+}
+
+// In the new process, which has only one thread and calls nothing that takes memory. The reason of a failure goes through the pipe.
+[[noreturn]] void Become(char** arguments, char** environment, int output, int failure)
+{
+    setpgid(0, 0);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const int nothing = open("/dev/null", O_RDONLY);
+    dup2(nothing, STDIN_FILENO);
+    dup2(output, STDOUT_FILENO);
+    dup2(output, STDERR_FILENO);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    execve(arguments[0], arguments, environment);
+    const int error = errno;
+    if (write(failure, &error, sizeof error) < 0)
+        _exit(NotRun);
+    _exit(NotRun);
+}
+}
+
+CWorkerRun::CWorkerRun(const std::string& program, CWorkerRequest request, const std::filesystem::path& log)
+    : m_request(std::move(request)), m_log(log), m_deadline(Clock::now() + m_request.TimeLimit)
+{
+    Start(program);
+}
+
+CWorkerRun::~CWorkerRun()
+{
+    if (m_pid != 0 && !m_hasEnded)
+    {
+        kill(-m_pid, SIGKILL);
+        waitpid(m_pid, nullptr, 0);
+    }
+    std::error_code ignored;
+    std::filesystem::remove(m_log, ignored);
+    std::filesystem::remove(m_log.string() + ".1", ignored);
+}
+
+void CWorkerRun::Start(const std::string& program)
+{
+    std::vector<std::string> arguments = m_request.Arguments;
+    arguments.insert(arguments.begin(), program);
+    std::vector<std::string> environment = MakeEnvironment({"ZV_LOG_FILE=" + m_log.string(), "LC_NUMERIC=C"});
+    const std::vector<char*> argv = AsPointers(arguments);
+    const std::vector<char*> envp = AsPointers(environment);
+    int output[2] = {-1, -1};
+    int failure[2] = {-1, -1};
+    const bool hasPipes = pipe2(output, O_CLOEXEC) == 0 && pipe2(failure, O_CLOEXEC) == 0;
+    const CDescriptor writeEnd(output[1]);
+    CDescriptor failureEnd(failure[1]);
+    const CDescriptor failureRead(failure[0]);
+    m_output = CDescriptor(output[0]);
+    const pid_t pid = hasPipes ? fork() : -1;
+    if (pid == 0)
+        Become(const_cast<char**>(argv.data()), const_cast<char**>(envp.data()), output[1], failure[1]);
+    int error = pid < 0 ? errno : 0;
+    failureEnd.Close();
+    if (pid > 0 && read(failureRead.Get(), &error, sizeof error) == static_cast<ssize_t>(sizeof error))
+        waitpid(pid, nullptr, 0);
+    if (error != 0)
+    {
+        m_outcome = {.How = CWorkerOutcome::End::NotStarted, .Number = error};
+        m_hasEnded = true;
+        m_output.Close();
+        return;
+    }
+    m_pid = pid;
+    setpgid(pid, pid);
+    fcntl(m_output.Get(), F_SETFL, O_NONBLOCK);
+    m_process = CDescriptor(static_cast<int>(syscall(SYS_pidfd_open, pid, 0)));
+}
+
+void CWorkerRun::ReadOutput()
+{
+    std::array<char, 0x1000> piece;
+    ssize_t count;
+    while ((count = read(m_output.Get(), piece.data(), piece.size())) > 0)
+    {
+        const size_t kept =
+            std::min(static_cast<size_t>(count), MaximumReport - std::min(MaximumReport, m_outcome.Report.size()));
+        m_outcome.Report.append(piece.data(), kept);
+    }
+    if (count == 0 || (errno != EAGAIN && errno != EINTR))
+        m_output.Close();
+}
+
+void CWorkerRun::EnforceLimits(Clock::time_point now)
+{
+    if (m_hasEnded)
+        return;
+    if (now >= m_deadline)
+        Kill(CWorkerOutcome::End::TooLong);
+    else if (GetMemory() > m_request.MemoryLimit)
+        Kill(CWorkerOutcome::End::TooMuchMemory);
+}
+
+void CWorkerRun::Kill(CWorkerOutcome::End reason)
+{
+    if (m_hasEnded || m_killedFor)
+        return;
+    m_killedFor = reason;
+    kill(-m_pid, SIGKILL);
+}
+
+// Of the worker alone: what it starts are small programs of the system.
+uint64_t CWorkerRun::GetMemory() const
+{
+    std::ifstream file("/proc/" + std::to_string(m_pid) + "/statm");
+    uint64_t all = 0;
+    uint64_t present = 0;
+    file >> all >> present;
+    return present * static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
+}
+
+bool CWorkerRun::HasEnded()
+{
+    if (m_hasEnded)
+        return true;
+    int status = 0;
+    rusage usage {};
+    if (wait4(m_pid, &status, WNOHANG, &usage) != m_pid)
+        return false;
+    m_hasEnded = true;
+    // What it started goes with it, and would keep the pipe open.
+    kill(-m_pid, SIGKILL);
+    if (m_output.IsOpen())
+        ReadOutput();
+    const auto microseconds = [](const timeval& time)
+    { return std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_usec); };
+    m_outcome.ProcessorTime = microseconds(usage.ru_utime) + microseconds(usage.ru_stime);
+    m_outcome.How = m_killedFor.value_or(WIFSIGNALED(status) ? CWorkerOutcome::End::Crashed : CWorkerOutcome::End::Exited);
+    m_outcome.Number = WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
+    if (!m_outcome.HasSucceeded())
+        m_outcome.Log = ReadLog();
+    return true;
+}
+
+CWorkerOutcome CWorkerRun::TakeOutcome()
+{
+    return std::move(m_outcome);
+}
+
+std::string CWorkerRun::ReadLog() const
+{
+    std::ifstream file(m_log, std::ios::binary | std::ios::ate);
+    if (!file)
+        return {};
+    const std::streamoff size = file.tellg();
+    file.seekg(std::max<std::streamoff>(size - MaximumLog, 0));
+    return {std::istreambuf_iterator<char>(file), {}};
+}
