@@ -1,0 +1,92 @@
+#pragma once
+
+#include "caller/catalog/CStatement.h"
+#include "caller/film/CFilm.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+// What a file is by its status: when none of it changes, the content is the same.
+struct CFileIdentity
+{
+    int64_t Size = 0;          // in bytes
+    int64_t ModificationTime = 0;  // in nanoseconds since 1970
+    int64_t Inode = 0;
+    int64_t Device = 0;
+
+    bool operator==(const CFileIdentity&) const = default;
+};
+
+// A row of the catalog.
+struct CCatalogRow
+{
+    int64_t ID = 0;
+    CFileIdentity Identity;
+    int64_t Tasks = 0;  // which ones were made, a bit for each
+    bool HasFailed = false;
+};
+
+// The catalog of a library: an SQLite file with a row for each film. A process that ends at any moment leaves it whole. Several programs
+// may read it, one may change it.
+//
+// What goes wrong is thrown as std::runtime_error with a sentence for the user.
+class CCatalog
+{
+public:
+    enum class Access
+    {
+        Read,
+        Change,  // makes the file if it is not there; throws if another program changes it
+    };
+
+    CCatalog(const std::filesystem::path& path, Access access);
+    CCatalog(const CCatalog&) = delete;
+    CCatalog& operator=(const CCatalog&) = delete;
+    ~CCatalog();
+
+    // The row of a path, as bytes; nothing if there is none.
+    std::optional<CCatalogRow> Find(const std::string& path);
+    // Sets what is known of a file. Of a failed task the error says why; what was known of the same content stays.
+    struct Entry
+    {
+        const CFilm& Film;
+        CFileIdentity Identity;
+        int64_t Tasks = 0;
+        std::string Error = {};
+        std::string Picture = {};  // a JPEG file
+    };
+    void Store(const Entry& entry);
+    // Marks the films below a folder as vanished, but for those of which the function says that they are there; they are no rows of
+    // lists then. Returns how many there were.
+    int64_t MarkVanished(const std::string& folder, const std::function<bool(int64_t id)>& isThere);
+    // A file that was marked is there again, with the content that it had.
+    void MarkPresent(int64_t id);
+
+    // Changes are on the disk after that.
+    void Commit();
+
+    sqlite3* GetDatabase() const { return m_database.get(); }
+
+private:
+    struct Close
+    {
+        void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+    };
+
+    void Open(const std::filesystem::path& path, Access access);
+    void TakeLock(const std::filesystem::path& path);
+    void CheckVersion(Access access);
+    void Execute(const char* text) const;
+    void Begin();
+
+    std::unique_ptr<sqlite3, Close> m_database;
+    int m_lock = -1;
+    bool m_isChanging = false;
+    std::optional<CStatement> m_find;
+    std::optional<CStatement> m_store;
+    std::optional<CStatement> m_present;
+};
