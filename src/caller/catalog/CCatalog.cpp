@@ -150,14 +150,17 @@ std::optional<CCatalogRow> CCatalog::Find(const std::string& path)
 {
     if (!m_find)
         m_find.emplace(GetDatabase(),
-                       "SELECT id, size, mtime, inode, device, tasks, error IS NOT NULL FROM films WHERE path = ?");
+                       "SELECT id, size, mtime, inode, device, tasks, error IS NOT NULL, vanished FROM films WHERE path = ?");
     m_find->BindBytes(1, path);
     if (!m_find->Step())
         return std::nullopt;
-    CCatalogRow row {.ID = m_find->GetNumber(0),
-                     .Identity = {m_find->GetNumber(1), m_find->GetNumber(2), m_find->GetNumber(3), m_find->GetNumber(4)},
-                     .Tasks = m_find->GetNumber(5),
-                     .HasFailed = m_find->GetNumber(6) != 0};
+    CCatalogRow row {
+        .ID = m_find->GetNumber(0),
+        .Identity = {m_find->GetNumber(1), m_find->GetNumber(2), m_find->GetNumber(3), m_find->GetNumber(4)},
+        .Tasks = m_find->GetNumber(5),
+        .HasFailed = m_find->GetNumber(6) != 0,
+        .HasVanished = m_find->GetNumber(7) != 0
+    };
     m_find->Step();
     return row;
 }
@@ -174,8 +177,8 @@ void CCatalog::Store(const Entry& entry)
             RETURNING id)");
     m_store->BindBytes(1, entry.Film.Path);
     int parameter = 2;
-    for (const int64_t number : {entry.Identity.Size, entry.Identity.ModificationTime, entry.Identity.Inode, entry.Identity.Device,
-                                 entry.Tasks})
+    for (const int64_t number :
+         {entry.Identity.Size, entry.Identity.ModificationTime, entry.Identity.Inode, entry.Identity.Device, entry.Tasks})
         m_store->Bind(parameter++, number);
     if (entry.Error.empty())
         m_store->BindNull(parameter++);
@@ -190,14 +193,14 @@ void CCatalog::Store(const Entry& entry)
         CStatement(GetDatabase(), "INSERT OR REPLACE INTO pictures VALUES (?, ?)").Bind(1, id).BindBytes(2, entry.Picture).Run();
 }
 
-int64_t CCatalog::MarkVanished(const std::string& folder, const std::function<bool(int64_t id)>& isThere)
+int64_t CCatalog::MarkVanished(const std::string& folder, const std::function<bool(int64_t id, const std::string& path)>& isThere)
 {
     const std::string start = folder.ends_with('/') ? folder : folder + '/';
     std::vector<int64_t> gone;
-    CStatement rows(GetDatabase(), "SELECT id FROM films WHERE vanished = 0 AND path >= ? AND path < ?");
+    CStatement rows(GetDatabase(), "SELECT id, path FROM films WHERE vanished = 0 AND path >= ? AND path < ?");
     rows.BindBytes(1, start).BindBytes(2, GetEnd(start));
     while (rows.Step())
-        if (const int64_t id = rows.GetNumber(0); !isThere(id))
+        if (const int64_t id = rows.GetNumber(0); !isThere(id, rows.GetBytes(1)))
             gone.push_back(id);
     Begin();
     CStatement mark(GetDatabase(), "UPDATE films SET vanished = 1 WHERE id = ?");

@@ -13,7 +13,7 @@
 // What a file is by its status: when none of it changes, the content is the same.
 struct CFileIdentity
 {
-    int64_t Size = 0;          // in bytes
+    int64_t Size = 0;              // in bytes
     int64_t ModificationTime = 0;  // in nanoseconds since 1970
     int64_t Inode = 0;
     int64_t Device = 0;
@@ -28,6 +28,7 @@ struct CCatalogRow
     CFileIdentity Identity;
     int64_t Tasks = 0;  // which ones were made, a bit for each
     bool HasFailed = false;
+    bool HasVanished = false;
 };
 
 // The catalog of a library: an SQLite file with a row for each film. A process that ends at any moment leaves it whole. Several programs
@@ -62,7 +63,7 @@ public:
     void Store(const Entry& entry);
     // Marks the films below a folder as vanished, but for those of which the function says that they are there; they are no rows of
     // lists then. Returns how many there were.
-    int64_t MarkVanished(const std::string& folder, const std::function<bool(int64_t id)>& isThere);
+    int64_t MarkVanished(const std::string& folder, const std::function<bool(int64_t id, const std::string& path)>& isThere);
     // A file that was marked is there again, with the content that it had.
     void MarkPresent(int64_t id);
 

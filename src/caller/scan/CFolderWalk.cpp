@@ -15,9 +15,9 @@ using namespace std::string_view_literals;
 
 // In their order.
 constexpr std::string_view Extensions[] = {
-    "3g2", "3gp", "aac", "ac3",  "aif",  "aiff", "ape", "asf", "avi",  "divx", "dsf",  "dts",  "dv",  "dvr-ms", "f4v", "flac",
-    "flv", "m1v", "m2ts", "m2v", "m4a",  "m4b",  "m4v", "mka", "mkv",  "mov",  "mp3",  "mp4",  "mpeg", "mpg",   "mts", "mxf",
-    "ogg", "ogm", "ogv", "opus", "rm",   "rmvb", "ts",  "tta", "vob",  "wav",  "webm", "wma",  "wmv", "wtv",    "wv",
+    "3g2", "3gp", "aac",  "ac3",  "aif", "aiff", "ape", "asf", "avi", "divx", "dsf",  "dts", "dv",   "dvr-ms", "f4v", "flac",
+    "flv", "m1v", "m2ts", "m2v",  "m4a", "m4b",  "m4v", "mka", "mkv", "mov",  "mp3",  "mp4", "mpeg", "mpg",    "mts", "mxf",
+    "ogg", "ogm", "ogv",  "opus", "rm",  "rmvb", "ts",  "tta", "vob", "wav",  "webm", "wma", "wmv",  "wtv",    "wv",
 };
 static_assert(std::ranges::is_sorted(Extensions));
 

@@ -20,7 +20,9 @@ std::string MakeTime(double seconds)
 }
 }
 
-CProgressLine::CProgressLine() : m_isTerminal(isatty(STDERR_FILENO) == 1), m_next(m_start + (m_isTerminal ? 0s : PlainInterval)) {}
+CProgressLine::CProgressLine() : m_isTerminal(isatty(STDERR_FILENO) == 1), m_next(m_start + (m_isTerminal ? 0s : PlainInterval))
+{
+}
 
 CProgressLine::~CProgressLine()
 {
@@ -57,8 +59,9 @@ std::string CProgressLine::MakeLine(const State& state) const
     const double seconds = std::chrono::duration<double>(Clock::now() - m_start).count();
     const double rate = seconds > 0 ? static_cast<double>(state.Done) / seconds : 0;
     std::array<char, 200> text;
-    snprintf(text.data(), text.size(), "%lld of %lld%s done, %lld failed, %.1f files a second", static_cast<long long>(state.Done),
-             static_cast<long long>(state.Found), state.IsFoundAll ? "" : " or more", static_cast<long long>(state.Failed), rate);
+    snprintf(text.data(), text.size(), "%lld of %lld%s done, %lld failed, %.1f files a second",
+             static_cast<long long>(state.Done), static_cast<long long>(state.Found), state.IsFoundAll ? "" : " or more",
+             static_cast<long long>(state.Failed), rate);
     std::string line = text.data();
     if (state.IsFoundAll && rate > 0)
         line += ", " + MakeTime(static_cast<double>(state.Found - state.Done) / rate) + " left";

@@ -5,23 +5,24 @@
 #include "caller/process/CWorkerPool.h"
 #include "caller/scan/CFolderWalk.h"
 #include "caller/scan/CProgressLine.h"
+#include "caller/scan/CScanQueue.h"
 
-#include <set>
+#include <string>
 #include <vector>
 
 // What a scan does.
 struct CScanOptions
 {
     size_t Jobs = 1;
+    // All that is known but black bars and pictures is always asked for.
     bool WithPictures = false;
     bool WithBars = false;
-    bool RetryFailed = false;
 };
 
-// What came of it.
+// What came of it, in films.
 struct CScanCounts
 {
-    int64_t Done = 0;
+    int64_t Done = 0;  // that workers looked at, failed ones too
     int64_t Failed = 0;
     int64_t Unchanged = 0;
     int64_t Vanished = 0;
@@ -33,6 +34,7 @@ class CScan
 {
 public:
     CScan(CCatalog& catalog, const CCallerOptions& caller, const CScanOptions& options);
+    ~CScan();
 
     // Scans folders, given as absolute paths, until all is done or the user interrupts it.
     CScanCounts Run(const std::vector<std::filesystem::path>& folders);
@@ -40,21 +42,26 @@ public:
 private:
     struct Film;
 
-    void ScanFolder(const std::filesystem::path& folder);
-    bool Begin(const CFolderWalk::Film& found);
-    void StartNextTask(const std::shared_ptr<Film>& film);
+    void RunFolder(const std::filesystem::path& folder);
+    bool WalkOn(CFolderWalk& walk);
+    void See(const CFolderWalk::Film& found);
+    void StartFilms();
+    void StartTask(const std::shared_ptr<Film>& film);
     void EndTask(const std::shared_ptr<Film>& film, const CFilmTask& task, const CWorkerOutcome& outcome);
     void Store(const Film& film);
+    void MarkVanished(const std::filesystem::path& folder);
     void CommitSometimes();
 
     CCatalog& m_catalog;
     const CCallerOptions& m_caller;
     CScanOptions m_options;
+    std::vector<CFilmTask::Kind> m_tasks;
     CWorkFolder m_folder;
+    CScanQueue m_queue;
     CWorkerPool m_pool;
     CProgressLine m_progress;
     CScanCounts m_counts;
-    std::set<std::string> m_unreadable;
+    std::vector<std::string> m_unreadable;
     std::vector<bool> m_isThere;  // by the numbers of the rows
     CWorkerRun::Clock::time_point m_nextCommit {};
 };

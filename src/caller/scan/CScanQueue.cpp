@@ -1,0 +1,37 @@
+#include "caller/scan/CScanQueue.h"
+
+#include <stdexcept>
+
+CScanQueue::CScanQueue()
+{
+    // Without a name it is a temporary file that goes with the database.
+    sqlite3* database = nullptr;
+    const int result = sqlite3_open_v2("", &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    m_database.reset(database);
+    constexpr char Schema[] = "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA cache_size = -2000; BEGIN;"
+                              "CREATE TABLE films (id INTEGER PRIMARY KEY, path BLOB, size, mtime, inode, device)";
+    if (result != SQLITE_OK || sqlite3_exec(database, Schema, nullptr, nullptr, nullptr) != SQLITE_OK)
+        throw std::runtime_error(std::string("no temporary file for the list of films: ") + sqlite3_errmsg(database));
+    m_add.emplace(database, "INSERT INTO films VALUES (?, ?, ?, ?, ?, ?)");
+    m_take.emplace(database, "SELECT path, size, mtime, inode, device FROM films WHERE id = ?");
+}
+
+void CScanQueue::Add(const CFolderWalk::Film& film)
+{
+    const CFileIdentity& identity = film.Identity;
+    m_add->Bind(1, ++m_added).BindBytes(2, film.Path);
+    m_add->Bind(3, identity.Size).Bind(4, identity.ModificationTime).Bind(5, identity.Inode).Bind(6, identity.Device).Run();
+}
+
+bool CScanQueue::Take(CFolderWalk::Film& film)
+{
+    if (m_taken == m_added)
+        return false;
+    m_take->Bind(1, ++m_taken);
+    m_take->Step();
+    film = {
+        m_take->GetBytes(0), {m_take->GetNumber(1), m_take->GetNumber(2), m_take->GetNumber(3), m_take->GetNumber(4)}
+    };
+    m_take->Step();
+    return true;
+}
