@@ -1,8 +1,11 @@
 #include "caller/commands/CInfoCommand.h"
+#include "caller/commands/CScanCommand.h"
 #include "caller/commands/CSignals.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
+#include <thread>
 
 int main(int count, char** arguments)
 {
@@ -18,6 +21,17 @@ int main(int count, char** arguments)
     infoCommand->add_option("--worker", options.Worker, "The worker's program");
     infoCommand->footer("Example:  zivora info film.mkv --json | jq '.\"HDR Format\"'");
     infoCommand->callback([&] { status = info.Run(options); });
+    CScanCommand scan;
+    scan.Options.Jobs = std::clamp(std::thread::hardware_concurrency(), 1U, 4U);
+    CLI::App* const scanCommand = program.add_subcommand("scan", "Brings the catalog of a library up to date");
+    scanCommand->add_option("FOLDER", scan.Folders, "Folders with films")->required();
+    scanCommand->add_option("--to", scan.Catalog, "The catalog; by default the user's own");
+    scanCommand->add_option("--jobs", scan.Options.Jobs, "How many workers at a time")->check(CLI::Range(1, 256));
+    scanCommand->add_flag("--thumbs", scan.Options.WithPictures, "With a picture of each film");
+    scanCommand->add_flag("--bars", scan.Options.WithBars, "With the black bars of each film");
+    scanCommand->add_option("--worker", options.Worker, "The worker's program");
+    scanCommand->footer("Example:  zivora scan ~/Videos --thumbs");
+    scanCommand->callback([&] { status = scan.Run(options); });
     try
     {
         program.parse(count, arguments);

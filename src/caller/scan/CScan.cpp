@@ -35,7 +35,7 @@ std::string ReadFile(const fs::path& path)
 struct CScan::Film
 {
     CFolderWalk::Film Found;
-    fs::path Picture;
+    fs::path Picture = {};
     CFilm Facts;
     size_t NextTask = 0;
     int64_t TasksDone = 0;
