@@ -1,0 +1,29 @@
+#pragma once
+
+#include "caller/film/CFilm.h"
+
+#include <span>
+
+// What a value of a field can be.
+enum class FieldKind
+{
+    Text,
+    Number,
+    Words,  // an array of texts, each once
+};
+
+// A fact of a film under the short name by which lists, conditions and the report know it.
+struct FilmField
+{
+    const char* Name;
+    FieldKind Kind;
+    const char* Meaning;  // for the help, with the unit
+    // The value: a text, a number, or an array of texts; null if it is not known.
+    nlohmann::json (*Get)(const CFilm& film);
+};
+
+// All of them, in the order in which they are shown.
+std::span<const FilmField> GetFilmFields();
+
+// The field of a name, in any case; nullptr if there is none.
+const FilmField* FindFilmField(const std::string& name);
