@@ -1,40 +1,52 @@
-#include "caller/commands/CInfoCommand.h"
-#include "caller/commands/CScanCommand.h"
-#include "caller/commands/CSignals.h"
+#include "caller/commands/CCommand.h"
+#include "caller/output/Messages.h"
+#include "caller/process/CSignals.h"
 
-#include <CLI/CLI.hpp>
-#include <algorithm>
+#include <cerrno>
+#include <clocale>
 #include <iostream>
-#include <thread>
+
+namespace
+{
+// What could not be printed counts as failed: a full disk behind a redirection, for one. A reader that has seen enough knows it.
+ExitStatus FinishOutput(ExitStatus status)
+{
+    std::cout.flush();
+    if (std::cout)
+        return status;
+    if (errno != EPIPE)
+        SayError("not all of the output could be written");
+    return status == AllDone ? SomeFailed : status;
+}
+
+ExitStatus RunCommand(const CLI::App& program, const std::vector<std::unique_ptr<CCommand>>& commands)
+{
+    for (const auto& command : commands)
+        if (program.got_subcommand(command->GetName()))
+            return command->Run();
+    return WrongUse;
+}
+}
 
 int main(int count, char** arguments)
 {
     CSignals::Prepare();
-    CCallerOptions options {.Worker = FindWorker()};
-    CLI::App program("Tells what films are, for people and scripts, and looks after whole libraries of them.", "zivora");
+    // Texts are UTF-8 whatever the user's language is, and numbers have full stops.
+    setlocale(LC_CTYPE, "C.UTF-8");
+    CLI::App program("Tells what films are, and looks after whole libraries of them.", "zivora");
     program.require_subcommand(1);
-    ExitStatus status = AllDone;
-    CInfoCommand info;
-    CLI::App* const infoCommand = program.add_subcommand("info", "What films are, as readable blocks or as JSON");
-    infoCommand->add_option("FILE", info.Films, "Films, sound files, or the folders of discs")->required();
-    infoCommand->add_flag("--json", options.AsJSON, "One object a line, with the keys of the worker's results");
-    infoCommand->add_option("--worker", options.Worker, "The worker's program");
-    infoCommand->footer("Example:  zivora info film.mkv --json | jq '.\"HDR Format\"'");
-    infoCommand->callback([&] { status = info.Run(options); });
-    CScanCommand scan;
-    scan.Options.Jobs = std::clamp(std::thread::hardware_concurrency(), 1U, 4U);
-    CLI::App* const scanCommand = program.add_subcommand("scan", "Brings the catalog of a library up to date");
-    scanCommand->add_option("FOLDER", scan.Folders, "Folders with films")->required();
-    scanCommand->add_option("--to", scan.Catalog, "The catalog; by default the user's own");
-    scanCommand->add_option("--jobs", scan.Options.Jobs, "How many workers at a time")->check(CLI::Range(1, 256));
-    scanCommand->add_flag("--thumbs", scan.Options.WithPictures, "With a picture of each film");
-    scanCommand->add_flag("--bars", scan.Options.WithBars, "With the black bars of each film");
-    scanCommand->add_option("--worker", options.Worker, "The worker's program");
-    scanCommand->footer("Example:  zivora scan ~/Videos --thumbs");
-    scanCommand->callback([&] { status = scan.Run(options); });
+    program.set_help_all_flag("--help-all", "Print the help of all commands");
+    const std::vector<std::unique_ptr<CCommand>> commands = MakeCommands();
+    for (const auto& command : commands)
+    {
+        CLI::App* const app = program.add_subcommand(command->GetName(), command->GetPurpose());
+        command->AddOptions(*app);
+        app->footer(std::string("Example:  ") + command->GetExample());
+    }
     try
     {
         program.parse(count, arguments);
+        return FinishOutput(RunCommand(program, commands));
     }
     catch (const CLI::ParseError& error)
     {
@@ -42,8 +54,7 @@ int main(int count, char** arguments)
     }
     catch (const std::exception& error)
     {
-        std::cerr << "zivora: " << error.what() << '\n';
+        SayError(error.what());
         return SomeFailed;
     }
-    return status;
 }

@@ -1,12 +1,14 @@
 #include "caller/catalog/CCatalog.h"
 
+#include "caller/film/FilmFields.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/file.h>
-#include <unistd.h>
 
 namespace
 {
@@ -16,19 +18,21 @@ namespace fs = std::filesystem;
 constexpr int ApplicationID = 0x7a766361;
 constexpr int SchemaVersion = 1;
 
-// The picture stands in a table of its own, so that lists do not read past it.
+// The picture stands in a table of its own, so that lists do not read past it. %FIELDS% are columns for the fields of a film.
 constexpr char Schema[] = R"(
     CREATE TABLE films (
         id INTEGER PRIMARY KEY,
         path BLOB NOT NULL UNIQUE,
-        size INTEGER NOT NULL,
-        mtime INTEGER NOT NULL,
-        inode INTEGER NOT NULL,
-        device INTEGER NOT NULL,
-        tasks INTEGER NOT NULL,
-        error TEXT,
+        stat_size INTEGER NOT NULL,
+        stat_mtime INTEGER NOT NULL,
+        stat_inode INTEGER NOT NULL,
+        done INTEGER NOT NULL,
+        failed INTEGER NOT NULL,
         vanished INTEGER NOT NULL DEFAULT 0,
         scanned INTEGER NOT NULL,
+        error TEXT,
+        errors TEXT NOT NULL,
+        %FIELDS%
         facts TEXT NOT NULL
     ) STRICT;
     CREATE TABLE pictures (
@@ -36,6 +40,69 @@ constexpr char Schema[] = R"(
         picture BLOB NOT NULL
     ) STRICT;
 )";
+
+constexpr const char* ColumnTypes[] = {"TEXT", "REAL", "TEXT"};  // by FieldKind
+
+// The fields that have a column of their own.
+template <class Function>
+void ForEachColumn(Function function)
+{
+    for (const FilmField& field : GetFilmFields())
+        if (std::string_view(field.Name) != "path")
+            function(field);
+}
+
+std::string MakeSchema()
+{
+    constexpr std::string_view Mark = "%FIELDS%";
+    std::string columns;
+    ForEachColumn([&](const FilmField& field)
+                  { columns += std::string(field.Name) + ' ' + ColumnTypes[static_cast<int>(field.Kind)] + ", "; });
+    std::string schema = Schema;
+    return schema.replace(schema.find(Mark), Mark.size(), columns);
+}
+
+std::string MakeStoring()
+{
+    std::string columns = "path, stat_size, stat_mtime, stat_inode, done, failed, scanned, error, errors, facts";
+    ForEachColumn([&](const FilmField& field) { columns += std::string(", ") + field.Name; });
+    const auto count = std::ranges::count(columns, ',');
+    std::string marks = "?";
+    for (auto mark = 0; mark < count; ++mark)
+        marks += ", ?";
+    std::string text =
+        "INSERT INTO films (" + columns + ") VALUES (" + marks + ") ON CONFLICT (path) DO UPDATE SET (" + columns + ") = (";
+    std::string news = "excluded." + columns;
+    for (size_t place = 0; (place = news.find(", ", place)) != std::string::npos;)
+        news.insert(place += 2, "excluded.");
+    return text + news + "), vanished = 0 RETURNING id";
+}
+
+std::string Dump(const nlohmann::json& value)
+{
+    return value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+void BindField(CStatement& statement, int parameter, const nlohmann::json& value)
+{
+    if (value.is_number())
+        statement.Bind(parameter, value.get<double>());
+    else if (value.is_string())
+        statement.BindText(parameter, value.get<std::string>());
+    else if (value.is_array() && !value.empty())
+        statement.BindText(parameter, JoinWords(value));
+    else
+        statement.BindNull(parameter);
+}
+
+CTaskSet GetFailedTasks(const CFindings& findings)
+{
+    CTaskSet failed;
+    for (const Task& task : GetTasks())
+        if (findings.Errors.contains(task.Name))
+            failed = failed | task.Kind;
+    return failed;
+}
 
 // The first path that does not begin with the bytes of a folder's path: all that do stand before it.
 std::string GetEnd(std::string folder)
@@ -63,26 +130,20 @@ CCatalog::CCatalog(const fs::path& path, Access access)
 CCatalog::~CCatalog()
 {
     m_find.reset();
+    m_known.reset();
     m_store.reset();
     m_present.reset();
     m_database.reset();
-    if (m_lock >= 0)
-        close(m_lock);
 }
 
-// A file beside the catalog, since SQLite has locks of its own in it.
+// A file beside the catalog, since SQLite has locks of its own in it. Where there are no locks it is the user who takes care.
 void CCatalog::TakeLock(const fs::path& path)
 {
     const std::string name = path.string() + ".lock";
-    m_lock = open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-    if (m_lock < 0)
+    m_lock = CDescriptor(open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
+    if (!m_lock.IsOpen())
         throw std::runtime_error("the catalog " + path.string() + " cannot be written: " + strerror(errno));
-    if (flock(m_lock, LOCK_EX | LOCK_NB) == 0)
-        return;
-    const int error = errno;
-    close(m_lock);
-    m_lock = -1;
-    if (error == EWOULDBLOCK)
+    if (flock(m_lock.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
         throw std::runtime_error("another scan is at work on the catalog " + path.string());
 }
 
@@ -112,7 +173,7 @@ void CCatalog::CheckVersion(Access access)
     if (version == 0 && application == 0 && tables == 0 && access == Access::Change)
     {
         Begin();
-        Execute(Schema);
+        Execute(MakeSchema().c_str());
         Execute(("PRAGMA application_id = " + std::to_string(ApplicationID) +
                  "; PRAGMA user_version = " + std::to_string(SchemaVersion))
                     .c_str());
@@ -149,48 +210,79 @@ void CCatalog::Commit()
 std::optional<CCatalogRow> CCatalog::Find(const std::string& path)
 {
     if (!m_find)
-        m_find.emplace(GetDatabase(),
-                       "SELECT id, size, mtime, inode, device, tasks, error IS NOT NULL, vanished FROM films WHERE path = ?");
+        m_find.emplace(
+            GetDatabase(),
+            "SELECT id, stat_size, stat_mtime, stat_inode, done, failed, kind = 'Audio', vanished FROM films WHERE path = ?");
     m_find->BindBytes(1, path);
     if (!m_find->Step())
         return std::nullopt;
     CCatalogRow row {
         .ID = m_find->GetNumber(0),
-        .Identity = {m_find->GetNumber(1), m_find->GetNumber(2), m_find->GetNumber(3), m_find->GetNumber(4)},
-        .Tasks = m_find->GetNumber(5),
-        .HasFailed = m_find->GetNumber(6) != 0,
+        .Identity = {m_find->GetNumber(1), m_find->GetNumber(2), m_find->GetNumber(3)},
+        .Done = CTaskSet::FromBits(m_find->GetNumber(4)),
+        .Failed = CTaskSet::FromBits(m_find->GetNumber(5)),
+        .IsSound = m_find->GetNumber(6) != 0,
         .HasVanished = m_find->GetNumber(7) != 0
     };
     m_find->Step();
     return row;
 }
 
-void CCatalog::Store(const Entry& entry)
+// Adds what other tasks found out earlier, as long as the content is the same.
+void CCatalog::AddKnown(const CFileIdentity& identity, CFindings& findings)
+{
+    const std::optional<CCatalogRow> row = Find(findings.Film.Path);
+    if (!row || row->Identity != identity)
+        return;
+    if (!m_known)
+        m_known.emplace(GetDatabase(), "SELECT facts, errors FROM films WHERE id = ?");
+    m_known->Bind(1, row->ID);
+    m_known->Step();
+    const nlohmann::json facts = nlohmann::json::parse(m_known->GetBytes(0));
+    const nlohmann::json errors = nlohmann::json::parse(m_known->GetBytes(1));
+    m_known->Step();
+    for (const auto& [key, value] : facts.items())
+        if (!findings.Film.Values.contains(key))
+            findings.Film.Values[key] = value;
+    for (const Task& task : GetTasks())
+        if (!findings.Done.Has(task.Kind) && errors.contains(task.Name))
+            findings.Errors[task.Name] = errors[task.Name];
+    findings.Done = findings.Done | row->Done;
+}
+
+void CCatalog::Store(const CFindings& found, const CFileIdentity& identity)
 {
     Begin();
+    CFindings findings = found;
+    AddKnown(identity, findings);
     if (!m_store)
-        m_store.emplace(GetDatabase(), R"(
-            INSERT INTO films (path, size, mtime, inode, device, tasks, error, scanned, facts) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)
-            ON CONFLICT (path) DO UPDATE SET size = excluded.size, mtime = excluded.mtime, inode = excluded.inode,
-                device = excluded.device, tasks = excluded.tasks, error = excluded.error, scanned = excluded.scanned,
-                facts = excluded.facts, vanished = 0
-            RETURNING id)");
-    m_store->BindBytes(1, entry.Film.Path);
-    int parameter = 2;
-    for (const int64_t number :
-         {entry.Identity.Size, entry.Identity.ModificationTime, entry.Identity.Inode, entry.Identity.Device, entry.Tasks})
+        m_store.emplace(GetDatabase(), MakeStoring());
+    int parameter = 1;
+    m_store->BindBytes(parameter++, findings.Film.Path);
+    for (const int64_t number : {identity.Size, identity.ModificationTime, identity.Inode, findings.Done.GetBits(),
+                                 GetFailedTasks(findings).GetBits(), static_cast<int64_t>(time(nullptr))})
         m_store->Bind(parameter++, number);
-    if (entry.Error.empty())
-        m_store->BindNull(parameter++);
-    else
-        m_store->BindText(parameter++, ToUTF8(entry.Error));
-    m_store->Bind(parameter++, static_cast<int64_t>(time(nullptr)));
-    m_store->BindText(parameter, entry.Film.Values.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+    const std::string error = findings.GetError();
+    BindField(*m_store, parameter++, error.empty() ? nlohmann::json() : nlohmann::json(error));
+    m_store->BindText(parameter++, Dump(findings.Errors));
+    m_store->BindText(parameter++, Dump(findings.Film.Values));
+    ForEachColumn([&](const FilmField& field) { BindField(*m_store, parameter++, field.Get(findings.Film)); });
     m_store->Step();
     const int64_t id = m_store->GetNumber(0);
     m_store->Step();
-    if (!entry.Picture.empty())
-        CStatement(GetDatabase(), "INSERT OR REPLACE INTO pictures VALUES (?, ?)").Bind(1, id).BindBytes(2, entry.Picture).Run();
+    if (found.Done.Has(TaskKind::Picture))
+        StorePicture(id, found);
+}
+
+void CCatalog::StorePicture(int64_t id, const CFindings& findings)
+{
+    if (findings.Picture.empty())
+        CStatement(GetDatabase(), "DELETE FROM pictures WHERE film = ?").Bind(1, id).Run();
+    else
+        CStatement(GetDatabase(), "INSERT OR REPLACE INTO pictures VALUES (?, ?)")
+            .Bind(1, id)
+            .BindBytes(2, findings.Picture)
+            .Run();
 }
 
 int64_t CCatalog::MarkVanished(const std::string& folder, const std::function<bool(int64_t id, const std::string& path)>& isThere)

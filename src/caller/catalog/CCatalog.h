@@ -1,7 +1,8 @@
 #pragma once
 
 #include "caller/catalog/CStatement.h"
-#include "caller/film/CFilm.h"
+#include "caller/files/CDescriptor.h"
+#include "caller/tasks/CFindings.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -10,24 +11,25 @@
 #include <optional>
 #include <string>
 
-// What a file is by its status: when none of it changes, the content is the same.
+// What a file is by its status: when none of it changes, the content is the same. The number of its device is left out, since a disk may
+// get another each time it is plugged in.
 struct CFileIdentity
 {
     int64_t Size = 0;              // in bytes
     int64_t ModificationTime = 0;  // in nanoseconds since 1970
     int64_t Inode = 0;
-    int64_t Device = 0;
 
     bool operator==(const CFileIdentity&) const = default;
 };
 
-// A row of the catalog.
+// What a scan asks of a row.
 struct CCatalogRow
 {
     int64_t ID = 0;
     CFileIdentity Identity;
-    int64_t Tasks = 0;  // which ones were made, a bit for each
-    bool HasFailed = false;
+    CTaskSet Done;
+    CTaskSet Failed;
+    bool IsSound = false;
     bool HasVanished = false;
 };
 
@@ -51,16 +53,8 @@ public:
 
     // The row of a path, as bytes; nothing if there is none.
     std::optional<CCatalogRow> Find(const std::string& path);
-    // Sets what is known of a file. Of a failed task the error says why; what was known of the same content stays.
-    struct Entry
-    {
-        const CFilm& Film;
-        CFileIdentity Identity;
-        int64_t Tasks = 0;
-        std::string Error = {};
-        std::string Picture = {};  // a JPEG file
-    };
-    void Store(const Entry& entry);
+    // Stores what was found out about a file. What other tasks found out about the same content stays.
+    void Store(const CFindings& findings, const CFileIdentity& identity);
     // Marks the films below a folder as vanished, but for those of which the function says that they are there; they are no rows of
     // lists then. Returns how many there were.
     int64_t MarkVanished(const std::string& folder, const std::function<bool(int64_t id, const std::string& path)>& isThere);
@@ -70,6 +64,8 @@ public:
     // Changes are on the disk after that.
     void Commit();
 
+    // A table of the films: path BLOB, a column for each field by its name, which for words holds ";a;b;", error, vanished, and
+    // facts, an object of JSON. The table pictures has a picture for films that have one.
     sqlite3* GetDatabase() const { return m_database.get(); }
 
 private:
@@ -83,11 +79,14 @@ private:
     void CheckVersion(Access access);
     void Execute(const char* text) const;
     void Begin();
+    void AddKnown(const CFileIdentity& identity, CFindings& findings);
+    void StorePicture(int64_t id, const CFindings& findings);
 
     std::unique_ptr<sqlite3, Close> m_database;
-    int m_lock = -1;
+    CDescriptor m_lock;
     bool m_isChanging = false;
     std::optional<CStatement> m_find;
+    std::optional<CStatement> m_known;
     std::optional<CStatement> m_store;
     std::optional<CStatement> m_present;
 };

@@ -1,58 +1,54 @@
 #include "caller/commands/CInfoCommand.h"
 
-#include "caller/commands/CFilmTask.h"
-#include "caller/commands/CSignals.h"
 #include "caller/output/FilmBlock.h"
 #include "caller/output/FilmJSON.h"
-#include "caller/process/CWorkerPool.h"
+#include "caller/output/Messages.h"
+#include "caller/process/CSignals.h"
+#include "caller/tasks/CFilmRunner.h"
 
 #include <iostream>
 #include <map>
 
-namespace
-{
 using namespace std::chrono_literals;
 
-// As many films as the machine can use are looked at, and shown in the order of their names on the command line.
-constexpr size_t Jobs = 2;
+void CInfoCommand::AddOptions(CLI::App& app)
+{
+    app.add_option("FILE", m_films, "Films, sound files, or folders that are discs")->required();
+    app.add_flag("--json", m_isJSON, "One object a line, with the keys of the worker's results");
+    m_worker.AddTo(app, CWorkerOptions::Jobs::Several);
 }
 
-ExitStatus CInfoCommand::Run(const CCallerOptions& options) const
+ExitStatus CInfoCommand::Run()
 {
-    const CWorkFolder folder;
-    CWorkerPool pool(options.Worker, Jobs, folder);
-    std::map<size_t, std::pair<CFilm, std::string>> waiting;
-    size_t next = 0;
-    size_t shown = 0;
+    CFilmRunner runner(m_worker.GetSettings());
+    std::map<size_t, CFindings> waiting;  // for those before them to be shown
     ExitStatus status = AllDone;
-    while (shown < Films.size() && !CSignals::IsInterrupted())
+    size_t next = 0;
+    for (size_t shown = 0; shown < m_films.size() && !CSignals::IsInterrupted();)
     {
-        for (; next < Films.size() && pool.HasRoom(); ++next)
-        {
-            const auto task = std::make_shared<CFilmTask>(CFilmTask::Request {.Film = Films[next]}, options, folder);
-            pool.Start(task->GetRequest(),
-                       [&waiting, task, index = next, path = Films[next]](const CWorkerOutcome& outcome, const CWorkerRequest&)
-                       {
-                           CFilm film {.Path = path};
-                           std::string error = task->Finish(outcome, film);
-                           waiting[index] = {std::move(film), std::move(error)};
-                       });
-        }
-        pool.Wait(1s);
+        for (; next < m_films.size() && runner.HasRoom(); ++next)
+            runner.Start(m_films[next], TaskKind::Basic,
+                         [&waiting, index = next](const CFindings& findings) { waiting[index] = findings; });
+        runner.Wait(1s);
         for (auto film = waiting.find(shown); film != waiting.end(); film = waiting.find(++shown))
         {
-            const auto& [what, error] = film->second;
-            if (!error.empty())
+            if (!film->second.Errors.empty())
                 status = SomeFailed;
-            if (options.AsJSON)
-                std::cout << MakeFilmJSON(what, error) << '\n';
-            else if (error.empty())
-                std::cout << MakeFilmBlock(what) << '\n';
-            else
-                std::cerr << "zivora: " << MakePlain(ToUTF8(what.Path)) << ": " << MakePlain(error) << '\n';
+            Show(film->second);
             waiting.erase(film);
         }
         std::cout.flush();
     }
     return CSignals::IsInterrupted() ? Interrupted : status;
+}
+
+void CInfoCommand::Show(const CFindings& findings) const
+{
+    const std::string error = findings.GetError();
+    if (m_isJSON)
+        std::cout << MakeFilmJSON(findings.Film, error) << '\n';
+    else if (error.empty())
+        std::cout << MakeFilmBlock(findings.Film) << '\n';
+    else
+        SayFailure(findings.Film.Path, error);
 }

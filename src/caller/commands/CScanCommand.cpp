@@ -1,38 +1,67 @@
 #include "caller/commands/CScanCommand.h"
 
-#include "caller/commands/CSignals.h"
+#include "caller/catalog/DefaultCatalog.h"
+#include "caller/process/CSignals.h"
+#include "caller/scan/CScan.h"
 
-#include <cstdlib>
 #include <iostream>
 #include <stdexcept>
 
+namespace
+{
 namespace fs = std::filesystem;
 
-fs::path GetDefaultCatalog()
-{
-    const char* const data = getenv("XDG_DATA_HOME");
-    const char* const home = getenv("HOME");
-    if (data != nullptr && *data == '/')
-        return fs::path(data) / "zivora" / "catalog.db";
-    if (home == nullptr || *home != '/')
-        throw std::runtime_error("there is no home folder for the catalog: name one with --to");
-    return fs::path(home) / ".local" / "share" / "zivora" / "catalog.db";
-}
-
-ExitStatus CScanCommand::Run(const CCallerOptions& caller) const
+std::vector<fs::path> FindFolders(const std::vector<std::string>& names)
 {
     std::vector<fs::path> folders;
-    for (const std::string& folder : Folders)
+    for (const std::string& name : names)
     {
-        if (!fs::is_directory(folder))
-            throw std::runtime_error("there is no folder " + folder);
-        folders.push_back(fs::canonical(folder));
+        if (!fs::is_directory(name))
+            throw std::runtime_error("there is no folder " + name);
+        folders.push_back(fs::canonical(name));
     }
-    CCatalog catalog(Catalog.empty() ? GetDefaultCatalog() : fs::path(Catalog), CCatalog::Access::Change);
-    const CScanCounts counts = CScan(catalog, caller, Options).Run(folders);
-    std::cout << counts.Done << " films looked at, " << counts.Failed << " of them failed; " << counts.Unchanged << " unchanged, "
-              << counts.Vanished << " vanished\n";
+    return folders;
+}
+
+std::string Describe(const CScanCounts& counts)
+{
+    const auto count = [](int64_t number) { return std::to_string(number); };
+    std::string text = count(counts.Done) + (counts.Done == 1 ? " film" : " films") + " looked at, " + count(counts.Failed) +
+                       " failed; " + count(counts.Unchanged) + " unchanged, " + count(counts.Vanished) + " vanished";
+    return text + (counts.Unreadable == 0 ? "" : "; " + count(counts.Unreadable) + " files or folders cannot be read");
+}
+
+std::string MakeJSON(const CScanCounts& counts)
+{
+    return nlohmann::json {
+        {"done",       counts.Done      },
+        {"failed",     counts.Failed    },
+        {"unchanged",  counts.Unchanged },
+        {"vanished",   counts.Vanished  },
+        {"unreadable", counts.Unreadable}
+    }
+        .dump();
+}
+}
+
+void CScanCommand::AddOptions(CLI::App& app)
+{
+    app.add_option("FOLDER", m_folders, "Folders with films")->required();
+    app.add_option("--to", m_catalog, "The catalog; by default the user's own")->type_name("CATALOG");
+    app.add_flag("--retry", m_triesAgain, "Try films again that failed before");
+    app.add_flag("--json", m_isJSON, "The counts at the end as an object");
+    m_tasks.AddTo(app);
+    m_worker.AddTo(app, CWorkerOptions::Jobs::Several);
+}
+
+ExitStatus CScanCommand::Run()
+{
+    const std::vector<fs::path> folders = FindFolders(m_folders);
+    CCatalog catalog(m_catalog.empty() ? GetDefaultCatalog() : fs::path(m_catalog), CCatalog::Access::Change);
+    CScan scan(catalog, m_worker.GetSettings(), {.Tasks = m_tasks.GetTasks(), .TriesAgain = m_triesAgain});
+    const CScanCounts counts = scan.Run(folders);
+    std::cout << (m_isJSON ? MakeJSON(counts) : Describe(counts)) << '\n';
     if (CSignals::IsInterrupted())
         return Interrupted;
-    return counts.Failed == 0 ? AllDone : SomeFailed;
+    return counts.Failed + counts.Unreadable == 0 ? AllDone : SomeFailed;
 }

@@ -1,20 +1,27 @@
 #pragma once
 
-#include "caller/commands/CCallerOptions.h"
-#include "caller/scan/CScan.h"
+#include "caller/commands/CCommand.h"
+#include "caller/commands/CTaskOptions.h"
+#include "caller/commands/CWorkerOptions.h"
 
 #include <string>
 #include <vector>
 
 // `zivora scan`: brings the catalog of a library up to date.
-struct CScanCommand
+class CScanCommand : public CCommand
 {
-    std::vector<std::string> Folders;
-    std::string Catalog;  // empty for the user's own
-    CScanOptions Options;
+public:
+    const char* GetName() const override { return "scan"; }
+    const char* GetPurpose() const override { return "Bring the catalog of a library up to date"; }
+    const char* GetExample() const override { return "zivora scan ~/Videos"; }
+    void AddOptions(CLI::App& app) override;
+    ExitStatus Run() override;
 
-    ExitStatus Run(const CCallerOptions& caller) const;
+private:
+    std::vector<std::string> m_folders;
+    std::string m_catalog;
+    CWorkerOptions m_worker;
+    CTaskOptions m_tasks;
+    bool m_triesAgain = false;
+    bool m_isJSON = false;
 };
-
-// The catalog of the user, below the folder for data of programs.
-std::filesystem::path GetDefaultCatalog();

@@ -16,6 +16,8 @@ struct CFilm
     double GetNumber(const char* key) const;
     // The list of a key, or an empty one.
     const nlohmann::json& GetList(const char* key) const;
+    // Whether it is known to be a sound file.
+    bool IsSound() const { return GetText("Media Type") == "Audio"; }
 };
 
 // A text of any bytes as UTF-8, in which what is none is U+FFFD.

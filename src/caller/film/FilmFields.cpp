@@ -210,3 +210,25 @@ const FilmField* FindFilmField(const std::string& name)
         std::ranges::find_if(FilmFields, [&](const FilmField& field) { return strcasecmp(field.Name, name.c_str()) == 0; });
     return found == std::end(FilmFields) ? nullptr : found;
 }
+
+std::string JoinWords(const json& words)
+{
+    std::string text = ";";
+    for (const json& word : words)
+        text += word.get<std::string>() + ";";
+    return text;
+}
+
+std::string MakeFieldText(const json& value)
+{
+    if (value.is_null())
+        return {};
+    if (value.is_string())
+        return value.get<std::string>();
+    if (!value.is_array())
+        return value.dump();
+    std::string text;
+    for (const json& word : value)
+        text += (text.empty() ? "" : ";") + word.get<std::string>();
+    return text;
+}

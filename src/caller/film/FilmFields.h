@@ -27,3 +27,9 @@ std::span<const FilmField> GetFilmFields();
 
 // The field of a name, in any case; nullptr if there is none.
 const FilmField* FindFilmField(const std::string& name);
+
+// Words as one text, in which each stands between two semicolons: ";a;b;". An entry of the worker's lists has none in it.
+std::string JoinWords(const nlohmann::json& words);
+
+// A value of a field as a text for lists: words are parted by semicolons, and what is not known is empty.
+std::string MakeFieldText(const nlohmann::json& value);

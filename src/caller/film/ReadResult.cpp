@@ -1,5 +1,7 @@
 #include "caller/film/ReadResult.h"
 
+#include "caller/film/CFilm.h"
+
 #include <charconv>
 #include <cstring>
 #include <pugixml.hpp>
@@ -37,7 +39,6 @@ constexpr ResultKey ResultKeys[] = {
     {"Movement Number", Number}, {"Movement Count", Number}, {"BPM", Number}, {"Number of Episodes", Number},
     {"Show Work Movement", Number}, {"Compilation", Number}, {"Podcast", Number}, {"Gapless Playback", Number},
     {"stik", Number}, {"Access Rating", Number}, {"Episode", Number}, {"Season", Number},
-    {"Video Black Bar Score", Number},
 
     {"Audio Codec", Texts, ';'}, {"Audio Title", Texts, ';'}, {"Audio Language", Texts, ';'},
     {"Subtitle Codec", Texts, ';'}, {"Subtitle Title", Texts, ';'}, {"Subtitle Language", Texts, ';'},
@@ -85,7 +86,7 @@ json ReadValue(const char* name, const char* text)
 }
 }
 
-bool ReadResult(const std::filesystem::path& file, CFilm& film)
+bool ReadResult(const std::filesystem::path& file, json& values)
 {
     pugi::xml_document document;
     const pugi::xml_node root =
@@ -95,7 +96,7 @@ bool ReadResult(const std::filesystem::path& file, CFilm& film)
     if (!root)
         return false;
     for (const pugi::xml_node item : root.children("Item"))
-        film.Values[ToUTF8(item.attribute("Name").value())] =
+        values[ToUTF8(item.attribute("Name").value())] =
             ReadValue(item.attribute("Name").value(), ToUTF8(item.text().get()).c_str());
     return true;
 }

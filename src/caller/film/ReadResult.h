@@ -1,9 +1,8 @@
 #pragma once
 
-#include "caller/film/CFilm.h"
-
 #include <filesystem>
+#include <nlohmann/json.hpp>
 
-// Adds the values of a result file to those of a film; those that it has already give way. False if the file is not there or is no
-// result.
-bool ReadResult(const std::filesystem::path& file, CFilm& film);
+// Adds the values of a result file to an object of values by their keys; those that it has already give way. A number is a number, a list an
+// array; an empty number, and a list without an entry, are null and an empty array. False if the file is not there or is no result.
+bool ReadResult(const std::filesystem::path& file, nlohmann::json& values);

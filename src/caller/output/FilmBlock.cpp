@@ -1,5 +1,8 @@
 #include "caller/output/FilmBlock.h"
 
+#include "caller/output/Messages.h"
+#include "caller/output/Units.h"
+
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -9,14 +12,6 @@
 namespace
 {
 using nlohmann::json;
-
-template <class... Values>
-std::string Format(const char* format, Values... values)
-{
-    std::array<char, 200> text;
-    snprintf(text.data(), text.size(), format, values...);
-    return text.data();
-}
 
 // Texts with something between them; empty ones are left out.
 std::string Join(const std::vector<std::string>& texts, const char* between)
@@ -28,36 +23,17 @@ std::string Join(const std::vector<std::string>& texts, const char* between)
     return joined;
 }
 
+template <class... Values>
+std::string Format(const char* format, Values... values)
+{
+    std::array<char, 200> text;
+    snprintf(text.data(), text.size(), format, values...);
+    return text.data();
+}
+
 std::string WithUnit(double number, const char* unit)
 {
     return number > 0 ? Format("%.10g %s", number, unit) : "";
-}
-
-std::string MakeLength(double seconds)
-{
-    const auto whole = std::llround(seconds);
-    return whole > 0 ? Format("%lld:%02lld:%02lld", whole / 3600, whole / 60 % 60, whole % 60) : "";
-}
-
-struct SizeUnit
-{
-    double Bytes;
-    const char* Name;
-};
-
-constexpr SizeUnit SizeUnits[] = {
-    {1e12, "TB"},
-    {1e9,  "GB"},
-    {1e6,  "MB"},
-    {1e3,  "kB"},
-};
-
-std::string MakeSize(double bytes)
-{
-    for (const SizeUnit& unit : SizeUnits)
-        if (bytes >= unit.Bytes)
-            return Format("%.1f %s", bytes / unit.Bytes, unit.Name);
-    return bytes > 0 ? Format("%.0f bytes", bytes) : "";
 }
 
 std::string MakeBitrate(double kilobits)
@@ -128,15 +104,6 @@ void AddStreams(std::string& block, const CFilm& film, const char* name, const s
 }
 }
 
-std::string MakePlain(const std::string& text)
-{
-    std::string plain = text;
-    for (char& letter : plain)
-        if (static_cast<uint8_t>(letter) < 0x20 || letter == 0x7f)
-            letter = ' ';
-    return plain;
-}
-
 std::string MakeFilmBlock(const CFilm& film)
 {
     std::string block = MakePlain(ToUTF8(film.Path)) + "\n";
@@ -148,7 +115,7 @@ std::string MakeFilmBlock(const CFilm& film)
     AddLine(block, "HDR", MakeHDR(film));
     AddStreams(block, film, "Sound", "Audio");
     AddStreams(block, film, "Subtitles", "Subtitle");
-    AddLine(block, "Chapters", WithUnit(film.GetNumber("$!@_Chapters"), ""));
+    AddLine(block, "Chapters", film.GetText("$!@_Chapters"));
     for (const char* const tag : {"Name", "Series", "Artist", "Album", "Genre", "Director"})
         AddLine(block, tag, film.GetText(tag));
     return block;

@@ -1,8 +1,12 @@
 #pragma once
 
-#include <filesystem>
+#include "caller/files/CDescriptor.h"
 
-// A folder of its own for the files of the workers' runs, below the folder for temporary files. It goes with the object.
+#include <filesystem>
+#include <string>
+
+// A folder of its own for the files of the workers' runs, below the folder for temporary files. It goes with the object; one that a killed
+// program left is removed by the next.
 class CWorkFolder
 {
 public:
@@ -13,7 +17,11 @@ public:
     ~CWorkFolder();
 
     const std::filesystem::path& GetPath() const { return m_path; }
+    // A new name in it.
+    std::filesystem::path MakeName(const std::string& start, const std::string& extension) const;
 
 private:
     std::filesystem::path m_path;
+    CDescriptor m_lock;
+    mutable uint64_t m_count = 0;
 };

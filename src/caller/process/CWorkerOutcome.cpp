@@ -1,6 +1,8 @@
 #include "caller/process/CWorkerOutcome.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <cstring>
 #include <sstream>
 #include <string_view>
@@ -12,6 +14,9 @@ constexpr int FieldsBefore = 5;
 
 // What every run says, and what is told by the report.
 constexpr std::string_view Usual[] = {"Start", "Finish (", "Task completed", "Processing "};
+
+// Of a decoder that complains about every frame the last words say enough.
+constexpr size_t MaximumMessages = 8;
 
 std::string_view GetMessage(std::string_view line)
 {
@@ -25,48 +30,81 @@ std::string_view GetMessage(std::string_view line)
     return line;
 }
 
+// "[matroska,webm @ 0x561110032840] text" without the address, which is another one in each run.
+std::string WithoutAddress(std::string_view message)
+{
+    const size_t mark = message.find(" @ 0x");
+    const size_t end = message.find("] ");
+    if (!message.starts_with('[') || mark == std::string_view::npos || end == std::string_view::npos || mark > end)
+        return std::string(message);
+    return std::string(message.substr(1, mark - 1)) + ": " + std::string(message.substr(end + 2));
+}
+
+// Each message once, in the order in which they came first.
+std::vector<std::string> GetMessages(const std::string& log)
+{
+    std::vector<std::string> messages;
+    std::istringstream lines(log);
+    for (std::string line; std::getline(lines, line);)
+    {
+        const std::string message = WithoutAddress(GetMessage(line));
+        const bool isUsual = std::ranges::any_of(Usual, [&](std::string_view start) { return message.starts_with(start); });
+        if (!message.empty() && !isUsual && std::ranges::find(messages, message) == messages.end())
+            messages.push_back(message);
+        if (messages.size() > MaximumMessages)
+            messages.erase(messages.begin());
+    }
+    return messages;
+}
+
 std::string InSeconds(std::chrono::milliseconds time)
 {
-    return std::to_string(std::chrono::duration_cast<std::chrono::seconds>(time).count()) + " seconds";
+    std::array<char, 40> text;
+    snprintf(text.data(), text.size(), "%g seconds", std::chrono::duration<double>(time).count());
+    return text.data();
 }
 
 std::string InMebibytes(uint64_t bytes)
 {
     return std::to_string(bytes >> 20) + " MiB";
 }
-}
 
-std::string GetReasons(const std::string& log)
-{
-    std::string reasons;
-    std::istringstream lines(log);
-    for (std::string line; std::getline(lines, line);)
-    {
-        const std::string_view message = GetMessage(line);
-        const bool isUsual = std::ranges::any_of(Usual, [&](std::string_view start) { return message.starts_with(start); });
-        if (!message.empty() && !isUsual)
-            reasons += (reasons.empty() ? "" : "; ") + std::string(message);
-    }
-    return reasons.empty() ? "the worker failed and did not say why" : reasons;
-}
-
-std::string GetFailure(const CWorkerOutcome& outcome, const CWorkerRequest& request)
+// How a run ended that did not end by itself.
+std::string GetEnd(const CWorkerOutcome& outcome, const CWorkerRequest& request)
 {
     using End = CWorkerOutcome::End;
     switch (outcome.How)
     {
     case End::Exited:
-        return outcome.Number == 0 ? "" : GetReasons(outcome.Log);
+        return {};
     case End::Crashed:
         return "the worker crashed (" + std::string(strsignal(outcome.Number)) + ")";
     case End::TooLong:
         return "the worker did not end within " + InSeconds(request.TimeLimit);
     case End::TooMuchMemory:
         return "the worker took more than " + InMebibytes(request.MemoryLimit) + " of memory";
-    case End::Stopped:
-        return "the worker was stopped";
     case End::NotStarted:
         return "the worker cannot be started: " + std::string(strerror(outcome.Number));
     }
     return {};
+}
+}
+
+std::string GetReasons(const std::string& log)
+{
+    std::string reasons;
+    for (const std::string& message : GetMessages(log))
+        reasons += (reasons.empty() ? "" : "; ") + message;
+    return reasons;
+}
+
+std::string GetFailure(const CWorkerOutcome& outcome, const CWorkerRequest& request)
+{
+    if (outcome.HasSucceeded())
+        return {};
+    const std::string end = GetEnd(outcome, request);
+    const std::string reasons = GetReasons(outcome.Log);
+    if (!end.empty())
+        return end + (reasons.empty() ? "" : "; " + reasons);
+    return reasons.empty() ? "the worker failed and did not say why" : reasons;
 }

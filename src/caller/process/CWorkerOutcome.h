@@ -22,7 +22,6 @@ struct CWorkerOutcome
         Crashed,        // Number is the signal
         TooLong,        // killed at its time limit
         TooMuchMemory,  // killed at its memory limit
-        Stopped,        // killed because the caller ends
         NotStarted,     // Number is the system's reason
     };
 
@@ -35,8 +34,8 @@ struct CWorkerOutcome
     std::chrono::microseconds ProcessorTime {};  // of the worker and all that it started
 };
 
-// What the lines of a log say beside what every run says, parted by semicolons.
+// What the last lines of a log say beside what every run says, each once and parted by semicolons.
 std::string GetReasons(const std::string& log);
 
-// Why a run failed, in words; empty if it succeeded.
+// Why a run failed, in words: how it ended and what its log says. Empty if it succeeded.
 std::string GetFailure(const CWorkerOutcome& outcome, const CWorkerRequest& request);

@@ -93,9 +93,3 @@ void CWorkerPool::EndRuns()
     for (const auto& run : ended)
         run->OnEnd(run->Worker.TakeOutcome(), run->Worker.GetRequest());
 }
-
-void CWorkerPool::KillAll()
-{
-    for (const auto& run : m_runs)
-        run->Worker.Kill(CWorkerOutcome::End::Stopped);
-}

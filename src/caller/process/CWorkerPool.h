@@ -24,8 +24,6 @@ public:
     void Start(CWorkerRequest request, EndFunction onEnd);
     // Waits until a worker ends, the time is over, or a signal comes, and calls the functions of those that have ended.
     void Wait(std::chrono::milliseconds atMost);
-    // Kills all workers. Their functions are called by the next Wait.
-    void KillAll();
 
 private:
     struct Run

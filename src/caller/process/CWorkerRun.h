@@ -1,6 +1,6 @@
 #pragma once
 
-#include "caller/process/CDescriptor.h"
+#include "caller/files/CDescriptor.h"
 #include "caller/process/CWorkerOutcome.h"
 
 #include <filesystem>

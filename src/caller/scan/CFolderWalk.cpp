@@ -46,7 +46,7 @@ bool IsDisc(const fs::path& folder)
 CFileIdentity GetIdentity(const struct stat& status)
 {
     return {status.st_size, status.st_mtim.tv_sec * int64_t {1'000'000'000} + status.st_mtim.tv_nsec,
-            static_cast<int64_t>(status.st_ino), static_cast<int64_t>(status.st_dev)};
+            static_cast<int64_t>(status.st_ino)};
 }
 
 // Of a disc: the size of all its files, and the time of the newest.

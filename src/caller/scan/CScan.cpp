@@ -1,11 +1,9 @@
 #include "caller/scan/CScan.h"
 
-#include "caller/commands/CSignals.h"
-#include "caller/output/FilmBlock.h"
+#include "caller/output/Messages.h"
+#include "caller/process/CSignals.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <sys/stat.h>
 
 namespace
@@ -19,43 +17,19 @@ constexpr int WalkedAtOnce = 256;
 // What a kill can cost is made again.
 constexpr auto CommitInterval = 1s;
 
-constexpr int64_t TaskBit(CFilmTask::Kind task)
-{
-    return int64_t {1} << static_cast<int>(task);
-}
+// Lists and pages show pictures of this size, and a catalog of many thousands stays small. The place is the worker's own.
+const CPictureWish ScanPicture {.Size = 256, .Extension = ".webp"};
 
-std::string ReadFile(const fs::path& path)
+bool IsBelow(const std::string& path, const std::string& folder)
 {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return path == folder || path.starts_with(folder.ends_with('/') ? folder : folder + '/');
 }
 }
 
-// A film that workers look at, one task after the other.
-struct CScan::Film
+CScan::CScan(CCatalog& catalog, const CWorkerSettings& settings, const CScanOptions& options)
+    : m_catalog(catalog), m_options(options), m_runner(settings, ScanPicture)
 {
-    CFolderWalk::Film Found;
-    fs::path Picture = {};
-    CFilm Facts;
-    size_t NextTask = 0;
-    int64_t TasksDone = 0;
-    std::string Error = {};
-};
-
-CScan::CScan(CCatalog& catalog, const CCallerOptions& caller, const CScanOptions& options)
-    : m_catalog(catalog),
-      m_caller(caller),
-      m_options(options),
-      m_tasks {CFilmTask::Kind::Basic},
-      m_pool(caller.Worker, options.Jobs, m_folder)
-{
-    if (options.WithBars)
-        m_tasks.push_back(CFilmTask::Kind::Bars);
-    if (options.WithPictures)
-        m_tasks.push_back(CFilmTask::Kind::Picture);
 }
-
-CScan::~CScan() = default;
 
 CScanCounts CScan::Run(const std::vector<fs::path>& folders)
 {
@@ -70,23 +44,25 @@ void CScan::RunFolder(const fs::path& folder)
 {
     const auto onError = [this](const fs::path& path, const std::string& reason)
     {
+        ++m_counts.Unreadable;
         m_unreadable.push_back(path);
         m_progress.Say("zivora: " + MakePlain(ToUTF8(path)) + ": " + reason);
     };
     CFolderWalk walk(folder, onError);
     bool isWalking = true;
-    while (isWalking || m_queue.GetCount() > 0 || m_pool.GetRunningCount() > 0)
+    while (isWalking || m_queue.GetCount() > 0 || m_runner.GetCount() > 0)
     {
+        // The workers at work are killed with the runner, and their films are looked at by the next scan.
         if (CSignals::IsInterrupted())
-            return m_pool.KillAll();
+            return;
         StartFilms();
         if (isWalking)
             isWalking = WalkOn(walk);
-        const bool isBusy = isWalking && (m_pool.HasRoom() || m_queue.GetCount() < WalkedAtOnce);
-        m_pool.Wait(isBusy ? 0ms : 200ms);
+        const bool isBusy = isWalking && (m_runner.HasRoom() || m_queue.GetCount() < WalkedAtOnce);
+        m_runner.Wait(isBusy ? 0ms : 200ms);
         CommitSometimes();
         m_progress.Show({m_counts.Done, m_counts.Failed,
-                         m_counts.Done + m_queue.GetCount() + static_cast<int64_t>(m_pool.GetRunningCount()), !isWalking});
+                         m_counts.Done + m_queue.GetCount() + static_cast<int64_t>(m_runner.GetCount()), !isWalking});
     }
     MarkVanished(folder);
 }
@@ -107,66 +83,44 @@ bool CScan::WalkOn(CFolderWalk& walk)
 void CScan::See(const CFolderWalk::Film& found)
 {
     const std::optional<CCatalogRow> row = m_catalog.Find(found.Path);
-    int64_t wanted = 0;
-    for (const CFilmTask::Kind task : m_tasks)
-        wanted |= TaskBit(task);
-    if (row)
-    {
-        m_isThere.resize(std::max(m_isThere.size(), static_cast<size_t>(row->ID) + 1));
-        m_isThere[static_cast<size_t>(row->ID)] = true;
-    }
-    if (!row || row->Identity != found.Identity || (row->Tasks & wanted) != wanted)
-        return m_queue.Add(found);
+    if (!row)
+        return m_queue.Add({found, m_options.Tasks});
+    m_isThere.resize(std::max(m_isThere.size(), static_cast<size_t>(row->ID) + 1));
+    m_isThere[static_cast<size_t>(row->ID)] = true;
+    const CTaskSet tasks = GetTasksFor(found, *row);
+    if (!tasks.IsEmpty())
+        return m_queue.Add({found, tasks});
     ++m_counts.Unchanged;
     if (row->HasVanished)
         m_catalog.MarkPresent(row->ID);
 }
 
+// Of a file with another content everything is found out anew that was known of the old one.
+CTaskSet CScan::GetTasksFor(const CFolderWalk::Film& found, const CCatalogRow& row) const
+{
+    if (row.Identity != found.Identity)
+        return m_options.Tasks | row.Done;
+    const CTaskSet known = m_options.TriesAgain ? row.Done.Without(row.Failed) : row.Done;
+    return m_options.Tasks.Without(row.IsSound ? known | GetPictureTasks() : known);
+}
+
 void CScan::StartFilms()
 {
-    CFolderWalk::Film found;
-    while (m_pool.HasRoom() && m_queue.Take(found))
+    while (m_runner.HasRoom())
     {
-        const auto film = std::make_shared<Film>(Film {.Found = found, .Facts = {.Path = found.Path}});
-        StartTask(film);
+        const std::optional<CScanQueue::Entry> entry = m_queue.Take();
+        if (!entry)
+            return;
+        m_runner.Start(entry->Film.Path, entry->Tasks,
+                       [this, identity = entry->Film.Identity](const CFindings& findings) { Store(findings, identity); });
     }
 }
 
-void CScan::StartTask(const std::shared_ptr<Film>& film)
+void CScan::Store(const CFindings& findings, const CFileIdentity& identity)
 {
-    const CFilmTask::Kind kind = m_tasks[film->NextTask++];
-    if (kind == CFilmTask::Kind::Picture)
-        film->Picture = m_folder.GetPath() /
-                        ("thumb" + std::to_string(m_counts.Done) + "-" + std::to_string(m_pool.GetRunningCount()) + ".jpg");
-    const auto task = std::make_shared<CFilmTask>(
-        CFilmTask::Request {.What = kind, .Film = film->Found.Path, .Picture = film->Picture}, m_caller, m_folder);
-    m_pool.Start(task->GetRequest(),
-                 [this, film, task](const CWorkerOutcome& outcome, const CWorkerRequest&) { EndTask(film, *task, outcome); });
-}
-
-// The next task is tried also when one has failed: a film without a picture still has its sound.
-void CScan::EndTask(const std::shared_ptr<Film>& film, const CFilmTask& task, const CWorkerOutcome& outcome)
-{
-    if (outcome.How == CWorkerOutcome::End::Stopped)
-        return;
-    const std::string error = task.Finish(outcome, film->Facts);
-    film->TasksDone |= TaskBit(m_tasks[film->NextTask - 1]);
-    if (!error.empty())
-        film->Error += (film->Error.empty() ? "" : "; ") + error;
-    if (film->NextTask < m_tasks.size())
-        return StartTask(film);
-    Store(*film);
-}
-
-void CScan::Store(const Film& film)
-{
-    const std::string picture = film.Picture.empty() ? std::string() : ReadFile(film.Picture);
-    m_catalog.Store({film.Facts, film.Found.Identity, film.TasksDone, film.Error, picture});
+    m_catalog.Store(findings, identity);
     ++m_counts.Done;
-    m_counts.Failed += film.Error.empty() ? 0 : 1;
-    std::error_code ignored;
-    if (!film.Picture.empty())
-        fs::remove(film.Picture, ignored);
+    m_counts.Failed += findings.Errors.empty() ? 0 : 1;
 }
 
 // What lies in a folder that could not be read may still be there.
@@ -177,7 +131,7 @@ void CScan::MarkVanished(const fs::path& folder)
         if (static_cast<size_t>(id) < m_isThere.size() && m_isThere[static_cast<size_t>(id)])
             return true;
         struct stat status;
-        return std::ranges::any_of(m_unreadable, [&](const std::string& unreadable) { return path.starts_with(unreadable); }) ||
+        return std::ranges::any_of(m_unreadable, [&](const std::string& unreadable) { return IsBelow(path, unreadable); }) ||
                stat(path.c_str(), &status) == 0;
     };
     m_counts.Vanished += m_catalog.MarkVanished(folder, isThere);

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "caller/catalog/CCatalog.h"
-#include "caller/commands/CFilmTask.h"
-#include "caller/process/CWorkerPool.h"
 #include "caller/scan/CFolderWalk.h"
 #include "caller/scan/CProgressLine.h"
 #include "caller/scan/CScanQueue.h"
+#include "caller/tasks/CFilmRunner.h"
 
 #include <string>
 #include <vector>
@@ -13,10 +12,8 @@
 // What a scan does.
 struct CScanOptions
 {
-    size_t Jobs = 1;
-    // All that is known but black bars and pictures is always asked for.
-    bool WithPictures = false;
-    bool WithBars = false;
+    CTaskSet Tasks;           // what is to be known of each film
+    bool TriesAgain = false;  // tasks that failed, too
 };
 
 // What came of it, in films.
@@ -26,6 +23,7 @@ struct CScanCounts
     int64_t Failed = 0;
     int64_t Unchanged = 0;
     int64_t Vanished = 0;
+    int64_t Unreadable = 0;  // files and folders that could not be looked into
 };
 
 // Walks through folders and has the workers look at each film that the catalog does not have as it is now. A film that fails is a row
@@ -33,32 +31,25 @@ struct CScanCounts
 class CScan
 {
 public:
-    CScan(CCatalog& catalog, const CCallerOptions& caller, const CScanOptions& options);
-    ~CScan();
+    CScan(CCatalog& catalog, const CWorkerSettings& settings, const CScanOptions& options);
 
     // Scans folders, given as absolute paths, until all is done or the user interrupts it.
     CScanCounts Run(const std::vector<std::filesystem::path>& folders);
 
 private:
-    struct Film;
-
     void RunFolder(const std::filesystem::path& folder);
     bool WalkOn(CFolderWalk& walk);
     void See(const CFolderWalk::Film& found);
+    CTaskSet GetTasksFor(const CFolderWalk::Film& found, const CCatalogRow& row) const;
     void StartFilms();
-    void StartTask(const std::shared_ptr<Film>& film);
-    void EndTask(const std::shared_ptr<Film>& film, const CFilmTask& task, const CWorkerOutcome& outcome);
-    void Store(const Film& film);
+    void Store(const CFindings& findings, const CFileIdentity& identity);
     void MarkVanished(const std::filesystem::path& folder);
     void CommitSometimes();
 
     CCatalog& m_catalog;
-    const CCallerOptions& m_caller;
     CScanOptions m_options;
-    std::vector<CFilmTask::Kind> m_tasks;
-    CWorkFolder m_folder;
     CScanQueue m_queue;
-    CWorkerPool m_pool;
+    CFilmRunner m_runner;
     CProgressLine m_progress;
     CScanCounts m_counts;
     std::vector<std::string> m_unreadable;

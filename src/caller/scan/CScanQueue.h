@@ -13,9 +13,16 @@ class CScanQueue
 public:
     CScanQueue();
 
-    void Add(const CFolderWalk::Film& film);
-    // False when there is none.
-    bool Take(CFolderWalk::Film& film);
+    // A film and what is to be found out about it.
+    struct Entry
+    {
+        CFolderWalk::Film Film;
+        CTaskSet Tasks;
+    };
+
+    void Add(const Entry& entry);
+    // Nothing when there is none.
+    std::optional<Entry> Take();
     int64_t GetCount() const { return m_added - m_taken; }
 
 private:

@@ -1,4 +1,4 @@
-#include "caller/commands/CCallerOptions.h"
+#include "caller/tasks/CWorkerSettings.h"
 
 #include <filesystem>
 

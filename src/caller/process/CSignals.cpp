@@ -1,4 +1,4 @@
-#include "caller/commands/CSignals.h"
+#include "caller/process/CSignals.h"
 
 #include <csignal>
 

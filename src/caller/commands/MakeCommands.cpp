@@ -1,0 +1,16 @@
+#include "caller/commands/CCropCommand.h"
+#include "caller/commands/CInfoCommand.h"
+#include "caller/commands/CListCommand.h"
+#include "caller/commands/CScanCommand.h"
+#include "caller/commands/CThumbCommand.h"
+
+std::vector<std::unique_ptr<CCommand>> MakeCommands()
+{
+    std::vector<std::unique_ptr<CCommand>> commands;
+    commands.push_back(std::make_unique<CInfoCommand>());
+    commands.push_back(std::make_unique<CThumbCommand>());
+    commands.push_back(std::make_unique<CCropCommand>());
+    commands.push_back(std::make_unique<CScanCommand>());
+    commands.push_back(std::make_unique<CListCommand>());
+    return commands;
+}

@@ -1,0 +1,82 @@
+#include "caller/files/CWholeFile.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <stdexcept>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+namespace fs = std::filesystem;
+
+constexpr size_t BufferSize = 0x10000;
+
+// What a file gets that is made in the ordinary way. The mask can only be read by setting it.
+mode_t GetUsualMode()
+{
+    const mode_t mask = umask(0);
+    umask(mask);
+    return 0666 & ~mask;
+}
+}
+
+CWholeFile::CWholeFile(const fs::path& path) : m_path(path)
+{
+    // A link stays one: what it leads to is replaced.
+    std::error_code error;
+    if (const fs::path target = fs::canonical(path, error); !error)
+        m_path = target;
+    m_temporary = m_path.parent_path() / (".zivora-XXXXXX");
+    m_file = CDescriptor(mkostemp(m_temporary.data(), O_CLOEXEC));
+    if (!m_file.IsOpen())
+    {
+        m_temporary.clear();
+        Fail();
+    }
+}
+
+CWholeFile::~CWholeFile()
+{
+    if (!m_temporary.empty())
+        unlink(m_temporary.c_str());
+}
+
+void CWholeFile::Fail() const
+{
+    throw std::runtime_error("the file " + m_path.string() + " cannot be written: " + strerror(errno));
+}
+
+void CWholeFile::Write(std::string_view bytes)
+{
+    m_buffer += bytes;
+    if (m_buffer.size() >= BufferSize)
+        Flush();
+}
+
+void CWholeFile::Flush()
+{
+    size_t written = 0;
+    while (written < m_buffer.size())
+    {
+        const ssize_t count = write(m_file.Get(), m_buffer.data() + written, m_buffer.size() - written);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            Fail();
+        written += static_cast<size_t>(count);
+    }
+    m_buffer.clear();
+}
+
+void CWholeFile::Finish()
+{
+    Flush();
+    // The bytes are on the disk before the name leads to them.
+    if (fchmod(m_file.Get(), GetUsualMode()) != 0 || fsync(m_file.Get()) != 0 || rename(m_temporary.c_str(), m_path.c_str()) != 0)
+        Fail();
+    m_temporary.clear();
+    m_file.Close();
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "caller/process/CPlainName.h"
+#include "caller/process/CWorkerOutcome.h"
+#include "caller/tasks/CFindings.h"
+#include "caller/tasks/CWorkerSettings.h"
+
+#include <filesystem>
+#include <string>
+
+// A picture that is wanted of a film.
+struct CPictureWish
+{
+    int64_t Milliseconds = 5000;  // its place in the film
+    int Size = 0;                 // the longer side has at most so many pixels; 0 for a picture as the film has it
+    std::string Extension = ".jpg";
+};
+
+// One task of the worker on one film: its command, the files that it needs, and what came of it.
+class CFilmTask
+{
+public:
+    // The folder must outlive the task.
+    CFilmTask(TaskKind kind, const std::filesystem::path& film, const CPictureWish& wish, const CWorkFolder& folder);
+    CFilmTask(const CFilmTask&) = delete;
+    CFilmTask& operator=(const CFilmTask&) = delete;
+    // Removes its files.
+    ~CFilmTask();
+
+    CWorkerRequest GetRequest(const CWorkerSettings& settings) const;
+    // Adds what came of the run to what is known of the film.
+    void Finish(const CWorkerOutcome& outcome, const CWorkerRequest& request, CFindings& findings) const;
+
+private:
+    std::string Take(const CWorkerOutcome& outcome, const CWorkerRequest& request, CFindings& findings) const;
+    std::string TakePicture(CFindings& findings) const;
+
+    TaskKind m_kind;
+    CPictureWish m_wish;
+    CPlainName m_name;
+    std::filesystem::path m_result;
+};
