@@ -123,16 +123,21 @@ CCatalog::CCatalog(const fs::path& path, Access access)
             fs::create_directories(path.parent_path());
         TakeLock(path);
     }
+    else if (!fs::exists(path))
+        throw std::runtime_error("there is no catalog " + path.string() + ": zivora scan makes one");
     Open(path, access);
-    CheckVersion(access);
+    CheckVersion(path, access);
 }
 
+// A catalog that nobody changes is one file, which can be read also where nothing can be written. While others read it, it stays as it is.
 CCatalog::~CCatalog()
 {
     m_find.reset();
     m_known.reset();
     m_store.reset();
     m_present.reset();
+    if (m_lock.IsOpen() && m_database)
+        sqlite3_exec(m_database.get(), "PRAGMA busy_timeout = 0; PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
     m_database.reset();
 }
 
@@ -156,35 +161,39 @@ void CCatalog::Open(const fs::path& path, Access access)
     if (result != SQLITE_OK)
         throw std::runtime_error("the catalog " + path.string() + " cannot be opened: " + sqlite3_errmsg(database));
     sqlite3_busy_timeout(database, 10'000);
+    // The file is read for the first time here.
+    if (sqlite3_exec(database, "PRAGMA schema_version", nullptr, nullptr, nullptr) == SQLITE_NOTADB)
+        throw std::runtime_error("the file " + path.string() + " is no catalog of films");
     if (access == Access::Change)
         Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON;");
 }
 
-void CCatalog::CheckVersion(Access access)
+void CCatalog::CheckVersion(const fs::path& path, Access access)
 {
-    const auto getNumber = [this](const char* pragma)
+    const auto getNumber = [this](const char* query)
     {
-        CStatement statement(GetDatabase(), pragma);
+        CStatement statement(GetDatabase(), query);
         return statement.Step() ? statement.GetNumber(0) : 0;
     };
     const int64_t version = getNumber("PRAGMA user_version");
     const int64_t application = getNumber("PRAGMA application_id");
-    const int64_t tables = getNumber("SELECT count(*) FROM sqlite_master");
-    if (version == 0 && application == 0 && tables == 0 && access == Access::Change)
-    {
-        Begin();
-        Execute(MakeSchema().c_str());
-        Execute(("PRAGMA application_id = " + std::to_string(ApplicationID) +
-                 "; PRAGMA user_version = " + std::to_string(SchemaVersion))
-                    .c_str());
-        Commit();
-        return;
-    }
+    if (application == 0 && version == 0 && access == Access::Change && getNumber("SELECT count(*) FROM sqlite_master") == 0)
+        return MakeTables();
     if (application != ApplicationID)
-        throw std::runtime_error("the file is no catalog of films");
+        throw std::runtime_error("the file " + path.string() + " is no catalog of films");
     if (version != SchemaVersion)
-        throw std::runtime_error("the catalog has the version " + std::to_string(version) + ", and this program reads version " +
-                                 std::to_string(SchemaVersion));
+        throw std::runtime_error("the catalog " + path.string() + " has the version " + std::to_string(version) +
+                                 ", and this program reads version " + std::to_string(SchemaVersion));
+}
+
+void CCatalog::MakeTables()
+{
+    Begin();
+    Execute(MakeSchema().c_str());
+    Execute(
+        ("PRAGMA application_id = " + std::to_string(ApplicationID) + "; PRAGMA user_version = " + std::to_string(SchemaVersion))
+            .c_str());
+    Commit();
 }
 
 void CCatalog::Execute(const char* text) const

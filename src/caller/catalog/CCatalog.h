@@ -76,7 +76,8 @@ private:
 
     void Open(const std::filesystem::path& path, Access access);
     void TakeLock(const std::filesystem::path& path);
-    void CheckVersion(Access access);
+    void CheckVersion(const std::filesystem::path& path, Access access);
+    void MakeTables();
     void Execute(const char* text) const;
     void Begin();
     void AddKnown(const CFileIdentity& identity, CFindings& findings);

@@ -20,14 +20,14 @@ void CWorkerOptions::AddTo(CLI::App& app, Jobs jobs)
     {
         m_settings.Jobs = std::clamp(std::thread::hardware_concurrency(), 1U, MaximumDefaultJobs);
         app.add_option("--jobs", m_settings.Jobs, "Workers at a time; by default one for each core, at most 4")
-            ->check(CLI::Range(1, MaximumJobs))
+            ->check(CLI::Range(1, MaximumJobs).description(""))
             ->type_name("N");
     }
     app.add_option("--time-limit", m_timeLimit, "Seconds after which a worker is killed; by default 60, for black bars 300")
-        ->check(CLI::Range(0.001, MaximumTimeLimit))
+        ->check(CLI::Range(0.001, MaximumTimeLimit).description(""))
         ->type_name("SECONDS");
     app.add_option("--memory", m_settings.MemoryLimit, "Memory at which a worker is killed, such as 500M; by default 2G")
-        ->transform(CLI::AsSizeValue(false))
+        ->transform(CLI::AsSizeValue(false).description(""))
         ->type_name("SIZE");
     app.add_option("--worker", m_settings.Program, "The worker's program; by default the one beside this program")
         ->type_name("PROGRAM");

@@ -21,6 +21,9 @@ constexpr size_t MaximumReport = 0x10000;
 // Of a log the end says why it failed.
 constexpr std::streamoff MaximumLog = 0x10000;
 
+// What the worker allows itself when it is told nothing, in bytes.
+constexpr uint64_t WorkersOwnLimit = uint64_t {4} << 30;
+
 // What a shell says of a program that could not be run.
 constexpr int NotRun = 127;
 
@@ -45,6 +48,15 @@ std::vector<std::string> MakeEnvironment(const std::vector<std::string>& setting
             environment.push_back(text);
     }
     return environment;
+}
+
+// What a run has in its environment. Where the limit is above the worker's own, that one has to give way.
+std::vector<std::string> GetSettings(const CWorkerRequest& request, const std::filesystem::path& log)
+{
+    std::vector<std::string> settings = {"ZV_LOG_FILE=" + log.string(), "LC_ALL=C.UTF-8"};
+    if (request.MemoryLimit > WorkersOwnLimit && getenv("ZV_MEMORY_LIMIT") == nullptr)
+        settings.push_back("ZV_MEMORY_LIMIT=" + std::to_string(request.MemoryLimit));
+    return settings;
 }
 
 // In the new process, which has only one thread and calls nothing that takes memory. The reason of a failure goes through the pipe.
@@ -89,7 +101,7 @@ void CWorkerRun::Start(const std::string& program)
 {
     std::vector<std::string> arguments = m_request.Arguments;
     arguments.insert(arguments.begin(), program);
-    std::vector<std::string> environment = MakeEnvironment({"ZV_LOG_FILE=" + m_log.string(), "LC_NUMERIC=C"});
+    std::vector<std::string> environment = MakeEnvironment(GetSettings(m_request, m_log));
     const std::vector<char*> argv = AsPointers(arguments);
     const std::vector<char*> envp = AsPointers(environment);
     int output[2] = {-1, -1};
