@@ -59,21 +59,35 @@ std::vector<std::string> GetSettings(const CWorkerRequest& request, const std::f
     return settings;
 }
 
-// In the new process, which has only one thread and calls nothing that takes memory. The reason of a failure goes through the pipe.
-[[noreturn]] void Become(char** arguments, char** environment, int output, int failure)
+// What a new process needs to become the worker.
+struct Birth
+{
+    char* const* Arguments;
+    char* const* Environment;
+    int Output;   // the end of a pipe for what the worker prints
+    int Failure;  // and one for the reason why it cannot be started
+    pid_t Parent;
+};
+
+// In the new process, which has only one thread and calls nothing that takes memory.
+[[noreturn]] void Become(const Birth& birth)
 {
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // The parent may have ended before that.
+    if (getppid() != birth.Parent)
+        _exit(NotRun);
     const int nothing = open("/dev/null", O_RDONLY);
     dup2(nothing, STDIN_FILENO);
-    dup2(output, STDOUT_FILENO);
-    dup2(output, STDERR_FILENO);
+    dup2(birth.Output, STDOUT_FILENO);
+    dup2(birth.Output, STDERR_FILENO);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    execve(arguments[0], arguments, environment);
+    signal(SIGPIPE, SIG_DFL);
+    execve(birth.Arguments[0], birth.Arguments, birth.Environment);
     const int error = errno;
-    if (write(failure, &error, sizeof error) < 0)
+    if (write(birth.Failure, &error, sizeof error) < 0)
         _exit(NotRun);
     _exit(NotRun);
 }
@@ -111,9 +125,10 @@ void CWorkerRun::Start(const std::string& program)
     CDescriptor failureEnd(failure[1]);
     const CDescriptor failureRead(failure[0]);
     m_output = CDescriptor(output[0]);
+    const pid_t parent = getpid();
     const pid_t pid = hasPipes ? fork() : -1;
     if (pid == 0)
-        Become(const_cast<char**>(argv.data()), const_cast<char**>(envp.data()), output[1], failure[1]);
+        Become({argv.data(), envp.data(), output[1], failure[1], parent});
     int error = pid < 0 ? errno : 0;
     failureEnd.Close();
     if (pid > 0 && read(failureRead.Get(), &error, sizeof error) == static_cast<ssize_t>(sizeof error))
