@@ -15,8 +15,11 @@
 
 namespace
 {
-// A report has two lines. Of a worker that prints without end the rest is read and dropped.
+// The report are the last two lines. Of a worker that prints without end no more is kept.
 constexpr size_t MaximumReport = 0x10000;
+
+// Of such a worker no more is read at once, so that the others and the clock get their turn.
+constexpr size_t ReadAtOnce = 0x40000;
 
 // Of a log the end says why it failed.
 constexpr std::streamoff MaximumLog = 0x10000;
@@ -48,10 +51,13 @@ std::vector<std::string> MakeEnvironment(const std::vector<std::string>& setting
 }
 
 // In the new process, which has only one thread and calls nothing that takes memory. The reason of a failure goes through the pipe.
-[[noreturn]] void Become(char** arguments, char** environment, int output, int failure)
+[[noreturn]] void Become(char** arguments, char** environment, int output, int failure, pid_t parent)
 {
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // Who died before cannot be heard of any more.
+    if (getppid() != parent)
+        _exit(NotRun);
     const int nothing = open("/dev/null", O_RDONLY);
     dup2(nothing, STDIN_FILENO);
     dup2(output, STDOUT_FILENO);
@@ -99,9 +105,10 @@ void CWorkerRun::Start(const std::string& program)
     CDescriptor failureEnd(failure[1]);
     const CDescriptor failureRead(failure[0]);
     m_output = CDescriptor(output[0]);
+    const pid_t parent = getpid();
     const pid_t pid = hasPipes ? fork() : -1;
     if (pid == 0)
-        Become(const_cast<char**>(argv.data()), const_cast<char**>(envp.data()), output[1], failure[1]);
+        Become(const_cast<char**>(argv.data()), const_cast<char**>(envp.data()), output[1], failure[1], parent);
     int error = pid < 0 ? errno : 0;
     failureEnd.Close();
     if (pid > 0 && read(failureRead.Get(), &error, sizeof error) == static_cast<ssize_t>(sizeof error))
@@ -122,13 +129,16 @@ void CWorkerRun::Start(const std::string& program)
 void CWorkerRun::ReadOutput()
 {
     std::array<char, 0x1000> piece;
-    ssize_t count;
-    while ((count = read(m_output.Get(), piece.data(), piece.size())) > 0)
+    ssize_t count = 1;
+    for (size_t all = 0; count > 0 && all < ReadAtOnce; all += piece.size())
     {
-        const size_t kept =
-            std::min(static_cast<size_t>(count), MaximumReport - std::min(MaximumReport, m_outcome.Report.size()));
-        m_outcome.Report.append(piece.data(), kept);
+        count = read(m_output.Get(), piece.data(), piece.size());
+        m_outcome.Report.append(piece.data(), static_cast<size_t>(std::max<ssize_t>(count, 0)));
+        if (m_outcome.Report.size() > 2 * MaximumReport)
+            m_outcome.Report.erase(0, m_outcome.Report.size() - MaximumReport);
     }
+    if (count > 0)
+        return;
     if (count == 0 || (errno != EAGAIN && errno != EINTR))
         m_output.Close();
 }
