@@ -124,7 +124,14 @@ CCatalog::CCatalog(const fs::path& path, Access access)
         TakeLock(path);
     }
     Open(path, access);
-    CheckVersion(access);
+    // A file of another program stays as it is.
+    const bool isNew = access == Access::Change && IsNew();
+    if (!isNew)
+        CheckVersion(path);
+    if (access == Access::Change)
+        Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON;");
+    if (isNew)
+        MakeTables();
 }
 
 CCatalog::~CCatalog()
@@ -156,41 +163,44 @@ void CCatalog::Open(const fs::path& path, Access access)
     if (result != SQLITE_OK)
         throw std::runtime_error("the catalog " + path.string() + " cannot be opened: " + sqlite3_errmsg(database));
     sqlite3_busy_timeout(database, 10'000);
-    if (access == Access::Change)
-        Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON;");
 }
 
-void CCatalog::CheckVersion(Access access)
+int64_t CCatalog::GetNumber(const char* query) const
 {
-    const auto getNumber = [this](const char* pragma)
-    {
-        CStatement statement(GetDatabase(), pragma);
-        return statement.Step() ? statement.GetNumber(0) : 0;
-    };
-    const int64_t version = getNumber("PRAGMA user_version");
-    const int64_t application = getNumber("PRAGMA application_id");
-    const int64_t tables = getNumber("SELECT count(*) FROM sqlite_master");
-    if (version == 0 && application == 0 && tables == 0 && access == Access::Change)
-    {
-        Begin();
-        Execute(MakeSchema().c_str());
-        Execute(("PRAGMA application_id = " + std::to_string(ApplicationID) +
-                 "; PRAGMA user_version = " + std::to_string(SchemaVersion))
-                    .c_str());
-        Commit();
-        return;
-    }
-    if (application != ApplicationID)
-        throw std::runtime_error("the file is no catalog of films");
+    CStatement statement(GetDatabase(), query);
+    return statement.Step() ? statement.GetNumber(0) : 0;
+}
+
+bool CCatalog::IsNew() const
+{
+    return GetNumber("PRAGMA user_version") == 0 && GetNumber("PRAGMA application_id") == 0 &&
+           GetNumber("SELECT count(*) FROM sqlite_master") == 0;
+}
+
+void CCatalog::CheckVersion(const fs::path& path) const
+{
+    const int64_t version = GetNumber("PRAGMA user_version");
+    if (GetNumber("PRAGMA application_id") != ApplicationID)
+        throw std::runtime_error("the file " + path.string() + " is no catalog of films");
     if (version != SchemaVersion)
-        throw std::runtime_error("the catalog has the version " + std::to_string(version) + ", and this program reads version " +
-                                 std::to_string(SchemaVersion));
+        throw std::runtime_error("the catalog " + path.string() + " has the version " + std::to_string(version) +
+                                 ", and this program reads version " + std::to_string(SchemaVersion));
+}
+
+void CCatalog::MakeTables()
+{
+    Begin();
+    Execute(MakeSchema().c_str());
+    Execute(
+        ("PRAGMA application_id = " + std::to_string(ApplicationID) + "; PRAGMA user_version = " + std::to_string(SchemaVersion))
+            .c_str());
+    Commit();
 }
 
 void CCatalog::Execute(const char* text) const
 {
     if (sqlite3_exec(m_database.get(), text, nullptr, nullptr, nullptr) != SQLITE_OK)
-        throw std::runtime_error(std::string("the catalog: ") + sqlite3_errmsg(m_database.get()));
+        FailOfDatabase(m_database.get());
 }
 
 void CCatalog::Begin()
