@@ -3,12 +3,16 @@
 #include "caller/film/FilmFields.h"
 
 #include <algorithm>
+#include <array>
+#include <cctype>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/file.h>
+#include <unistd.h>
 
 namespace
 {
@@ -104,6 +108,26 @@ CTaskSet GetFailedTasks(const CFindings& findings)
     return failed;
 }
 
+// An absolute path as an address of SQLite, for a file that does not change while it is open.
+std::string MakeAddress(const fs::path& path)
+{
+    std::string address = "file:";
+    for (const char byte : path.native())
+    {
+        std::array<char, 4> code;
+        snprintf(code.data(), code.size(), "%%%02X", static_cast<uint8_t>(byte));
+        address += byte == '/' || isalnum(static_cast<uint8_t>(byte)) != 0 ? std::string(1, byte) : code.data();
+    }
+    return address + "?immutable=1";
+}
+
+// Whether a catalog that nobody writes stands in a folder in which the files cannot be made that SQLite shares between programs.
+bool IsSealed(const fs::path& path)
+{
+    std::error_code ignored;
+    return access(path.parent_path().c_str(), W_OK) != 0 && !fs::exists(path.string() + "-wal", ignored);
+}
+
 // The first path that does not begin with the bytes of a folder's path: all that do stand before it.
 std::string GetEnd(std::string folder)
 {
@@ -157,8 +181,12 @@ void CCatalog::TakeLock(const fs::path& path)
 void CCatalog::Open(const fs::path& path, Access access)
 {
     const int flags = access == Access::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    std::error_code error;
+    const fs::path target = fs::canonical(path, error);
+    const bool isSealed = access == Access::Read && !error && IsSealed(target);
+    const std::string name = isSealed ? MakeAddress(target) : fs::absolute(path).string();
     sqlite3* database = nullptr;
-    const int result = sqlite3_open_v2(path.c_str(), &database, flags, nullptr);
+    const int result = sqlite3_open_v2(name.c_str(), &database, flags | (isSealed ? SQLITE_OPEN_URI : 0), nullptr);
     m_database.reset(database);
     if (result != SQLITE_OK)
         throw std::runtime_error("the catalog " + path.string() + " cannot be opened: " + sqlite3_errmsg(database));
