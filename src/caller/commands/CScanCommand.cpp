@@ -57,8 +57,9 @@ void CScanCommand::AddOptions(CLI::App& app)
 ExitStatus CScanCommand::Run()
 {
     const std::vector<fs::path> folders = FindFolders(m_folders);
+    const CWorkerSettings settings = m_worker.GetSettings();
     CCatalog catalog(m_catalog.empty() ? GetDefaultCatalog() : fs::path(m_catalog), CCatalog::Access::Change);
-    CScan scan(catalog, m_worker.GetSettings(), {.Tasks = m_tasks.GetTasks(), .TriesAgain = m_triesAgain});
+    CScan scan(catalog, settings, {.Tasks = m_tasks.GetTasks(), .TriesAgain = m_triesAgain});
     const CScanCounts counts = scan.Run(folders);
     std::cout << (m_isJSON ? MakeJSON(counts) : Describe(counts)) << '\n';
     if (CSignals::IsInterrupted())

@@ -1,7 +1,12 @@
 #include "caller/commands/CWorkerOptions.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
 #include <thread>
+#include <unistd.h>
 
 namespace
 {
@@ -12,6 +17,14 @@ constexpr int MaximumJobs = 256;
 
 // A year, which is for ever.
 constexpr double MaximumTimeLimit = 365 * 24 * 3600.0;
+
+// Without this, each film of a library would be one that failed, and not be looked at again.
+void ExpectProgram(const std::string& program)
+{
+    const int error = access(program.c_str(), X_OK) != 0 ? errno : std::filesystem::is_directory(program) ? EACCES : 0;
+    if (error != 0)
+        throw std::runtime_error("the worker " + program + " cannot be started: " + strerror(error));
+}
 }
 
 void CWorkerOptions::AddTo(CLI::App& app, Jobs jobs)
@@ -38,6 +51,7 @@ CWorkerSettings CWorkerOptions::GetSettings() const
     CWorkerSettings settings = m_settings;
     if (settings.Program.empty())
         settings.Program = FindWorker();
+    ExpectProgram(settings.Program);
     if (m_timeLimit > 0)
         settings.TimeLimit = settings.BarsTimeLimit = std::chrono::milliseconds(static_cast<int64_t>(m_timeLimit * 1000));
     return settings;

@@ -25,11 +25,12 @@ struct CWorkerOutcome
         NotStarted,     // Number is the system's reason
     };
 
-    bool HasSucceeded() const { return How == End::Exited && Number == 0; }
+    // A worker that did not begin, since a library of its own is missing, ends with 0 too, but without a report.
+    bool HasSucceeded() const { return How == End::Exited && Number == 0 && Report.find("\nResult: 0\n") != std::string::npos; }
 
     End How = End::NotStarted;
     int Number = 0;
-    std::string Report = {};                     // what it printed, of which the start is kept
+    std::string Report = {};                     // what it printed, of which the end is kept
     std::string Log = {};                        // the lines of its log, of which the end is kept
     std::chrono::microseconds ProcessorTime {};  // of the worker and all that it started
 };

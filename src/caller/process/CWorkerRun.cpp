@@ -15,8 +15,11 @@
 
 namespace
 {
-// A report has two lines. Of a worker that prints without end the rest is read and dropped.
+// The report are the last two lines. Of a worker that prints without end no more is kept.
 constexpr size_t MaximumReport = 0x10000;
+
+// Of such a worker no more is read at once, so that the others and the clock get their turn.
+constexpr size_t ReadAtOnce = 0x40000;
 
 // Of a log the end says why it failed.
 constexpr std::streamoff MaximumLog = 0x10000;
@@ -149,13 +152,16 @@ void CWorkerRun::Start(const std::string& program)
 void CWorkerRun::ReadOutput()
 {
     std::array<char, 0x1000> piece;
-    ssize_t count;
-    while ((count = read(m_output.Get(), piece.data(), piece.size())) > 0)
+    ssize_t count = 1;
+    for (size_t all = 0; count > 0 && all < ReadAtOnce; all += piece.size())
     {
-        const size_t kept =
-            std::min(static_cast<size_t>(count), MaximumReport - std::min(MaximumReport, m_outcome.Report.size()));
-        m_outcome.Report.append(piece.data(), kept);
+        count = read(m_output.Get(), piece.data(), piece.size());
+        m_outcome.Report.append(piece.data(), static_cast<size_t>(std::max<ssize_t>(count, 0)));
+        if (m_outcome.Report.size() > 2 * MaximumReport)
+            m_outcome.Report.erase(0, m_outcome.Report.size() - MaximumReport);
     }
+    if (count > 0)
+        return;
     if (count == 0 || (errno != EAGAIN && errno != EINTR))
         m_output.Close();
 }

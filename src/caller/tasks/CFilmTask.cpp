@@ -1,5 +1,6 @@
 #include "caller/tasks/CFilmTask.h"
 
+#include "caller/film/FindDiscFile.h"
 #include "caller/film/ReadBlackBars.h"
 #include "caller/film/ReadResult.h"
 #include "caller/picture/CPicture.h"
@@ -27,7 +28,11 @@ std::string ReadFile(const fs::path& path)
 }
 
 CFilmTask::CFilmTask(TaskKind kind, const fs::path& film, const CPictureWish& wish, const CWorkFolder& folder)
-    : m_kind(kind), m_wish(wish), m_name(film, folder), m_result(folder.MakeName("result", GetExtension(kind, wish)))
+    : m_kind(kind),
+      m_wish(wish),
+      m_name(film, folder),
+      m_discFile(FindDiscFile(film)),
+      m_result(folder.MakeName("result", GetExtension(kind, wish)))
 {
 }
 
@@ -40,7 +45,7 @@ CFilmTask::~CFilmTask()
 CWorkerRequest CFilmTask::GetRequest(const CWorkerSettings& settings) const
 {
     CWorkerRequest request {
-        .Arguments = {GetTask(m_kind).Command, m_name.Get(), m_result},
+        .Arguments = {GetTask(m_kind).Command, m_discFile.empty() ? m_name.Get() : m_name.Get() + '/' + m_discFile, m_result},
         .TimeLimit = m_kind == TaskKind::Bars ? settings.BarsTimeLimit : settings.TimeLimit,
         .MemoryLimit = settings.MemoryLimit,
     };

@@ -38,5 +38,6 @@ private:
     TaskKind m_kind;
     CPictureWish m_wish;
     CPlainName m_name;
+    std::string m_discFile;  // below that name; empty if it is no disc
     std::filesystem::path m_result;
 };
