@@ -48,6 +48,8 @@ int main(int count, char** arguments)
     {
         CLI::App* const app = program.add_subcommand(command->GetName(), command->GetPurpose());
         command->AddOptions(*app);
+        if (command->IsInternal())
+            app->group("");
         app->footer(command->GetNotes() + "Example:  " + command->GetExample());
     }
     try

@@ -26,6 +26,8 @@ public:
     virtual const char* GetExample() const = 0;
     // What else its help tells, as whole lines.
     virtual std::string GetNotes() const { return {}; }
+    // Whether only the program itself uses it.
+    virtual bool IsInternal() const { return false; }
     // Says what the command takes; the values come into this object.
     virtual void AddOptions(CLI::App& app) = 0;
     // Does it. What stops it is thrown as std::exception with a sentence for the user; CLI::ValidationError is for wrong use.

@@ -1,6 +1,7 @@
 #include "caller/commands/CCropCommand.h"
 #include "caller/commands/CInfoCommand.h"
 #include "caller/commands/CListCommand.h"
+#include "caller/commands/CPictureCommand.h"
 #include "caller/commands/CScanCommand.h"
 #include "caller/commands/CThumbCommand.h"
 
@@ -12,5 +13,6 @@ std::vector<std::unique_ptr<CCommand>> MakeCommands()
     commands.push_back(std::make_unique<CCropCommand>());
     commands.push_back(std::make_unique<CScanCommand>());
     commands.push_back(std::make_unique<CListCommand>());
+    commands.push_back(std::make_unique<CPictureCommand>());
     return commands;
 }
