@@ -1,4 +1,5 @@
 #include "caller/commands/CInfoCommand.h"
+#include "caller/commands/CReportCommand.h"
 #include "caller/commands/CScanCommand.h"
 #include "caller/commands/CSignals.h"
 
@@ -32,6 +33,13 @@ int main(int count, char** arguments)
     scanCommand->add_option("--worker", options.Worker, "The worker's program");
     scanCommand->footer("Example:  zivora scan ~/Videos --thumbs");
     scanCommand->callback([&] { status = scan.Run(options); });
+    CReportCommand report;
+    CLI::App* const reportCommand = program.add_subcommand("report", "Writes a page with all films of a catalog");
+    reportCommand->add_option("CATALOG", report.Catalog, "The catalog; by default the user's own");
+    reportCommand->add_option("PAGE", report.Page, "The page; by default films.html in this folder, - for standard output");
+    reportCommand->add_flag("--json", report.AsJSON, "Tells the name of the page and how many films are in it as an object");
+    reportCommand->footer("Example:  zivora report && xdg-open films.html");
+    reportCommand->callback([&] { status = report.Run(); });
     try
     {
         program.parse(count, arguments);
