@@ -66,3 +66,8 @@ def make_films(count, pictures=()):
         if pictures:
             film["picture"] = pictures[number % len(pictures)]
         yield film
+
+
+def write_page(program, catalog, page):
+    """Has the program write its page, and returns what it says."""
+    return subprocess.run([program, "report", catalog, page], check=True, capture_output=True, text=True).stdout

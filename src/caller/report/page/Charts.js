@@ -2,6 +2,9 @@
 
 const mostBars = 8;
 
+// Fewer bars are as thick as so many would be.
+const leastBars = 6;
+
 // Minutes, up to which a film belongs to a class of lengths.
 const lengthClasses = [[15, "up to ¼ h"], [45, "¼ to ¾ h"], [75, "¾ to 1¼ h"], [105, "1¼ to 1¾ h"], [135, "1¾ to 2¼ h"], [Infinity, "longer"]];
 
@@ -39,10 +42,10 @@ class BarChart {
                 layout: {padding: {right: 48}},
                 plugins: {legend: {display: false}, tooltip: {enabled: false}},
                 scales: {
-                    x: {display: false, beginAtZero: true},
+                    x: {display: false, beginAtZero: true, bounds: "data"},
                     y: {grid: {display: false, drawBorder: false}, ticks: {autoSkip: false, crossAlign: "far"}},
                 },
-                onClick: (event, [bar]) => bar && this.keys[bar.index] !== null && onPick(this.keys[bar.index]),
+                onClick: (event, [bar]) => bar && typeof this.keys[bar.index] === "string" && onPick(this.keys[bar.index]),
             },
         });
         this.takeColors();
@@ -63,11 +66,13 @@ class BarChart {
     // Shows bars of {label, value, text, key}; a key is what is picked.
     show(bars, title = this.title) {
         this.heading.textContent = title;
-        this.keys = bars.map(bar => bar.key ?? null);
+        this.keys = bars.map(bar => bar.key);
         const {data} = this.chart;
-        data.labels = bars.map(bar => bar.label);
-        data.texts = bars.map(bar => bar.text);
-        data.datasets[0].data = bars.map(bar => bar.value);
+        const missing = new Array(Math.max(0, leastBars - bars.length)).fill({label: "", text: "", value: null});
+        const shown = [...bars, ...missing];
+        data.labels = shown.map(bar => bar.label);
+        data.texts = shown.map(bar => bar.text);
+        data.datasets[0].data = shown.map(bar => bar.value);
         this.canvas.setAttribute("aria-label", `${title}: ${bars.map(bar => `${bar.label} ${bar.text}`).join(", ") || "none"}`);
         this.chart.update();
     }
@@ -122,7 +127,7 @@ class Charts {
         const hours = value => `${value < 36e4 ? decimals.format(value / 3600) : counts.format(Math.round(value / 3600))} h`;
         const total = hours(seconds.reduce((sum, value) => sum + value, 0));
         this.lengths.show(lengthClasses.map(([, label], index) => ({label, value: seconds[index], text: hours(seconds[index])})),
-            `Total length: ${total}, by the length of films`);
+            `Total length: ${total}`);
         const figures = {Films: counts.format(films.length), "Total length": total, "Total size": showSize(size), Failed: counts.format(failed)};
         this.figures.replaceChildren(...Object.entries(figures).map(
             ([name, value]) => makeElement("div", {}, makeElement("dt", {}, name), makeElement("dd", {}, value))));

@@ -73,6 +73,14 @@ const table = new Table(byID("films"), films, {
     onOpen: (film, row) => details.open(film, row),
 });
 
+// The charts wait for the next frame: what is typed is answered by the table first, and many letters by one drawing.
+let drawing = 0;
+
+function showChartsSoon(result) {
+    clearTimeout(drawing);
+    drawing = setTimeout(() => requestAnimationFrame(() => charts.show(result)), 60);
+}
+
 function showSort() {
     sort.value = state.sort;
     byID("direction").textContent = state.isDescending ? "Descending" : "Ascending";
@@ -88,7 +96,7 @@ function show() {
     byID("nothing").hidden = result.rows.length > 0;
     filters.show(state.chosen, result.counts);
     table.show(result.rows, state);
-    charts.show(result);
+    showChartsSoon(result);
 }
 
 function change(part) {
@@ -176,6 +184,11 @@ function start() {
     takeKeys();
     takeTheme();
     show();
+    // The first look through all texts takes several times as long as the next ones, so it is not left to the first letter typed.
+    setTimeout(() => {
+        for (const word of ["a", "an", "any"])
+            selection.select({...state, search: word});
+    }, 200);
 }
 
 start();

@@ -1,6 +1,7 @@
 // The table of the films that are found, a page at a time.
 
-const rowsOfPage = 50;
+// A page is short enough to be made anew with each letter that is searched.
+const rowsOfPage = 30;
 
 // More rows than that are not printed.
 const mostRowsPrinted = 2000;
@@ -24,8 +25,11 @@ const columns = [
 ];
 
 function fillFilmCell(cell, film) {
+    // The name of the file is not told twice.
+    const path = film.get("path");
+    const isNamedByFile = path.endsWith(`/${film.name}`);
     cell.append(makeElement("span", {className: "name", title: film.name}, film.name),
-        makeElement("span", {className: "path", title: film.get("path")}, film.get("path")));
+        makeElement("span", {className: "path", title: path}, isNamedByFile ? path.slice(0, -film.name.length - 1) : path));
     if (film.error !== null)
         cell.append(makeElement("span", {className: "error"}, film.error));
 }
@@ -44,6 +48,7 @@ function fillCell(column, cell, film) {
     const text = column.show?.(film) ?? showValue(column.sort, film.get(column.sort));
     cell.append(makeElement("span", {title: text}, text));
     cell.classList.toggle("is-empty", text === "");
+    cell.classList.toggle("is-hdr", column.sort === "hdr" && text !== "" && text !== "SDR");
 }
 
 class Table {
