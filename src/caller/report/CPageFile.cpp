@@ -47,7 +47,7 @@ CPageFile::CPageFile(const fs::path& path) : m_path(path)
         if (!IsReport(m_path))
             Refuse("it is there already and no page of this program; choose another name");
     }
-    const fs::path part = m_path.parent_path() / ("." + m_path.filename().string() + "." + std::to_string(getpid()) + ".part");
+    const fs::path part = m_path.parent_path() / (".zivora-" + std::to_string(getpid()) + ".part");
     m_file = CDescriptor(open(part.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
     if (!m_file.IsOpen())
         Refuse(strerror(errno));
@@ -63,7 +63,8 @@ CPageFile::~CPageFile()
 
 void CPageFile::Refuse(const char* reason) const
 {
-    throw std::runtime_error("the page " + m_path.string() + " cannot be written: " + reason);
+    const std::string name = m_path == "-" ? "standard output" : "the page " + m_path.string();
+    throw std::runtime_error(name + " cannot be written: " + reason);
 }
 
 void CPageFile::Write(std::string_view text)

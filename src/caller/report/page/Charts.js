@@ -25,6 +25,7 @@ const barTexts = {
 class BarChart {
     constructor(parent, title, onPick = null) {
         this.title = title;
+        this.labelWidth = 0;
         this.heading = makeElement("h2", {}, title);
         this.canvas = makeElement("canvas");
         this.canvas.setAttribute("role", "img");
@@ -39,11 +40,15 @@ class BarChart {
                 animation: false,
                 maintainAspectRatio: false,
                 events: onPick ? ["click"] : [],
-                layout: {padding: {right: 48}},
+                layout: {padding: {}},
                 plugins: {legend: {display: false}, tooltip: {enabled: false}},
                 scales: {
                     x: {display: false, beginAtZero: true, bounds: "data"},
-                    y: {grid: {display: false, drawBorder: false}, ticks: {autoSkip: false, crossAlign: "far"}},
+                    y: {
+                        grid: {display: false, drawBorder: false},
+                        ticks: {autoSkip: false, crossAlign: "far"},
+                        afterFit: scale => { scale.width = this.labelWidth; },
+                    },
                 },
                 onClick: (event, [bar]) => bar && typeof this.keys[bar.index] === "string" && onPick(this.keys[bar.index]),
             },
@@ -73,8 +78,18 @@ class BarChart {
         data.labels = shown.map(bar => bar.label);
         data.texts = shown.map(bar => bar.text);
         data.datasets[0].data = shown.map(bar => bar.value);
+        // By itself the library gives labels half of the width at most, and the texts none.
+        this.labelWidth = this.#getWidth(data.labels);
+        this.chart.options.layout.padding.right = this.#getWidth(data.texts);
         this.canvas.setAttribute("aria-label", `${title}: ${bars.map(bar => `${bar.label} ${bar.text}`).join(", ") || "none"}`);
         this.chart.update();
+    }
+
+    // How wide the longest of the texts is, in pixels, with a gap.
+    #getWidth(texts) {
+        const {ctx, options} = this.chart;
+        ctx.font = Chart.helpers.toFont(options.font).string;
+        return Math.ceil(Math.max(...texts.map(text => ctx.measureText(text).width))) + 10;
     }
 }
 

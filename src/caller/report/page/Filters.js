@@ -36,7 +36,10 @@ class Filters {
     #makeChip(facet, value) {
         const text = `${facet.label}: ${showFacetValue(facet, value)}`;
         const button = makeElement("button", {type: "button", ariaLabel: `Remove the filter ${text}`}, text);
-        button.addEventListener("click", () => this.onChange(facet.name, value, false));
+        button.addEventListener("click", () => {
+            this.onChange(facet.name, value, false);
+            this.list.querySelector("button")?.focus();
+        });
         return makeElement("li", {}, button);
     }
 }

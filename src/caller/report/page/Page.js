@@ -83,7 +83,8 @@ function showChartsSoon(result) {
 
 function showSort() {
     sort.value = state.sort;
-    byID("direction").textContent = state.isDescending ? "Descending" : "Ascending";
+    byID("direction").replaceChildren(state.isDescending ? "↓" : "↑",
+        makeElement("span", {}, state.isDescending ? " Descending" : " Ascending"));
 }
 
 function show() {
@@ -91,9 +92,10 @@ function show() {
     if (search.value !== state.search)
         search.value = state.search;
     showSort();
-    byID("count").textContent = result.rows.length === films.length ? `${counts.format(films.length)} films`
-        : `${counts.format(result.rows.length)} of ${counts.format(films.length)} films`;
-    byID("nothing").hidden = result.rows.length > 0;
+    const all = `${counts.format(films.length)} ${films.length === 1 ? "film" : "films"}`;
+    byID("count").textContent = result.rows.length === films.length ? all : `${counts.format(result.rows.length)} of ${all}`;
+    byID("empty").hidden = films.length > 0;
+    byID("nothing").hidden = result.rows.length > 0 || films.length === 0;
     filters.show(state.chosen, result.counts);
     table.show(result.rows, state);
     showChartsSoon(result);
@@ -171,7 +173,10 @@ function start() {
         ...about.fields.map(({name}) => makeElement("option", {value: name}, showFieldName(name))));
     sort.addEventListener("change", () => change({sort: sort.value}));
     byID("direction").addEventListener("click", () => change({isDescending: !state.isDescending}));
-    byID("clear").addEventListener("click", () => change({search: "", chosen: new Map(facets.map(({name}) => [name, new Set()]))}));
+    byID("clear").addEventListener("click", () => {
+        change({search: "", chosen: new Map(facets.map(({name}) => [name, new Set()]))});
+        search.focus();
+    });
     byID("skip").addEventListener("click", () => table.focus());
     addEventListener("hashchange", () => {
         state = readState();

@@ -123,7 +123,9 @@ class Table {
         body.parentElement.hidden = this.rows.length === 0;
         if (body.rows.length > 0)
             body.rows[0].tabIndex = 0;
-        for (const button of this.table.table().container().querySelectorAll(".paginate_button"))
+        const pages = this.table.table().container().querySelector(".dataTables_paginate");
+        pages.hidden = this.table.page.info().pages < 2;
+        for (const button of pages.querySelectorAll(".paginate_button"))
             button.setAttribute("role", "button");
         this.events.onPage(this.table.page());
     }
