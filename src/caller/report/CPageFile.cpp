@@ -38,20 +38,26 @@ CPageFile::CPageFile(const fs::path& path) : m_path(path)
         return;
     }
     std::error_code error;
-    if (fs::is_directory(path, error))
-        Refuse("it is a folder");
     if (fs::exists(path, error))
     {
-        // Behind a link the page is replaced and the link stays.
+        // Behind a link the page is replaced and the link stays. A pipe is not asked: it may never answer.
         m_path = fs::canonical(path, error);
-        if (!IsReport(m_path))
+        if (!fs::is_regular_file(m_path, error) || !IsReport(m_path))
             Refuse("it is there already and no page of this program; choose another name");
     }
-    const fs::path part = m_path.parent_path() / (".zivora-" + std::to_string(getpid()) + ".part");
-    m_file = CDescriptor(open(part.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (!m_file.IsOpen())
-        Refuse(strerror(errno));
-    m_part = part;
+    OpenPart();
+}
+
+// One that a killed process has left may have any number.
+void CPageFile::OpenPart()
+{
+    for (int number = 0; !m_file.IsOpen(); ++number)
+    {
+        m_part = m_path.parent_path() / (".zivora-" + std::to_string(getpid()) + "-" + std::to_string(number) + ".part");
+        m_file = CDescriptor(open(m_part.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+        if (!m_file.IsOpen() && errno != EEXIST)
+            Refuse(strerror(errno));
+    }
 }
 
 CPageFile::~CPageFile()

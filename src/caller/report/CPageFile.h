@@ -24,6 +24,7 @@ public:
 
 private:
     void Refuse(const char* reason) const;
+    void OpenPart();
     void Flush();
 
     std::filesystem::path m_path;

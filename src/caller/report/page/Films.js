@@ -50,7 +50,7 @@ function takeFilms() {
         const readers = {
             number: value => value,
             text: value => value === null ? null : block.texts[value],
-            words: value => value.map(word => block.texts[word]),
+            words: value => (value ?? []).map(word => block.texts[word]),
         };
         const decoders = about.fields.map(field => readers[field.kind]);
         for (const row of block.films) {

@@ -70,7 +70,7 @@ const table = new Table(byID("films"), films, {
         state = {...state, page};
         writeStateSoon();
     },
-    onOpen: (film, row) => details.open(film, row),
+    onOpen: film => details.open(film),
 });
 
 // The charts wait for the next frame: what is typed is answered by the table first, and many letters by one drawing.

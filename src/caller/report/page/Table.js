@@ -53,7 +53,7 @@ function fillCell(column, cell, film) {
 
 class Table {
     // onOrder gets a field and whether it is descending, when the user has clicked on a column; onPage the number of the page, from 0;
-    // onOpen a film and its row.
+    // onOpen a film.
     constructor(element, films, {onOrder, onPage, onOpen}) {
         this.films = films;
         this.rows = [];
@@ -101,7 +101,7 @@ class Table {
         row.tabIndex = -1;
         row.film = film;
         row.classList.toggle("has-failed", film.error !== null);
-        row.addEventListener("click", () => getSelection().isCollapsed && this.events.onOpen(film, row));
+        row.addEventListener("click", () => getSelection().isCollapsed && this.events.onOpen(film));
         if (film.line !== null)
             this.pictures.observe(row);
     }
@@ -171,7 +171,7 @@ class Table {
             End: () => this.#focusRow(rows.at(-1)),
             PageDown: () => this.#turnPage("next"),
             PageUp: () => this.#turnPage("previous"),
-            Enter: () => this.events.onOpen(rows[index].film, rows[index]),
+            Enter: () => this.events.onOpen(rows[index].film),
         };
         if (actions[event.key]) {
             event.preventDefault();
