@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <clocale>
+#include <cstring>
 #include <iostream>
 
 namespace
@@ -14,8 +15,8 @@ ExitStatus FinishOutput(ExitStatus status)
     std::cout.flush();
     if (std::cout)
         return status;
-    if (errno != EPIPE)
-        SayError("not all of the output could be written");
+    if (const int error = errno; error != EPIPE)
+        SayError(std::string("not all of the output could be written: ") + strerror(error));
     return status == AllDone ? SomeFailed : status;
 }
 
