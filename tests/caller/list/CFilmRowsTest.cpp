@@ -9,55 +9,45 @@ namespace
 {
 using nlohmann::json;
 
-// A catalog of four films, of which one vanished; "d" could not be read.
+struct Row
+{
+    const char* Path;
+    const char* Values;  // JSON
+    const char* Error;   // of the basic task; empty if it did not fail
+};
+
+// clang-format off
+constexpr Row Rows[] = {
+    {"/films/a.mkv", R"({"Width": 3840, "Height": 2160, "File Size": 5000000000, "Duration": 5400.5, "Video Codec": "HEVC Main 10",
+        "HDR Format": "DolbyVision Profile 8", "Audio Language": ["English", "German"], "Video Scan": "Progressive",
+        "Name": "100% Wolf_man"})", ""},
+    {"/films/b.mkv", R"({"Width": 1920, "Height": 800, "File Size": 700000000, "Duration": 90, "Video Codec": "H264 High",
+        "Audio Language": ["Old English", null], "Video Scan": "Interlaced", "Name": "it's \"B\""})", ""},
+    {"/films/c\xff.mp3", R"({"Media Type": "Audio", "File Size": 900})", ""},
+    {"/films/d.mkv", "{}", "no film"},
+    {"/films/gone.mkv", R"({"Width": 3840})", ""},
+};
+// clang-format on
+
+// A catalog of these films, of which the last has vanished.
 class FilmRows : public testing::Test
 {
 protected:
     FilmRows()
     {
-        Add("/films/a.mkv", {
-                                {"Width",          3840                   },
-                                {"Height",         2160                   },
-                                {"File Size",      5'000'000'000          },
-                                {"Duration",       5400.5                 },
-                                {"Video Codec",    "HEVC Main 10 L5.0"    },
-                                {"HDR Format",     "DolbyVision Profile 8"},
-                                {"Audio Language", {"English", "German"}  },
-                                {"Video Scan",     "Progressive"          },
-                                {"Name",           "100% Wolf_man"        }
-        });
-        Add("/films/b.mkv", {
-                                {"Width",          1920                    },
-                                {"Height",         800                     },
-                                {"File Size",      700'000'000             },
-                                {"Duration",       90                      },
-                                {"Video Codec",    "H264 High L4.1"        },
-                                {"Audio Language", {"Old English", nullptr}},
-                                {"Video Scan",     "Interlaced"            },
-                                {"Name",           "it's \"B\""            }
-        });
-        Add("/films/c\xff.mp3", {
-                                    {"Media Type", "Audio"},
-                                    {"File Size",  900    }
-        });
-        Add("/films/d.mkv", json::object(), "no film");
-        Add("/films/gone.mkv", {
-                                   {"Width", 3840}
-        });
+        for (const Row& row : Rows)
+        {
+            CFindings findings;
+            findings.Film = {row.Path, json::parse(row.Values)};
+            findings.Done = TaskKind::Basic;
+            if (*row.Error != '\0')
+                findings.Errors["basic"] = row.Error;
+            m_catalog.Store(findings, {});
+        }
         m_catalog.MarkVanished("/films", [](int64_t, const std::string& path) { return path != "/films/gone.mkv"; });
         m_catalog.Commit();
     }
 
-    void Add(const std::string& path, const json& values, const std::string& error = "")
-    {
-        CFindings findings {
-            .Film = {path,                                               values},
-              .Done = TaskKind::Basic, .Errors = {                                                  }
-        };
-        if (!error.empty())
-            findings.Errors["basic"] = error;
-        m_catalog.Store(findings, {});
-    }
     // The letters of the films' names, in their order.
     std::string Query(const CFilmQuery& query) const
     {
