@@ -246,12 +246,12 @@ std::optional<CCatalogRow> CCatalog::Find(const std::string& path)
     return row;
 }
 
-// Adds what other tasks found out earlier, as long as the content is the same.
-void CCatalog::AddKnown(const CFileIdentity& identity, CFindings& findings)
+// Adds what other tasks found out earlier. False if that was about another content, or nothing.
+bool CCatalog::AddKnown(const CFileIdentity& identity, CFindings& findings)
 {
     const std::optional<CCatalogRow> row = Find(findings.Film.Path);
     if (!row || row->Identity != identity)
-        return;
+        return false;
     if (!m_known)
         m_known.emplace(GetDatabase(), "SELECT facts, errors FROM films WHERE id = ?");
     m_known->Bind(1, row->ID);
@@ -266,13 +266,14 @@ void CCatalog::AddKnown(const CFileIdentity& identity, CFindings& findings)
         if (!findings.Done.Has(task.Kind) && errors.contains(task.Name))
             findings.Errors[task.Name] = errors[task.Name];
     findings.Done = findings.Done | row->Done;
+    return true;
 }
 
 void CCatalog::Store(const CFindings& found, const CFileIdentity& identity)
 {
     Begin();
     CFindings findings = found;
-    AddKnown(identity, findings);
+    const bool isKnown = AddKnown(identity, findings);
     if (!m_store)
         m_store.emplace(GetDatabase(), MakeStoring());
     int parameter = 1;
@@ -288,7 +289,7 @@ void CCatalog::Store(const CFindings& found, const CFileIdentity& identity)
     m_store->Step();
     const int64_t id = m_store->GetNumber(0);
     m_store->Step();
-    if (found.Done.Has(TaskKind::Picture))
+    if (!isKnown || found.Done.Has(TaskKind::Picture))
         StorePicture(id, found);
 }
 

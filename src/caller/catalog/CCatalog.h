@@ -82,7 +82,7 @@ private:
     void MakeTables();
     void Execute(const char* text) const;
     void Begin();
-    void AddKnown(const CFileIdentity& identity, CFindings& findings);
+    bool AddKnown(const CFileIdentity& identity, CFindings& findings);
     void StorePicture(int64_t id, const CFindings& findings);
 
     std::unique_ptr<sqlite3, Close> m_database;

@@ -56,15 +56,15 @@ void CListCommand::AddOptions(CLI::App& app)
     app.add_option("--sort", m_sort, "A field to sort by, with - before it for the largest first; by default the path")
         ->check(CheckField)
         ->type_name("FIELD");
-    app.add_option("--columns", m_columns, "Fields that are shown, parted by commas")
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->check(CheckField)
-        ->type_name("FIELDS");
+    CLI::Option* const columns = app.add_option("--columns", m_columns, "Fields that are shown, parted by commas");
+    columns->delimiter(',')->allow_extra_args(false)->check(CheckField)->type_name("FIELDS");
     app.add_flag("--vanished", m_hasVanished, "Films that are not there any more, too");
     CLI::Option* const table = app.add_flag("--table", m_isTable, "A table for people, as without an option");
     CLI::Option* const csv = app.add_flag("--csv", m_isCSV, "Comma-separated values (RFC 4180)")->excludes(table);
-    app.add_flag("--json", m_isJSON, "One object a line, with the keys of the worker's results")->excludes(table)->excludes(csv);
+    app.add_flag("--json", m_isJSON, "One object a line, with the keys of the worker's results")
+        ->excludes(table)
+        ->excludes(csv)
+        ->excludes(columns);
 }
 
 ExitStatus CListCommand::Run()
