@@ -21,6 +21,13 @@ mode_t GetUsualMode()
     umask(mask);
     return 0666 & ~mask;
 }
+
+// A file that is replaced keeps its rights, so that what nobody else may read stays so.
+mode_t GetMode(const fs::path& path)
+{
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 ? status.st_mode & 0777 : GetUsualMode();
+}
 }
 
 CWholeFile::CWholeFile(const fs::path& path) : m_path(path)
@@ -75,7 +82,8 @@ void CWholeFile::Finish()
 {
     Flush();
     // The bytes are on the disk before the name leads to them.
-    if (fchmod(m_file.Get(), GetUsualMode()) != 0 || fsync(m_file.Get()) != 0 || rename(m_temporary.c_str(), m_path.c_str()) != 0)
+    if (fchmod(m_file.Get(), GetMode(m_path)) != 0 || fsync(m_file.Get()) != 0 ||
+        rename(m_temporary.c_str(), m_path.c_str()) != 0)
         Fail();
     m_temporary.clear();
     m_file.Close();
