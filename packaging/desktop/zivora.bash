@@ -6,7 +6,7 @@ _zivora_values()
 {
     local fields
     case $1 in
-        *{*}*)
+        *\{*\}*)
             fields=${1#*\{}
             fields=${fields%%\}*}
             echo "${fields//,/ }"
