@@ -28,10 +28,23 @@ mode_t GetMode(const fs::path& path)
     struct stat status;
     return stat(path.c_str(), &status) == 0 ? status.st_mode & 0777 : GetUsualMode();
 }
+
+bool IsNoFile(const fs::path& path)
+{
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
 }
 
 CWholeFile::CWholeFile(const fs::path& path) : m_path(path)
 {
+    if (IsNoFile(path))
+    {
+        m_file = CDescriptor(open(path.c_str(), O_WRONLY | O_CLOEXEC));
+        if (!m_file.IsOpen())
+            Fail();
+        return;
+    }
     // A link stays one: what it leads to is replaced.
     std::error_code error;
     if (const fs::path target = fs::canonical(path, error); !error)
@@ -81,6 +94,8 @@ void CWholeFile::Flush()
 void CWholeFile::Finish()
 {
     Flush();
+    if (m_temporary.empty())
+        return;
     // The bytes are on the disk before the name leads to them.
     if (fchmod(m_file.Get(), GetMode(m_path)) != 0 || fsync(m_file.Get()) != 0 ||
         rename(m_temporary.c_str(), m_path.c_str()) != 0)
