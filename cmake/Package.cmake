@@ -1,5 +1,5 @@
 # What is in the Debian packages and what their control files say; packaging/deb/build makes them with CPack.
-#   worker    zivora-worker: the program, the product's libraries, the man page
+#   worker    zivora-worker: the programs, the product's libraries, man pages, what desktops and shells know the caller by
 #   avcodec   zivora-avcodec: the codec component
 # Versions and dependencies are known when a package is made: packaging/deb/build gives them to CPack.
 
@@ -18,22 +18,29 @@ set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(plain_file OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 get_property(siblings GLOBAL PROPERTY ZV_SIBLINGS)
-install(TARGETS ZVWorker RUNTIME DESTINATION "${folder}" COMPONENT worker)
+install(TARGETS ZVWorker zivora RUNTIME DESTINATION "${folder}" COMPONENT worker)
 install(TARGETS ${siblings} LIBRARY DESTINATION "${folder}" PERMISSIONS ${plain_file} COMPONENT worker)
 
-# The program finds what belongs to it by where it is itself, so a link brings it onto the path.
-set(link "${PROJECT_BINARY_DIR}/package/ZVWorker")
-file(REMOVE "${link}")
+# A program finds what belongs to it by where it is itself, so a link brings it onto the path.
 file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/package")
-file(CREATE_LINK "../${folder}/ZVWorker" "${link}" SYMBOLIC)
-install(FILES "${link}" DESTINATION bin COMPONENT worker)
+foreach(program IN ITEMS ZVWorker zivora)
+    set(link "${PROJECT_BINARY_DIR}/package/${program}")
+    file(REMOVE "${link}")
+    file(CREATE_LINK "../${folder}/${program}" "${link}" SYMBOLIC)
+    install(FILES "${link}" DESTINATION bin COMPONENT worker)
+endforeach()
+
+set(desktop "${PROJECT_SOURCE_DIR}/packaging/desktop")
+install(FILES "${desktop}/zivora.thumbnailer" DESTINATION share/thumbnailers PERMISSIONS ${plain_file} COMPONENT worker)
+install(FILES "${desktop}/zivora.bash" DESTINATION share/bash-completion/completions RENAME zivora
+    PERMISSIONS ${plain_file} COMPONENT worker)
 
 # The worker looks for components in this folder, beside itself.
 cmake_path(GET CodecHeaders_COMPONENT FILENAME component)
 install(DIRECTORY "${CodecHeaders_COMPONENT}/" DESTINATION "${folder}/Plugins/${component}"
     FILE_PERMISSIONS ${plain_file} COMPONENT avcodec)
 
-# packaging/deb/build puts the man page, copyright files and changelogs there.
+# packaging/deb/build puts the man pages, copyright files and changelogs there.
 foreach(package IN ITEMS worker avcodec)
     install(DIRECTORY "${PROJECT_BINARY_DIR}/package/${package}/" DESTINATION share
         FILE_PERMISSIONS ${plain_file} COMPONENT ${package})
@@ -56,15 +63,16 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 
-# Without the codec component no film opens, and without the certificates no https address. What the binaries depend on comes later.
 set(CPACK_DEBIAN_WORKER_PACKAGE_NAME zivora-worker)
-set(CPACK_DEBIAN_WORKER_PACKAGE_RECOMMENDS "zivora-avcodec, ca-certificates")
 set(CPACK_DEBIAN_WORKER_DESCRIPTION "background worker of the Zivora media library
 The media library starts ZVWorker once for each film, sound file or disc. It
 tells what a film is, with its codecs, streams, tags and chapters, finds black
 bars, and makes thumbnails. The result goes to a file that the caller names.
+Whatever a damaged film does to this process, the library lives on.
 
-Whatever a damaged film does to this process, the library lives on.")
+The command zivora does the same for people and scripts: it tells what films
+are, makes pictures of them, also for the file manager, scans whole folders
+into a catalog, and lists the films in it by what they are.")
 
 set(CPACK_DEBIAN_AVCODEC_PACKAGE_NAME zivora-avcodec)
 set(CPACK_DEBIAN_AVCODEC_PACKAGE_ENHANCES zivora-worker)

@@ -19,23 +19,22 @@ std::string CheckTime(const std::string& text)
     return ReadTime(text) ? "" : "it is no time: " + text;
 }
 
-std::string CheckPicture(const std::string& name)
-{
-    const std::string extension = std::filesystem::path(name).extension();
-    return IsPictureExtension(extension) ? "" : "its name must end with .jpg, .png or .webp";
-}
 }
 
 void CThumbCommand::AddOptions(CLI::App& app)
 {
     app.add_option("FILE", m_film, "The film")->required();
-    app.add_option("PICTURE", m_picture, "The picture; its name ends with .jpg, .png or .webp")->required()->check(CheckPicture);
+    app.add_option("PICTURE", m_picture, "The picture; its name ends with .jpg, .png or .webp, or --format says what it is")
+        ->required();
     app.add_option("--at", m_time, "The place in the film, in seconds or as 1:02:03.5; by default 5 seconds")
         ->check(CheckTime)
         ->type_name("TIME");
     app.add_option("--size", m_wish.Size, "Pixels that the longer side has at most; by default the size of the film")
         ->check(CLI::Range(1, MaximumSize).description(""))
         ->type_name("N");
+    app.add_option("--format", m_format, "The format of the picture; by default that of its name")
+        ->check(CLI::IsMember({"jpg", "png", "webp"}))
+        ->type_name("FORMAT");
     app.add_flag("--json", m_isJSON, "The names as an object");
     m_worker.AddTo(app, CWorkerOptions::Jobs::One);
 }
@@ -44,7 +43,7 @@ ExitStatus CThumbCommand::Run()
 {
     if (!m_time.empty())
         m_wish.Milliseconds = *ReadTime(m_time);
-    m_wish.Extension = std::filesystem::path(m_picture).extension();
+    m_wish.Extension = GetExtension();
     std::optional<CFindings> findings = RunOne(m_film, TaskKind::Picture, m_worker.GetSettings(), m_wish);
     if (!findings)
         return Interrupted;
@@ -63,4 +62,16 @@ ExitStatus CThumbCommand::Run()
     else if (!error.empty())
         SayFailure(m_film, error);
     return error.empty() ? AllDone : SomeFailed;
+}
+
+// Decides on the format alone. The name of the picture may say something else, or nothing.
+std::string CThumbCommand::GetExtension() const
+{
+    if (!m_format.empty())
+        return "." + m_format;
+    const std::string extension = std::filesystem::path(m_picture).extension();
+    if (!IsPictureExtension(extension))
+        throw CLI::ValidationError("PICTURE",
+                                   "its name must end with .jpg, .png or .webp, or --format must say what it is: " + m_picture);
+    return extension;
 }

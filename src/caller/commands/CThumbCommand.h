@@ -17,9 +17,12 @@ public:
     ExitStatus Run() override;
 
 private:
+    std::string GetExtension() const;
+
     std::string m_film;
     std::string m_picture;
     std::string m_time;
+    std::string m_format;
     CPictureWish m_wish;
     CWorkerOptions m_worker;
     bool m_isJSON = false;

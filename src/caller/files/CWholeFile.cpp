@@ -21,10 +21,30 @@ mode_t GetUsualMode()
     umask(mask);
     return 0666 & ~mask;
 }
+
+// A file that is replaced keeps its rights, so that what nobody else may read stays so.
+mode_t GetMode(const fs::path& path)
+{
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 ? status.st_mode & 0777 : GetUsualMode();
+}
+
+bool IsNoFile(const fs::path& path)
+{
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
 }
 
 CWholeFile::CWholeFile(const fs::path& path) : m_path(path)
 {
+    if (IsNoFile(path))
+    {
+        m_file = CDescriptor(open(path.c_str(), O_WRONLY | O_CLOEXEC));
+        if (!m_file.IsOpen())
+            Fail();
+        return;
+    }
     // A link stays one: what it leads to is replaced.
     std::error_code error;
     if (const fs::path target = fs::canonical(path, error); !error)
@@ -74,8 +94,11 @@ void CWholeFile::Flush()
 void CWholeFile::Finish()
 {
     Flush();
+    if (m_temporary.empty())
+        return;
     // The bytes are on the disk before the name leads to them.
-    if (fchmod(m_file.Get(), GetUsualMode()) != 0 || fsync(m_file.Get()) != 0 || rename(m_temporary.c_str(), m_path.c_str()) != 0)
+    if (fchmod(m_file.Get(), GetMode(m_path)) != 0 || fsync(m_file.Get()) != 0 ||
+        rename(m_temporary.c_str(), m_path.c_str()) != 0)
         Fail();
     m_temporary.clear();
     m_file.Close();

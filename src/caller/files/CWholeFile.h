@@ -7,7 +7,7 @@
 #include <string_view>
 
 // A file that is written whole or not at all: beside its name first, and renamed when it is finished. What was there before stays until
-// then, and for good when anything fails.
+// then, and for good when anything fails. A device or a pipe, such as /dev/stdout, is no file: it gets the bytes as they come.
 //
 // Failures are thrown as std::runtime_error that names the file and the reason.
 class CWholeFile
