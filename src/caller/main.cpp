@@ -2,6 +2,7 @@
 #include "caller/output/Messages.h"
 #include "caller/process/CSignals.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <clocale>
 #include <cstring>
@@ -23,6 +24,16 @@ ExitStatus FinishOutput(ExitStatus status)
 std::string ExplainWrongUse(const CLI::App*, const CLI::Error& error)
 {
     return std::string("zivora: ") + error.what() + "\nzivora: --help after a command tells what it takes\n";
+}
+
+// The library says of a command that it does not know that there is none.
+void CheckCommand(const CLI::App& program, int count, char** arguments)
+{
+    const auto commands = program.get_subcommands([](const CLI::App*) { return true; });
+    const std::string name = count > 1 ? arguments[1] : "";
+    if (!name.empty() && !name.starts_with('-') &&
+        std::ranges::none_of(commands, [&](const CLI::App* command) { return command->get_name() == name; }))
+        throw CLI::ExtrasError("there is no command " + name, CLI::ExitCodes::ExtrasError);
 }
 
 ExitStatus RunCommand(const CLI::App& program, const std::vector<std::unique_ptr<CCommand>>& commands)
@@ -55,6 +66,7 @@ int main(int count, char** arguments)
     }
     try
     {
+        CheckCommand(program, count, arguments);
         program.parse(count, arguments);
         return FinishOutput(RunCommand(program, commands));
     }

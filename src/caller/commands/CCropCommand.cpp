@@ -1,5 +1,6 @@
 #include "caller/commands/CCropCommand.h"
 
+#include "caller/commands/CheckName.h"
 #include "caller/commands/RunOne.h"
 #include "caller/film/ReadBlackBars.h"
 #include "caller/output/CropText.h"
@@ -10,7 +11,7 @@
 
 void CCropCommand::AddOptions(CLI::App& app)
 {
-    app.add_option("FILE", m_film, "The film")->required();
+    app.add_option("FILE", m_film, "The film")->required()->check(CheckName);
     app.add_flag("--json", m_isJSON,
                  "An object, in which \"crop\" stands for ffmpeg, or is null where nothing should be cut off");
     m_worker.AddTo(app, CWorkerOptions::Jobs::One);

@@ -1,5 +1,6 @@
 #include "caller/commands/CInfoCommand.h"
 
+#include "caller/commands/CheckName.h"
 #include "caller/output/FilmBlock.h"
 #include "caller/output/FilmJSON.h"
 #include "caller/output/Messages.h"
@@ -13,7 +14,7 @@ using namespace std::chrono_literals;
 
 void CInfoCommand::AddOptions(CLI::App& app)
 {
-    app.add_option("FILE", m_films, "Films, sound files, or folders that are discs")->required();
+    app.add_option("FILE", m_films, "Films, sound files, or folders that are discs")->required()->check(CheckName);
     app.add_flag("--json", m_isJSON, "One object a line, with the keys of the worker's results");
     m_worker.AddTo(app, CWorkerOptions::Jobs::Several);
 }

@@ -1,6 +1,7 @@
 #include "caller/commands/CListCommand.h"
 
 #include "caller/catalog/DefaultCatalog.h"
+#include "caller/list/FilmColumn.h"
 #include "caller/output/CFilmTable.h"
 #include "caller/output/FilmCSV.h"
 #include "caller/output/FilmJSON.h"
@@ -28,7 +29,12 @@ std::string CheckCondition(const std::string& text)
 
 std::string CheckField(const std::string& name)
 {
-    return FindFilmField(name.starts_with('-') ? name.substr(1) : name) != nullptr ? "" : "there is no field \"" + name + "\"";
+    return FindFilmField(name) != nullptr ? "" : "there is no field \"" + name + "\"";
+}
+
+std::string CheckSort(const std::string& name)
+{
+    return FindFilmColumn(name.starts_with('-') ? name.substr(1) : name) ? "" : "there is no field \"" + name + "\"";
 }
 }
 
@@ -54,7 +60,7 @@ void CListCommand::AddOptions(CLI::App& app)
     app.add_option("CATALOG", m_catalog, "The catalog; by default the user's own");
     app.add_option("--where", m_where, "Only films that fulfill it")->check(CheckCondition)->type_name("CONDITION");
     app.add_option("--sort", m_sort, "A field to sort by, with - before it for the largest first; by default the path")
-        ->check(CheckField)
+        ->check(CheckSort)
         ->type_name("FIELD");
     CLI::Option* const columns = app.add_option("--columns", m_columns, "Fields that are shown, parted by commas");
     columns->delimiter(',')->allow_extra_args(false)->check(CheckField)->type_name("FIELDS");

@@ -1,6 +1,7 @@
 #include "caller/commands/CScanCommand.h"
 
 #include "caller/catalog/DefaultCatalog.h"
+#include "caller/commands/CheckName.h"
 #include "caller/process/CSignals.h"
 #include "caller/scan/CScan.h"
 
@@ -17,7 +18,7 @@ std::vector<fs::path> FindFolders(const std::vector<std::string>& names)
     for (const std::string& name : names)
     {
         if (!fs::is_directory(name))
-            throw std::runtime_error("there is no folder " + name);
+            throw std::runtime_error(fs::exists(name) ? name + " is no folder" : "there is no folder " + name);
         folders.push_back(fs::canonical(name));
     }
     return folders;
@@ -28,17 +29,23 @@ std::string Describe(const CScanCounts& counts)
     const auto count = [](int64_t number) { return std::to_string(number); };
     std::string text = count(counts.Done) + (counts.Done == 1 ? " film" : " films") + " looked at, " + count(counts.Failed) +
                        " failed; " + count(counts.Unchanged) + " unchanged, " + count(counts.Vanished) + " vanished";
-    return text + (counts.Unreadable == 0 ? "" : "; " + count(counts.Unreadable) + " files or folders cannot be read");
+    if (counts.FailedBefore > 0)
+        text += "; " + count(counts.FailedBefore) + " of the unchanged failed before (--retry tries them again)";
+    if (counts.Unreadable > 0)
+        text += "; " + count(counts.Unreadable) + (counts.Unreadable == 1 ? " file or folder" : " files or folders") +
+                " cannot be read";
+    return text;
 }
 
 std::string MakeJSON(const CScanCounts& counts)
 {
     return nlohmann::json {
-        {"done",       counts.Done      },
-        {"failed",     counts.Failed    },
-        {"unchanged",  counts.Unchanged },
-        {"vanished",   counts.Vanished  },
-        {"unreadable", counts.Unreadable}
+        {"done",          counts.Done        },
+        {"failed",        counts.Failed      },
+        {"unchanged",     counts.Unchanged   },
+        {"failed before", counts.FailedBefore},
+        {"vanished",      counts.Vanished    },
+        {"unreadable",    counts.Unreadable  }
     }
         .dump();
 }
@@ -46,7 +53,7 @@ std::string MakeJSON(const CScanCounts& counts)
 
 void CScanCommand::AddOptions(CLI::App& app)
 {
-    app.add_option("FOLDER", m_folders, "Folders with films")->required();
+    app.add_option("FOLDER", m_folders, "Folders with films")->required()->check(CheckName);
     app.add_option("--to", m_catalog, "The catalog; by default the user's own")->type_name("CATALOG");
     app.add_flag("--retry", m_triesAgain, "Try films again that failed before");
     app.add_flag("--json", m_isJSON, "The counts at the end as an object");

@@ -1,5 +1,7 @@
 #include "caller/commands/CTaskOptions.h"
 
+#include "caller/picture/CPictureLibrary.h"
+
 void CTaskOptions::AddTo(CLI::App& app)
 {
     const std::string group = "What is found out (by default --basic --thumbs)";
@@ -11,12 +13,15 @@ void CTaskOptions::AddTo(CLI::App& app)
 
 CTaskSet CTaskOptions::GetTasks() const
 {
-    if (!m_isBasic && !m_isBars && !m_isPicture)
-        return CTaskSet(TaskKind::Basic) | TaskKind::Picture;
+    const bool isUsual = !m_isBasic && !m_isBars && !m_isPicture;
     CTaskSet tasks = TaskKind::Basic;
     if (m_isBars)
         tasks = tasks | TaskKind::Bars;
-    if (m_isPicture)
+    if (m_isPicture || isUsual)
+    {
+        // Otherwise each film would be one that failed.
+        CPictureLibrary::Get();
         tasks = tasks | TaskKind::Picture;
+    }
     return tasks;
 }

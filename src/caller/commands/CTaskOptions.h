@@ -10,6 +10,7 @@ class CTaskOptions
 public:
     void AddTo(CLI::App& app);
     // The tasks that were chosen, to which the basic one always belongs; all but the black bars, which take long, when none was.
+    // Throws std::runtime_error if the library for pictures is not there.
     CTaskSet GetTasks() const;
 
 private:

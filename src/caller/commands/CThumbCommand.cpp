@@ -1,5 +1,6 @@
 #include "caller/commands/CThumbCommand.h"
 
+#include "caller/commands/CheckName.h"
 #include "caller/commands/RunOne.h"
 #include "caller/files/CWholeFile.h"
 #include "caller/film/ReadTime.h"
@@ -23,7 +24,7 @@ std::string CheckTime(const std::string& text)
 
 void CThumbCommand::AddOptions(CLI::App& app)
 {
-    app.add_option("FILE", m_film, "The film")->required();
+    app.add_option("FILE", m_film, "The film")->required()->check(CheckName);
     app.add_option("PICTURE", m_picture, "The picture; its name ends with .jpg, .png or .webp, or --format says what it is")
         ->required();
     app.add_option("--at", m_time, "The place in the film, in seconds or as 1:02:03.5; by default 5 seconds")

@@ -1,6 +1,6 @@
 #include "caller/list/CFilmRows.h"
 
-#include "caller/film/FilmFields.h"
+#include "caller/list/FilmColumn.h"
 
 #include <stdexcept>
 
@@ -12,11 +12,11 @@ std::string MakeOrder(const std::string& sort)
     const std::string name = sort.substr(isDescending ? 1 : 0);
     if (name.empty())
         return "path";
-    const FilmField* const field = FindFilmField(name);
-    if (field == nullptr)
+    const std::optional<FilmColumn> column = FindFilmColumn(name);
+    if (!column)
         throw std::runtime_error("there is no field \"" + name + "\" to sort by");
     // What is not known comes last in both directions.
-    return std::string(field->Name) + (isDescending ? " COLLATE NOCASE DESC" : " COLLATE NOCASE") + " NULLS LAST, path";
+    return column->SQL + (isDescending ? " COLLATE NOCASE DESC" : " COLLATE NOCASE") + " NULLS LAST, path";
 }
 
 std::string MakeQuery(const CFilmQuery& query)

@@ -1,8 +1,8 @@
 #include "caller/list/CFilter.h"
 
-#include "caller/film/FilmFields.h"
 #include "caller/film/ReadTime.h"
 #include "caller/list/CFilterTokens.h"
+#include "caller/list/FilmColumn.h"
 
 #include <algorithm>
 #include <charconv>
@@ -51,10 +51,6 @@ std::optional<double> ReadNumber(const std::string& text)
         return static_cast<double>(*milliseconds) / 1000;
     return std::nullopt;
 }
-
-// What a column of the catalog holds that is no field of a film.
-constexpr const char* PathColumn = "CAST(path AS TEXT)";
-constexpr std::string_view ErrorName = "error";
 
 // A name of a condition as an expression of SQL.
 struct Operand
@@ -180,16 +176,11 @@ private:
 
     void SetColumn(Operand& operand) const
     {
-        if (std::ranges::equal(operand.Name, ErrorName, {}, tolower))
-        {
-            operand.SQL = ErrorName;
-            return;
-        }
-        const FilmField* const field = FindFilmField(operand.Name);
-        if (field == nullptr)
+        const std::optional<FilmColumn> column = FindFilmColumn(operand.Name);
+        if (!column)
             m_tokens.Fail("there is no field \"" + operand.Name + "\"");
-        operand.What = static_cast<Operand::Kind>(field->Kind);
-        operand.SQL = std::string_view(field->Name) == "path" ? PathColumn : field->Name;
+        operand.What = static_cast<Operand::Kind>(column->Kind);
+        operand.SQL = column->SQL;
     }
 
     std::string MakePresence(const Operand& operand)

@@ -80,11 +80,16 @@ std::string WithUnit(const std::string& number, const char* unit)
     return number.empty() ? "" : number + " " + unit;
 }
 
+std::string MakeChannels(const std::string& count)
+{
+    return WithUnit(count, count == "1" ? "channel" : "channels");
+}
+
 std::string MakeStream(const CFilm& film, const std::string& kind, size_t index)
 {
     const std::string title = GetEntry(film, kind + " Title", index);
     return Join({GetEntry(film, kind + " Language", index), GetEntry(film, kind + " Codec", index),
-                 WithUnit(GetEntry(film, kind + " Channels", index), "channels"),
+                 MakeChannels(GetEntry(film, kind + " Channels", index)),
                  WithUnit(GetEntry(film, kind + " Sample Rate", index), "Hz"),
                  WithUnit(GetEntry(film, kind + " Bitrate", index), "kbit/s"), title.empty() ? "" : "\"" + title + "\""},
                 ", ");

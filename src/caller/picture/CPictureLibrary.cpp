@@ -20,7 +20,7 @@ CPictureLibrary Open()
 {
     void* const library = dlopen(FileName, RTLD_LAZY | RTLD_LOCAL);
     if (library == nullptr)
-        throw std::runtime_error(std::string("pictures cannot be made smaller: ") + dlerror() + " (package libgd3)");
+        throw std::runtime_error(std::string("pictures cannot be made smaller without the package libgd3: ") + dlerror());
     CPictureLibrary functions;
 #define ZV_BIND(name) Bind(functions.name, library, #name);
     ZV_PICTURE_FUNCTIONS(ZV_BIND)

@@ -9,8 +9,12 @@
 
 namespace
 {
-// A line of the log has tabs in front of what was said, the last of five fields.
-constexpr int FieldsBefore = 5;
+// A line of the log has tabs in front of what was said, the last of five fields. The fourth is the category.
+constexpr size_t CategoryField = 3;
+constexpr size_t MessageField = 5;
+
+// The category of what the codec libraries say.
+constexpr std::string_view LibraryCategory = "512";
 
 // What every run says, and what is told by the report.
 constexpr std::string_view Usual[] = {"Start", "Finish (", "Task completed", "Processing "};
@@ -18,16 +22,17 @@ constexpr std::string_view Usual[] = {"Start", "Finish (", "Task completed", "Pr
 // Of a decoder that complains about every frame the last words say enough.
 constexpr size_t MaximumMessages = 8;
 
-std::string_view GetMessage(std::string_view line)
+// A field of a line; the last one is all that is left. A line of another form is one field.
+std::string_view GetField(std::string_view line, size_t field)
 {
-    for (int field = 0; field < FieldsBefore; ++field)
+    for (size_t passed = 0; passed < field; ++passed)
     {
         const size_t tab = line.find('\t');
         if (tab == std::string_view::npos)
-            break;
+            return field == MessageField ? line : std::string_view();
         line.remove_prefix(tab + 1);
     }
-    return line;
+    return field == MessageField ? line : line.substr(0, line.find('\t'));
 }
 
 // "[matroska,webm @ 0x561110032840] text" without the address, which is another one in each run.
@@ -40,16 +45,23 @@ std::string WithoutAddress(std::string_view message)
     return std::string(message.substr(1, mark - 1)) + ": " + std::string(message.substr(end + 2));
 }
 
-// Each message once, in the order in which they came first.
-std::vector<std::string> GetMessages(const std::string& log)
+enum class Speaker
+{
+    Worker,
+    Libraries,
+};
+
+// What one of them says: each message once, in the order in which they came first.
+std::vector<std::string> GetMessages(const std::string& log, Speaker wanted)
 {
     std::vector<std::string> messages;
     std::istringstream lines(log);
     for (std::string line; std::getline(lines, line);)
     {
-        const std::string message = WithoutAddress(GetMessage(line));
+        const std::string message = WithoutAddress(GetField(line, MessageField));
         const bool isUsual = std::ranges::any_of(Usual, [&](std::string_view start) { return message.starts_with(start); });
-        if (!message.empty() && !isUsual && std::ranges::find(messages, message) == messages.end())
+        const Speaker speaker = GetField(line, CategoryField) == LibraryCategory ? Speaker::Libraries : Speaker::Worker;
+        if (!message.empty() && !isUsual && speaker == wanted && std::ranges::find(messages, message) == messages.end())
             messages.push_back(message);
         if (messages.size() > MaximumMessages)
             messages.erase(messages.begin());
@@ -60,7 +72,8 @@ std::vector<std::string> GetMessages(const std::string& log)
 std::string InSeconds(std::chrono::milliseconds time)
 {
     std::array<char, 40> text;
-    snprintf(text.data(), text.size(), "%g seconds", std::chrono::duration<double>(time).count());
+    const double seconds = std::chrono::duration<double>(time).count();
+    snprintf(text.data(), text.size(), seconds == 1 ? "%g second" : "%g seconds", seconds);
     return text.data();
 }
 
@@ -93,8 +106,9 @@ std::string GetEnd(const CWorkerOutcome& outcome, const CWorkerRequest& request)
 std::string GetReasons(const std::string& log)
 {
     std::string reasons;
-    for (const std::string& message : GetMessages(log))
-        reasons += (reasons.empty() ? "" : "; ") + message;
+    for (const Speaker speaker : {Speaker::Worker, Speaker::Libraries})
+        for (const std::string& message : GetMessages(log, speaker))
+            reasons += (reasons.empty() ? "" : "; ") + message;
     return reasons;
 }
 

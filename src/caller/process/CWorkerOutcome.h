@@ -37,7 +37,8 @@ struct CWorkerOutcome
     std::chrono::microseconds ProcessorTime {};  // of the worker and all that it started
 };
 
-// What the last lines of a log say beside what every run says, each once and parted by semicolons.
+// What the last lines of a log say beside what every run says, each once and parted by semicolons: the worker's own first, then those of
+// the codec libraries.
 std::string GetReasons(const std::string& log);
 
 // Why a run failed, in words: how it ended and what its log says. Empty if it succeeded.

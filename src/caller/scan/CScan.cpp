@@ -91,6 +91,7 @@ void CScan::See(const CFolderWalk::Film& found)
     if (!tasks.IsEmpty())
         return m_queue.Add({found, tasks});
     ++m_counts.Unchanged;
+    m_counts.FailedBefore += row->Failed.IsEmpty() ? 0 : 1;
     if (row->HasVanished)
         m_catalog.MarkPresent(row->ID);
 }

@@ -22,6 +22,7 @@ struct CScanCounts
     int64_t Done = 0;  // that workers looked at, failed ones too
     int64_t Failed = 0;
     int64_t Unchanged = 0;
+    int64_t FailedBefore = 0;  // of the unchanged
     int64_t Vanished = 0;
     int64_t Unreadable = 0;  // files and folders that could not be looked into
 };

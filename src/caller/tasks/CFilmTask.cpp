@@ -21,6 +21,12 @@ std::string GetExtension(TaskKind kind, const CPictureWish& wish)
     return wish.Size > 0 ? ".jpg" : wish.Extension;
 }
 
+bool IsFolder(const fs::path& path)
+{
+    std::error_code ignored;
+    return fs::is_directory(path, ignored);
+}
+
 std::string ReadFile(const fs::path& path)
 {
     std::ifstream file(path, std::ios::binary);
@@ -90,7 +96,8 @@ std::string CFilmTask::Take(const CWorkerOutcome& outcome, const CWorkerRequest&
     if (!m_picture.empty())
         return outcome.HasEndedWell() ? TakePicture(findings) : "the picture cannot be made smaller or converted";
     if (!outcome.HasSucceeded())
-        return GetFailure(outcome, request);
+        return m_discFile.empty() && IsFolder(m_name.Get()) ? "it is a folder and no disc: zivora scan looks into folders"
+                                                            : GetFailure(outcome, request);
     if (m_kind == TaskKind::Picture)
         return TakePicture(findings);
     const bool isRead =

@@ -30,7 +30,7 @@ TEST(CommandLine, SaysWhatIsWrongWithIt)
         {{"list", "--json", "--columns", "file"},     2, "excludes"                                                                 },
         {{"thumb", "a.mkv", "a.gif"},                 2, "PICTURE: its name must end with .jpg, .png or .webp"                      },
         {{"thumb", "a.mkv", "a.png", "--at", "1:61"}, 2, "--at: it is no time: 1:61"                                                },
-        {{"list"},                                    1, "/data/zivora/catalog.db cannot be opened: "                               },
+        {{"list"},                                    1, "/data/zivora/catalog.db: zivora scan makes one"                           },
     };
     for (const Use& use : uses)
     {

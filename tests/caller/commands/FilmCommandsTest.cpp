@@ -70,7 +70,7 @@ TEST_F(FilmCommands, TellWhatAnotherProgramTellsOfAFilm)
     const CallerRun block = m_folder.Run({"info", "film.mkv"});
     EXPECT_THAT(block.Output, StartsWith("film.mkv\n  Length     0:00:20\n  Container  mkv, "));
     EXPECT_THAT(block.Output, HasSubstr("\n  Picture    H264 Constrained Baseline L1.2, 320x180 (1.78), 25 fps, 8 bit"));
-    EXPECT_THAT(block.Output, HasSubstr("\n  Sound      1  German, AC-3, 1 channels, 48000 Hz"));
+    EXPECT_THAT(block.Output, HasSubstr("\n  Sound      1  German, AC-3, 1 channel, 48000 Hz"));
 }
 
 // Their order is that of the arguments, and one that fails costs no other.

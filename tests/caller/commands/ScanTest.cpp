@@ -144,7 +144,7 @@ TEST_F(Scan, TakesNothingForGoneThatItMayNotSee)
         EXPECT_EQ(chown(name, Nobody, Nobody), 0);
     const CallerRun run = m_folder.Run(CallerFolder::StandInScan(), BecomeNobody);
     EXPECT_EQ(run.Status, 1);
-    EXPECT_EQ(run.Output, "0 films looked at, 0 failed; 1 unchanged, 0 vanished; 1 files or folders cannot be read\n");
+    EXPECT_EQ(run.Output, "0 films looked at, 0 failed; 1 unchanged, 0 vanished; 1 file or folder cannot be read\n");
     EXPECT_THAT(run.Error, HasSubstr("films/closed: Permission denied"));
     EXPECT_THAT(Names(), ElementsAre("a.mkv", "closed/b.mkv"));
 }
@@ -162,10 +162,10 @@ TEST_F(Scan, RefusesACatalogThatIsNoneAndLeavesItAsItIs)
         const char* Reason;
     };
     const Wrong wrongs[] = {
-        {"a text",             std::string(5000,           'x'),                      "",              "not a database"},
+        {"a text",             std::string(5000,           'x'),                      "",              "is no catalog"},
         {"another database",   "",                         "CREATE TABLE films (id)", "is no catalog"},
         {"a later version",             catalog, "PRAGMA user_version = 99",     "has the version 99,"               },
-        {"a part", catalog.substr(0,                         catalog.size() / 2),               "",                "malformed"                },
+        {"a part", catalog.substr(0,                         catalog.size() / 2),               "",                "malformed"               },
     };
     for (const Wrong& wrong : wrongs)
     {

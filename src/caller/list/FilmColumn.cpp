@@ -1,0 +1,27 @@
+#include "caller/list/FilmColumn.h"
+
+#include <strings.h>
+
+namespace
+{
+// What is no field of a film, or stands in the catalog in another form.
+struct OtherColumn
+{
+    const char* Name;
+    const char* SQL;
+};
+
+constexpr OtherColumn OtherColumns[] = {
+    {"path",  "CAST(path AS TEXT)"},
+    {"error", "error"             },
+};
+}
+
+std::optional<FilmColumn> FindFilmColumn(const std::string& name)
+{
+    for (const OtherColumn& column : OtherColumns)
+        if (strcasecmp(column.Name, name.c_str()) == 0)
+            return FilmColumn {column.SQL, FieldKind::Text};
+    const FilmField* const field = FindFilmField(name);
+    return field == nullptr ? std::nullopt : std::optional(FilmColumn {field->Name, field->Kind});
+}
