@@ -3,6 +3,7 @@
 #include "caller/commands/CListCommand.h"
 #include "caller/commands/CScanCommand.h"
 #include "caller/commands/CThumbCommand.h"
+#include "caller/commands/CWorkCommand.h"
 
 std::vector<std::unique_ptr<CCommand>> MakeCommands()
 {
@@ -12,5 +13,6 @@ std::vector<std::unique_ptr<CCommand>> MakeCommands()
     commands.push_back(std::make_unique<CCropCommand>());
     commands.push_back(std::make_unique<CScanCommand>());
     commands.push_back(std::make_unique<CListCommand>());
+    commands.push_back(std::make_unique<CWorkCommand>());
     return commands;
 }
