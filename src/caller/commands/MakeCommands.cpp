@@ -1,6 +1,7 @@
 #include "caller/commands/CCropCommand.h"
 #include "caller/commands/CInfoCommand.h"
 #include "caller/commands/CListCommand.h"
+#include "caller/commands/CMergeCommand.h"
 #include "caller/commands/CScanCommand.h"
 #include "caller/commands/CThumbCommand.h"
 #include "caller/commands/CWorkCommand.h"
@@ -14,5 +15,6 @@ std::vector<std::unique_ptr<CCommand>> MakeCommands()
     commands.push_back(std::make_unique<CScanCommand>());
     commands.push_back(std::make_unique<CListCommand>());
     commands.push_back(std::make_unique<CWorkCommand>());
+    commands.push_back(std::make_unique<CMergeCommand>());
     return commands;
 }

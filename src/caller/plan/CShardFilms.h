@@ -15,14 +15,11 @@ public:
 
     int64_t GetShard() const { return m_shard; }
     int64_t GetCount() const { return static_cast<int64_t>(m_starts.size()); }
-    // The film of a number from 0. Throws as above if its line is damaged.
-    CPlannedFilm Get(int64_t number);
+    // The film of a number from 0. Nothing if its line is damaged.
+    std::optional<CPlannedFilm> Get(int64_t number);
 
 private:
-    [[noreturn]] void FailAsDamaged(const std::string& what) const;
-
     int64_t m_shard;
-    std::filesystem::path m_path;
     CLineFile m_file;
     std::vector<std::streamoff> m_starts;
 };

@@ -103,17 +103,16 @@ void CShardWork::StartFilms()
 
 void CShardWork::Start(int64_t number)
 {
-    const CPlannedFilm film = m_films.Get(number);
+    const std::optional<CPlannedFilm> film = m_films.Get(number);
+    if (!film || film->Tasks.IsEmpty())
+        return LeaveOut(m_plan.GetShardFile(m_films.GetShard()), "line " + std::to_string(number + 1) + " is damaged");
+    struct stat status;
+    if (stat(film->Path.c_str(), &status) != 0 && errno != ENOENT && errno != ENOTDIR)
+        return LeaveOut(film->Path, strerror(errno));
     CFilmResult result;
     result.Number = number;
-    result.Findings.Film.Path = film.Path;
-    struct stat status;
-    if (stat(film.Path.c_str(), &status) != 0 && errno != ENOENT && errno != ENOTDIR)
-    {
-        ++m_counts.Unreachable;
-        return SayFailure(film.Path, strerror(errno));
-    }
-    const std::optional<CFileIdentity> identity = FindIdentity(film.Path);
+    result.Findings.Film.Path = film->Path;
+    const std::optional<CFileIdentity> identity = FindIdentity(film->Path);
     if (!identity)
     {
         CheckFolders();
@@ -121,12 +120,18 @@ void CShardWork::Start(int64_t number)
         return Store(std::move(result));
     }
     result.Identity = *identity;
-    m_runner.Start(film.Path, film.Tasks,
+    m_runner.Start(film->Path, film->Tasks,
                    [this, result](const CFindings& findings) mutable
                    {
                        result.Findings = findings;
                        Store(std::move(result));
                    });
+}
+
+void CShardWork::LeaveOut(const fs::path& path, const std::string& reason)
+{
+    ++m_counts.Unreachable;
+    SayFailure(path, reason);
 }
 
 void CShardWork::Store(CFilmResult result)

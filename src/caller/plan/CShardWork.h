@@ -35,6 +35,7 @@ private:
     void CheckFolders() const;
     void StartFilms();
     void Start(int64_t number);
+    void LeaveOut(const std::filesystem::path& path, const std::string& reason);
     void Store(CFilmResult result);
     bool IsDone() const { return m_next == m_films.GetCount() && m_runner.GetCount() == 0; }
 

@@ -72,13 +72,13 @@ private:
         const std::optional<CFilmResult> result = ReadFilmResult(line);
         if (!result || result->Number < 0 || result->Number >= m_films.GetCount())
             return false;
-        const CPlannedFilm film = m_films.Get(result->Number);
-        if (film.Path != result->Findings.Film.Path)
+        const std::optional<CPlannedFilm> film = m_films.Get(result->Number);
+        if (!film || film->Path != result->Findings.Film.Path)
             return false;
         // A film is there twice when two machines worked on a shard at a time.
         std::vector<bool>::reference has = m_has[static_cast<size_t>(result->Number)];
         if (!has)
-            m_onResult(*result, film);
+            m_onResult(*result, *film);
         has = true;
         return true;
     }

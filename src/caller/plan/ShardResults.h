@@ -14,7 +14,7 @@ std::string MakeResultHead(const CPlan& plan, int64_t shard);
 // says of it, when there is a result. A damaged line is no result, which is said to the user; so is a file of another plan.
 // Returns which films have one, by their numbers.
 //
-// Throws std::runtime_error with a sentence for the user if a film of the plan itself cannot be read.
+// Throws std::runtime_error with a sentence for the user if a file cannot be read to its end.
 using ResultFunction = std::function<void(const CFilmResult& result, const CPlannedFilm& film)>;
 std::vector<bool> ReadResults(const CPlan& plan, CShardFilms& films, const ResultFunction& onResult);
 
