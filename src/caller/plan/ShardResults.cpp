@@ -59,9 +59,14 @@ public:
             return;
         if (line != MakeResultHead(m_plan, m_films.GetShard()))
             return SayFailure(path, "it has no results of this shard of the plan, and is passed over");
+        int64_t damaged = 0;
+        int64_t first = 0;
         while (file.GetNext(line))
-            if (!Take(line))
-                SayFailure(path, "line " + std::to_string(file.GetNumber()) + " is damaged, and its film counts as missing");
+            if (!Take(line) && damaged++ == 0)
+                first = file.GetNumber();
+        if (damaged > 0)
+            SayFailure(path, std::to_string(damaged) + (damaged == 1 ? " line is" : " lines are") + " damaged, from line " +
+                                 std::to_string(first) + " on, and count as missing");
     }
 
     const std::vector<bool>& GetAll() const { return m_has; }

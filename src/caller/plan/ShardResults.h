@@ -11,7 +11,7 @@
 std::string MakeResultHead(const CPlan& plan, int64_t shard);
 
 // Reads what runs have found out about a shard, whether it is finished or not. The function gets each film once, with what the plan
-// says of it, when there is a result. A damaged line is no result, which is said to the user; so is a file of another plan.
+// says of it, when there is a result. A damaged line is no result, which is said to the user; nor is any of another plan.
 // Returns which films have one, by their numbers.
 //
 // Throws std::runtime_error with a sentence for the user if a file cannot be read to its end.
