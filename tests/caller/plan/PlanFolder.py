@@ -86,3 +86,9 @@ class PlanTest(unittest.TestCase):
         self.assertEqual(self.zivora("scan", self.library, "--to", "films.db", "--json")["done"], 0)
 
     scan_status = 0
+
+
+def run_tests():
+    """All tests of the script, and its exit status."""
+    result = unittest.main(exit=False).result
+    sys.exit(1 if not result.wasSuccessful() else 77 if result.skipped else 0)
