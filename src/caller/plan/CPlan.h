@@ -15,7 +15,7 @@ struct CPlanFacts
     int64_t Films = 0;
     int64_t Created = 0;                              // in seconds since 1970
     CTaskSet Tasks;                                   // what was asked for; each film says what it needs of that
-    std::vector<std::filesystem::path> Folders = {};  // in which films were looked for
+    std::vector<std::filesystem::path> Folders = {};  // in which there are films
 };
 
 // A plan: a folder with the films of a library in shards, each of which any machine that sees the same files can work on by itself, and

@@ -49,11 +49,13 @@ CMergeCounts CPlanMerge::Run()
 void CPlanMerge::MergeShard(int64_t shard)
 {
     std::vector<bool> taken = m_merged.Get(shard);
-    m_counts.Before += std::ranges::count(taken, true);
+    const std::vector<bool> before = taken;
+    m_counts.Before += std::ranges::count(before, true);
     if (std::ranges::find(taken, false) == taken.end())
         return;
     const int64_t missing = ReadShard(shard, taken);
-    Keep(shard, taken);
+    if (taken != before)
+        Keep(shard, taken);
     if (missing == 0)
         return;
     m_counts.Missing.push_back({shard, missing, m_plan.GetCount(shard)});

@@ -109,12 +109,15 @@ bool CPlanWriter::Walk(const fs::path& folder)
         SayFailure(path, reason);
     };
     CFolderWalk walk(folder, onError);
-    for (CFolderWalk::Film found; walk.GetNext(found);)
+    bool hasFilms = false;
+    for (CFolderWalk::Film found; walk.GetNext(found); hasFilms = true)
     {
         if (CSignals::IsInterrupted())
             return false;
         See(found);
     }
+    if (hasFilms)
+        m_folders.push_back(folder);
     return !CSignals::IsInterrupted();
 }
 
@@ -169,7 +172,7 @@ void CPlanWriter::Finish()
         .Films = m_counts.Films,
         .Created = time(nullptr),
         .Tasks = m_request.Options.Tasks,
-        .Folders = m_request.FilmFolders,
+        .Folders = m_folders,
     }));
     file.Finish();
     // Only an empty folder gives way.

@@ -56,6 +56,7 @@ private:
     std::filesystem::path m_part;  // empty when there is none
     CDescriptor m_lock;
     CPlanCounts m_counts;
-    std::vector<std::string> m_lines;  // by shards, to be written
-    size_t m_waiting = 0;              // bytes of them
+    std::vector<std::filesystem::path> m_folders;  // that have films
+    std::vector<std::string> m_lines;              // by shards, to be written
+    size_t m_waiting = 0;                          // bytes of them
 };

@@ -7,25 +7,19 @@
 #include <stdexcept>
 #include <unistd.h>
 
-CResultFile::CResultFile(const CPlan& plan, int64_t shard)
-    : m_path(plan.GetResultFolder(shard) / (MakeUniqueName() + ".jsonl")), m_head(MakeResultHead(plan, shard))
+CResultFile::CResultFile(const CPlan& plan, int64_t shard) : m_path(plan.GetResultFolder(shard) / (MakeUniqueName() + ".jsonl"))
 {
+    std::error_code ignored;
+    std::filesystem::create_directories(m_path.parent_path(), ignored);
+    m_file.reset(fopen(m_path.c_str(), "axe"));
+    if (m_file == nullptr)
+        Fail();
+    WriteLine(MakeResultHead(plan, shard));
 }
 
 void CResultFile::Write(const CFilmResult& result)
 {
-    if (m_file == nullptr)
-        Open();
     WriteLine(MakeLine(result));
-}
-
-void CResultFile::Open()
-{
-    std::filesystem::create_directories(m_path.parent_path());
-    m_file.reset(fopen(m_path.c_str(), "axe"));
-    if (m_file == nullptr)
-        Fail();
-    WriteLine(m_head);
 }
 
 void CResultFile::WriteLine(const std::string& line)
@@ -36,7 +30,7 @@ void CResultFile::WriteLine(const std::string& line)
 
 void CResultFile::Finish()
 {
-    if (m_file != nullptr && fsync(fileno(m_file.get())) != 0)
+    if (fsync(fileno(m_file.get())) != 0)
         Fail();
 }
 

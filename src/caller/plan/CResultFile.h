@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <memory>
 
-// The results of one run on a shard, in a file of its own that is made with the first. Each is in it as soon as it is written; a process
+// The results of one run on a shard, in a file of its own. Each is in it as soon as it is written; a process
 // that is killed leaves all that it wrote, and perhaps the start of one more line.
 //
 // Failures are thrown as std::runtime_error that names the file and the reason.
@@ -25,11 +25,9 @@ private:
         void operator()(FILE* file) const { fclose(file); }
     };
 
-    void Open();
     void WriteLine(const std::string& line);
     [[noreturn]] void Fail() const;
 
     std::filesystem::path m_path;
-    std::string m_head;
     std::unique_ptr<FILE, Close> m_file;
 };

@@ -37,7 +37,7 @@ std::optional<CFileIdentity> FindIdentity(const std::string& path)
 }
 
 CShardWork::CShardWork(const CPlan& plan, int64_t shard, const CWorkerSettings& settings)
-    : m_plan(plan), m_films(plan, shard), m_runner(settings, CatalogPicture), m_results(plan, shard)
+    : m_plan(plan), m_films(plan, shard), m_runner(settings, CatalogPicture)
 {
     CheckWorker(settings.Program);
 }
@@ -50,6 +50,7 @@ CShardCounts CShardWork::Run()
     CheckFolders();
     m_has = ReadResults(m_plan, m_films, [](const CFilmResult&, const CPlannedFilm&) {});
     m_counts.Before = std::ranges::count(m_has, true);
+    m_results.emplace(m_plan, m_films.GetShard());
     while (!IsDone())
     {
         // The workers at work are killed with the runner, and their films are looked at by the next run.
@@ -68,7 +69,7 @@ CShardCounts CShardWork::Run()
     m_counts.IsFinished = std::ranges::find(m_has, false) == m_has.end();
     if (m_counts.IsFinished)
     {
-        m_results.Finish();
+        m_results->Finish();
         MarkFinished(m_plan, m_films.GetShard());
     }
     return m_counts;
@@ -136,7 +137,7 @@ void CShardWork::LeaveOut(const fs::path& path, const std::string& reason)
 
 void CShardWork::Store(CFilmResult result)
 {
-    m_results.Write(result);
+    m_results->Write(result);
     m_has[static_cast<size_t>(result.Number)] = true;
     if (result.IsGone)
         ++m_counts.Gone;

@@ -5,6 +5,7 @@
 #include "caller/scan/CProgressLine.h"
 #include "caller/tasks/CFilmRunner.h"
 
+#include <optional>
 #include <vector>
 
 // What came of a run on a shard, in films.
@@ -42,7 +43,7 @@ private:
     const CPlan& m_plan;
     CShardFilms m_films;
     CFilmRunner m_runner;
-    CResultFile m_results;
+    std::optional<CResultFile> m_results;
     CDescriptor m_lock;
     CProgressLine m_progress;
     CShardCounts m_counts;
