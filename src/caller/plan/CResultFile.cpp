@@ -9,8 +9,11 @@
 
 CResultFile::CResultFile(const CPlan& plan, int64_t shard) : m_path(plan.GetResultFolder(shard) / (MakeUniqueName() + ".jsonl"))
 {
-    std::error_code ignored;
-    std::filesystem::create_directories(m_path.parent_path(), ignored);
+    std::error_code error;
+    std::filesystem::create_directories(m_path.parent_path(), error);
+    errno = error.value();
+    if (error)
+        Fail();
     m_file.reset(fopen(m_path.c_str(), "axe"));
     if (m_file == nullptr)
         Fail();

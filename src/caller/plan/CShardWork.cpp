@@ -37,9 +37,8 @@ std::optional<CFileIdentity> FindIdentity(const std::string& path)
 }
 
 CShardWork::CShardWork(const CPlan& plan, int64_t shard, const CWorkerSettings& settings)
-    : m_plan(plan), m_films(plan, shard), m_runner(settings, CatalogPicture)
+    : m_plan(plan), m_program(settings.Program), m_films(plan, shard), m_runner(settings, CatalogPicture)
 {
-    CheckWorker(settings.Program);
 }
 
 CShardCounts CShardWork::Run()
@@ -47,6 +46,7 @@ CShardCounts CShardWork::Run()
     if (IsFinished(m_plan, m_films.GetShard()))
         return {.Before = m_films.GetCount(), .IsFinished = true};
     TakeLock();
+    CheckWorker(m_program);
     CheckFolders();
     m_has = ReadResults(m_plan, m_films, [](const CFilmResult&, const CPlannedFilm&) {});
     m_counts.Before = std::ranges::count(m_has, true);

@@ -6,6 +6,7 @@
 #include "caller/tasks/CFilmRunner.h"
 
 #include <optional>
+#include <string>
 #include <vector>
 
 // What came of a run on a shard, in films.
@@ -41,6 +42,7 @@ private:
     bool IsDone() const { return m_next == m_films.GetCount() && m_runner.GetCount() == 0; }
 
     const CPlan& m_plan;
+    std::string m_program;
     CShardFilms m_films;
     CFilmRunner m_runner;
     std::optional<CResultFile> m_results;
