@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <clocale>
+#include <cstring>
 #include <iostream>
 
 namespace
@@ -14,9 +15,14 @@ ExitStatus FinishOutput(ExitStatus status)
     std::cout.flush();
     if (std::cout)
         return status;
-    if (errno != EPIPE)
-        SayError("not all of the output could be written");
+    if (const int error = errno; error != EPIPE)
+        SayError(std::string("not all of the output could be written: ") + strerror(error));
     return status == AllDone ? SomeFailed : status;
+}
+
+std::string ExplainWrongUse(const CLI::App*, const CLI::Error& error)
+{
+    return std::string("zivora: ") + error.what() + "\nzivora: --help after a command tells what it takes\n";
 }
 
 ExitStatus RunCommand(const CLI::App& program, const std::vector<std::unique_ptr<CCommand>>& commands)
@@ -36,12 +42,16 @@ int main(int count, char** arguments)
     CLI::App program("Tells what films are, and looks after whole libraries of them.", "zivora");
     program.require_subcommand(1);
     program.set_help_all_flag("--help-all", "Print the help of all commands");
+    program.set_version_flag("--version", "zivora " ZV_VERSION);
+    program.failure_message(ExplainWrongUse);
     const std::vector<std::unique_ptr<CCommand>> commands = MakeCommands();
     for (const auto& command : commands)
     {
         CLI::App* const app = program.add_subcommand(command->GetName(), command->GetPurpose());
         command->AddOptions(*app);
-        app->footer(std::string("Example:  ") + command->GetExample());
+        if (command->IsInternal())
+            app->group("");
+        app->footer(command->GetNotes() + "Example:  " + command->GetExample());
     }
     try
     {

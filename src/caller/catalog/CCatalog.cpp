@@ -123,16 +123,28 @@ CCatalog::CCatalog(const fs::path& path, Access access)
             fs::create_directories(path.parent_path());
         TakeLock(path);
     }
+    else if (!fs::exists(path))
+        throw std::runtime_error("there is no catalog " + path.string() + ": zivora scan makes one");
     Open(path, access);
-    CheckVersion(access);
+    // A file of another program stays as it is.
+    const bool isNew = access == Access::Change && IsNew();
+    if (!isNew)
+        CheckVersion(path);
+    if (access == Access::Change)
+        Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON;");
+    if (isNew)
+        MakeTables();
 }
 
+// A catalog that nobody changes is one file, which can be read also where nothing can be written. While others read it, it stays as it is.
 CCatalog::~CCatalog()
 {
     m_find.reset();
     m_known.reset();
     m_store.reset();
     m_present.reset();
+    if (m_lock.IsOpen() && m_database)
+        sqlite3_exec(m_database.get(), "PRAGMA busy_timeout = 0; PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
     m_database.reset();
 }
 
@@ -151,46 +163,52 @@ void CCatalog::Open(const fs::path& path, Access access)
 {
     const int flags = access == Access::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
     sqlite3* database = nullptr;
-    const int result = sqlite3_open_v2(path.c_str(), &database, flags, nullptr);
+    const int result = sqlite3_open_v2(fs::absolute(path).c_str(), &database, flags, nullptr);
     m_database.reset(database);
     if (result != SQLITE_OK)
         throw std::runtime_error("the catalog " + path.string() + " cannot be opened: " + sqlite3_errmsg(database));
     sqlite3_busy_timeout(database, 10'000);
-    if (access == Access::Change)
-        Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON;");
+    // The file is read for the first time here.
+    if (sqlite3_exec(database, "PRAGMA schema_version", nullptr, nullptr, nullptr) == SQLITE_NOTADB)
+        throw std::runtime_error("the file " + path.string() + " is no catalog of films");
 }
 
-void CCatalog::CheckVersion(Access access)
+int64_t CCatalog::GetNumber(const char* query) const
 {
-    const auto getNumber = [this](const char* pragma)
-    {
-        CStatement statement(GetDatabase(), pragma);
-        return statement.Step() ? statement.GetNumber(0) : 0;
-    };
-    const int64_t version = getNumber("PRAGMA user_version");
-    const int64_t application = getNumber("PRAGMA application_id");
-    const int64_t tables = getNumber("SELECT count(*) FROM sqlite_master");
-    if (version == 0 && application == 0 && tables == 0 && access == Access::Change)
-    {
-        Begin();
-        Execute(MakeSchema().c_str());
-        Execute(("PRAGMA application_id = " + std::to_string(ApplicationID) +
-                 "; PRAGMA user_version = " + std::to_string(SchemaVersion))
-                    .c_str());
-        Commit();
-        return;
-    }
-    if (application != ApplicationID)
-        throw std::runtime_error("the file is no catalog of films");
+    CStatement statement(GetDatabase(), query);
+    return statement.Step() ? statement.GetNumber(0) : 0;
+}
+
+bool CCatalog::IsNew() const
+{
+    return GetNumber("PRAGMA user_version") == 0 && GetNumber("PRAGMA application_id") == 0 &&
+           GetNumber("SELECT count(*) FROM sqlite_master") == 0;
+}
+
+void CCatalog::CheckVersion(const fs::path& path) const
+{
+    const int64_t version = GetNumber("PRAGMA user_version");
+    if (GetNumber("PRAGMA application_id") != ApplicationID)
+        throw std::runtime_error("the file " + path.string() + " is no catalog of films");
     if (version != SchemaVersion)
-        throw std::runtime_error("the catalog has the version " + std::to_string(version) + ", and this program reads version " +
-                                 std::to_string(SchemaVersion));
+        throw std::runtime_error("the catalog " + path.string() + " has the version " + std::to_string(version) +
+                                 ", and this program reads version " + std::to_string(SchemaVersion));
+}
+
+void CCatalog::MakeTables()
+{
+    Begin();
+    Execute(MakeSchema().c_str());
+    Execute(
+        ("PRAGMA application_id = " + std::to_string(ApplicationID) + "; PRAGMA user_version = " + std::to_string(SchemaVersion))
+            .c_str());
+    Commit();
 }
 
 void CCatalog::Execute(const char* text) const
 {
     if (sqlite3_exec(m_database.get(), text, nullptr, nullptr, nullptr) != SQLITE_OK)
-        throw std::runtime_error(std::string("the catalog: ") + sqlite3_errmsg(m_database.get()));
+        FailOfDatabase(m_database.get());
 }
 
 void CCatalog::Begin()

@@ -76,7 +76,10 @@ private:
 
     void Open(const std::filesystem::path& path, Access access);
     void TakeLock(const std::filesystem::path& path);
-    void CheckVersion(Access access);
+    int64_t GetNumber(const char* query) const;
+    bool IsNew() const;
+    void CheckVersion(const std::filesystem::path& path) const;
+    void MakeTables();
     void Execute(const char* text) const;
     void Begin();
     void AddKnown(const CFileIdentity& identity, CFindings& findings);

@@ -2,6 +2,14 @@
 
 #include <stdexcept>
 
+void FailOfDatabase(sqlite3* database)
+{
+    const char* const name = sqlite3_db_filename(database, "main");
+    const bool isTemporary = name == nullptr || *name == '\0';
+    throw std::runtime_error((isTemporary ? "the temporary list of films: " : "the catalog " + std::string(name) + ": ") +
+                             sqlite3_errmsg(database));
+}
+
 CStatement::CStatement(sqlite3* database, const std::string& text) : m_database(database)
 {
     sqlite3_stmt* statement = nullptr;
@@ -12,7 +20,7 @@ CStatement::CStatement(sqlite3* database, const std::string& text) : m_database(
 void CStatement::Check(int result) const
 {
     if (result != SQLITE_OK)
-        throw std::runtime_error(std::string("the catalog: ") + sqlite3_errmsg(m_database));
+        FailOfDatabase(m_database);
 }
 
 CStatement& CStatement::Bind(int parameter, int64_t value)

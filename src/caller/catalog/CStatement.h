@@ -6,6 +6,9 @@
 #include <sqlite3.h>
 #include <string>
 
+// Throws std::runtime_error with the name of the database and what it said last.
+[[noreturn]] void FailOfDatabase(sqlite3* database);
+
 // A prepared statement of an open database, which must outlive it. What the database refuses is thrown as std::runtime_error.
 class CStatement
 {

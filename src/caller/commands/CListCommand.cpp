@@ -13,23 +13,6 @@ namespace
 const std::vector<std::string> TableColumns = {"file",     "resolution", "codec",    "hdr", "audio",
                                                "channels", "language",   "duration", "size"};
 
-// Each field on a line, for the help.
-std::string DescribeFields()
-{
-    std::string text = "Fields:\n";
-    for (const FilmField& field : GetFilmFields())
-    {
-        std::string line = std::string("  ") + field.Name;
-        line.resize(std::max<size_t>(line.size() + 1, 14), ' ');
-        text += line + field.Meaning + "\n";
-    }
-    return text + "  error       why something of it could not be found out\n\n"
-                  "Conditions:\n"
-                  "  = != < <= > >=, ~ for a part of a text, and, or, not, parentheses. A field alone: it is known.\n"
-                  "  Between double quotes a key of the worker's results: \"Video Scan\"=Interlaced\n"
-                  "  Numbers can have a unit (size>4G) or be times (duration>1:30:00).\n";
-}
-
 std::string CheckCondition(const std::string& text)
 {
     try
@@ -49,6 +32,23 @@ std::string CheckField(const std::string& name)
 }
 }
 
+std::string CListCommand::GetNotes() const
+{
+    constexpr size_t NameWidth = 14;
+    std::string text = "Fields:\n";
+    for (const FilmField& field : GetFilmFields())
+    {
+        std::string line = std::string("  ") + field.Name;
+        line.resize(std::max(line.size() + 1, NameWidth), ' ');
+        text += line + field.Meaning + "\n";
+    }
+    return text + "  error       why something of it could not be found out\n\n"
+                  "Conditions:\n"
+                  "  = != < <= > >=, ~ for a part of a text, and, or, not, parentheses. A field alone: it is known.\n"
+                  "  Between double quotes a key of the worker's results: \"Video Scan\"=Interlaced\n"
+                  "  Numbers can have a unit (size>4G) or be times (duration>1:30:00).\n\n";
+}
+
 void CListCommand::AddOptions(CLI::App& app)
 {
     app.add_option("CATALOG", m_catalog, "The catalog; by default the user's own");
@@ -58,13 +58,13 @@ void CListCommand::AddOptions(CLI::App& app)
         ->type_name("FIELD");
     app.add_option("--columns", m_columns, "Fields that are shown, parted by commas")
         ->delimiter(',')
+        ->allow_extra_args(false)
         ->check(CheckField)
         ->type_name("FIELDS");
     app.add_flag("--vanished", m_hasVanished, "Films that are not there any more, too");
     CLI::Option* const table = app.add_flag("--table", m_isTable, "A table for people, as without an option");
     CLI::Option* const csv = app.add_flag("--csv", m_isCSV, "Comma-separated values (RFC 4180)")->excludes(table);
     app.add_flag("--json", m_isJSON, "One object a line, with the keys of the worker's results")->excludes(table)->excludes(csv);
-    app.description(std::string(GetPurpose()) + "\n\n" + DescribeFields());
 }
 
 ExitStatus CListCommand::Run()

@@ -14,6 +14,7 @@ public:
     const char* GetName() const override { return "list"; }
     const char* GetPurpose() const override { return "List films of a catalog"; }
     const char* GetExample() const override { return "zivora list --where 'hdr=DolbyVision and width>=3840'"; }
+    std::string GetNotes() const override;
     void AddOptions(CLI::App& app) override;
     ExitStatus Run() override;
 

@@ -87,7 +87,7 @@ void CScanCommand::AddOptions(CLI::App& app)
             ->type_name("PLAN")
             ->group(group);
     CLI::Option* const shards = app.add_option("--shards", m_shards, "Parts of the plan, which are worked on one by one")
-                                    ->check(CLI::Range(int64_t {1}, MaximumShards))
+                                    ->check(CLI::Range(int64_t {1}, MaximumShards).description(""))
                                     ->type_name("N")
                                     ->group(group);
     plan->needs(shards);
@@ -101,8 +101,9 @@ ExitStatus CScanCommand::Run()
     if (!m_plan.empty())
         return WritePlan();
     const std::vector<fs::path> folders = FindFolders(m_folders);
+    const CWorkerSettings settings = m_worker.GetSettings();
     CCatalog catalog(m_catalog.empty() ? GetDefaultCatalog() : fs::path(m_catalog), CCatalog::Access::Change);
-    CScan scan(catalog, m_worker.GetSettings(), {.Tasks = m_tasks.GetTasks(), .TriesAgain = m_triesAgain});
+    CScan scan(catalog, settings, {.Tasks = m_tasks.GetTasks(), .TriesAgain = m_triesAgain});
     const CScanCounts counts = scan.Run(folders);
     std::cout << (m_isJSON ? MakeJSON(counts) : Describe(counts)) << '\n';
     if (CSignals::IsInterrupted())

@@ -34,7 +34,7 @@ void CThumbCommand::AddOptions(CLI::App& app)
         ->check(CheckTime)
         ->type_name("TIME");
     app.add_option("--size", m_wish.Size, "Pixels that the longer side has at most; by default the size of the film")
-        ->check(CLI::Range(1, MaximumSize))
+        ->check(CLI::Range(1, MaximumSize).description(""))
         ->type_name("N");
     app.add_flag("--json", m_isJSON, "The names as an object");
     m_worker.AddTo(app, CWorkerOptions::Jobs::One);

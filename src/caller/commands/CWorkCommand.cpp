@@ -38,7 +38,9 @@ std::string MakeJSON(const CShardCounts& counts, int64_t shard)
 void CWorkCommand::AddOptions(CLI::App& app)
 {
     app.add_option("PLAN", m_plan, "The folder that zivora scan --plan has written")->required();
-    app.add_option("SHARD", m_shard, "The number of the shard, from 1")->required()->check(CLI::PositiveNumber);
+    app.add_option("SHARD", m_shard, "The number of the shard, from 1")
+        ->required()
+        ->check(CLI::Validator(CLI::PositiveNumber).description(""));
     app.add_flag("--json", m_isJSON, "The counts at the end as an object");
     m_worker.AddTo(app, CWorkerOptions::Jobs::Several);
 }

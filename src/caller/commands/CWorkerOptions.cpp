@@ -1,7 +1,12 @@
 #include "caller/commands/CWorkerOptions.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
 #include <thread>
+#include <unistd.h>
 
 namespace
 {
@@ -12,6 +17,14 @@ constexpr int MaximumJobs = 256;
 
 // A year, which is for ever.
 constexpr double MaximumTimeLimit = 365 * 24 * 3600.0;
+
+// Without this, each film of a library would be one that failed, and not be looked at again.
+void ExpectProgram(const std::string& program)
+{
+    const int error = access(program.c_str(), X_OK) != 0 ? errno : std::filesystem::is_directory(program) ? EACCES : 0;
+    if (error != 0)
+        throw std::runtime_error("the worker " + program + " cannot be started: " + strerror(error));
+}
 }
 
 void CWorkerOptions::AddTo(CLI::App& app, Jobs jobs)
@@ -20,14 +33,14 @@ void CWorkerOptions::AddTo(CLI::App& app, Jobs jobs)
     {
         m_settings.Jobs = std::clamp(std::thread::hardware_concurrency(), 1U, MaximumDefaultJobs);
         app.add_option("--jobs", m_settings.Jobs, "Workers at a time; by default one for each core, at most 4")
-            ->check(CLI::Range(1, MaximumJobs))
+            ->check(CLI::Range(1, MaximumJobs).description(""))
             ->type_name("N");
     }
     app.add_option("--time-limit", m_timeLimit, "Seconds after which a worker is killed; by default 60, for black bars 300")
-        ->check(CLI::Range(0.001, MaximumTimeLimit))
+        ->check(CLI::Range(0.001, MaximumTimeLimit).description(""))
         ->type_name("SECONDS");
     app.add_option("--memory", m_settings.MemoryLimit, "Memory at which a worker is killed, such as 500M; by default 2G")
-        ->transform(CLI::AsSizeValue(false))
+        ->transform(CLI::AsSizeValue(false).description(""))
         ->type_name("SIZE");
     app.add_option("--worker", m_settings.Program, "The worker's program; by default the one beside this program")
         ->type_name("PROGRAM");
@@ -38,6 +51,7 @@ CWorkerSettings CWorkerOptions::GetSettings() const
     CWorkerSettings settings = m_settings;
     if (settings.Program.empty())
         settings.Program = FindWorker();
+    ExpectProgram(settings.Program);
     if (m_timeLimit > 0)
         settings.TimeLimit = settings.BarsTimeLimit = std::chrono::milliseconds(static_cast<int64_t>(m_timeLimit * 1000));
     return settings;

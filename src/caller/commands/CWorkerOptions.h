@@ -15,7 +15,7 @@ public:
     };
 
     void AddTo(CLI::App& app, Jobs jobs);
-    // What they say.
+    // What they say. Throws std::runtime_error if the program is none that can be started.
     CWorkerSettings GetSettings() const;
 
 private:

@@ -9,62 +9,43 @@ namespace
 {
 using nlohmann::json;
 
+// A key as an argument of a template.
+template <size_t Size>
+struct KeyText
+{
+    consteval KeyText(const char (&text)[Size]) { std::ranges::copy(text, Text); }
+
+    char Text[Size] {};
+};
+
 json TextOrNull(const std::string& text)
 {
     return text.empty() ? json() : json(text);
 }
 
-template <const char* Key>
+template <KeyText Key>
 json GetText(const CFilm& film)
 {
-    return TextOrNull(film.GetText(Key));
+    return TextOrNull(film.GetText(Key.Text));
 }
 
-template <const char* Key>
+template <KeyText Key>
 json GetNumber(const CFilm& film)
 {
-    const auto found = film.Values.find(Key);
+    const auto found = film.Values.find(Key.Text);
     return found == film.Values.end() || !found->is_number() ? json() : *found;
 }
 
 // The entries of a list, each once and in their order.
-template <const char* Key>
+template <KeyText Key>
 json GetWords(const CFilm& film)
 {
     json words = json::array();
-    for (const json& entry : film.GetList(Key))
+    for (const json& entry : film.GetList(Key.Text))
         if (entry.is_string() && std::ranges::find(words, entry) == words.end())
             words.push_back(entry);
     return words;
 }
-
-// A key as an argument of a template.
-#define ZV_KEY(name, text) constexpr char name[] = text
-ZV_KEY(TitleKey, "Name");
-ZV_KEY(KindKey, "Media Type");
-ZV_KEY(SizeKey, "File Size");
-ZV_KEY(DurationKey, "Duration");
-ZV_KEY(WidthKey, "Width");
-ZV_KEY(HeightKey, "Height");
-ZV_KEY(FPSKey, "FPS");
-ZV_KEY(DepthKey, "Color Depth");
-ZV_KEY(ColorSpaceKey, "Color Space");
-ZV_KEY(HDRFormatKey, "HDR Format");
-ZV_KEY(PeakKey, "HDR Peak Luminance");
-ZV_KEY(ScanKey, "Video Scan");
-ZV_KEY(AspectKey, "Aspect Ratio");
-ZV_KEY(BitrateKey, "Bitrate");
-ZV_KEY(AudioCodecKey, "Audio Codec");
-ZV_KEY(AudioLanguageKey, "Audio Language");
-ZV_KEY(SubtitleLanguageKey, "Subtitle Language");
-ZV_KEY(ChaptersKey, "$!@_Chapters");
-ZV_KEY(SeriesKey, "Series");
-ZV_KEY(ArtistKey, "Artist");
-ZV_KEY(AlbumKey, "Album");
-ZV_KEY(GenreKey, "Genre");
-ZV_KEY(CropKey, "Video Crop");
-ZV_KEY(ScoreKey, "Video Black Bar Score");
-#undef ZV_KEY
 
 json GetFileName(const CFilm& film)
 {
@@ -166,35 +147,35 @@ using enum FieldKind;
 constexpr FilmField FilmFields[] = {
     {"path",       Text,   "the whole name",                                    GetPath},
     {"file",       Text,   "the name without its folder",                       GetFileName},
-    {"title",      Text,   "what the film calls itself",                        GetText<TitleKey>},
-    {"kind",       Text,   "Video or Audio",                                    GetText<KindKey>},
+    {"title",      Text,   "what the film calls itself",                        GetText<"Name">},
+    {"kind",       Text,   "Video or Audio",                                    GetText<"Media Type">},
     {"container",  Text,   "mkv, mp4 and so on",                                GetContainer},
-    {"size",       Number, "bytes",                                             GetNumber<SizeKey>},
-    {"duration",   Number, "seconds",                                           GetNumber<DurationKey>},
+    {"size",       Number, "bytes",                                             GetNumber<"File Size">},
+    {"duration",   Number, "seconds",                                           GetNumber<"Duration">},
     {"resolution", Text,   "8K, 4K, 1440p, 1080p, 720p, 576p, 480p or small",   GetResolution},
-    {"width",      Number, "pixels",                                            GetNumber<WidthKey>},
-    {"height",     Number, "pixels",                                            GetNumber<HeightKey>},
+    {"width",      Number, "pixels",                                            GetNumber<"Width">},
+    {"height",     Number, "pixels",                                            GetNumber<"Height">},
     {"codec",      Text,   "of the picture",                                    GetVideoCodec},
     {"hdr",        Text,   "SDR, HDR10, HDR10+, HLG or DolbyVision",            GetHDRKind},
-    {"hdrformat",  Text,   "the same with the profile",                         GetText<HDRFormatKey>},
-    {"peak",       Number, "nits",                                              GetNumber<PeakKey>},
-    {"colors",     Text,   "colour primaries",                                  GetText<ColorSpaceKey>},
-    {"depth",      Number, "bits of a colour",                                  GetNumber<DepthKey>},
-    {"fps",        Number, "frames per second",                                 GetNumber<FPSKey>},
-    {"scan",       Text,   "Progressive or Interlaced",                         GetText<ScanKey>},
-    {"aspect",     Number, "width by height",                                   GetNumber<AspectKey>},
-    {"bitrate",    Number, "kilobits per second",                               GetNumber<BitrateKey>},
-    {"audio",      Words,  "codecs of the sound",                               GetWords<AudioCodecKey>},
+    {"hdrformat",  Text,   "the same with the profile",                         GetText<"HDR Format">},
+    {"peak",       Number, "nits",                                              GetNumber<"HDR Peak Luminance">},
+    {"colors",     Text,   "colour primaries",                                  GetText<"Color Space">},
+    {"depth",      Number, "bits of a colour",                                  GetNumber<"Color Depth">},
+    {"fps",        Number, "frames per second",                                 GetNumber<"FPS">},
+    {"scan",       Text,   "Progressive or Interlaced",                         GetText<"Video Scan">},
+    {"aspect",     Number, "width by height",                                   GetNumber<"Aspect Ratio">},
+    {"bitrate",    Number, "kilobits per second",                               GetNumber<"Bitrate">},
+    {"audio",      Words,  "codecs of the sound",                               GetWords<"Audio Codec">},
     {"channels",   Number, "of the stream that has the most",                   GetChannels},
-    {"language",   Words,  "languages of the sound, in English",                GetWords<AudioLanguageKey>},
-    {"subtitles",  Words,  "languages of the subtitles",                        GetWords<SubtitleLanguageKey>},
-    {"chapters",   Number, "count",                                             GetNumber<ChaptersKey>},
-    {"series",     Text,   "what it is an episode of",                          GetText<SeriesKey>},
-    {"artist",     Text,   "of a sound file",                                   GetText<ArtistKey>},
-    {"album",      Text,   "of a sound file",                                   GetText<AlbumKey>},
-    {"genre",      Text,   "as the tags have it",                               GetText<GenreKey>},
-    {"crop",       Text,   "left, top, right and bottom between the bars",      GetText<CropKey>},
-    {"score",      Number, "how sure that is, from 1 to 5",                     GetNumber<ScoreKey>},
+    {"language",   Words,  "languages of the sound, in English",                GetWords<"Audio Language">},
+    {"subtitles",  Words,  "languages of the subtitles",                        GetWords<"Subtitle Language">},
+    {"chapters",   Number, "count",                                             GetNumber<"$!@_Chapters">},
+    {"series",     Text,   "what it is an episode of",                          GetText<"Series">},
+    {"artist",     Text,   "of a sound file",                                   GetText<"Artist">},
+    {"album",      Text,   "of a sound file",                                   GetText<"Album">},
+    {"genre",      Text,   "as the tags have it",                               GetText<"Genre">},
+    {"crop",       Text,   "left, top, right and bottom between the bars",      GetText<"Video Crop">},
+    {"score",      Number, "how sure that is, from 1 to 5",                     GetNumber<"Video Black Bar Score">},
 };
 // clang-format on
 }

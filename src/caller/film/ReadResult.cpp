@@ -11,6 +11,9 @@ namespace
 {
 using nlohmann::json;
 
+// Some hundred keys and the chapters of a long film take a thousandth of that, in bytes.
+constexpr uintmax_t MaximumSize = 64 << 20;
+
 enum class ValueKind
 {
     Text,
@@ -88,6 +91,9 @@ json ReadValue(const char* name, const char* text)
 
 bool ReadResult(const std::filesystem::path& file, json& values)
 {
+    std::error_code error;
+    if (std::filesystem::file_size(file, error) > MaximumSize || error)
+        return false;
     pugi::xml_document document;
     const pugi::xml_node root =
         document.load_file(file.c_str(), pugi::parse_default | pugi::parse_ws_pcdata_single).status == pugi::status_ok

@@ -16,8 +16,11 @@ namespace
 using nlohmann::json;
 using TokenKind = CFilterTokens::Kind;
 
-// Parentheses and "not" within each other; the database's own limit is not far above.
-constexpr int MaximumDepth = 100;
+// Parentheses and "not" within each other. The database's parser remembers a hundred tokens, of which one level can take six.
+constexpr int MaximumDepth = 12;
+
+// Comparisons in all. The database takes expressions that are twice as deep.
+constexpr int MaximumComparisons = 500;
 
 struct NumberUnit
 {
@@ -102,17 +105,23 @@ private:
     std::string ParseOr()
     {
         std::string sql = ParseAnd();
-        while (m_tokens.TakeWord("or"))
-            sql = "(" + sql + " OR " + ParseAnd() + ")";
-        return sql;
+        if (!m_tokens.TakeWord("or"))
+            return sql;
+        do
+            sql += " OR " + ParseAnd();
+        while (m_tokens.TakeWord("or"));
+        return "(" + sql + ")";
     }
 
     std::string ParseAnd()
     {
         std::string sql = ParseNot();
-        while (m_tokens.TakeWord("and"))
-            sql = "(" + sql + " AND " + ParseNot() + ")";
-        return sql;
+        if (!m_tokens.TakeWord("and"))
+            return sql;
+        do
+            sql += " AND " + ParseNot();
+        while (m_tokens.TakeWord("and"));
+        return "(" + sql + ")";
     }
 
     std::string ParseNot()
@@ -136,6 +145,8 @@ private:
 
     std::string ParseComparison()
     {
+        if (++m_comparisons > MaximumComparisons)
+            m_tokens.Fail("there are more than " + std::to_string(MaximumComparisons) + " comparisons");
         const Operand operand = ParseOperand();
         const CFilterTokens::Token sign = m_tokens.Get();
         if (sign.What != TokenKind::Sign || sign.Text == ")" || sign.Text == "(")
@@ -235,6 +246,7 @@ private:
     CFilterTokens m_tokens;
     std::vector<json>& m_values;
     int m_depth = 0;
+    int m_comparisons = 0;
 };
 
 // The kinds of fields stand for those of operands.

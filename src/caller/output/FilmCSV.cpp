@@ -30,5 +30,5 @@ std::string MakeCSVLine(const std::vector<const FilmField*>& fields, const CFilm
     std::string line;
     for (const FilmField* const field : fields)
         line += Quote(MakeFieldText(field->Get(film))) + ",";
-    return line + EscapeBytes(film.Path) + "," + Quote(error) + "\r\n";
+    return line + Quote(EscapeBytes(film.Path)) + "," + Quote(error) + "\r\n";
 }

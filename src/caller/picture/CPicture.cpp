@@ -3,6 +3,10 @@
 #include "caller/picture/CPictureLibrary.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <string_view>
 #include <strings.h>
 
 namespace
@@ -13,13 +17,45 @@ constexpr int Quality = 80;
 // Of 9. Beyond this, PNG files take much longer and are little smaller.
 constexpr int PNGLevel = 6;
 
+// As many bytes as the signatures have.
+constexpr size_t SignatureSize = 12;
+
+using ReadFunction = gdImage* (*)(FILE* file);
 using WriteFunction = void* (*)(gdImage* image, int* size);
 
+// A format that pictures are read from, and its signature; "?" stands for any byte. Those without an extension are not written.
 struct PictureFormat
 {
-    const char* Extension;
+    std::string_view Signature;
+    ReadFunction Read;
+    std::array<const char*, 2> Extensions;
     WriteFunction Write;
 };
+
+gdImage* ReadJPEG(FILE* file)
+{
+    return CPictureLibrary::Get().gdImageCreateFromJpeg(file);
+}
+
+gdImage* ReadPNG(FILE* file)
+{
+    return CPictureLibrary::Get().gdImageCreateFromPng(file);
+}
+
+gdImage* ReadWebP(FILE* file)
+{
+    return CPictureLibrary::Get().gdImageCreateFromWebp(file);
+}
+
+gdImage* ReadBMP(FILE* file)
+{
+    return CPictureLibrary::Get().gdImageCreateFromBmp(file);
+}
+
+gdImage* ReadGIF(FILE* file)
+{
+    return CPictureLibrary::Get().gdImageCreateFromGif(file);
+}
 
 void* WriteJPEG(gdImage* image, int* size)
 {
@@ -36,18 +72,40 @@ void* WriteWebP(gdImage* image, int* size)
     return CPictureLibrary::Get().gdImageWebpPtrEx(image, size, Quality);
 }
 
+// The formats of the pictures that the worker makes, and of covers.
 constexpr PictureFormat PictureFormats[] = {
-    {".jpg",  WriteJPEG},
-    {".jpeg", WriteJPEG},
-    {".png",  WritePNG },
-    {".webp", WriteWebP},
+    {"\xff\xd8\xff", ReadJPEG, {".jpg", ".jpeg"}, WriteJPEG},
+    {"\x89PNG",      ReadPNG,  {".png"},          WritePNG },
+    {"RIFF????WEBP", ReadWebP, {".webp"},         WriteWebP},
+    {"BM",           ReadBMP,  {},                nullptr  },
+    {"GIF8",         ReadGIF,  {},                nullptr  },
 };
 
 const PictureFormat* FindFormat(const std::string& extension)
 {
-    const auto* const found = std::ranges::find_if(PictureFormats, [&](const PictureFormat& format)
-                                                   { return strcasecmp(format.Extension, extension.c_str()) == 0; });
-    return found == std::end(PictureFormats) ? nullptr : found;
+    for (const PictureFormat& format : PictureFormats)
+        for (const char* const name : format.Extensions)
+            if (name != nullptr && strcasecmp(name, extension.c_str()) == 0)
+                return &format;
+    return nullptr;
+}
+
+const PictureFormat* FindFormatOf(const std::filesystem::path& file)
+{
+    std::array<char, SignatureSize> start {};
+    std::ifstream(file, std::ios::binary).read(start.data(), start.size());
+    for (const PictureFormat& format : PictureFormats)
+        if (std::ranges::equal(format.Signature, std::string_view(start.data(), format.Signature.size()),
+                               [](char wanted, char found) { return wanted == '?' || wanted == found; }))
+            return &format;
+    return nullptr;
+}
+
+gdImage* Read(const std::filesystem::path& path)
+{
+    const PictureFormat* const format = FindFormatOf(path);
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(path.c_str(), "rbe"), fclose);
+    return format == nullptr || file == nullptr ? nullptr : format->Read(file.get());
 }
 
 std::string Write(gdImage* image, const PictureFormat& format)
@@ -64,15 +122,15 @@ void CPicture::Destroy::operator()(gdImage* image) const
     CPictureLibrary::Get().gdImageDestroy(image);
 }
 
-CPicture::CPicture(const std::filesystem::path& file) : m_image(CPictureLibrary::Get().gdImageCreateFromFile(file.c_str())) {}
+CPicture::CPicture(const std::filesystem::path& file) : m_image(Read(file)) {}
 
-std::string CPicture::MakeSmaller(int size, const std::string& extension) const
+std::string CPicture::Make(int size, const std::string& extension) const
 {
     const PictureFormat* const format = FindFormat(extension);
-    if (m_image == nullptr || format == nullptr || size <= 0)
+    if (m_image == nullptr || format == nullptr)
         return {};
     const int64_t longer = std::max(gdImageSX(m_image), gdImageSY(m_image));
-    if (longer <= size)
+    if (size <= 0 || longer <= size)
         return Write(m_image.get(), *format);
     const auto shrink = [&](int side)
     { return static_cast<unsigned>(std::max<int64_t>(1, (side * int64_t {size} + longer / 2) / longer)); };
@@ -84,4 +142,10 @@ std::string CPicture::MakeSmaller(int size, const std::string& extension) const
 bool IsPictureExtension(const std::string& extension)
 {
     return FindFormat(extension) != nullptr;
+}
+
+bool HasFormat(const std::filesystem::path& file, const std::string& extension)
+{
+    const PictureFormat* const format = FindFormat(extension);
+    return format != nullptr && format == FindFormatOf(file);
 }

@@ -3,8 +3,11 @@
 #include <gd.h>
 
 // The functions of libgd that are used.
-#define ZV_PICTURE_FUNCTIONS(F)                                                                                                  \
-    F(gdImageCreateFromFile) F(gdImageDestroy) F(gdImageScale) F(gdImageJpegPtr) F(gdImagePngPtrEx) F(gdImageWebpPtrEx) F(gdFree)
+// clang-format off
+#define ZV_PICTURE_FUNCTIONS(F) \
+    F(gdImageCreateFromJpeg) F(gdImageCreateFromPng) F(gdImageCreateFromWebp) F(gdImageCreateFromBmp) F(gdImageCreateFromGif) \
+    F(gdImageJpegPtr) F(gdImagePngPtrEx) F(gdImageWebpPtrEx) F(gdImageScale) F(gdImageDestroy) F(gdFree)
+// clang-format on
 
 // libgd, which the process opens when it is first asked for and keeps.
 struct CPictureLibrary

@@ -18,13 +18,6 @@ namespace
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
-// A machine without the worker must not call all films failed.
-void CheckWorker(const std::string& program)
-{
-    if (access(program.c_str(), X_OK) != 0)
-        throw std::runtime_error("the worker " + program + " cannot be started: " + strerror(errno));
-}
-
 // What a film is now, as a scan would see it. Nothing if it is no film any more.
 std::optional<CFileIdentity> FindIdentity(const std::string& path)
 {
@@ -37,7 +30,7 @@ std::optional<CFileIdentity> FindIdentity(const std::string& path)
 }
 
 CShardWork::CShardWork(const CPlan& plan, int64_t shard, const CWorkerSettings& settings)
-    : m_plan(plan), m_program(settings.Program), m_films(plan, shard), m_runner(settings, CatalogPicture)
+    : m_plan(plan), m_films(plan, shard), m_runner(settings, CatalogPicture)
 {
 }
 
@@ -46,7 +39,6 @@ CShardCounts CShardWork::Run()
     if (IsFinished(m_plan, m_films.GetShard()))
         return {.Before = m_films.GetCount(), .IsFinished = true};
     TakeLock();
-    CheckWorker(m_program);
     CheckFolders();
     m_has = ReadResults(m_plan, m_films, [](const CFilmResult&, const CPlannedFilm&) {});
     m_counts.Before = std::ranges::count(m_has, true);

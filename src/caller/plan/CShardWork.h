@@ -42,7 +42,6 @@ private:
     bool IsDone() const { return m_next == m_films.GetCount() && m_runner.GetCount() == 0; }
 
     const CPlan& m_plan;
-    std::string m_program;
     CShardFilms m_films;
     CFilmRunner m_runner;
     std::optional<CResultFile> m_results;

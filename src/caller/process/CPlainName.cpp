@@ -47,6 +47,7 @@ CPlainName::CPlainName(const std::filesystem::path& path, const CWorkFolder& fol
 {
     if (m_name.size() > 1 && m_name.ends_with('/'))
         m_name.pop_back();
+    m_real = m_name;
     if (IsPlainName(m_name))
         return;
     std::string place = folder.GetPath() / "link-XXXXXX";
@@ -57,6 +58,13 @@ CPlainName::CPlainName(const std::filesystem::path& path, const CWorkFolder& fol
     std::filesystem::create_symlink(m_name, m_link, error);
     if (!error)
         m_name = m_link;
+}
+
+std::string CPlainName::TellReal(std::string text) const
+{
+    for (size_t place = 0; !m_link.empty() && (place = text.find(m_name, place)) != std::string::npos; place += m_real.size())
+        text.replace(place, m_name.size(), m_real);
+    return text;
 }
 
 CPlainName::~CPlainName()

@@ -16,9 +16,12 @@ public:
     ~CPlainName();
 
     const std::string& Get() const { return m_name; }
+    // A text of the worker, in which the plain name stands for the file, with the file's own name.
+    std::string TellReal(std::string text) const;
 
 private:
     std::string m_name;
+    std::string m_real;
     std::filesystem::path m_link;  // empty if the name was plain
 };
 

@@ -76,7 +76,7 @@ std::string GetEnd(const CWorkerOutcome& outcome, const CWorkerRequest& request)
     switch (outcome.How)
     {
     case End::Exited:
-        return {};
+        return outcome.Number == 0 ? "the worker ended before it began" : "";
     case End::Crashed:
         return "the worker crashed (" + std::string(strsignal(outcome.Number)) + ")";
     case End::TooLong:
@@ -103,7 +103,9 @@ std::string GetFailure(const CWorkerOutcome& outcome, const CWorkerRequest& requ
     if (outcome.HasSucceeded())
         return {};
     const std::string end = GetEnd(outcome, request);
-    const std::string reasons = GetReasons(outcome.Log);
+    // Who ends early says why on standard error alone.
+    const bool hasBegun = outcome.How != CWorkerOutcome::End::Exited || outcome.Number != 0;
+    const std::string reasons = GetReasons(hasBegun ? outcome.Log : outcome.Report);
     if (!end.empty())
         return end + (reasons.empty() ? "" : "; " + reasons);
     return reasons.empty() ? "the worker failed and did not say why" : reasons;

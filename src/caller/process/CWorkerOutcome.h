@@ -9,6 +9,7 @@
 struct CWorkerRequest
 {
     std::vector<std::string> Arguments;  // the command and its parameters, as bytes
+    std::string Program = {};            // another program that is run with the worker's limits; empty for the worker itself
     std::chrono::milliseconds TimeLimit {60'000};
     uint64_t MemoryLimit = uint64_t {2} << 30;  // in bytes that are in memory at once
 };
@@ -25,11 +26,13 @@ struct CWorkerOutcome
         NotStarted,     // Number is the system's reason
     };
 
-    bool HasSucceeded() const { return How == End::Exited && Number == 0; }
+    bool HasEndedWell() const { return How == End::Exited && Number == 0; }
+    // A worker that did not begin, since a library of its own is missing, ends with 0 too, but without a report.
+    bool HasSucceeded() const { return HasEndedWell() && Report.find("\nResult: 0\n") != std::string::npos; }
 
     End How = End::NotStarted;
     int Number = 0;
-    std::string Report = {};                     // what it printed, of which the start is kept
+    std::string Report = {};                     // what it printed, of which the end is kept
     std::string Log = {};                        // the lines of its log, of which the end is kept
     std::chrono::microseconds ProcessorTime {};  // of the worker and all that it started
 };

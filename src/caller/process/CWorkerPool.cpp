@@ -23,8 +23,9 @@ CWorkerPool::~CWorkerPool() = default;
 void CWorkerPool::Start(CWorkerRequest request, EndFunction onEnd)
 {
     const std::filesystem::path log = m_folder.GetPath() / ("run" + std::to_string(++m_count) + ".log");
+    const std::string program = request.Program.empty() ? m_program : request.Program;
     m_runs.push_back(std::unique_ptr<Run>(new Run {
-        {m_program, std::move(request), log},
+        {program, std::move(request), log},
         std::move(onEnd)
     }));
 }

@@ -15,11 +15,17 @@
 
 namespace
 {
-// A report has two lines. Of a worker that prints without end the rest is read and dropped.
+// The report are the last two lines. Of a worker that prints without end no more is kept.
 constexpr size_t MaximumReport = 0x10000;
+
+// Of such a worker no more is read at once, so that the others and the clock get their turn.
+constexpr size_t ReadAtOnce = 0x40000;
 
 // Of a log the end says why it failed.
 constexpr std::streamoff MaximumLog = 0x10000;
+
+// What the worker allows itself when it is told nothing, in bytes.
+constexpr uint64_t WorkersOwnLimit = uint64_t {4} << 30;
 
 // What a shell says of a program that could not be run.
 constexpr int NotRun = 127;
@@ -47,21 +53,44 @@ std::vector<std::string> MakeEnvironment(const std::vector<std::string>& setting
     return environment;
 }
 
-// In the new process, which has only one thread and calls nothing that takes memory. The reason of a failure goes through the pipe.
-[[noreturn]] void Become(char** arguments, char** environment, int output, int failure)
+// What a run has in its environment. Where the limit is above the worker's own, that one has to give way.
+std::vector<std::string> GetSettings(const CWorkerRequest& request, const std::filesystem::path& log)
+{
+    std::vector<std::string> settings = {"ZV_LOG_FILE=" + log.string(), "LC_ALL=C.UTF-8"};
+    if (request.MemoryLimit > WorkersOwnLimit && getenv("ZV_MEMORY_LIMIT") == nullptr)
+        settings.push_back("ZV_MEMORY_LIMIT=" + std::to_string(request.MemoryLimit));
+    return settings;
+}
+
+// What a new process needs to become the worker.
+struct Birth
+{
+    char* const* Arguments;
+    char* const* Environment;
+    int Output;   // the end of a pipe for what the worker prints
+    int Failure;  // and one for the reason why it cannot be started
+    pid_t Parent;
+};
+
+// In the new process, which has only one thread and calls nothing that takes memory.
+[[noreturn]] void Become(const Birth& birth)
 {
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // The parent may have ended before that.
+    if (getppid() != birth.Parent)
+        _exit(NotRun);
     const int nothing = open("/dev/null", O_RDONLY);
     dup2(nothing, STDIN_FILENO);
-    dup2(output, STDOUT_FILENO);
-    dup2(output, STDERR_FILENO);
+    dup2(birth.Output, STDOUT_FILENO);
+    dup2(birth.Output, STDERR_FILENO);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    execve(arguments[0], arguments, environment);
+    signal(SIGPIPE, SIG_DFL);
+    execve(birth.Arguments[0], birth.Arguments, birth.Environment);
     const int error = errno;
-    if (write(failure, &error, sizeof error) < 0)
+    if (write(birth.Failure, &error, sizeof error) < 0)
         _exit(NotRun);
     _exit(NotRun);
 }
@@ -89,7 +118,7 @@ void CWorkerRun::Start(const std::string& program)
 {
     std::vector<std::string> arguments = m_request.Arguments;
     arguments.insert(arguments.begin(), program);
-    std::vector<std::string> environment = MakeEnvironment({"ZV_LOG_FILE=" + m_log.string(), "LC_NUMERIC=C"});
+    std::vector<std::string> environment = MakeEnvironment(GetSettings(m_request, m_log));
     const std::vector<char*> argv = AsPointers(arguments);
     const std::vector<char*> envp = AsPointers(environment);
     int output[2] = {-1, -1};
@@ -99,9 +128,10 @@ void CWorkerRun::Start(const std::string& program)
     CDescriptor failureEnd(failure[1]);
     const CDescriptor failureRead(failure[0]);
     m_output = CDescriptor(output[0]);
+    const pid_t parent = getpid();
     const pid_t pid = hasPipes ? fork() : -1;
     if (pid == 0)
-        Become(const_cast<char**>(argv.data()), const_cast<char**>(envp.data()), output[1], failure[1]);
+        Become({argv.data(), envp.data(), output[1], failure[1], parent});
     int error = pid < 0 ? errno : 0;
     failureEnd.Close();
     if (pid > 0 && read(failureRead.Get(), &error, sizeof error) == static_cast<ssize_t>(sizeof error))
@@ -122,13 +152,16 @@ void CWorkerRun::Start(const std::string& program)
 void CWorkerRun::ReadOutput()
 {
     std::array<char, 0x1000> piece;
-    ssize_t count;
-    while ((count = read(m_output.Get(), piece.data(), piece.size())) > 0)
+    ssize_t count = 1;
+    for (size_t all = 0; count > 0 && all < ReadAtOnce; all += piece.size())
     {
-        const size_t kept =
-            std::min(static_cast<size_t>(count), MaximumReport - std::min(MaximumReport, m_outcome.Report.size()));
-        m_outcome.Report.append(piece.data(), kept);
+        count = read(m_output.Get(), piece.data(), piece.size());
+        m_outcome.Report.append(piece.data(), static_cast<size_t>(std::max<ssize_t>(count, 0)));
+        if (m_outcome.Report.size() > 2 * MaximumReport)
+            m_outcome.Report.erase(0, m_outcome.Report.size() - MaximumReport);
     }
+    if (count > 0)
+        return;
     if (count == 0 || (errno != EAGAIN && errno != EINTR))
         m_output.Close();
 }

@@ -1,5 +1,7 @@
 #include "caller/scan/CFolderWalk.h"
 
+#include "caller/film/FindDiscFile.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -21,9 +23,6 @@ constexpr std::string_view Extensions[] = {
 };
 static_assert(std::ranges::is_sorted(Extensions));
 
-// A folder with one of these in it is a disc.
-constexpr const char* DiscFolders[] = {"BDMV", "VIDEO_TS"};
-
 bool IsFilmName(const fs::path& path)
 {
     std::string extension = path.extension();
@@ -31,16 +30,6 @@ bool IsFilmName(const fs::path& path)
         return false;
     std::ranges::transform(extension, extension.begin(), [](unsigned char letter) { return static_cast<char>(tolower(letter)); });
     return std::ranges::binary_search(Extensions, std::string_view(extension).substr(1));
-}
-
-bool IsDisc(const fs::path& folder)
-{
-    return std::ranges::any_of(DiscFolders,
-                               [&](const char* name)
-                               {
-                                   struct stat status;
-                                   return stat((folder / name).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-                               });
 }
 
 CFileIdentity GetIdentity(const struct stat& status)
@@ -112,7 +101,7 @@ bool CFolderWalk::Look(const fs::path& path, Film& film)
     }
     if (!S_ISDIR(status.st_mode) || !m_entered.emplace(status.st_dev, status.st_ino).second)
         return false;
-    if (IsDisc(path))
+    if (!FindDiscFile(path).empty())
     {
         film = {path, GetDiscIdentity(path, status)};
         return true;

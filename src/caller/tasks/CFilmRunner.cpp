@@ -23,15 +23,27 @@ void CFilmRunner::Start(const std::filesystem::path& film, CTaskSet tasks, EndFu
 void CFilmRunner::StartTask(const std::shared_ptr<Work>& work)
 {
     const auto task = std::make_shared<CFilmTask>(work->Left.TakeFirst(), work->Findings.Film.Path, m_wish, m_folder);
-    m_pool.Start(task->GetRequest(m_settings),
-                 [this, task, work](const CWorkerOutcome& outcome, const CWorkerRequest& request)
+    StartRun(work, task, task->GetRequest(m_settings));
+}
+
+void CFilmRunner::StartRun(const std::shared_ptr<Work>& work, const std::shared_ptr<CFilmTask>& task, CWorkerRequest request)
+{
+    m_pool.Start(std::move(request),
+                 [this, task, work](const CWorkerOutcome& outcome, const CWorkerRequest& done)
                  {
-                     task->Finish(outcome, request, work->Findings);
-                     if (work->Findings.Film.IsSound())
-                         work->Left = work->Left.Without(GetPictureTasks());
-                     if (work->Left.IsEmpty())
-                         work->OnEnd(work->Findings);
+                     if (std::optional<CWorkerRequest> next = task->Finish(outcome, done, work->Findings))
+                         StartRun(work, task, std::move(*next));
                      else
-                         StartTask(work);
+                         EndTask(work);
                  });
+}
+
+void CFilmRunner::EndTask(const std::shared_ptr<Work>& work)
+{
+    if (work->Findings.Film.IsSound())
+        work->Left = work->Left.Without(GetPictureTasks());
+    if (work->Left.IsEmpty())
+        work->OnEnd(work->Findings);
+    else
+        StartTask(work);
 }

@@ -28,6 +28,8 @@ private:
     struct Work;
 
     void StartTask(const std::shared_ptr<Work>& work);
+    void StartRun(const std::shared_ptr<Work>& work, const std::shared_ptr<CFilmTask>& task, CWorkerRequest request);
+    void EndTask(const std::shared_ptr<Work>& work);
 
     const CWorkerSettings m_settings;
     const CPictureWish m_wish;

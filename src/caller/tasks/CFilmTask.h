@@ -6,6 +6,7 @@
 #include "caller/tasks/CWorkerSettings.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 // A picture that is wanted of a film.
@@ -32,15 +33,21 @@ public:
     ~CFilmTask();
 
     CWorkerRequest GetRequest(const CWorkerSettings& settings) const;
-    // Adds what came of the run to what is known of the film.
-    void Finish(const CWorkerOutcome& outcome, const CWorkerRequest& request, CFindings& findings) const;
+    // Takes what came of a run. Returns the next one that the task needs, or nothing when what there is was added to what is known of the
+    // film.
+    std::optional<CWorkerRequest> Finish(const CWorkerOutcome& outcome, const CWorkerRequest& request, CFindings& findings);
 
 private:
+    bool IsPictureToBeMade() const;
+    CWorkerRequest MakePicture(const CWorkerRequest& request);
     std::string Take(const CWorkerOutcome& outcome, const CWorkerRequest& request, CFindings& findings) const;
     std::string TakePicture(CFindings& findings) const;
 
     TaskKind m_kind;
     CPictureWish m_wish;
     CPlainName m_name;
+    std::string m_discFile;  // below that name; empty if it is no disc
+    const CWorkFolder& m_folder;
     std::filesystem::path m_result;
+    std::filesystem::path m_picture;  // made of the result; empty until it is
 };
