@@ -18,8 +18,12 @@ public:
     ExitStatus Run() override;
 
 private:
+    ExitStatus WritePlan();
+
     std::vector<std::string> m_folders;
     std::string m_catalog;
+    std::string m_plan;
+    int64_t m_shards = 0;
     CWorkerOptions m_worker;
     CTaskOptions m_tasks;
     bool m_triesAgain = false;

@@ -1,8 +1,8 @@
 #include "caller/report/CReport.h"
 
+#include "caller/files/Base64.h"
 #include "caller/film/FilmFields.h"
 #include "caller/process/CSignals.h"
-#include "caller/report/Base64.h"
 #include "caller/report/PageTemplate.h"
 
 #include <ctime>

@@ -17,17 +17,22 @@ constexpr int WalkedAtOnce = 256;
 // What a kill can cost is made again.
 constexpr auto CommitInterval = 1s;
 
-// Lists and pages show pictures of this size, and a catalog of many thousands stays small. The place is the worker's own.
-const CPictureWish ScanPicture {.Size = 256, .Extension = ".webp"};
-
 bool IsBelow(const std::string& path, const std::string& folder)
 {
     return path == folder || path.starts_with(folder.ends_with('/') ? folder : folder + '/');
 }
 }
 
+CTaskSet GetTasksFor(const CFolderWalk::Film& found, const CCatalogRow& row, const CScanOptions& options)
+{
+    if (row.Identity != found.Identity)
+        return options.Tasks | row.Done;
+    const CTaskSet known = options.TriesAgain ? row.Done.Without(row.Failed) : row.Done;
+    return options.Tasks.Without(row.IsSound ? known | GetPictureTasks() : known);
+}
+
 CScan::CScan(CCatalog& catalog, const CWorkerSettings& settings, const CScanOptions& options)
-    : m_catalog(catalog), m_options(options), m_runner(settings, ScanPicture)
+    : m_catalog(catalog), m_options(options), m_runner(settings, CatalogPicture)
 {
 }
 
@@ -87,22 +92,13 @@ void CScan::See(const CFolderWalk::Film& found)
         return m_queue.Add({found, m_options.Tasks});
     m_isThere.resize(std::max(m_isThere.size(), static_cast<size_t>(row->ID) + 1));
     m_isThere[static_cast<size_t>(row->ID)] = true;
-    const CTaskSet tasks = GetTasksFor(found, *row);
+    const CTaskSet tasks = GetTasksFor(found, *row, m_options);
     if (!tasks.IsEmpty())
         return m_queue.Add({found, tasks});
     ++m_counts.Unchanged;
     m_counts.FailedBefore += row->Failed.IsEmpty() ? 0 : 1;
     if (row->HasVanished)
         m_catalog.MarkPresent(row->ID);
-}
-
-// Of a file with another content everything is found out anew that was known of the old one.
-CTaskSet CScan::GetTasksFor(const CFolderWalk::Film& found, const CCatalogRow& row) const
-{
-    if (row.Identity != found.Identity)
-        return m_options.Tasks | row.Done;
-    const CTaskSet known = m_options.TriesAgain ? row.Done.Without(row.Failed) : row.Done;
-    return m_options.Tasks.Without(row.IsSound ? known | GetPictureTasks() : known);
 }
 
 void CScan::StartFilms()

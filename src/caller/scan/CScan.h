@@ -16,6 +16,10 @@ struct CScanOptions
     bool TriesAgain = false;  // tasks that failed, too
 };
 
+// What a film still needs that has a row in a catalog: nothing when all is known of it as it is now. Of a file with another content
+// everything is found out anew that was known of the old one.
+CTaskSet GetTasksFor(const CFolderWalk::Film& found, const CCatalogRow& row, const CScanOptions& options);
+
 // What came of it, in films.
 struct CScanCounts
 {
@@ -41,7 +45,6 @@ private:
     void RunFolder(const std::filesystem::path& folder);
     bool WalkOn(CFolderWalk& walk);
     void See(const CFolderWalk::Film& found);
-    CTaskSet GetTasksFor(const CFolderWalk::Film& found, const CCatalogRow& row) const;
     void StartFilms();
     void Store(const CFindings& findings, const CFileIdentity& identity);
     void MarkVanished(const std::filesystem::path& folder);

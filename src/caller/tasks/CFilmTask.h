@@ -17,6 +17,10 @@ struct CPictureWish
     std::string Extension = ".jpg";
 };
 
+// What catalogs keep: lists and pages show pictures of this size, and a catalog of many thousands stays small. The place is the worker's
+// own.
+inline const CPictureWish CatalogPicture {.Size = 256, .Extension = ".webp"};
+
 // One task of the worker on one film: its command, the files that it needs, and what came of it.
 class CFilmTask
 {
