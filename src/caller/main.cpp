@@ -16,9 +16,9 @@ ExitStatus FinishOutput(ExitStatus status)
     std::cout.flush();
     if (std::cout)
         return status;
-    if (const int error = errno; error != EPIPE)
+    if (const int error = errno; error != EPIPE && !CSignals::IsInterrupted())
         SayError(std::string("not all of the output could be written: ") + strerror(error));
-    return status == AllDone ? SomeFailed : status;
+    return CSignals::IsInterrupted() ? Interrupted : status == AllDone ? SomeFailed : status;
 }
 
 std::string ExplainWrongUse(const CLI::App*, const CLI::Error& error)

@@ -3,12 +3,16 @@
 #include "caller/film/FilmFields.h"
 
 #include <algorithm>
+#include <array>
+#include <cctype>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/file.h>
+#include <unistd.h>
 
 namespace
 {
@@ -104,6 +108,26 @@ CTaskSet GetFailedTasks(const CFindings& findings)
     return failed;
 }
 
+// An absolute path as an address of SQLite, for a file that does not change while it is open.
+std::string MakeAddress(const fs::path& path)
+{
+    std::string address = "file:";
+    for (const char byte : path.native())
+    {
+        std::array<char, 4> code;
+        snprintf(code.data(), code.size(), "%%%02X", static_cast<uint8_t>(byte));
+        address += byte == '/' || isalnum(static_cast<uint8_t>(byte)) != 0 ? std::string(1, byte) : code.data();
+    }
+    return address + "?immutable=1";
+}
+
+// Whether a catalog that nobody writes stands in a folder in which the files cannot be made that SQLite shares between programs.
+bool IsSealed(const fs::path& path)
+{
+    std::error_code ignored;
+    return access(path.parent_path().c_str(), W_OK) != 0 && !fs::exists(path.string() + "-wal", ignored);
+}
+
 // The first path that does not begin with the bytes of a folder's path: all that do stand before it.
 std::string GetEnd(std::string folder)
 {
@@ -119,8 +143,7 @@ CCatalog::CCatalog(const fs::path& path, Access access)
 {
     if (access == Access::Change)
     {
-        if (path.has_parent_path())
-            fs::create_directories(path.parent_path());
+        MakeFolder(path);
         TakeLock(path);
     }
     else if (!fs::exists(path))
@@ -136,16 +159,24 @@ CCatalog::CCatalog(const fs::path& path, Access access)
         MakeTables();
 }
 
-// A catalog that nobody changes is one file, which can be read also where nothing can be written. While others read it, it stays as it is.
 CCatalog::~CCatalog()
 {
     m_find.reset();
     m_known.reset();
     m_store.reset();
     m_present.reset();
-    if (m_lock.IsOpen() && m_database)
-        sqlite3_exec(m_database.get(), "PRAGMA busy_timeout = 0; PRAGMA journal_mode = DELETE", nullptr, nullptr, nullptr);
     m_database.reset();
+}
+
+void CCatalog::MakeFolder(const fs::path& path) const
+{
+    std::error_code error;
+    if (path.has_parent_path())
+        fs::create_directories(path.parent_path(), error);
+    if (error)
+        throw std::runtime_error("no folder can be made for the catalog " + path.string() + ": " + error.message());
+    if (fs::exists(path, error) && !fs::is_regular_file(path, error))
+        throw std::runtime_error("the file " + path.string() + " is no catalog of films");
 }
 
 // A file beside the catalog, since SQLite has locks of its own in it. Where there are no locks it is the user who takes care.
@@ -162,8 +193,12 @@ void CCatalog::TakeLock(const fs::path& path)
 void CCatalog::Open(const fs::path& path, Access access)
 {
     const int flags = access == Access::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    std::error_code error;
+    const fs::path target = fs::canonical(path, error);
+    const bool isSealed = access == Access::Read && !error && IsSealed(target);
+    const std::string name = isSealed ? MakeAddress(target) : fs::absolute(path).string();
     sqlite3* database = nullptr;
-    const int result = sqlite3_open_v2(fs::absolute(path).c_str(), &database, flags, nullptr);
+    const int result = sqlite3_open_v2(name.c_str(), &database, flags | (isSealed ? SQLITE_OPEN_URI : 0), nullptr);
     m_database.reset(database);
     if (result != SQLITE_OK)
         throw std::runtime_error("the catalog " + path.string() + " cannot be opened: " + sqlite3_errmsg(database));

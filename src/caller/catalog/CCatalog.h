@@ -75,6 +75,7 @@ private:
     };
 
     void Open(const std::filesystem::path& path, Access access);
+    void MakeFolder(const std::filesystem::path& path) const;
     void TakeLock(const std::filesystem::path& path);
     int64_t GetNumber(const char* query) const;
     bool IsNew() const;

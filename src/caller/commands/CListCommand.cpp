@@ -1,10 +1,12 @@
 #include "caller/commands/CListCommand.h"
 
 #include "caller/catalog/DefaultCatalog.h"
+#include "caller/commands/CheckName.h"
 #include "caller/list/FilmColumn.h"
 #include "caller/output/CFilmTable.h"
 #include "caller/output/FilmCSV.h"
 #include "caller/output/FilmJSON.h"
+#include "caller/process/CSignals.h"
 
 #include <iostream>
 
@@ -57,7 +59,7 @@ std::string CListCommand::GetNotes() const
 
 void CListCommand::AddOptions(CLI::App& app)
 {
-    app.add_option("CATALOG", m_catalog, "The catalog; by default the user's own");
+    app.add_option("CATALOG", m_catalog, "The catalog; by default the user's own")->check(CheckName);
     app.add_option("--where", m_where, "Only films that fulfill it")->check(CheckCondition)->type_name("CONDITION");
     app.add_option("--sort", m_sort, "A field to sort by, with - before it for the largest first; by default the path")
         ->check(CheckSort)
@@ -81,7 +83,7 @@ ExitStatus CListCommand::Run()
         PrintLines(catalog, query);
     else
         PrintTable(catalog, query);
-    return AllDone;
+    return CSignals::IsInterrupted() ? Interrupted : AllDone;
 }
 
 std::vector<const FilmField*> CListCommand::GetFields() const
@@ -105,7 +107,7 @@ void CListCommand::PrintTable(const CCatalog& catalog, const CFilmQuery& query) 
     for (CFilmRows rows(catalog, query); rows.GetNext(film, error);)
         table.Measure(film, error);
     std::cout << table.MakeHead();
-    for (CFilmRows rows(catalog, query); std::cout && rows.GetNext(film, error);)
+    for (CFilmRows rows(catalog, query); !CSignals::IsInterrupted() && std::cout && rows.GetNext(film, error);)
         std::cout << table.MakeLine(film, error);
 }
 
@@ -116,7 +118,7 @@ void CListCommand::PrintLines(const CCatalog& catalog, const CFilmQuery& query) 
         std::cout << MakeCSVHead(fields);
     CFilm film;
     std::string error;
-    for (CFilmRows rows(catalog, query); std::cout && rows.GetNext(film, error);)
+    for (CFilmRows rows(catalog, query); !CSignals::IsInterrupted() && std::cout && rows.GetNext(film, error);)
     {
         if (m_isCSV)
             std::cout << MakeCSVLine(fields, film, error);

@@ -58,7 +58,7 @@ std::string MakeJSON(const CMergeCounts& counts)
 void CMergeCommand::AddOptions(CLI::App& app)
 {
     app.add_option("PLAN", m_plan, "The folder that zivora scan --plan has written")->required()->check(CheckName);
-    app.add_option("--to", m_catalog, "The catalog; by default the user's own")->type_name("CATALOG");
+    app.add_option("--to", m_catalog, "The catalog; by default the user's own")->check(CheckName)->type_name("CATALOG");
     app.add_flag("--json", m_isJSON, "The counts as an object, with an array of the shards that are missing or not finished");
 }
 

@@ -1,6 +1,7 @@
 #include "caller/commands/CReportCommand.h"
 
 #include "caller/catalog/DefaultCatalog.h"
+#include "caller/commands/CheckName.h"
 #include "caller/output/Messages.h"
 #include "caller/report/CReport.h"
 
@@ -43,7 +44,7 @@ void Tell(std::ostream& output, const fs::path& page, const CReportCounts& count
 
 void CReportCommand::AddOptions(CLI::App& app)
 {
-    app.add_option("CATALOG", m_catalog, "The catalog; by default the user's own");
+    app.add_option("CATALOG", m_catalog, "The catalog; by default the user's own")->check(CheckName);
     app.add_option("PAGE", m_page, "The page, by default films.html in this folder; - for standard output");
     app.add_flag("--json", m_isJSON, "The name of the page and the counts as an object");
 }

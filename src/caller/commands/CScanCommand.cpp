@@ -2,6 +2,7 @@
 
 #include "caller/catalog/DefaultCatalog.h"
 #include "caller/commands/CheckName.h"
+#include "caller/output/Messages.h"
 #include "caller/plan/CPlanWriter.h"
 #include "caller/process/CSignals.h"
 #include "caller/scan/CScan.h"
@@ -19,15 +20,21 @@ constexpr int64_t MaximumShards = 100'000;
 // What a plan leaves to the machines that work on it.
 constexpr const char* OptionsOfWork[] = {"--jobs", "--time-limit", "--memory", "--worker"};
 
+// The folders that are there. Of the others it is said that they are not; when there is none, that is thrown.
 std::vector<fs::path> FindFolders(const std::vector<std::string>& names)
 {
     std::vector<fs::path> folders;
     for (const std::string& name : names)
     {
-        if (!fs::is_directory(name))
-            throw std::runtime_error(fs::exists(name) ? name + " is no folder" : "there is no folder " + name);
-        folders.push_back(fs::canonical(name));
+        std::error_code error;
+        const fs::path folder = fs::canonical(name, error);
+        if (!error && fs::is_directory(folder, error))
+            folders.push_back(folder);
+        else
+            SayError(error ? name + ": " + error.message() : name + " is no folder");
     }
+    if (folders.empty())
+        throw std::runtime_error("there is no folder to look into");
     return folders;
 }
 
@@ -85,7 +92,7 @@ std::string MakeJSON(const CScanCounts& counts)
 void CScanCommand::AddOptions(CLI::App& app)
 {
     app.add_option("FOLDER", m_folders, "Folders with films")->required()->check(CheckName);
-    app.add_option("--to", m_catalog, "The catalog; by default the user's own")->type_name("CATALOG");
+    app.add_option("--to", m_catalog, "The catalog; by default the user's own")->check(CheckName)->type_name("CATALOG");
     app.add_flag("--retry", m_triesAgain, "Try films again that failed before");
     app.add_flag("--json", m_isJSON, "The counts at the end as an object");
     m_tasks.AddTo(app);
@@ -119,7 +126,7 @@ ExitStatus CScanCommand::Run()
     std::cout << (m_isJSON ? MakeJSON(counts) : Describe(counts)) << '\n';
     if (CSignals::IsInterrupted())
         return Interrupted;
-    return counts.Failed + counts.Unreadable == 0 ? AllDone : SomeFailed;
+    return counts.Failed + counts.Unreadable == 0 && folders.size() == m_folders.size() ? AllDone : SomeFailed;
 }
 
 ExitStatus CScanCommand::WritePlan()
@@ -130,9 +137,10 @@ ExitStatus CScanCommand::WritePlan()
     std::optional<CCatalog> catalog;
     if (!m_catalog.empty() && fs::exists(m_catalog))
         catalog.emplace(m_catalog, CCatalog::Access::Read);
+    const std::vector<fs::path> folders = FindFolders(m_folders);
     CPlanWriter writer({
         .Folder = m_plan,
-        .FilmFolders = FindFolders(m_folders),
+        .FilmFolders = folders,
         .Shards = m_shards,
         .Options = {.Tasks = m_tasks.GetTasks(), .TriesAgain = m_triesAgain},
         .Catalog = catalog ? &*catalog : nullptr,
@@ -141,5 +149,5 @@ ExitStatus CScanCommand::WritePlan()
     if (CSignals::IsInterrupted())
         return Interrupted;
     std::cout << (m_isJSON ? MakeJSON(counts, m_shards) : Describe(counts, m_shards)) << '\n';
-    return counts.Unreadable == 0 ? AllDone : SomeFailed;
+    return counts.Unreadable == 0 && folders.size() == m_folders.size() ? AllDone : SomeFailed;
 }

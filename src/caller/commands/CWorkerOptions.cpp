@@ -15,6 +15,10 @@ constexpr unsigned MaximumDefaultJobs = 4;
 
 constexpr int MaximumJobs = 256;
 
+// Below this nothing can be analyzed; who leaves the unit out is told so.
+constexpr uint64_t MinimumMemory = uint64_t {16} << 20;
+constexpr uint64_t MaximumMemory = uint64_t {1} << 50;
+
 // A year, which is for ever.
 constexpr double MaximumTimeLimit = 365 * 24 * 3600.0;
 
@@ -39,8 +43,9 @@ void CWorkerOptions::AddTo(CLI::App& app, Jobs jobs)
     app.add_option("--time-limit", m_timeLimit, "Seconds after which a worker is killed; by default 60, for black bars 300")
         ->check(CLI::Range(0.001, MaximumTimeLimit).description(""))
         ->type_name("SECONDS");
-    app.add_option("--memory", m_settings.MemoryLimit, "Memory at which a worker is killed, such as 500M; by default 2G")
+    app.add_option("--memory", m_memory, "Memory at which a worker is killed, such as 500M; by default 2G")
         ->transform(CLI::AsSizeValue(false).description(""))
+        ->check(CLI::Range(MinimumMemory, MaximumMemory, "").description(""))
         ->type_name("SIZE");
     app.add_option("--worker", m_settings.Program, "The worker's program; by default the one beside this program")
         ->type_name("PROGRAM");
@@ -52,6 +57,8 @@ CWorkerSettings CWorkerOptions::GetSettings() const
     if (settings.Program.empty())
         settings.Program = FindWorker();
     ExpectProgram(settings.Program);
+    if (m_memory > 0)
+        settings.MemoryLimit = m_memory;
     if (m_timeLimit > 0)
         settings.TimeLimit = settings.BarsTimeLimit = std::chrono::milliseconds(static_cast<int64_t>(m_timeLimit * 1000));
     return settings;

@@ -20,5 +20,6 @@ public:
 
 private:
     CWorkerSettings m_settings;
+    uint64_t m_memory = 0;   // in bytes; 0 for that of the settings
     double m_timeLimit = 0;  // in seconds; 0 for those of the settings
 };

@@ -1,9 +1,37 @@
 #include "caller/film/CFilm.h"
 
+#include "caller/film/ReadBlackBars.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
+#include <string_view>
+
+namespace
+{
+// What stands beside the values of a film in what is printed, and what it has of its black bars.
+constexpr std::string_view OwnKeys[] = {
+    "path",
+    "path bytes",
+    "error",
+    "vanished",
+    "crop",
+    "picture",
+    BlackBarKeys::Crop,
+    BlackBarKeys::Report,
+    BlackBarKeys::Aspect,
+    BlackBarKeys::Score,
+};
+}
+
+void CFilm::Add(const nlohmann::json& result)
+{
+    for (const auto& [key, value] : result.items())
+        if (std::ranges::find(OwnKeys, key) == std::end(OwnKeys))
+            Values[key] = value;
+}
 
 std::string CFilm::GetText(const char* key) const
 {

@@ -10,6 +10,10 @@ struct CFilm
     std::string Path;  // as bytes
     nlohmann::json Values = nlohmann::json::object();
 
+    // Adds the values of a result about the film; those that it has already give way. What this program says of a film by itself is none of them:
+    // a film may have tags of any name.
+    void Add(const nlohmann::json& result);
+
     // The text of a value; a number as it reads. Empty for a list, and when there is none.
     std::string GetText(const char* key) const;
     // 0 when there is none.

@@ -2,23 +2,15 @@
 
 namespace
 {
-struct Disc
-{
-    const char* Folder;
-    const char* File;
-};
-
-constexpr Disc Discs[] = {
-    {"BDMV",     "BDMV/index.bdmv"      },
-    {"VIDEO_TS", "VIDEO_TS/VIDEO_TS.IFO"},
-};
+// Of a Blu-ray disc and of a DVD.
+constexpr const char* DiscFiles[] = {"BDMV/index.bdmv", "VIDEO_TS/VIDEO_TS.IFO"};
 }
 
 std::string FindDiscFile(const std::filesystem::path& folder)
 {
     std::error_code ignored;
-    for (const Disc& disc : Discs)
-        if (std::filesystem::is_directory(folder / disc.Folder, ignored))
-            return disc.File;
+    for (const char* const file : DiscFiles)
+        if (std::filesystem::is_regular_file(folder / file, ignored))
+            return file;
     return {};
 }

@@ -2,6 +2,7 @@
 
 #include "caller/film/CFilm.h"
 
+#include <array>
 #include <charconv>
 #include <cstring>
 #include <pugixml.hpp>
@@ -41,7 +42,7 @@ constexpr ResultKey ResultKeys[] = {
     {"HDR Average Luminance", Number}, {"Aspect Ratio", Number}, {"Audio Streams", Number}, {"Subtitle Streams", Number},
     {"Movement Number", Number}, {"Movement Count", Number}, {"BPM", Number}, {"Number of Episodes", Number},
     {"Show Work Movement", Number}, {"Compilation", Number}, {"Podcast", Number}, {"Gapless Playback", Number},
-    {"stik", Number}, {"Access Rating", Number}, {"Episode", Number}, {"Season", Number},
+    {"Latitude", Number}, {"Longitude", Number}, {"Altitude", Number}, {"Peak Level", Number}, {"stik", Number}, {"Access Rating", Number}, {"Episode", Number}, {"Season", Number},
 
     {"Audio Codec", Texts, ';'}, {"Audio Title", Texts, ';'}, {"Audio Language", Texts, ';'},
     {"Subtitle Codec", Texts, ';'}, {"Subtitle Title", Texts, ';'}, {"Subtitle Language", Texts, ';'},
@@ -51,9 +52,24 @@ constexpr ResultKey ResultKeys[] = {
 };
 // clang-format on
 
+// The lists of the streams of a kind, and the key that says how many there are.
+struct StreamLists
+{
+    const char* CountKey;
+    std::array<const char*, 6> ListKeys;
+};
+
+constexpr StreamLists AllStreamLists[] = {
+    {"Audio Streams",    {"Audio Codec", "Audio Title", "Audio Language", "Audio Channels", "Audio Sample Rate", "Audio Bitrate"}},
+    {"Subtitle Streams", {"Subtitle Codec", "Subtitle Title", "Subtitle Language", "", "", ""}                                   },
+};
+
 // A number is told as it is written: a whole one has no decimals. A text that is no number stays one.
 json ReadNumber(std::string_view text)
 {
+    // Places on the earth have their sign always.
+    if (text.starts_with('+'))
+        text.remove_prefix(1);
     int64_t whole = 0;
     const char* const end = text.data() + text.size();
     if (const auto [last, error] = std::from_chars(text.data(), end, whole); error == std::errc() && last == end)
@@ -87,6 +103,21 @@ json ReadValue(const char* name, const char* text)
             return key.Kind == Number ? ReadNumber(text) : ReadList(text, key);
     return text;
 }
+
+// A title can have the separator in it. Then nobody knows which entry is of which stream.
+void DropDoubtfulLists(json& values)
+{
+    for (const StreamLists& streams : AllStreamLists)
+    {
+        const auto count = values.find(streams.CountKey);
+        if (count == values.end() || !count->is_number())
+            continue;
+        for (const char* const key : streams.ListKeys)
+            if (const auto list = values.find(key);
+                list != values.end() && list->is_array() && list->size() > count->get<double>())
+                values.erase(list);
+    }
+}
 }
 
 bool ReadResult(const std::filesystem::path& file, json& values)
@@ -104,5 +135,6 @@ bool ReadResult(const std::filesystem::path& file, json& values)
     for (const pugi::xml_node item : root.children("Item"))
         values[ToUTF8(item.attribute("Name").value())] =
             ReadValue(item.attribute("Name").value(), ToUTF8(item.text().get()).c_str());
+    DropDoubtfulLists(values);
     return true;
 }

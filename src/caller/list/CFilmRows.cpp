@@ -16,7 +16,8 @@ std::string MakeOrder(const std::string& sort)
     if (!column)
         throw std::runtime_error("there is no field \"" + name + "\" to sort by");
     // What is not known comes last in both directions.
-    return column->SQL + (isDescending ? " COLLATE NOCASE DESC" : " COLLATE NOCASE") + " NULLS LAST, path";
+    return (column->Order.empty() ? column->SQL : column->Order) + (isDescending ? " COLLATE NOCASE DESC" : " COLLATE NOCASE") +
+           " NULLS LAST, path";
 }
 
 std::string MakeQuery(const CFilmQuery& query)

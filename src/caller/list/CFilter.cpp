@@ -52,6 +52,15 @@ std::optional<double> ReadNumber(const std::string& text)
     return std::nullopt;
 }
 
+// How far a value may be from a number that was typed with decimals: 23.976 means all that is rounded to it. A number without decimals is
+// exact.
+double GetTolerance(const std::string& text)
+{
+    const size_t point = text.find('.');
+    const bool isPlain = point != std::string::npos && text.find_first_not_of("+-0123456789.") == std::string::npos;
+    return isPlain ? 0.5 * std::pow(10, -static_cast<double>(text.size() - point - 1)) : 0;
+}
+
 // A name of a condition as an expression of SQL.
 struct Operand
 {
@@ -200,8 +209,7 @@ private:
         case Operand::Kind::Number:
             if (sign == "~" || !number)
                 m_tokens.Fail(operand.Name + " is a number");
-            m_values.emplace_back(*number);
-            return "coalesce(" + operand.SQL + " " + sign + " ?, 0)";
+            return "coalesce(" + CompareNumber(operand.SQL, sign, value, *number) + ", 0)";
         case Operand::Kind::Text:
         case Operand::Kind::Words:
             if (isOrder)
@@ -214,14 +222,23 @@ private:
         m_values.emplace_back(operand.Key);
         if (number && sign != "~")
         {
-            m_values.emplace_back(*number);
-            return "EXISTS (SELECT 1 FROM json_each(facts, ?) WHERE type IN ('integer', 'real') AND value " + sign + " ?)";
+            return "EXISTS (SELECT 1 FROM json_each(facts, ?) WHERE type IN ('integer', 'real') AND " +
+                   CompareNumber("value", sign, value, *number) + ")";
         }
         if (isOrder)
             m_tokens.Fail("a text can be compared with =, != and ~ alone");
         const char* const around = sign == "~" ? "%" : "";
         m_values.emplace_back(MakePattern(around, value, around));
         return "EXISTS (SELECT 1 FROM json_each(facts, ?) WHERE value LIKE ? ESCAPE '\\')";
+    }
+
+    std::string CompareNumber(const std::string& sql, const std::string& sign, const std::string& text, double number)
+    {
+        m_values.emplace_back(number);
+        if (sign != "=")
+            return sql + " " + sign + " ?";
+        m_values.emplace_back(GetTolerance(text));
+        return "abs(" + sql + " - ?) <= ?";
     }
 
     static std::string GetBefore(const Operand& operand, const std::string& sign)

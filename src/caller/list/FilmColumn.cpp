@@ -1,5 +1,6 @@
 #include "caller/list/FilmColumn.h"
 
+#include <cstring>
 #include <strings.h>
 
 namespace
@@ -23,5 +24,9 @@ std::optional<FilmColumn> FindFilmColumn(const std::string& name)
         if (strcasecmp(column.Name, name.c_str()) == 0)
             return FilmColumn {column.SQL, FieldKind::Text};
     const FilmField* const field = FindFilmField(name);
-    return field == nullptr ? std::nullopt : std::optional(FilmColumn {field->Name, field->Kind});
+    if (field == nullptr)
+        return std::nullopt;
+    // Its names are not in the order of the sizes that they mean.
+    const bool isResolution = strcmp(field->Name, "resolution") == 0;
+    return FilmColumn {field->Name, field->Kind, isResolution ? "width * height" : ""};
 }

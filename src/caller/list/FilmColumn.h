@@ -10,6 +10,7 @@ struct FilmColumn
 {
     std::string SQL;
     FieldKind Kind = FieldKind::Text;
+    std::string Order = {};  // by what is sorted; empty for the column itself
 };
 
 // That of a field, or of "error", in any case. Nothing if there is none.

@@ -108,7 +108,7 @@ bool CPlanWriter::Walk(const fs::path& folder)
         ++m_counts.Unreadable;
         SayFailure(path, reason);
     };
-    CFolderWalk walk(folder, onError);
+    CFolderWalk walk({folder}, onError);
     bool hasFilms = false;
     for (CFolderWalk::Film found; walk.GetNext(found); hasFilms = true)
     {

@@ -17,16 +17,6 @@ namespace
 {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
-
-// What a film is now, as a scan would see it. Nothing if it is no film any more.
-std::optional<CFileIdentity> FindIdentity(const std::string& path)
-{
-    CFolderWalk walk(path, [](const fs::path&, const std::string&) {});
-    CFolderWalk::Film film;
-    if (!walk.GetNext(film) || film.Path != path)
-        return std::nullopt;
-    return film.Identity;
-}
 }
 
 CShardWork::CShardWork(const CPlan& plan, int64_t shard, const CWorkerSettings& settings)
@@ -105,7 +95,7 @@ void CShardWork::Start(int64_t number)
     CFilmResult result;
     result.Number = number;
     result.Findings.Film.Path = film->Path;
-    const std::optional<CFileIdentity> identity = FindIdentity(film->Path);
+    const std::optional<CFileIdentity> identity = FindFilm(film->Path);
     if (!identity)
     {
         CheckFolders();

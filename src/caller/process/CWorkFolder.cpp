@@ -4,8 +4,11 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <fstream>
+#include <stdexcept>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -21,7 +24,10 @@ constexpr time_t MinimumAge = 60;
 // The workers get names in this folder as they stand.
 fs::path GetTemporaryFolder()
 {
-    fs::path folder = fs::temp_directory_path();
+    std::error_code error;
+    const fs::path folder = fs::temp_directory_path(error);
+    if (error)
+        throw std::runtime_error("there is no folder for temporary files: " + error.message());
     return IsPlainName(folder / "name") ? folder : fs::path("/tmp");
 }
 
@@ -55,8 +61,7 @@ CWorkFolder::CWorkFolder()
     RemoveAbandoned(place);
     std::string name = place / (std::string(Start) + "XXXXXX");
     if (mkdtemp(name.data()) == nullptr)
-        throw fs::filesystem_error("no folder for temporary files can be made", name,
-                                   std::error_code(errno, std::generic_category()));
+        throw std::runtime_error("no folder for temporary files can be made in " + place.string() + ": " + strerror(errno));
     m_path = name;
     m_lock = Open(m_path);
     flock(m_lock.Get(), LOCK_EX | LOCK_NB);
@@ -66,6 +71,19 @@ CWorkFolder::~CWorkFolder()
 {
     std::error_code ignored;
     fs::remove_all(m_path, ignored);
+}
+
+bool CWorkFolder::HasSpace() const
+{
+    // As much as a result takes.
+    const std::string content(0x4000, ' ');
+    const fs::path name = MakeName("space", "");
+    std::ofstream file(name, std::ios::binary);
+    file << content;
+    file.close();
+    std::error_code ignored;
+    fs::remove(name, ignored);
+    return !file.fail();
 }
 
 fs::path CWorkFolder::MakeName(const std::string& start, const std::string& extension) const

@@ -10,13 +10,15 @@
 class CWorkFolder
 {
 public:
-    // Throws std::filesystem::filesystem_error if it cannot be made.
+    // Throws std::runtime_error if it cannot be made.
     CWorkFolder();
     CWorkFolder(const CWorkFolder&) = delete;
     CWorkFolder& operator=(const CWorkFolder&) = delete;
     ~CWorkFolder();
 
     const std::filesystem::path& GetPath() const { return m_path; }
+    // Whether a small file can still be written there.
+    bool HasSpace() const;
     // A new name in it.
     std::filesystem::path MakeName(const std::string& start, const std::string& extension) const;
 

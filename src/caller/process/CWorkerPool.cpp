@@ -1,7 +1,6 @@
 #include "caller/process/CWorkerPool.h"
 
 #include <algorithm>
-#include <csignal>
 #include <poll.h>
 #include <vector>
 
@@ -39,10 +38,7 @@ void CWorkerPool::Wait(std::chrono::milliseconds atMost)
     const bool hasEnded = std::ranges::any_of(m_runs, [](const auto& run) { return run->Worker.GetProcess() < 0; });
     const auto pause = hasEnded ? 0ms : GetPause(atMost);
     const timespec time {pause.count() / 1000, pause.count() % 1000 * 1'000'000};
-    // Signals that are kept back elsewhere end the pause.
-    sigset_t none;
-    sigemptyset(&none);
-    ppoll(waited.data(), waited.size(), &time, &none);
+    ppoll(waited.data(), waited.size(), &time, nullptr);
     size_t index = 0;
     for (const auto& run : m_runs)
     {

@@ -62,6 +62,24 @@ std::vector<std::string> GetSettings(const CWorkerRequest& request, const std::f
     return settings;
 }
 
+// Signals may come at any time, and are noticed elsewhere.
+void WaitFor(pid_t process)
+{
+    while (waitpid(process, nullptr, 0) < 0 && errno == EINTR)
+    {
+    }
+}
+
+// False when the other end of the pipe is closed without one.
+bool ReadNumber(int descriptor, int& number)
+{
+    ssize_t count = -1;
+    while ((count = read(descriptor, &number, sizeof number)) < 0 && errno == EINTR)
+    {
+    }
+    return count == static_cast<ssize_t>(sizeof number);
+}
+
 // What a new process needs to become the worker.
 struct Birth
 {
@@ -84,9 +102,6 @@ struct Birth
     dup2(nothing, STDIN_FILENO);
     dup2(birth.Output, STDOUT_FILENO);
     dup2(birth.Output, STDERR_FILENO);
-    sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
     signal(SIGPIPE, SIG_DFL);
     execve(birth.Arguments[0], birth.Arguments, birth.Environment);
     const int error = errno;
@@ -107,7 +122,7 @@ CWorkerRun::~CWorkerRun()
     if (m_pid != 0 && !m_hasEnded)
     {
         kill(-m_pid, SIGKILL);
-        waitpid(m_pid, nullptr, 0);
+        WaitFor(m_pid);
     }
     std::error_code ignored;
     std::filesystem::remove(m_log, ignored);
@@ -134,8 +149,8 @@ void CWorkerRun::Start(const std::string& program)
         Become({argv.data(), envp.data(), output[1], failure[1], parent});
     int error = pid < 0 ? errno : 0;
     failureEnd.Close();
-    if (pid > 0 && read(failureRead.Get(), &error, sizeof error) == static_cast<ssize_t>(sizeof error))
-        waitpid(pid, nullptr, 0);
+    if (pid > 0 && ReadNumber(failureRead.Get(), error))
+        WaitFor(pid);
     if (error != 0)
     {
         m_outcome = {.How = CWorkerOutcome::End::NotStarted, .Number = error};
@@ -166,9 +181,10 @@ void CWorkerRun::ReadOutput()
         m_output.Close();
 }
 
+// A worker that has ended while nobody looked, for the program was stopped, is within its limits.
 void CWorkerRun::EnforceLimits(Clock::time_point now)
 {
-    if (m_hasEnded)
+    if (HasEnded())
         return;
     if (now >= m_deadline)
         Kill(CWorkerOutcome::End::TooLong);

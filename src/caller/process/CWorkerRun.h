@@ -7,7 +7,7 @@
 #include <optional>
 #include <sys/types.h>
 
-// One worker at work, as a process group of its own. It is killed with the object, and by the system when this process dies.
+// One worker at work, as a process group of its own. The group is killed with the object; when this process dies, the system kills the worker.
 class CWorkerRun
 {
 public:

@@ -2,6 +2,9 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace
@@ -10,6 +13,21 @@ using namespace std::chrono_literals;
 
 constexpr auto TerminalInterval = 200ms;
 constexpr auto PlainInterval = 10s;
+
+// One that can take a line back.
+bool IsTerminal()
+{
+    const char* const kind = getenv("TERM");
+    return isatty(STDERR_FILENO) == 1 && kind != nullptr && strcmp(kind, "dumb") != 0;
+}
+
+// A line that is longer than the terminal is wide could not be taken back.
+size_t GetColumns()
+{
+    constexpr size_t UsualColumns = 80;
+    winsize size {};
+    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1 ? size.ws_col : UsualColumns;
+}
 
 std::string MakeTime(double seconds)
 {
@@ -20,9 +38,7 @@ std::string MakeTime(double seconds)
 }
 }
 
-CProgressLine::CProgressLine() : m_isTerminal(isatty(STDERR_FILENO) == 1), m_next(m_start + (m_isTerminal ? 0s : PlainInterval))
-{
-}
+CProgressLine::CProgressLine() : m_isTerminal(IsTerminal()), m_next(m_start + (m_isTerminal ? 0s : PlainInterval)) {}
 
 CProgressLine::~CProgressLine()
 {
@@ -36,7 +52,8 @@ void CProgressLine::Show(const State& state)
         return;
     m_next = now + (m_isTerminal ? Clock::duration(TerminalInterval) : Clock::duration(PlainInterval));
     Clear();
-    fprintf(stderr, m_isTerminal ? "%s" : "%s\n", MakeLine(state).c_str());
+    const std::string line = MakeLine(state);
+    fprintf(stderr, m_isTerminal ? "%s" : "%s\n", m_isTerminal ? line.substr(0, GetColumns() - 1).c_str() : line.c_str());
     fflush(stderr);
     m_isShown = m_isTerminal;
 }

@@ -23,12 +23,13 @@ public:
     void Show(const State& state);
     // Shows a line above it.
     void Say(const std::string& line);
+    // Takes the line of a terminal back.
+    void Clear();
 
 private:
     using Clock = std::chrono::steady_clock;
 
     std::string MakeLine(const State& state) const;
-    void Clear();
 
     bool m_isTerminal;
     bool m_isShown = false;

@@ -38,28 +38,17 @@ CScan::CScan(CCatalog& catalog, const CWorkerSettings& settings, const CScanOpti
 
 CScanCounts CScan::Run(const std::vector<fs::path>& folders)
 {
-    for (const fs::path& folder : folders)
-        if (!CSignals::IsInterrupted())
-            RunFolder(folder);
-    m_catalog.Commit();
-    return m_counts;
-}
-
-void CScan::RunFolder(const fs::path& folder)
-{
     const auto onError = [this](const fs::path& path, const std::string& reason)
     {
         ++m_counts.Unreadable;
         m_unreadable.push_back(path);
         m_progress.Say("zivora: " + MakePlain(ToUTF8(path)) + ": " + reason);
     };
-    CFolderWalk walk(folder, onError);
+    CFolderWalk walk(folders, onError);
     bool isWalking = true;
-    while (isWalking || m_queue.GetCount() > 0 || m_runner.GetCount() > 0)
+    // The workers at work are killed with the runner, and their films are looked at by the next scan.
+    while ((isWalking || m_queue.GetCount() > 0 || m_runner.GetCount() > 0) && !CSignals::IsInterrupted())
     {
-        // The workers at work are killed with the runner, and their films are looked at by the next scan.
-        if (CSignals::IsInterrupted())
-            return;
         StartFilms();
         if (isWalking)
             isWalking = WalkOn(walk);
@@ -69,7 +58,12 @@ void CScan::RunFolder(const fs::path& folder)
         m_progress.Show({m_counts.Done, m_counts.Failed,
                          m_counts.Done + m_queue.GetCount() + static_cast<int64_t>(m_runner.GetCount()), !isWalking});
     }
-    MarkVanished(folder);
+    if (!CSignals::IsInterrupted())
+        for (const fs::path& folder : folders)
+            MarkVanished(folder);
+    m_catalog.Commit();
+    m_progress.Clear();
+    return m_counts;
 }
 
 // False when there is nothing more to find.
@@ -113,8 +107,20 @@ void CScan::StartFilms()
     }
 }
 
+// A film that failed because its disk went away, or that changed meanwhile, is looked at by the next scan.
 void CScan::Store(const CFindings& findings, const CFileIdentity& identity)
 {
+    if (!findings.Errors.empty())
+    {
+        const std::optional<CFileIdentity> now = FindFilm(findings.Film.Path);
+        if (!now || *now != identity)
+        {
+            ++m_counts.Unreadable;
+            m_progress.Say("zivora: " + MakePlain(ToUTF8(findings.Film.Path)) + (now ? ": it changed" : ": it went away") +
+                           " while it was looked at");
+            return;
+        }
+    }
     m_catalog.Store(findings, identity);
     ++m_counts.Done;
     m_counts.Failed += findings.Errors.empty() ? 0 : 1;

@@ -42,7 +42,6 @@ public:
     CScanCounts Run(const std::vector<std::filesystem::path>& folders);
 
 private:
-    void RunFolder(const std::filesystem::path& folder);
     bool WalkOn(CFolderWalk& walk);
     void See(const CFolderWalk::Film& found);
     void StartFilms();

@@ -1,5 +1,7 @@
 #include "caller/tasks/CFilmRunner.h"
 
+#include <stdexcept>
+
 // A film that workers look at.
 struct CFilmRunner::Work
 {
@@ -31,11 +33,23 @@ void CFilmRunner::StartRun(const std::shared_ptr<Work>& work, const std::shared_
     m_pool.Start(std::move(request),
                  [this, task, work](const CWorkerOutcome& outcome, const CWorkerRequest& done)
                  {
+                     ExpectSurroundings(outcome, done);
                      if (std::optional<CWorkerRequest> next = task->Finish(outcome, done, work->Findings))
                          StartRun(work, task, std::move(*next));
                      else
                          EndTask(work);
                  });
+}
+
+// What no film can help ends everything: otherwise each film would be one that failed.
+void CFilmRunner::ExpectSurroundings(const CWorkerOutcome& outcome, const CWorkerRequest& request) const
+{
+    if (outcome.HasSucceeded())
+        return;
+    if (outcome.How == CWorkerOutcome::End::NotStarted || (outcome.HasEndedWell() && request.Program.empty()))
+        throw std::runtime_error(GetFailure(outcome, request));
+    if (!m_folder.HasSpace())
+        throw std::runtime_error("the folder for temporary files is full: " + m_folder.GetPath().parent_path().string());
 }
 
 void CFilmRunner::EndTask(const std::shared_ptr<Work>& work)

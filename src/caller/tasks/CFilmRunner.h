@@ -13,7 +13,7 @@ class CFilmRunner
 public:
     using EndFunction = std::function<void(const CFindings& findings)>;
 
-    // Throws std::filesystem::filesystem_error if there is no place for temporary files.
+    // Throws std::runtime_error if there is no place for temporary files.
     CFilmRunner(const CWorkerSettings& settings, const CPictureWish& wish = {});
 
     bool HasRoom() const { return m_pool.HasRoom(); }
@@ -21,7 +21,8 @@ public:
     size_t GetCount() const { return m_pool.GetRunningCount(); }
     // Starts with a film. The function is called by Wait when all its tasks, of which there must be one, have ended.
     void Start(const std::filesystem::path& film, CTaskSet tasks, EndFunction onEnd);
-    // Waits until a film is done, the time is over, or a signal comes.
+    // Waits until a film is done, the time is over, or a signal comes. Throws std::runtime_error for what is not the fault of a film: a worker
+    // that cannot be started or does not begin, or a full folder for temporary files.
     void Wait(std::chrono::milliseconds atMost) { m_pool.Wait(atMost); }
 
 private:
@@ -29,6 +30,7 @@ private:
 
     void StartTask(const std::shared_ptr<Work>& work);
     void StartRun(const std::shared_ptr<Work>& work, const std::shared_ptr<CFilmTask>& task, CWorkerRequest request);
+    void ExpectSurroundings(const CWorkerOutcome& outcome, const CWorkerRequest& request) const;
     void EndTask(const std::shared_ptr<Work>& work);
 
     const CWorkerSettings m_settings;
