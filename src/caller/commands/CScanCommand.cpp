@@ -20,10 +20,11 @@ constexpr int64_t MaximumShards = 100'000;
 // What a plan leaves to the machines that work on it.
 constexpr const char* OptionsOfWork[] = {"--jobs", "--time-limit", "--memory", "--worker"};
 
-// The folders that are there. Of the others it is said that they are not; when there is none, that is thrown.
+// The folders that are there. Of the others it is said that they are not; when there is none at all, the first reason is thrown.
 std::vector<fs::path> FindFolders(const std::vector<std::string>& names)
 {
     std::vector<fs::path> folders;
+    std::vector<std::string> faults;
     for (const std::string& name : names)
     {
         std::error_code error;
@@ -31,10 +32,14 @@ std::vector<fs::path> FindFolders(const std::vector<std::string>& names)
         if (!error && fs::is_directory(folder, error))
             folders.push_back(folder);
         else
-            SayError(error ? name + ": " + error.message() : name + " is no folder");
+            faults.push_back(error == std::errc::no_such_file_or_directory ? "there is no folder " + name
+                             : error                                       ? name + ": " + error.message()
+                                                                           : name + " is no folder");
     }
     if (folders.empty())
-        throw std::runtime_error("there is no folder to look into");
+        throw std::runtime_error(faults.front());
+    for (const std::string& fault : faults)
+        SayError(fault);
     return folders;
 }
 

@@ -114,7 +114,7 @@ void DropDoubtfulLists(json& values)
             continue;
         for (const char* const key : streams.ListKeys)
             if (const auto list = values.find(key);
-                list != values.end() && list->is_array() && list->size() > count->get<double>())
+                list != values.end() && list->is_array() && list->size() > count->get<size_t>())
                 values.erase(list);
     }
 }

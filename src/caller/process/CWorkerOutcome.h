@@ -28,6 +28,7 @@ struct CWorkerOutcome
 
     bool HasEndedWell() const { return How == End::Exited && Number == 0; }
     // A worker that did not begin, since a library of its own is missing, ends with 0 too, but without a report.
+    bool HasBegun() const { return How != End::NotStarted && (!HasEndedWell() || HasSucceeded()); }
     bool HasSucceeded() const { return HasEndedWell() && Report.find("\nResult: 0\n") != std::string::npos; }
 
     End How = End::NotStarted;

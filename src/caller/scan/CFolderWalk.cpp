@@ -16,15 +16,15 @@ namespace
 namespace fs = std::filesystem;
 using namespace std::string_view_literals;
 
-// What the worker takes for films and sound, but for the files within discs. In their order.
+// What the worker takes for films and sound, but for the files within discs and "spx", which are other files mostly. In their order.
 constexpr std::string_view Extensions[] = {
-    "3g2",   "3gp",  "3gp2", "3gpp", "aac", "ac3",   "aif", "aifc",   "aiff", "amr",  "ape",  "asf", "au",   "avi",
-    "caf",   "dff",  "divx", "dsf",  "dts", "dtshd", "dv",  "dvr-ms", "eac3", "ec3",  "f4a",  "f4b", "f4v",  "flac",
-    "flv",   "ismv", "ivf",  "k3g",  "m1v", "m2a",   "m2t", "m2ts",   "m2v",  "m4a",  "m4b",  "m4p", "m4r",  "m4v",
-    "mjpeg", "mk3d", "mka",  "mkv",  "mlp", "mov",   "mp1", "mp2",    "mp3",  "mp4",  "mp4v", "mpc", "mpe",  "mpeg",
-    "mpg",   "mpv",  "mts",  "mxf",  "nut", "oga",   "ogg", "ogm",    "ogv",  "opus", "qt",   "ra",  "rm",   "rmvb",
-    "rv",    "snd",  "spx",  "tak",  "thd", "tp",    "trp", "ts",     "tta",  "vob",  "w64",  "wav", "wave", "weba",
-    "webm",  "wm",   "wma",  "wmv",  "wtv", "wv",    "y4m", "ztv"};
+    "3g2",  "3gp",  "3gp2", "3gpp",  "aac",  "ac3",  "aif",   "aifc", "aiff",   "amr",  "ape", "asf", "au",
+    "avi",  "caf",  "dff",  "divx",  "dsf",  "dts",  "dtshd", "dv",   "dvr-ms", "eac3", "ec3", "f4a", "f4b",
+    "f4v",  "flac", "flv",  "ismv",  "ivf",  "k3g",  "m1v",   "m2a",  "m2t",    "m2ts", "m2v", "m4a", "m4b",
+    "m4p",  "m4r",  "m4v",  "mjpeg", "mk3d", "mka",  "mkv",   "mlp",  "mov",    "mp1",  "mp2", "mp3", "mp4",
+    "mp4v", "mpc",  "mpe",  "mpeg",  "mpg",  "mpv",  "mts",   "mxf",  "nut",    "oga",  "ogg", "ogm", "ogv",
+    "opus", "qt",   "ra",   "rm",    "rmvb", "rv",   "snd",   "tak",  "thd",    "tp",   "trp", "ts",  "tta",
+    "vob",  "w64",  "wav",  "wave",  "weba", "webm", "wm",    "wma",  "wmv",    "wtv",  "wv",  "y4m", "ztv"};
 static_assert(std::ranges::is_sorted(Extensions));
 
 bool IsFilmName(const fs::path& path)

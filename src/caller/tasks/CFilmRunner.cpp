@@ -33,7 +33,7 @@ void CFilmRunner::StartRun(const std::shared_ptr<Work>& work, const std::shared_
     m_pool.Start(std::move(request),
                  [this, task, work](const CWorkerOutcome& outcome, const CWorkerRequest& done)
                  {
-                     ExpectSurroundings(outcome, done);
+                     ExpectSpace(outcome);
                      if (std::optional<CWorkerRequest> next = task->Finish(outcome, done, work->Findings))
                          StartRun(work, task, std::move(*next));
                      else
@@ -41,14 +41,10 @@ void CFilmRunner::StartRun(const std::shared_ptr<Work>& work, const std::shared_
                  });
 }
 
-// What no film can help ends everything: otherwise each film would be one that failed.
-void CFilmRunner::ExpectSurroundings(const CWorkerOutcome& outcome, const CWorkerRequest& request) const
+// What is not the fault of films ends everything: otherwise each of them would be one that failed.
+void CFilmRunner::ExpectSpace(const CWorkerOutcome& outcome) const
 {
-    if (outcome.HasSucceeded())
-        return;
-    if (outcome.How == CWorkerOutcome::End::NotStarted || (outcome.HasEndedWell() && request.Program.empty()))
-        throw std::runtime_error(GetFailure(outcome, request));
-    if (!m_folder.HasSpace())
+    if (!outcome.HasEndedWell() && !m_folder.HasSpace())
         throw std::runtime_error("the folder for temporary files is full: " + m_folder.GetPath().parent_path().string());
 }
 

@@ -21,8 +21,8 @@ public:
     size_t GetCount() const { return m_pool.GetRunningCount(); }
     // Starts with a film. The function is called by Wait when all its tasks, of which there must be one, have ended.
     void Start(const std::filesystem::path& film, CTaskSet tasks, EndFunction onEnd);
-    // Waits until a film is done, the time is over, or a signal comes. Throws std::runtime_error for what is not the fault of a film: a worker
-    // that cannot be started or does not begin, or a full folder for temporary files.
+    // Waits until a film is done, the time is over, or a signal comes. Throws std::runtime_error when the folder for temporary files is
+    // full.
     void Wait(std::chrono::milliseconds atMost) { m_pool.Wait(atMost); }
 
 private:
@@ -30,7 +30,7 @@ private:
 
     void StartTask(const std::shared_ptr<Work>& work);
     void StartRun(const std::shared_ptr<Work>& work, const std::shared_ptr<CFilmTask>& task, CWorkerRequest request);
-    void ExpectSurroundings(const CWorkerOutcome& outcome, const CWorkerRequest& request) const;
+    void ExpectSpace(const CWorkerOutcome& outcome) const;
     void EndTask(const std::shared_ptr<Work>& work);
 
     const CWorkerSettings m_settings;
