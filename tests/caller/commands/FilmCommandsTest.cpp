@@ -242,6 +242,16 @@ TEST_F(FilmCommands, MakeThePictureThatIsWished)
     m_folder.ExpectNothingLeft();
 }
 
+TEST_F(FilmCommands, KeepTheFilmThatIsNamedAsItsPicture)
+{
+    MakeFilm("film.mkv");
+    fs::create_symlink("film.mkv", "link.jpg");
+    const std::string before = WorkFolder::Read("film.mkv");
+    for (const char* const picture : {"film.mkv", "link.jpg"})
+        EXPECT_EQ(m_folder.Run({"thumb", "film.mkv", picture, "--format", "jpg"}).Status, 2) << picture;
+    EXPECT_TRUE(WorkFolder::Read("film.mkv") == before) << "the film was changed";
+}
+
 TEST_F(FilmCommands, LeaveNoPictureWhereNoneCanBe)
 {
     MakeFilm("film.mkv");
