@@ -45,6 +45,9 @@ ExitStatus CThumbCommand::Run()
     if (!m_time.empty())
         m_wish.Milliseconds = *ReadTime(m_time);
     m_wish.Extension = GetExtension();
+    std::error_code ignored;
+    if (std::filesystem::equivalent(m_film, m_picture, ignored))
+        throw CLI::ValidationError("PICTURE", "it is the film itself, which would be lost: " + m_picture);
     std::optional<CFindings> findings = RunOne(m_film, TaskKind::Picture, m_worker.GetSettings(), m_wish);
     if (!findings)
         return Interrupted;

@@ -1,12 +1,15 @@
 #include "caller/files/CWholeFile.h"
 
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <fcntl.h>
+#include <optional>
 #include <stdexcept>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
@@ -29,6 +32,38 @@ mode_t GetMode(const fs::path& path)
     return stat(path.c_str(), &status) == 0 ? status.st_mode & 0777 : GetUsualMode();
 }
 
+// The names of what the program has open already, and of standard output and the output for errors.
+constexpr std::string_view OpenFiles[] = {"/dev/fd/", "/proc/self/fd/"};
+constexpr std::pair<std::string_view, int> Outputs[] = {
+    {"/dev/stdout", STDOUT_FILENO},
+    {"/dev/stderr", STDERR_FILENO},
+};
+
+// The number of what is open already under an absolute name; nothing if the name is another.
+std::optional<int> GetOpenFile(std::string_view name)
+{
+    for (const auto& [output, number] : Outputs)
+        if (name == output)
+            return number;
+    for (const std::string_view folder : OpenFiles)
+    {
+        int number = 0;
+        const char* const end = name.data() + name.size();
+        if (!name.starts_with(folder))
+            continue;
+        if (const auto [last, error] = std::from_chars(name.data() + folder.size(), end, number);
+            error == std::errc() && last == end)
+            return number;
+    }
+    return std::nullopt;
+}
+
+// Whether an absolute name belongs to the system, which alone makes and replaces such names. Shared memory is a place for files.
+bool IsOfSystem(std::string_view name)
+{
+    return name.starts_with("/proc/") || (name.starts_with("/dev/") && !name.starts_with("/dev/shm/"));
+}
+
 bool IsNoFile(const fs::path& path)
 {
     struct stat status;
@@ -38,9 +73,12 @@ bool IsNoFile(const fs::path& path)
 
 CWholeFile::CWholeFile(const fs::path& path) : m_path(path)
 {
-    if (IsNoFile(path))
+    const std::string name = fs::absolute(path).lexically_normal();
+    const std::optional<int> number = GetOpenFile(name);
+    if (number || IsOfSystem(name) || IsNoFile(path))
     {
-        m_file = CDescriptor(open(path.c_str(), O_WRONLY | O_CLOEXEC));
+        m_file =
+            CDescriptor(number ? fcntl(*number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1) : open(path.c_str(), O_WRONLY | O_CLOEXEC));
         if (!m_file.IsOpen())
             Fail();
         return;

@@ -7,7 +7,8 @@
 #include <string_view>
 
 // A file that is written whole or not at all: beside its name first, and renamed when it is finished. What was there before stays until
-// then, and for good when anything fails. A device or a pipe, such as /dev/stdout, is no file: it gets the bytes as they come.
+// then, and for good when anything fails. A device or a pipe is no file: it gets the bytes as they come, and so does what is open already, such
+// as /dev/stdout, whatever it leads to, from where it stands. No name of the system, below /dev or /proc, is made or replaced.
 //
 // Failures are thrown as std::runtime_error that names the file and the reason.
 class CWholeFile

@@ -77,7 +77,7 @@ bool CWorkFolder::HasSpace() const
 {
     // As much as a result takes.
     const std::string content(0x4000, ' ');
-    const fs::path name = MakeName("space", "");
+    const fs::path name = m_path / "space";
     std::ofstream file(name, std::ios::binary);
     file << content;
     file.close();
@@ -86,7 +86,9 @@ bool CWorkFolder::HasSpace() const
     return !file.fail();
 }
 
-fs::path CWorkFolder::MakeName(const std::string& start, const std::string& extension) const
+fs::path CWorkFolder::MakeTaskFolder() const
 {
-    return m_path / (start + std::to_string(++m_count) + extension);
+    const fs::path folder = m_path / ("task" + std::to_string(++m_count));
+    mkdir(folder.c_str(), S_IRWXU);
+    return folder;
 }

@@ -41,13 +41,14 @@ private:
     bool IsPictureToBeMade() const;
     CWorkerRequest MakePicture(const CWorkerRequest& request);
     std::string Take(const CWorkerOutcome& outcome, const CWorkerRequest& request, CFindings& findings) const;
+    bool TakeFacts(CFilm& film) const;
     std::string TakePicture(CFindings& findings) const;
 
     TaskKind m_kind;
     CPictureWish m_wish;
     CPlainName m_name;
-    std::string m_discFile;  // below that name; empty if it is no disc
-    const CWorkFolder& m_folder;
+    std::string m_discFile;          // below that name; empty if it is no disc
+    std::filesystem::path m_folder;  // of its files
     std::filesystem::path m_result;
     std::filesystem::path m_picture;  // made of the result; empty until it is
 };

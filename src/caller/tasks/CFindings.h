@@ -10,7 +10,7 @@
 struct CFindings
 {
     CFilm Film;
-    CTaskSet Done;                              // failed ones too
+    CTaskSet Done;                              // failed ones too, but not those that a worker did not begin
     std::map<std::string, std::string> Errors;  // why tasks failed, by their names
     std::string Picture = {};                   // a file of a picture, as bytes; empty if there is none
 

@@ -242,6 +242,30 @@ TEST_F(FilmCommands, MakeThePictureThatIsWished)
     m_folder.ExpectNothingLeft();
 }
 
+// Scripts put it after what they wrote themselves, and what is open may be a file that has no name any more.
+TEST_F(FilmCommands, AddThePictureToWhatIsOpen)
+{
+    MakeFilm("film.mkv");
+    for (const char* const name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"})
+    {
+        const CallerRun run = m_folder.Run({"thumb", "film.mkv", name, "--format", "png", "--size", "32"},
+                                           [] { EXPECT_EQ(write(STDOUT_FILENO, "head", 4), 4); });
+        EXPECT_EQ(run.Status, 0) << run.Error;
+        EXPECT_THAT(run.Output, StartsWith("head\x89PNG")) << name;
+    }
+    EXPECT_EQ(m_folder.Run({"thumb", "film.mkv", "/dev/zivora-test.png"}).Status, 1);
+}
+
+TEST_F(FilmCommands, KeepTheFilmThatIsNamedAsItsPicture)
+{
+    MakeFilm("film.mkv");
+    fs::create_symlink("film.mkv", "link.jpg");
+    const std::string before = WorkFolder::Read("film.mkv");
+    for (const char* const picture : {"film.mkv", "link.jpg"})
+        EXPECT_EQ(m_folder.Run({"thumb", "film.mkv", picture, "--format", "jpg"}).Status, 2) << picture;
+    EXPECT_TRUE(WorkFolder::Read("film.mkv") == before) << "the film was changed";
+}
+
 TEST_F(FilmCommands, LeaveNoPictureWhereNoneCanBe)
 {
     MakeFilm("film.mkv");
