@@ -126,10 +126,10 @@ TEST_F(Scan, EndsInLoopsOfLinksAndPassesOverWhatIsNoFile)
     fs::create_directory_symlink("..", "films/below/up");
     fs::create_symlink("itself.mkv", "films/itself.mkv");
     fs::create_symlink("nowhere", "films/gone.mkv");
-    fs::create_symlink("below/b.mkv", "films/link.mkv");
+    fs::create_symlink("below/b.mkv", "films/same.mkv");
     mkfifo("films/pipe.mkv", 0600);
     ExpectScan("3 films looked at, 0 failed; 0 unchanged, 0 vanished\n");
-    EXPECT_THAT(Names(), ElementsAre("a.mkv", "below/b.mkv", "link.mkv"));
+    EXPECT_THAT(Names(), ElementsAre("a.mkv", "below/b.mkv", "same.mkv"));
 }
 
 TEST_F(Scan, TakesNothingForGoneThatItMayNotSee)
