@@ -1,6 +1,7 @@
 #include "caller/commands/CPictureCommand.h"
 
 #include "caller/files/CWholeFile.h"
+#include "caller/files/ReadRegularFile.h"
 
 #include <stdexcept>
 
@@ -13,9 +14,10 @@ void CPictureCommand::AddOptions(CLI::App& app)
 
 ExitStatus CPictureCommand::Run()
 {
-    const std::string bytes = CPicture(m_source).Make(m_size, std::filesystem::path(m_picture).extension());
+    const std::optional<std::string> source = ReadRegularFile(m_source, MaximumPictureSize);
+    const std::string bytes = CPicture(source.value_or("")).Make(m_size, std::filesystem::path(m_picture).extension());
     if (bytes.empty())
-        throw std::runtime_error("the picture " + m_source + " cannot be read");
+        throw std::runtime_error("the picture cannot be read");
     CWholeFile file(m_picture);
     file.Write(bytes);
     file.Finish();

@@ -1,5 +1,6 @@
 #include "caller/film/ReadResult.h"
 
+#include "caller/files/ReadRegularFile.h"
 #include "caller/film/CFilm.h"
 
 #include <charconv>
@@ -12,7 +13,7 @@ namespace
 using nlohmann::json;
 
 // Some hundred keys and the chapters of a long film take a thousandth of that, in bytes.
-constexpr uintmax_t MaximumSize = 64 << 20;
+constexpr uint64_t MaximumSize = 64 << 20;
 
 enum class ValueKind
 {
@@ -91,12 +92,13 @@ json ReadValue(const char* name, const char* text)
 
 bool ReadResult(const std::filesystem::path& file, json& values)
 {
-    std::error_code error;
-    if (std::filesystem::file_size(file, error) > MaximumSize || error)
+    std::optional<std::string> bytes = ReadRegularFile(file, MaximumSize);
+    if (!bytes)
         return false;
     pugi::xml_document document;
     const pugi::xml_node root =
-        document.load_file(file.c_str(), pugi::parse_default | pugi::parse_ws_pcdata_single).status == pugi::status_ok
+        document.load_buffer_inplace(bytes->data(), bytes->size(), pugi::parse_default | pugi::parse_ws_pcdata_single).status ==
+                pugi::status_ok
             ? document.child("XMLPH")
             : pugi::xml_node();
     if (!root)

@@ -4,9 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <fstream>
-#include <string_view>
 #include <strings.h>
 
 namespace
@@ -17,10 +14,8 @@ constexpr int Quality = 80;
 // Of 9. Beyond this, PNG files take much longer and are little smaller.
 constexpr int PNGLevel = 6;
 
-// As many bytes as the signatures have.
-constexpr size_t SignatureSize = 12;
-
-using ReadFunction = gdImage* (*)(FILE* file);
+// One of the functions that make an image of the bytes of a file.
+using ReadFunction = gdImage* (*CPictureLibrary::*)(int size, void* bytes);
 using WriteFunction = void* (*)(gdImage* image, int* size);
 
 // A format that pictures are read from, and its signature; "?" stands for any byte. Those without an extension are not written.
@@ -31,31 +26,6 @@ struct PictureFormat
     std::array<const char*, 2> Extensions;
     WriteFunction Write;
 };
-
-gdImage* ReadJPEG(FILE* file)
-{
-    return CPictureLibrary::Get().gdImageCreateFromJpeg(file);
-}
-
-gdImage* ReadPNG(FILE* file)
-{
-    return CPictureLibrary::Get().gdImageCreateFromPng(file);
-}
-
-gdImage* ReadWebP(FILE* file)
-{
-    return CPictureLibrary::Get().gdImageCreateFromWebp(file);
-}
-
-gdImage* ReadBMP(FILE* file)
-{
-    return CPictureLibrary::Get().gdImageCreateFromBmp(file);
-}
-
-gdImage* ReadGIF(FILE* file)
-{
-    return CPictureLibrary::Get().gdImageCreateFromGif(file);
-}
 
 void* WriteJPEG(gdImage* image, int* size)
 {
@@ -74,11 +44,11 @@ void* WriteWebP(gdImage* image, int* size)
 
 // The formats of the pictures that the worker makes, and of covers.
 constexpr PictureFormat PictureFormats[] = {
-    {"\xff\xd8\xff", ReadJPEG, {".jpg", ".jpeg"}, WriteJPEG},
-    {"\x89PNG",      ReadPNG,  {".png"},          WritePNG },
-    {"RIFF????WEBP", ReadWebP, {".webp"},         WriteWebP},
-    {"BM",           ReadBMP,  {},                nullptr  },
-    {"GIF8",         ReadGIF,  {},                nullptr  },
+    {"\xff\xd8\xff", &CPictureLibrary::gdImageCreateFromJpegPtr, {".jpg", ".jpeg"}, WriteJPEG},
+    {"\x89PNG",      &CPictureLibrary::gdImageCreateFromPngPtr,  {".png"},          WritePNG },
+    {"RIFF????WEBP", &CPictureLibrary::gdImageCreateFromWebpPtr, {".webp"},         WriteWebP},
+    {"BM",           &CPictureLibrary::gdImageCreateFromBmpPtr,  {},                nullptr  },
+    {"GIF8",         &CPictureLibrary::gdImageCreateFromGifPtr,  {},                nullptr  },
 };
 
 const PictureFormat* FindFormat(const std::string& extension)
@@ -90,22 +60,22 @@ const PictureFormat* FindFormat(const std::string& extension)
     return nullptr;
 }
 
-const PictureFormat* FindFormatOf(const std::filesystem::path& file)
+const PictureFormat* FindFormatOf(std::string_view bytes)
 {
-    std::array<char, SignatureSize> start {};
-    std::ifstream(file, std::ios::binary).read(start.data(), start.size());
     for (const PictureFormat& format : PictureFormats)
-        if (std::ranges::equal(format.Signature, std::string_view(start.data(), format.Signature.size()),
+        if (std::ranges::equal(format.Signature, bytes.substr(0, format.Signature.size()),
                                [](char wanted, char found) { return wanted == '?' || wanted == found; }))
             return &format;
     return nullptr;
 }
 
-gdImage* Read(const std::filesystem::path& path)
+// The library looks at the bytes alone.
+gdImage* Read(std::string_view bytes)
 {
-    const PictureFormat* const format = FindFormatOf(path);
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(path.c_str(), "rbe"), fclose);
-    return format == nullptr || file == nullptr ? nullptr : format->Read(file.get());
+    const PictureFormat* const format = FindFormatOf(bytes);
+    if (format == nullptr || bytes.size() > MaximumPictureSize)
+        return nullptr;
+    return (CPictureLibrary::Get().*format->Read)(static_cast<int>(bytes.size()), const_cast<char*>(bytes.data()));
 }
 
 std::string Write(gdImage* image, const PictureFormat& format)
@@ -122,7 +92,7 @@ void CPicture::Destroy::operator()(gdImage* image) const
     CPictureLibrary::Get().gdImageDestroy(image);
 }
 
-CPicture::CPicture(const std::filesystem::path& file) : m_image(Read(file)) {}
+CPicture::CPicture(std::string_view bytes) : m_image(Read(bytes)) {}
 
 std::string CPicture::Make(int size, const std::string& extension) const
 {
@@ -144,8 +114,8 @@ bool IsPictureExtension(const std::string& extension)
     return FindFormat(extension) != nullptr;
 }
 
-bool HasFormat(const std::filesystem::path& file, const std::string& extension)
+bool HasFormat(std::string_view bytes, const std::string& extension)
 {
     const PictureFormat* const format = FindFormat(extension);
-    return format != nullptr && format == FindFormatOf(file);
+    return format != nullptr && format == FindFormatOf(bytes);
 }

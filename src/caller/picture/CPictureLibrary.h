@@ -5,7 +5,8 @@
 // The functions of libgd that are used.
 // clang-format off
 #define ZV_PICTURE_FUNCTIONS(F) \
-    F(gdImageCreateFromJpeg) F(gdImageCreateFromPng) F(gdImageCreateFromWebp) F(gdImageCreateFromBmp) F(gdImageCreateFromGif) \
+    F(gdImageCreateFromJpegPtr) F(gdImageCreateFromPngPtr) F(gdImageCreateFromWebpPtr) F(gdImageCreateFromBmpPtr) \
+    F(gdImageCreateFromGifPtr) \
     F(gdImageJpegPtr) F(gdImagePngPtrEx) F(gdImageWebpPtrEx) F(gdImageScale) F(gdImageDestroy) F(gdFree)
 // clang-format on
 

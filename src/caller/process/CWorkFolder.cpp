@@ -68,7 +68,9 @@ CWorkFolder::~CWorkFolder()
     fs::remove_all(m_path, ignored);
 }
 
-fs::path CWorkFolder::MakeName(const std::string& start, const std::string& extension) const
+fs::path CWorkFolder::MakeTaskFolder() const
 {
-    return m_path / (start + std::to_string(++m_count) + extension);
+    const fs::path folder = m_path / ("task" + std::to_string(++m_count));
+    mkdir(folder.c_str(), S_IRWXU);
+    return folder;
 }

@@ -17,8 +17,9 @@ public:
     ~CWorkFolder();
 
     const std::filesystem::path& GetPath() const { return m_path; }
-    // A new name in it.
-    std::filesystem::path MakeName(const std::string& start, const std::string& extension) const;
+    // A new folder in it, for the files of one task: a worker may write in the folder of its result, and is to reach none of another.
+    // Where it cannot be made, the worker finds that out and says so.
+    std::filesystem::path MakeTaskFolder() const;
 
 private:
     std::filesystem::path m_path;

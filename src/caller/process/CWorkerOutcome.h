@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,7 @@
 struct CWorkerRequest
 {
     std::vector<std::string> Arguments;  // the command and its parameters, as bytes
+    std::filesystem::path LogFile = {};  // which the worker writes
     std::string Program = {};            // another program that is run with the worker's limits; empty for the worker itself
     std::chrono::milliseconds TimeLimit {60'000};
     uint64_t MemoryLimit = uint64_t {2} << 30;  // in bytes that are in memory at once

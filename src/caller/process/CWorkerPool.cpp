@@ -13,20 +13,15 @@ using namespace std::chrono_literals;
 constexpr auto CheckInterval = 200ms;
 }
 
-CWorkerPool::CWorkerPool(std::string program, size_t jobs, const CWorkFolder& folder)
-    : m_program(std::move(program)), m_jobs(jobs), m_folder(folder)
-{
-}
+CWorkerPool::CWorkerPool(std::string program, size_t jobs) : m_program(std::move(program)), m_jobs(jobs) {}
 
 CWorkerPool::~CWorkerPool() = default;
 
 void CWorkerPool::Start(CWorkerRequest request, EndFunction onEnd)
 {
-    const std::filesystem::path log = m_folder.GetPath() / ("run" + std::to_string(++m_count) + ".log");
     const std::string program = request.Program.empty() ? m_program : request.Program;
     m_runs.push_back(std::unique_ptr<Run>(new Run {
-        {program, std::move(request), log},
-        std::move(onEnd)
+        std::move(onEnd), {program, std::move(request)}
     }));
 }
 

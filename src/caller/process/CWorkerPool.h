@@ -1,6 +1,5 @@
 #pragma once
 
-#include "caller/process/CWorkFolder.h"
 #include "caller/process/CWorkerRun.h"
 
 #include <functional>
@@ -13,8 +12,8 @@ class CWorkerPool
 public:
     using EndFunction = std::function<void(const CWorkerOutcome& outcome, const CWorkerRequest& request)>;
 
-    // The program is the worker. The folder must outlive the pool.
-    CWorkerPool(std::string program, size_t jobs, const CWorkFolder& folder);
+    // The program is the worker.
+    CWorkerPool(std::string program, size_t jobs);
     // Kills the workers that still run.
     ~CWorkerPool();
 
@@ -28,8 +27,8 @@ public:
 private:
     struct Run
     {
+        EndFunction OnEnd;  // which may own files that the worker uses until it is killed
         CWorkerRun Worker;
-        EndFunction OnEnd;
     };
 
     std::chrono::milliseconds GetPause(std::chrono::milliseconds atMost) const;
@@ -38,8 +37,6 @@ private:
 
     std::string m_program;
     size_t m_jobs;
-    const CWorkFolder& m_folder;
-    uint64_t m_count = 0;  // of all runs, for the names of their logs
     std::list<std::unique_ptr<Run>> m_runs;
     CWorkerRun::Clock::time_point m_nextCheck {};
 };

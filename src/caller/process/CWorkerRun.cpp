@@ -1,12 +1,13 @@
 #include "caller/process/CWorkerRun.h"
 
+#include "caller/files/ReadRegularFile.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
-#include <iterator>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -22,7 +23,7 @@ constexpr size_t MaximumReport = 0x10000;
 constexpr size_t ReadAtOnce = 0x40000;
 
 // Of a log the end says why it failed.
-constexpr std::streamoff MaximumLog = 0x10000;
+constexpr uint64_t MaximumLog = 0x10000;
 
 // What the worker allows itself when it is told nothing, in bytes.
 constexpr uint64_t WorkersOwnLimit = uint64_t {4} << 30;
@@ -54,9 +55,9 @@ std::vector<std::string> MakeEnvironment(const std::vector<std::string>& setting
 }
 
 // What a run has in its environment. Where the limit is above the worker's own, that one has to give way.
-std::vector<std::string> GetSettings(const CWorkerRequest& request, const std::filesystem::path& log)
+std::vector<std::string> GetSettings(const CWorkerRequest& request)
 {
-    std::vector<std::string> settings = {"ZV_LOG_FILE=" + log.string(), "LC_ALL=C.UTF-8"};
+    std::vector<std::string> settings = {"ZV_LOG_FILE=" + request.LogFile.string(), "LC_ALL=C.UTF-8"};
     if (request.MemoryLimit > WorkersOwnLimit && getenv("ZV_MEMORY_LIMIT") == nullptr)
         settings.push_back("ZV_MEMORY_LIMIT=" + std::to_string(request.MemoryLimit));
     return settings;
@@ -96,8 +97,8 @@ struct Birth
 }
 }
 
-CWorkerRun::CWorkerRun(const std::string& program, CWorkerRequest request, const std::filesystem::path& log)
-    : m_request(std::move(request)), m_log(log), m_deadline(Clock::now() + m_request.TimeLimit)
+CWorkerRun::CWorkerRun(const std::string& program, CWorkerRequest request)
+    : m_request(std::move(request)), m_deadline(Clock::now() + m_request.TimeLimit)
 {
     Start(program);
 }
@@ -109,16 +110,13 @@ CWorkerRun::~CWorkerRun()
         kill(-m_pid, SIGKILL);
         waitpid(m_pid, nullptr, 0);
     }
-    std::error_code ignored;
-    std::filesystem::remove(m_log, ignored);
-    std::filesystem::remove(m_log.string() + ".1", ignored);
 }
 
 void CWorkerRun::Start(const std::string& program)
 {
     std::vector<std::string> arguments = m_request.Arguments;
     arguments.insert(arguments.begin(), program);
-    std::vector<std::string> environment = MakeEnvironment(GetSettings(m_request, m_log));
+    std::vector<std::string> environment = MakeEnvironment(GetSettings(m_request));
     const std::vector<char*> argv = AsPointers(arguments);
     const std::vector<char*> envp = AsPointers(environment);
     int output[2] = {-1, -1};
@@ -213,21 +211,11 @@ bool CWorkerRun::HasEnded()
     m_outcome.How = m_killedFor.value_or(WIFSIGNALED(status) ? CWorkerOutcome::End::Crashed : CWorkerOutcome::End::Exited);
     m_outcome.Number = WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
     if (!m_outcome.HasSucceeded())
-        m_outcome.Log = ReadLog();
+        m_outcome.Log = ReadRegularFileEnd(m_request.LogFile, MaximumLog).value_or("");
     return true;
 }
 
 CWorkerOutcome CWorkerRun::TakeOutcome()
 {
     return std::move(m_outcome);
-}
-
-std::string CWorkerRun::ReadLog() const
-{
-    std::ifstream file(m_log, std::ios::binary | std::ios::ate);
-    if (!file)
-        return {};
-    const std::streamoff size = file.tellg();
-    file.seekg(std::max<std::streamoff>(size - MaximumLog, 0));
-    return {std::istreambuf_iterator<char>(file), {}};
 }

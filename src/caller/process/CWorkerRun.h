@@ -3,7 +3,6 @@
 #include "caller/files/CDescriptor.h"
 #include "caller/process/CWorkerOutcome.h"
 
-#include <filesystem>
 #include <optional>
 #include <sys/types.h>
 
@@ -13,9 +12,8 @@ class CWorkerRun
 public:
     using Clock = std::chrono::steady_clock;
 
-    // Starts the program. Its log goes to a file of this run, which is removed with the object. A program that cannot be started is a
-    // run that ends at once.
-    CWorkerRun(const std::string& program, CWorkerRequest request, const std::filesystem::path& log);
+    // Starts the program. One that cannot be started is a run that ends at once.
+    CWorkerRun(const std::string& program, CWorkerRequest request);
     CWorkerRun(const CWorkerRun&) = delete;
     CWorkerRun& operator=(const CWorkerRun&) = delete;
     ~CWorkerRun();
@@ -41,10 +39,8 @@ public:
 private:
     void Start(const std::string& program);
     uint64_t GetMemory() const;
-    std::string ReadLog() const;
 
     CWorkerRequest m_request;
-    std::filesystem::path m_log;
     pid_t m_pid = 0;
     CDescriptor m_process;
     CDescriptor m_output;

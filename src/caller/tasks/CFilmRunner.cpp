@@ -9,7 +9,7 @@ struct CFilmRunner::Work
 };
 
 CFilmRunner::CFilmRunner(const CWorkerSettings& settings, const CPictureWish& wish)
-    : m_settings(settings), m_wish(wish), m_pool(settings.Program, settings.Jobs, m_folder)
+    : m_settings(settings), m_wish(wish), m_pool(settings.Program, settings.Jobs)
 {
 }
 

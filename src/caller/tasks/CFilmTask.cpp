@@ -1,13 +1,13 @@
 #include "caller/tasks/CFilmTask.h"
 
+#include "caller/files/ReadRegularFile.h"
 #include "caller/film/FindDiscFile.h"
 #include "caller/film/ReadBlackBars.h"
 #include "caller/film/ReadResult.h"
 #include "caller/picture/CPicture.h"
 #include "caller/tasks/RemoveCover.h"
 
-#include <fstream>
-#include <iterator>
+#include <string_view>
 
 namespace
 {
@@ -27,10 +27,22 @@ bool IsFolder(const fs::path& path)
     return fs::is_directory(path, ignored);
 }
 
-std::string ReadFile(const fs::path& path)
+// A link to nothing is there too: the worker left it.
+bool IsThere(const fs::path& path)
 {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::error_code ignored;
+    return fs::exists(fs::symlink_status(path, ignored));
+}
+
+// What the process said last, which is a sentence of ours if it could say one.
+std::string GetPictureFailure(const CWorkerOutcome& outcome)
+{
+    constexpr std::string_view Speaker = "zivora: ";
+    const size_t place = outcome.Report.rfind(Speaker);
+    if (outcome.How != CWorkerOutcome::End::Exited || place == std::string::npos)
+        return "the picture cannot be made smaller or converted";
+    const size_t start = place + Speaker.size();
+    return outcome.Report.substr(start, outcome.Report.find('\n', start) - start);
 }
 }
 
@@ -39,22 +51,22 @@ CFilmTask::CFilmTask(TaskKind kind, const fs::path& film, const CPictureWish& wi
       m_wish(wish),
       m_name(film, folder),
       m_discFile(FindDiscFile(film)),
-      m_folder(folder),
-      m_result(folder.MakeName("result", GetExtension(kind, wish)))
+      m_folder(folder.MakeTaskFolder()),
+      m_result(m_folder / ("result" + GetExtension(kind, wish)))
 {
 }
 
 CFilmTask::~CFilmTask()
 {
     std::error_code ignored;
-    fs::remove(m_result, ignored);
-    fs::remove(m_picture, ignored);
+    fs::remove_all(m_folder, ignored);
 }
 
 CWorkerRequest CFilmTask::GetRequest(const CWorkerSettings& settings) const
 {
     CWorkerRequest request {
         .Arguments = {GetTask(m_kind).Command, m_discFile.empty() ? m_name.Get() : m_name.Get() + '/' + m_discFile, m_result},
+        .LogFile = m_folder / "run.log",
         .TimeLimit = m_kind == TaskKind::Bars ? settings.BarsTimeLimit : settings.TimeLimit,
         .MemoryLimit = settings.MemoryLimit,
     };
@@ -77,13 +89,14 @@ std::optional<CWorkerRequest> CFilmTask::Finish(const CWorkerOutcome& outcome, c
 // The cover of a film comes as the film has it, whatever its format and size are.
 bool CFilmTask::IsPictureToBeMade() const
 {
-    return m_kind == TaskKind::Picture && fs::exists(m_result) && (m_wish.Size > 0 || !HasFormat(m_result, m_wish.Extension));
+    return m_kind == TaskKind::Picture && IsThere(m_result) &&
+           (m_wish.Size > 0 || !HasFormat(ReadRegularFile(m_result, MaximumPictureSize).value_or(""), m_wish.Extension));
 }
 
-// A cover is a stranger's file, so a process of its own reads it, with the limits of a worker.
+// A cover is a stranger's file, so a process of its own reads it, locked in and with the limits of a worker.
 CWorkerRequest CFilmTask::MakePicture(const CWorkerRequest& request)
 {
-    m_picture = m_folder.MakeName("picture", m_wish.Extension);
+    m_picture = m_folder / ("picture" + m_wish.Extension);
     CWorkerRequest making = request;
     making.Program = "/proc/self/exe";
     making.Arguments = {PictureCommandName, m_result, m_picture, std::to_string(m_wish.Size)};
@@ -94,7 +107,7 @@ CWorkerRequest CFilmTask::MakePicture(const CWorkerRequest& request)
 std::string CFilmTask::Take(const CWorkerOutcome& outcome, const CWorkerRequest& request, CFindings& findings) const
 {
     if (!m_picture.empty())
-        return outcome.HasEndedWell() ? TakePicture(findings) : "the picture cannot be made smaller or converted";
+        return outcome.HasEndedWell() ? TakePicture(findings) : GetPictureFailure(outcome);
     if (!outcome.HasSucceeded())
         return m_discFile.empty() && IsFolder(m_name.Get()) ? "it is a folder and no disc: zivora scan looks into folders"
                                                             : GetFailure(outcome, request);
@@ -111,8 +124,11 @@ std::string CFilmTask::Take(const CWorkerOutcome& outcome, const CWorkerRequest&
 std::string CFilmTask::TakePicture(CFindings& findings) const
 {
     const fs::path& picture = m_picture.empty() ? m_result : m_picture;
-    if (!fs::exists(picture))
+    if (!IsThere(picture))
         return {};
-    findings.Picture = ReadFile(picture);
-    return findings.Picture.empty() ? "the picture cannot be read" : "";
+    std::string bytes = ReadRegularFile(picture, MaximumPictureSize).value_or("");
+    if (!HasFormat(bytes, m_wish.Extension))
+        return "the picture cannot be read";
+    findings.Picture = std::move(bytes);
+    return {};
 }

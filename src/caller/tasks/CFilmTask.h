@@ -46,8 +46,8 @@ private:
     TaskKind m_kind;
     CPictureWish m_wish;
     CPlainName m_name;
-    std::string m_discFile;  // below that name; empty if it is no disc
-    const CWorkFolder& m_folder;
+    std::string m_discFile;          // below that name; empty if it is no disc
+    std::filesystem::path m_folder;  // of its files
     std::filesystem::path m_result;
     std::filesystem::path m_picture;  // made of the result; empty until it is
 };

@@ -16,15 +16,19 @@ struct Misbehaviour
 
 constexpr Misbehaviour Misbehaviours[] = {
     {"abort.mkv",     "the worker crashed (Aborted)"                   },
+    {"astray.mkv",    "the worker's result cannot be read"             },
     {"child.mkv",     ""                                               },
     {"good.mkv",      ""                                               },
     {"half.mkv",      "the worker's result cannot be read"             },
     {"hang.mkv",      "the worker did not end within 1.5 seconds"      },
+    {"logpipe.mkv",   "the worker failed and did not say why"          },
     {"memory.mkv",    "the worker took more than 150 MiB of memory"    },
     {"mute.mkv",      "the worker ended before it began; the tools lib"},
     {"nothing.mkv",   "the worker's result cannot be read"             },
     {"print.mkv",     "the worker did not end within 1.5 seconds"      },
     {"refuse.mkv",    "The film is <torn>."                            },
+    {"seen1.mkv",     ""                                               },
+    {"seen2.mkv",     ""                                               },
     {"segv.mkv",      "the worker crashed (Segmentation fault)"        },
     {"stop.mkv",      "the worker did not end within 1.5 seconds"      },
     {"z/good too.ts", ""                                               },
@@ -38,7 +42,7 @@ TEST(MisbehavingWorker, IsARowWithItsReasonAndEndsNoScan)
         CallerFolder::AddFilms({row.Film});
     const CallerRun run = folder.Run(CallerFolder::StandInScan({"--jobs", "4", "--time-limit", "1.5", "--memory", "150Mi"}));
     EXPECT_EQ(run.Status, 1) << run.Error;
-    EXPECT_THAT(run.Output, StartsWith("13 films looked at, 10 failed; 0 unchanged, 0 vanished"));
+    EXPECT_THAT(run.Output, StartsWith("17 films looked at, 12 failed; 0 unchanged, 0 vanished"));
     folder.ExpectNothingLeft();
     std::map<std::string, nlohmann::json> films = folder.List();
     EXPECT_EQ(films.size(), std::size(Misbehaviours));
