@@ -5,7 +5,8 @@
 
 #include <string>
 
-// What the program runs as a process of its own: the making of a picture out of one that can be a stranger's. No help lists it.
+// What the program runs as a process of its own: the making of a picture out of one that can be a stranger's. The process locks itself in
+// before it looks at it, and ends in there. No help lists it.
 class CPictureCommand : public CCommand
 {
 public:
@@ -17,6 +18,8 @@ public:
     ExitStatus Run() override;
 
 private:
+    ExitStatus MakePicture(const std::string& source, int file) const;
+
     std::string m_source;
     std::string m_picture;
     int m_size = 0;
