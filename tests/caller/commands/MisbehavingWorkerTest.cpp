@@ -16,11 +16,11 @@ struct Misbehaviour
 
 constexpr Misbehaviour Misbehaviours[] = {
     {"abort.mkv",     "the worker crashed (Aborted)"                   },
+    {"astray.mkv",    "the worker's result cannot be read"             },
     {"child.mkv",     ""                                               },
     {"good.mkv",      ""                                               },
     {"half.mkv",      "the worker's result cannot be read"             },
     {"hang.mkv",      "the worker did not end within 1.5 seconds"      },
-    {"link.mkv",      "the worker's result cannot be read"             },
     {"logpipe.mkv",   "the worker failed and did not say why"          },
     {"memory.mkv",    "the worker took more than 150 MiB of memory"    },
     {"mute.mkv",      "the worker ended before it began; the tools lib"},
