@@ -11,12 +11,14 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <new>
 #include <stdexcept>
 #include <unistd.h>
 
 namespace
 {
-void Write(int file, std::string_view bytes)
+// False with errno if not all of them could be written.
+bool Write(int file, std::string_view bytes)
 {
     while (!bytes.empty())
     {
@@ -24,9 +26,10 @@ void Write(int file, std::string_view bytes)
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
-            throw std::runtime_error(std::string("the picture cannot be written: ") + strerror(errno));
+            return false;
         bytes.remove_prefix(static_cast<size_t>(count));
     }
+    return true;
 }
 }
 
@@ -56,17 +59,17 @@ ExitStatus CPictureCommand::Run()
 
 ExitStatus CPictureCommand::MakePicture(const std::string& source, int file) const
 {
+    std::string bytes;
     try
     {
-        const std::string bytes = CPicture(source).Make(m_size, std::filesystem::path(m_picture).extension());
-        if (bytes.empty())
-            throw std::runtime_error("the picture cannot be read");
-        Write(file, bytes);
-        return AllDone;
+        bytes = CPicture(source).Make(m_size, std::filesystem::path(m_picture).extension());
     }
-    catch (const std::exception& error)
+    catch (const std::bad_alloc&)
     {
-        SayError(error.what());
-        return SomeFailed;
+        bytes.clear();
     }
+    if (!bytes.empty() && Write(file, bytes))
+        return AllDone;
+    SayError(bytes.empty() ? "the picture cannot be read" : std::string("the picture cannot be written: ") + strerror(errno));
+    return SomeFailed;
 }

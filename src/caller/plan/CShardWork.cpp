@@ -106,6 +106,10 @@ void CShardWork::Start(int64_t number)
     m_runner.Start(film->Path, film->Tasks,
                    [this, result](const CFindings& findings) mutable
                    {
+                       // Its disk may have gone away, of which the film says nothing.
+                       const std::string& path = findings.Film.Path;
+                       if (!findings.Errors.empty() && FindFilm(path) != std::optional(result.Identity))
+                           return LeaveOut(path, "it changed or went away while it was looked at");
                        result.Findings = findings;
                        Store(std::move(result));
                    });

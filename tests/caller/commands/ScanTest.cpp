@@ -132,6 +132,24 @@ TEST_F(Scan, EndsInLoopsOfLinksAndPassesOverWhatIsNoFile)
     EXPECT_THAT(Names(), ElementsAre("a.mkv", "below/b.mkv", "same.mkv"));
 }
 
+TEST_F(Scan, LeavesAFilmThatWentAwayMeanwhileToTheNextOne)
+{
+    CallerFolder::AddFilms({"away.mkv", "b.mkv"});
+    ExpectScan("1 film looked at, 0 failed; 0 unchanged, 0 vanished; 1 file or folder cannot be read\n");
+    EXPECT_THAT(Names(), ElementsAre("b.mkv"));
+}
+
+TEST_F(Scan, FindsFilmsBesideADiscAndInFoldersThatAreNone)
+{
+    CallerFolder::AddFilms({"a.mkv"});
+    fs::create_directories("films/disc/BDMV/STREAM");
+    fs::create_directories("films/VIDEO_TS");
+    CallerFolder::AddFilms({"disc/BDMV/index.bdmv", "disc/BDMV/STREAM/0.m2ts", "disc/extra.mkv", "VIDEO_TS/part.vob"});
+    fs::create_directory_symlink("disc", "films/0");
+    ExpectScan("4 films looked at, 0 failed");
+    EXPECT_THAT(Names(), ElementsAre("VIDEO_TS/part.vob", "a.mkv", "disc", "disc/extra.mkv"));
+}
+
 TEST_F(Scan, TakesNothingForGoneThatItMayNotSee)
 {
     if (geteuid() != 0)

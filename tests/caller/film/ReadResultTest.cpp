@@ -41,6 +41,7 @@ const Value Values[] = {
     {"Audio Channels",   "2;6;;",                  {2, 6, nullptr}               },
     {"$!@_ChapterTimes", "0|2000",                 {0, 2000}                     },
     {"$!@_ChapterNames", "A; B|C",                 {"A; B", "C"}                 },
+    {"Latitude",         "+48.8577",               48.8577                       },
 };
 
 TEST(ReadResult, GivesNumbersAndListsByTheirKeys)
@@ -52,6 +53,31 @@ TEST(ReadResult, GivesNumbersAndListsByTheirKeys)
                       {row.Key, row.Read}
         }))
             << row.Key << ": " << row.Text;
+}
+
+TEST(ReadResult, DropsAListWithMoreEntriesThanStreams)
+{
+    const WorkFolder folder;
+    const json values = Read("<XMLPH><Item Name=\"Audio Streams\">2</Item><Item Name=\"Audio Title\">Director; Camera;B;</Item>"
+                             "<Item Name=\"Audio Codec\">AC-3;MP2;</Item></XMLPH>");
+    EXPECT_EQ(values, json({
+                          {"Audio Streams", 2              },
+                          {"Audio Codec",   {"AC-3", "MP2"}}
+    }));
+}
+
+TEST(ReadResult, GivesAFilmNoneOfTheKeysOfTheCaller)
+{
+    CFilm film;
+    film.Add({
+        {"error",      "boom"         },
+        {"vanished",   "1"            },
+        {"Video Crop", "0x100x320x140"},
+        {"Name",       "The \"error\""}
+    });
+    EXPECT_EQ(film.Values, json({
+                               {"Name", "The \"error\""}
+    }));
 }
 
 TEST(ReadResult, RefusesWhatIsNoWholeResult)
