@@ -11,9 +11,9 @@ _zivora_values()
             fields=${fields%%\}*}
             echo "${fields//,/ }"
             ;;
-        # Films can be chosen by their errors, but not sorted by them.
-        FIELD | FIELDS) sed -n '/^Fields:/,/^$/{/^  error/d;s/^  \([a-z]*\) .*/\1/p}' <<<"$2" ;;
-        CONDITION) sed -n '/^Fields:/,/^$/s/^  \([a-z]*\) .*/\1/p' <<<"$2" ;;
+        # The errors are always a column of their own.
+        FIELDS) sed -n '/^Fields:/,/^$/{/^  error/d;s/^  \([a-z]*\) .*/\1/p}' <<<"$2" ;;
+        FIELD | CONDITION) sed -n '/^Fields:/,/^$/s/^  \([a-z]*\) .*/\1/p' <<<"$2" ;;
     esac
 }
 

@@ -118,8 +118,7 @@ std::string GetFailure(const CWorkerOutcome& outcome, const CWorkerRequest& requ
         return {};
     const std::string end = GetEnd(outcome, request);
     // Who ends early says why on standard error alone.
-    const bool hasBegun = outcome.How != CWorkerOutcome::End::Exited || outcome.Number != 0;
-    const std::string reasons = GetReasons(hasBegun ? outcome.Log : outcome.Report);
+    const std::string reasons = GetReasons(outcome.HasBegun() ? outcome.Log : outcome.Report);
     if (!end.empty())
         return end + (reasons.empty() ? "" : "; " + reasons);
     return reasons.empty() ? "the worker failed and did not say why" : reasons;
